@@ -1,0 +1,33 @@
+# What every target of the project is compiled with.
+
+add_library(build_flags INTERFACE)
+target_compile_definitions(build_flags INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+                                                 QT_DEPRECATED_WARNINGS)
+
+if(MSVC)
+    target_compile_options(build_flags INTERFACE /utf-8 /W4 $<$<BOOL:${IMPORT_WERROR}>:/WX>)
+else()
+    target_compile_options(
+        build_flags
+        INTERFACE -Wall
+                  -Wextra
+                  -Wpedantic
+                  -Wconversion
+                  -Wshadow=local
+                  -Wnon-virtual-dtor
+                  -Woverloaded-virtual
+                  -Wold-style-cast
+                  -Wcast-align
+                  -Wformat=2
+                  $<$<BOOL:${IMPORT_WERROR}>:-Werror>)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        target_compile_options(build_flags INTERFACE -Wno-unknown-warning-option)
+    endif()
+endif()
+
+if(IMPORT_SANITIZERS)
+    target_compile_options(build_flags INTERFACE -fsanitize=${IMPORT_SANITIZERS} -fno-sanitize-recover=all
+                                                 -fno-omit-frame-pointer)
+    target_link_options(build_flags INTERFACE -fsanitize=${IMPORT_SANITIZERS})
+    target_compile_definitions(build_flags INTERFACE QT_FORCE_ASSERTS)
+endif()

@@ -1,0 +1,266 @@
+#include "imported.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Places = QVector<QPointF>;
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+DefPoint pointAt(const QPointF &place, const QString &def = QString())
+{
+    return DefPoint{def, place.x(), place.y()};
+}
+
+QVector<DefPoint> pointsAt(const Places &places)
+{
+    QVector<DefPoint> points;
+    for (const QPointF &place : places)
+        points.append(pointAt(place, QString::number(points.size())));
+    return points;
+}
+
+QVector<DefPolygon> objectsNamed(const QStringList &defs)
+{
+    QVector<DefPolygon> objects;
+    for (const QString &def : defs)
+        objects.append(DefPolygon{def, {{DefPoint{def, 0, 0}}}});
+    return objects;
+}
+
+QStringList defsOf(const QVector<DefPolygon> &objects)
+{
+    QStringList defs;
+    for (const DefPolygon &object : objects)
+        defs.append(object.def);
+    return defs;
+}
+
+/// The designations of \a points one after the other: their places before the sort.
+QString orderOf(const QVector<DefPoint> &points)
+{
+    QStringList defs;
+    for (const DefPoint &point : points)
+        defs.append(point.def);
+    return defs.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+class tst_DefPolygonSort : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void objectsAreSorted_data();
+    void objectsAreSorted();
+    void noObjectsAreSorted();
+    void objectsAlikeMayChangePlaces();
+    void objectsAreSortedWhole();
+    void pointersIntoTheObjectsStayValid();
+    void copyOfTheObjectsStaysUnsorted();
+    void manyObjectsAreSorted();
+    void pointsAreSorted_data();
+    void pointsAreSorted();
+    void manyPointsWithoutNumbersAreSorted();
+    void pointIsInserted_data();
+    void pointIsInserted();
+};
+
+void tst_DefPolygonSort::objectsAreSorted_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+
+    QTest::newRow("one") << QStringLiteral("н1") << QStringLiteral("н1");
+    QTest::newRow("numbers within a text") << QStringLiteral("н10,н2,Н1,ЗУ") << QStringLiteral("ЗУ,Н1,н2,н10");
+    QTest::newRow("numbers only") << QStringLiteral("10,9,100") << QStringLiteral("9,10,100");
+    QTest::newRow("case of the text does not count") << QStringLiteral("О1,н1") << QStringLiteral("н1,О1");
+    QTest::newRow("case does not part the numbers") << QStringLiteral("н3,Н4,н1,Н2") << QStringLiteral("н1,Н2,н3,Н4");
+    QTest::newRow("without a number before all numbers") << QStringLiteral("н1,н0,н") << QStringLiteral("н,н0,н1");
+    QTest::newRow("empty before everything") << QStringLiteral("0,А,,1") << QStringLiteral(",0,1,А");
+    QTest::newRow("text before number") << QStringLiteral("ЗУ2,к1,ЗУ10") << QStringLiteral("ЗУ2,ЗУ10,к1");
+    QTest::newRow("shorter text first") << QStringLiteral("нн1,н2") << QStringLiteral("н2,нн1");
+    QTest::newRow("number that is too large is zero")
+        << QStringLiteral("А1,А99999999999,А") << QStringLiteral("А,А99999999999,А1");
+    QTest::newRow("number after a dot") << QStringLiteral("1.10,1.9,12") << QStringLiteral("12,1.9,1.10");
+    QTest::newRow("sorted before") << QStringLiteral("а1,а2,а3") << QStringLiteral("а1,а2,а3");
+}
+
+void tst_DefPolygonSort::objectsAreSorted()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    const QLatin1Char comma(',');
+    QVector<DefPolygon> objects = objectsNamed(before.split(comma));
+
+    sortObjects(objects);
+
+    QCOMPARE(defsOf(objects), after.split(comma));
+}
+
+void tst_DefPolygonSort::noObjectsAreSorted()
+{
+    QVector<DefPolygon> objects;
+
+    sortObjects(objects);
+
+    QVERIFY(objects.isEmpty());
+}
+
+void tst_DefPolygonSort::objectsAlikeMayChangePlaces()
+{
+    const QStringList alike{QStringLiteral("н01"), QStringLiteral("Н1"), QStringLiteral("н1")};
+    QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н2"), QStringLiteral("Н1"), QStringLiteral("н01"),
+                                                QStringLiteral("н0"), QStringLiteral("н1")});
+
+    sortObjects(objects);
+
+    QStringList defs = defsOf(objects);
+    QCOMPARE(defs.takeFirst(), QStringLiteral("н0"));
+    QCOMPARE(defs.takeLast(), QStringLiteral("н2"));
+    for (const QString &def : alike)
+        QCOMPARE(defs.count(def), 1);
+}
+
+void tst_DefPolygonSort::objectsAreSortedWhole()
+{
+    QVector<DefPolygon> objects{
+        DefPolygon{QStringLiteral("b"), {{{QStringLiteral("н1"), 1, 2}}, {{QStringLiteral("н2"), 3, 4}}}},
+        DefPolygon{QStringLiteral("a"), {{{QStringLiteral("н3"), 5, 6}, {QStringLiteral("н4"), 7, 8}}}},
+    };
+
+    sortObjects(objects);
+
+    QCOMPARE(described(objects),
+             (QStringList{QStringLiteral("a [н3 5 6, н4 7 8]"), QStringLiteral("b [н1 1 2] [н2 3 4]")}));
+}
+
+void tst_DefPolygonSort::pointersIntoTheObjectsStayValid()
+{
+    QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н3"), QStringLiteral("н1"), QStringLiteral("н2")});
+    const DefPolygon *const first = &objects[0];
+    const DefPolygon *const last = &objects[2];
+
+    sortObjects(objects);
+
+    QCOMPARE(objects.constData(), first);
+    QCOMPARE(described(*first), QStringLiteral("н1 [н1 0 0]"));
+    QCOMPARE(described(*last), QStringLiteral("н3 [н3 0 0]"));
+}
+
+void tst_DefPolygonSort::copyOfTheObjectsStaysUnsorted()
+{
+    QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н2"), QStringLiteral("н1")});
+    const QVector<DefPolygon> copy = objects;
+
+    sortObjects(objects);
+
+    QCOMPARE(defsOf(objects), (QStringList{QStringLiteral("н1"), QStringLiteral("н2")}));
+    QCOMPARE(described(copy), (QStringList{QStringLiteral("н2 [н2 0 0]"), QStringLiteral("н1 [н1 0 0]")}));
+}
+
+void tst_DefPolygonSort::manyObjectsAreSorted()
+{
+    QStringList before;
+    QStringList after;
+    for (int i = 0; i < 1009; ++i) {
+        before.append(QStringLiteral("н%1").arg(i * 619 % 1009));
+        after.append(QStringLiteral("н%1").arg(i));
+    }
+    QVector<DefPolygon> objects = objectsNamed(before);
+
+    sortObjects(objects);
+
+    QCOMPARE(defsOf(objects), after);
+}
+
+void tst_DefPolygonSort::pointsAreSorted_data()
+{
+    QTest::addColumn<Places>("places");
+    QTest::addColumn<QString>("order");
+
+    QTest::newRow("none") << Places{} << QString();
+    QTest::newRow("one") << Places{{1, 2}} << QStringLiteral("0");
+    QTest::newRow("by x") << Places{{3, 0}, {-1, 5}, {2, 9}} << QStringLiteral("1 2 0");
+    QTest::newRow("by y when x is the same") << Places{{1, 3}, {1, -3}, {1, 0}} << QStringLiteral("1 2 0");
+    QTest::newRow("within the tolerance too") << Places{{1.001, 0}, {1, 5}} << QStringLiteral("1 0");
+    QTest::newRow("infinities") << Places{{infinite, 0}, {0, 0}, {-infinite, 0}} << QStringLiteral("2 1 0");
+    QTest::newRow("x not a number") << Places{{notANumber, 0}, {infinite, 0}, {-1, 0}} << QStringLiteral("2 1 0");
+    QTest::newRow("y not a number") << Places{{1, notANumber}, {2, 0}, {1, infinite}} << QStringLiteral("2 0 1");
+    QTest::newRow("y decides when no x is a number")
+        << Places{{notANumber, 5}, {notANumber, notANumber}, {notANumber, 1}} << QStringLiteral("2 0 1");
+}
+
+void tst_DefPolygonSort::pointsAreSorted()
+{
+    QFETCH(Places, places);
+    QVector<DefPoint> points = pointsAt(places);
+
+    sortPoints(points);
+
+    QTEST(orderOf(points), "order");
+}
+
+void tst_DefPolygonSort::manyPointsWithoutNumbersAreSorted()
+{
+    const QVector<double> odd{notANumber, 1, infinite, notANumber, -infinite, 0, notANumber};
+    Places places;
+    for (int i = 0; i < 1001; ++i)
+        places.append({odd.at(i % 7), odd.at(i / 7 % 7)});
+    QVector<DefPoint> points = pointsAt(places);
+
+    sortPoints(points);
+
+    QVector<double> xs;
+    for (const DefPoint &point : qAsConst(points))
+        xs.append(point.x);
+    QCOMPARE(xs.size(), 1001);
+    QCOMPARE(xs.mid(0, 143), QVector<double>(143, -infinite));
+    QCOMPARE(xs.mid(143, 143), QVector<double>(143, 0));
+    QCOMPARE(xs.mid(286, 143), QVector<double>(143, 1));
+    QCOMPARE(xs.mid(429, 143), QVector<double>(143, infinite));
+    for (int i = 572; i < 1001; ++i)
+        QVERIFY(std::isnan(xs.at(i)));
+}
+
+void tst_DefPolygonSort::pointIsInserted_data()
+{
+    QTest::addColumn<Places>("places");
+    QTest::addColumn<QPointF>("place");
+    QTest::addColumn<QString>("order");
+
+    const Places row{{1, 0}, {2, 0}, {2, 0}, {2, 5}, {3, 0}};
+    const Places mixed{{-infinite, 0}, {0, 0},          {0, notANumber},
+                       {infinite, 0},  {notANumber, 0}, {notANumber, notANumber}};
+    QTest::newRow("into none") << Places{} << QPointF(1, 1) << QStringLiteral("new");
+    QTest::newRow("before all") << row << QPointF(0, 9) << QStringLiteral("new 0 1 2 3 4");
+    QTest::newRow("between two") << row << QPointF(1.5, 0) << QStringLiteral("0 new 1 2 3 4");
+    QTest::newRow("by y") << row << QPointF(2, 4) << QStringLiteral("0 1 2 new 3 4");
+    QTest::newRow("before its equals") << row << QPointF(2, 0) << QStringLiteral("0 new 1 2 3 4");
+    QTest::newRow("after all") << row << QPointF(3, 1) << QStringLiteral("0 1 2 3 4 new");
+    QTest::newRow("number among others") << mixed << QPointF(1, 0) << QStringLiteral("0 1 2 new 3 4 5");
+    QTest::newRow("y after infinity") << mixed << QPointF(infinite, 1) << QStringLiteral("0 1 2 3 new 4 5");
+    QTest::newRow("x not a number") << mixed << QPointF(notANumber, 1) << QStringLiteral("0 1 2 3 4 new 5");
+    QTest::newRow("neither a number") << mixed << QPointF(notANumber, notANumber) << QStringLiteral("0 1 2 3 4 new 5");
+    QTest::newRow("y not a number") << mixed << QPointF(-infinite, notANumber) << QStringLiteral("0 new 1 2 3 4 5");
+}
+
+void tst_DefPolygonSort::pointIsInserted()
+{
+    QFETCH(Places, places);
+    QFETCH(QPointF, place);
+    QVector<DefPoint> points = pointsAt(places);
+
+    insertSorted(points, pointAt(place, QStringLiteral("new")));
+
+    QTEST(orderOf(points), "order");
+}
+
+QTEST_GUILESS_MAIN(tst_DefPolygonSort)
+#include "tst_defpolygon_sort.moc"
