@@ -1,0 +1,144 @@
+#pragma once
+
+#include "defpolygon.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+#include <QVector>
+
+class QTextCodec;
+
+/// Remembers the host's callback for showStatus(); null means that messages are dropped.
+void setStatusFunc(void (*func)(const QString &));
+
+/// Hands one message to the host, as it stands.
+void showStatus(const QString &text);
+
+/// Reads a file of objects, and the known points before it, into objects with numbered vertices.
+///
+/// One importer serves one run: fill in the options, call setEncoding() and then importMap() once. A reader of a format
+/// derives from it, reads from `stream` and builds what it reads with the operations below. A pass that fails sends one
+/// message itself; what was read before stays.
+class MapImport
+{
+public:
+    MapImport();
+    virtual ~MapImport() = default;
+    MapImport(const MapImport &) = delete;
+    MapImport &operator=(const MapImport &) = delete;
+
+    /// Runs the passes. False when a pass failed; a file that cannot be opened is only told to the host.
+    bool importMap();
+
+    /// Chooses the encoding of the files by its name; an unknown name leaves the one in force, at first the locale's.
+    void setEncoding(const QByteArray &name);
+
+    bool swapXY = false;           ///< exchange x and y of the vertices (never of known points and texts)
+    bool searchPointDefs = false;  ///< read known points first
+    QString pointPref;             ///< prefix of generated point numbers
+    int pointStartNum = 0;         ///< next generated point number
+    bool searchObjectDefs = false; ///< take designations of objects from the file
+    QString objectPref;            ///< prefix of generated designations
+    int objectStartNum = 0;        ///< next generated number of an object
+    QString objectFileName;
+    QString pointFileName; ///< empty: the known points are read from the file of objects
+
+    QVector<DefPolygon> *objects = nullptr; ///< where the run appends its objects; the caller's
+
+    const QVector<DefPoint> &knownPoints() const { return points; }
+
+protected:
+    /// Reads known points from the start of `stream` into `points`, in any order.
+    virtual bool loadPoints() = 0;
+    /// Reads objects from the start of `stream`.
+    virtual bool loadPolygons() = 0;
+
+    /// Starts an object.
+    void appendEmptyPolygon();
+    /// Starts a contour of the last object.
+    void appendEmptyContour();
+    /// Numbers a vertex and appends it to the last contour. \a closing repeats the number of the contour's first
+    /// vertex.
+    void appendVert(double x, double y, bool closing);
+    /// Names the last object; an empty \a def means a generated designation.
+    void setLastPolygonDef(const QString &def);
+    /// Rewinds `stream` for another reading in the same pass; `lineNum` goes on counting.
+    void resetInFileStream();
+
+    /// Tells the host \a text with the name of the file being read as its %1; always false.
+    bool failInFile(const QString &text) const;
+
+    QVector<DefPoint> points; ///< known points, sorted outside loadPoints()
+    QTextStream stream;       ///< reads `file`
+    QString line;             ///< the last line read
+    int lineNum = 0;          ///< its number, from 1
+    QTextCodec *codec;        ///< of the files; never null, not owned
+    QFile file;
+
+private:
+    using Pass = bool (MapImport::*)();
+
+    bool readFile(const QString &fileName, Pass pass);
+    QString vertexDef(double x, double y);
+    QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
+
+    QByteArray encoding;
+};
+
+/// Reads a MIF file and the MID file of the same name.
+class MifImport : public MapImport
+{
+public:
+    MifImport();
+
+protected:
+    bool loadPoints() override;
+    bool loadPolygons() override;
+
+private:
+    using Reader = bool (MifImport::*)();
+    using Readers = QHash<QString, Reader>;
+
+    bool readTokenizeMifLine(bool tokenize);
+    bool checkMifFile();
+    bool checkHeaderLine(const QString &keyword);
+
+    bool openMidFile();
+    bool readMidLine();
+    bool readMidDef(QString *def);
+    QString extractDef(const QString &record) const;
+
+    bool readPoint();
+    bool readLine();
+    bool readVert(bool closing);
+    bool readSub(int count, bool closeLast);
+    bool readCountedSub(int minCount, bool closeLast);
+    bool readPline();
+    bool readPlineMultiple();
+    bool readRegion();
+
+    bool loadPoint();
+    bool loadLine();
+    bool loadPline();
+    bool loadRegion();
+    bool loadObjectDef();
+    bool skipRecord();
+
+    bool loadPass(bool searchDefs, const Readers &readers);
+    void skipHeader();
+    bool readData(const Readers &readers);
+
+    QSet<QString> objectKeywords; ///< first words of lines that begin an object
+    QChar delimiter;              ///< of the fields of a MID record; from the header
+    QChar tokenSeparator;         ///< of the words of a MIF line
+    QStringList tokens;           ///< words of the last line that was split
+    QFile midFile;                ///< open while designations are looked up
+    QTextStream midStream;
+    QString midLine;   ///< the last record, trimmed
+    int midLineNo = 0; ///< its number, from 1
+};

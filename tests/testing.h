@@ -1,0 +1,59 @@
+#pragma once
+
+#include "mapimport.h"
+
+#include <QFile>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+/// Takes the messages of the code under test while it lives; one at a time.
+class StatusRecorder
+{
+public:
+    StatusRecorder()
+    {
+        taken().clear();
+        setStatusFunc([](const QString &text) { taken().append(text); });
+    }
+    ~StatusRecorder() { setStatusFunc(nullptr); }
+    StatusRecorder(const StatusRecorder &) = delete;
+    StatusRecorder &operator=(const StatusRecorder &) = delete;
+
+    QStringList messages() const { return taken(); }
+
+private:
+    static QStringList &taken()
+    {
+        static QStringList texts;
+        return texts;
+    }
+};
+
+/// Writes input files into a folder of its own, which goes with it.
+class TextFixture
+{
+public:
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+    /// Writes \a bytes as they are and gives the file's path.
+    QString writeBytes(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+
+    /// Writes \a lines, each with a line feed, in the encoding \a codec, and gives the file's path.
+    QString write(const QString &name, const QStringList &lines, const char *codec = "UTF-8") const
+    {
+        const QString text = lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+        const QTextCodec *const textCodec = QTextCodec::codecForName(codec);
+        QTextCodec::ConverterState noHeader(QTextCodec::IgnoreHeader);
+        return writeBytes(name, textCodec->fromUnicode(text.constData(), text.size(), &noHeader));
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
