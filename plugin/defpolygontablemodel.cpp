@@ -1,0 +1,194 @@
+#include "defpolygontablemodel.h"
+
+#include <QBrush>
+#include <QLocale>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+const QColor conflictColor(255, 220, 220);
+const QColor separatorColor(240, 240, 240);
+
+constexpr RowInfo separatorRow{-1, -1};
+
+/// One designation at two places; a distance that is not a number counts as far.
+bool isConflict(const DefPoint &a, const DefPoint &b)
+{
+    return QString::compare(a.def, b.def, Qt::CaseInsensitive) == 0 && !(a == b);
+}
+
+} // namespace
+
+double DefPolygonTableModel::s_coordPrecision = 0.01;
+
+DefPolygonTableModel::DefPolygonTableModel(QObject *parent) : QAbstractTableModel(parent) {}
+
+void DefPolygonTableModel::setCoordPrecision(double p)
+{
+    if (p > 0)
+        s_coordPrecision = p;
+}
+
+void DefPolygonTableModel::setNxyColNum(int n, int x, int y)
+{
+    nColNum = n;
+    xColNum = x;
+    yColNum = y;
+    maxColNum = std::max({n, x, y, maxColNum});
+}
+
+void DefPolygonTableModel::setFieldNumValueMap(const QMap<int, QString> &values)
+{
+    fieldNumValueMap = values;
+    if (!values.isEmpty())
+        maxColNum = std::max(maxColNum, values.lastKey());
+}
+
+void DefPolygonTableModel::setPolygon(DefPolygon *p)
+{
+    beginResetModel();
+    polygon = p;
+    rebuildRows();
+    endResetModel();
+}
+
+void DefPolygonTableModel::refresh()
+{
+    if (polygon != nullptr)
+        setPolygon(polygon);
+}
+
+void DefPolygonTableModel::rebuildRows()
+{
+    rows.clear();
+    if (polygon == nullptr)
+        return;
+    for (int c = 0; c < polygon->contours.size(); ++c) {
+        if (c > 0)
+            rows.append(separatorRow);
+        for (int v = 0; v < polygon->contours.at(c).size(); ++v)
+            rows.append(RowInfo{c, v});
+    }
+}
+
+bool DefPolygonTableModel::isSeparator(int row) const
+{
+    return rows.at(row).contourIndex < 0;
+}
+
+// The object may have lost the vertex since the rows were laid out.
+bool DefPolygonTableModel::hasVertex(int row) const
+{
+    if (polygon == nullptr || row < 0 || row >= rows.size() || isSeparator(row))
+        return false;
+    const RowInfo info = rows.at(row);
+    return info.contourIndex < polygon->contours.size() &&
+           info.vertexIndex < polygon->contours.at(info.contourIndex).size();
+}
+
+const DefPoint &DefPolygonTableModel::vertex(int row) const
+{
+    const RowInfo info = rows.at(row);
+    return polygon->contours.at(info.contourIndex).at(info.vertexIndex);
+}
+
+bool DefPolygonTableModel::isConflictingPoint(int row) const
+{
+    if (!hasVertex(row) || vertex(row).def.isEmpty())
+        return false;
+    for (int other = 0; other < rows.size(); ++other) {
+        if (other != row && hasVertex(other) && isConflict(vertex(other), vertex(row)))
+            return true;
+    }
+    return false;
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): an operation of the model
+QString DefPolygonTableModel::formatCoord(double v, bool localized) const
+{
+    static const QLocale userLocale;
+    static const QLocale cLocale(QLocale::C, QLocale::AnyCountry);
+    static int decimals = 0;
+    if (decimals == 0) {
+        double p = s_coordPrecision;
+        for (int k = 1; p > 0 && p < 1; ++k) {
+            p *= 10;
+            decimals = k;
+        }
+    }
+    return (localized ? userLocale : cLocale).toString(v, 'f', decimals);
+}
+
+int DefPolygonTableModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : rows.size();
+}
+
+int DefPolygonTableModel::columnCount(const QModelIndex & /*parent*/) const
+{
+    return maxColNum < std::numeric_limits<int>::max() ? maxColNum + 1 : maxColNum;
+}
+
+QVariant DefPolygonTableModel::vertexBackground(int row) const
+{
+    return isConflictingPoint(row) ? QVariant(QBrush(conflictColor)) : QVariant();
+}
+
+// The host may have given one column to two things; the first in this order has it.
+QVariant DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
+{
+    if (column == nColNum)
+        return vertex.def;
+    if (column == xColNum)
+        return formatCoord(vertex.x, localized);
+    if (column == yColNum)
+        return formatCoord(vertex.y, localized);
+    const auto field = fieldNumValueMap.constFind(column);
+    return field != fieldNumValueMap.constEnd() ? QVariant(*field) : QVariant();
+}
+
+QVariant DefPolygonTableModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || polygon == nullptr || index.row() >= rows.size())
+        return QVariant();
+    if (isSeparator(index.row()))
+        return role == Qt::BackgroundRole ? QVariant(QBrush(separatorColor)) : QVariant();
+    if (!hasVertex(index.row()))
+        return QVariant();
+    if (role == Qt::BackgroundRole)
+        return vertexBackground(index.row());
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+        return vertexText(vertex(index.row()), index.column(), role == Qt::DisplayRole);
+    return QVariant();
+}
+
+bool DefPolygonTableModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !index.isValid() || !hasVertex(index.row()) || index.column() != nColNum)
+        return false;
+    const RowInfo info = rows.at(index.row());
+    QString &def = polygon->contours[info.contourIndex][info.vertexIndex].def;
+    const QString text = value.toString();
+    if (text == def)
+        return false;
+    def = text;
+    Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
+    // A rename makes and ends conflicts anywhere in the object.
+    Q_EMIT dataChanged(this->index(0, 0), this->index(rows.size() - 1, columnCount() - 1), {Qt::BackgroundRole});
+    return true;
+}
+
+QVariant DefPolygonTableModel::headerData(int section, Qt::Orientation /*orientation*/, int role) const
+{
+    return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
+}
+
+Qt::ItemFlags DefPolygonTableModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid() || index.row() >= rows.size() || isSeparator(index.row()))
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return index.column() == nColNum ? shown | Qt::ItemIsEditable : shown;
+}
