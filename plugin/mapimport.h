@@ -142,3 +142,54 @@ private:
     QString midLine;   ///< the last record, trimmed
     int midLineNo = 0; ///< its number, from 1
 };
+
+/// Reads an ASCII DXF drawing: designations are the texts that lie nearest.
+class DxfImport : public MapImport
+{
+public:
+    /// Adds every vertex of every object to the known points, without duplicates.
+    void pointsFromPolygons();
+
+protected:
+    bool loadPoints() override;
+    bool loadPolygons() override;
+
+private:
+    using Reader = bool (DxfImport::*)();
+    using Readers = QHash<QString, Reader>;
+    using TextGroups = QHash<QString, QString>; ///< of one TEXT, values by group code
+
+    bool readCodeValue();
+    bool checkDxfFile();
+    QString decodeText(const QString &s) const;
+
+    bool readCoordinates(const QHash<QString, double *> &coordinates);
+    bool readPoint();
+    bool readVertex();
+    bool readVertices(bool &closed);
+    bool readLine();
+    bool readPolyline();
+    bool readLwpolyline();
+    bool readLwVertices(bool &closed);
+    bool finishContour(bool closed);
+    bool readText();
+    bool readTextGroups(TextGroups &groups);
+    static bool textPosition(const TextGroups &groups, DefPoint &text);
+
+    bool loadPoint();
+    bool loadLine();
+    bool loadPolyline();
+    bool loadLwpolyline();
+
+    bool loadTextsOnly();
+    bool loadEntities(const Readers &readers);
+    bool scanSections(const Readers &readers);
+    void filterObjectDefs();
+    void updatePointsDefs();
+    void updateLastPolygonDef();
+
+    QString code;            ///< group code of the current pair, trimmed
+    QString value;           ///< value of the current pair, trimmed
+    bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
+    QVector<DefPoint> texts; ///< what the drawing says, and where
+};
