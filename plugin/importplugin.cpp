@@ -1,0 +1,39 @@
+#include "importplugin.h"
+
+#include "dialog.h"
+#include "mapimport.h"
+
+namespace {
+
+// Copies of these go to the host and may outlive the library, so they must not point into its read-only data.
+const QString strImportFromMif = QString::fromUtf8("Объекты из MIF");
+const QString strImportFromDxf = QString::fromUtf8("Объекты из DXF");
+
+} // namespace
+
+QList<QString> ImportPlugin::operations() const
+{
+    return {strImportFromMif, strImportFromDxf};
+}
+
+QString ImportPlugin::operation(const QString &op, const QString &formName, const QString &objectTableName,
+                                const QString &pointTableName, const GeometryInfo &info,
+                                void (*statusFunc)(const QString &))
+{
+    setStatusFunc(statusFunc);
+    Dialog dialog;
+    if (op != strImportFromMif && op != strImportFromDxf) {
+        showStatus(QStringLiteral("Ошибка. Операция импорта \"%1\" планином не поддерживается.").arg(op)); // sic
+        return QString();
+    }
+    dialog.isDxf = op == strImportFromDxf;
+    dialog.formName = formName;
+    dialog.objectTableName = objectTableName;
+    dialog.pointTableName = pointTableName;
+    dialog.nColNum = info.nColNum;
+    dialog.xColNum = info.xColNum;
+    dialog.yColNum = info.yColNum;
+    dialog.defColNum = info.defColNum;
+    dialog.polygonModel.setNxyColNum(info.nColNum, info.xColNum, info.yColNum);
+    return dialog.exec() == QDialog::Accepted ? dialog.stringResult() : QString();
+}

@@ -1,0 +1,14 @@
+# cmake -DNM=<nm> -DPLUGIN=<file> -P exported_symbols.cmake
+#
+# Fails unless the plug-in shows the outside its two entry points and nothing else: whatever else it showed could take
+# the place of a symbol of the host, or of another plug-in.
+
+execute_process(COMMAND "${NM}" -D --defined-only "${PLUGIN}" OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^ \n]+(\n|$)" names "${listing}")
+list(TRANSFORM names STRIP)
+list(SORT names)
+
+set(expected qt_plugin_instance qt_plugin_query_metadata)
+if(NOT names STREQUAL expected)
+    message(FATAL_ERROR "${PLUGIN} exports \"${names}\" instead of \"${expected}\"")
+endif()
