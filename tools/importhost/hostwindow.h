@@ -1,0 +1,32 @@
+#pragma once
+
+#include "options.h"
+
+#include <QWidget>
+
+class QPlainTextEdit;
+
+/// The host as a person sees it: a button for each operation, the messages of the plug-in and its last result.
+class HostWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a plugin and \a options stay the caller's and outlive the window.
+    HostWindow(ImportGeometryInterface &plugin, const HostOptions &options);
+    ~HostWindow() override;
+
+private Q_SLOTS:
+    void runGivenOperation(); ///< the one of the options, if any
+
+private:
+    void runOperation(const QString &op);
+    static void takeStatus(const QString &text);
+
+    QLayout *createButtons();
+
+    ImportGeometryInterface &m_plugin;
+    const HostOptions &m_options;
+    QPlainTextEdit *const m_log;
+    QPlainTextEdit *const m_result;
+};

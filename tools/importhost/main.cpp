@@ -1,0 +1,162 @@
+// A host to try the plug-in with: it loads the built library, calls an operation, and shows messages and result.
+
+#include "dialogdriver.h"
+#include "hostwindow.h"
+#include "options.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QPluginLoader>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+enum ExitStatus { Imported = 0, NothingImported = 1, WrongUsage = 2 };
+
+// At once, so that messages stand in the order in which they came, whatever the output leads to.
+bool printLine(FILE *output, const QString &text)
+{
+    const QByteArray line = text.toUtf8() + '\n';
+    QFile file;
+    return file.open(output, QIODevice::WriteOnly) && file.write(line) == line.size() && file.flush();
+}
+
+void printStatus(const QString &text)
+{
+    printLine(stderr, text);
+}
+
+int fail(const QString &text)
+{
+    printLine(stderr, QStringLiteral("importhost: %1").arg(text));
+    return WrongUsage;
+}
+
+bool hasDisplay()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#else
+    return true;
+#endif
+}
+
+// The offscreen platform warns at each window of what it cannot do, which would stand among the plug-in's messages.
+void showWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.contains(QLatin1String("propagateSizeHints")))
+        printLine(stderr, qFormatLogMessage(type, context, text));
+}
+
+// What the plug-in and Qt remember goes with dir. The plug-in's part is kept off the native format, which some systems
+// keep in no folder.
+void keepSettingsIn(const QTemporaryDir &dir)
+{
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, dir.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, dir.path());
+}
+
+bool save(const QString &fileName, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+}
+
+int giveResult(const QString &result, const QString &fileName)
+{
+    if (result.isEmpty())
+        return NothingImported;
+    if (fileName.isEmpty())
+        return printLine(stdout, result) ? Imported : fail(QStringLiteral("Cannot print the result."));
+    return save(fileName, result) ? Imported : fail(QStringLiteral("Cannot save the result \"%1\".").arg(fileName));
+}
+
+int importAlone(ImportGeometryInterface &plugin, const HostOptions &options)
+{
+    const QTemporaryDir settings;
+    keepSettingsIn(settings);
+    DialogDriver driver(*options.dialog);
+    driver.waitForDialog();
+    const QString result = plugin.operation(options.operation, options.formName, options.objectTable,
+                                            options.pointTable, options.columns, printStatus);
+    return driver.error().isEmpty() ? giveResult(result, options.output) : fail(driver.error());
+}
+
+int showWindow(ImportGeometryInterface &plugin, const HostOptions &options)
+{
+    HostWindow window(plugin, options);
+    window.show();
+    QTimer::singleShot(0, &window, SLOT(runGivenOperation()));
+    return QApplication::exec();
+}
+
+int listOperations(const ImportGeometryInterface &plugin)
+{
+    const QList<QString> operations = plugin.operations();
+    for (const QString &op : operations)
+        printLine(stdout, op);
+    return Imported;
+}
+
+int run(const HostOptions &options)
+{
+    // With its whole path: Qt looks for a bare name in other folders too.
+    QPluginLoader loader(QFileInfo(options.plugin).absoluteFilePath());
+    QObject *const instance = loader.instance();
+    if (instance == nullptr)
+        return fail(QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
+    auto *const plugin = qobject_cast<ImportGeometryInterface *>(instance);
+    if (plugin == nullptr)
+        return fail(QStringLiteral("\"%1\" is no import plug-in.").arg(options.plugin));
+    if (options.list)
+        return listOperations(*plugin);
+    return options.dialog ? importAlone(*plugin, options) : showWindow(*plugin, options);
+}
+
+// Read apart from the QApplication, which would take --plugin for an option of its own.
+std::optional<HostOptions> readArguments(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    CommandLine commandLine;
+    if (commandLine.read(QCoreApplication::arguments()))
+        return commandLine.options();
+    fail(QStringLiteral("%1 See importhost --help.").arg(commandLine.error()));
+    return std::nullopt;
+}
+
+int runApplication(char **argv, const HostOptions &options)
+{
+    if (!hasDisplay()) {
+        if (!options.dialog && !options.list)
+            return fail(QStringLiteral("There is no display for the window; --objects does without."));
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    qInstallMessageHandler(showWarning);
+    int argc = 1; // the name alone
+    const QApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("importhost"));
+    QCoreApplication::setApplicationName(QStringLiteral("importhost"));
+    return run(options);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::optional<HostOptions> options = readArguments(argc, argv);
+    if (!options)
+        return WrongUsage;
+    if (options->help.isEmpty())
+        return runApplication(argv, *options);
+    printLine(stdout, options->help);
+    return Imported;
+}

@@ -1,0 +1,209 @@
+#include "options.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+const QString strPlugin = QStringLiteral("plugin");
+const QString strList = QStringLiteral("list");
+const QString strHelp = QStringLiteral("help");
+const QString strOperation = QStringLiteral("operation");
+const QString strFormName = QStringLiteral("form-name");
+const QString strObjectTable = QStringLiteral("object-table");
+const QString strPointTable = QStringLiteral("point-table");
+const QString strColumns = QStringLiteral("columns");
+const QString strObjects = QStringLiteral("objects");
+const QString strPoints = QStringLiteral("points");
+const QString strEncoding = QStringLiteral("encoding");
+const QString strNoSearchPoints = QStringLiteral("no-search-points");
+const QString strNoSearchObjects = QStringLiteral("no-search-objects");
+const QString strPointPrefix = QStringLiteral("point-prefix");
+const QString strObjectPrefix = QStringLiteral("object-prefix");
+const QString strPointStart = QStringLiteral("point-start");
+const QString strObjectStart = QStringLiteral("object-start");
+const QString strField = QStringLiteral("field");
+const QString strSort = QStringLiteral("sort");
+const QString strUpdate = QStringLiteral("update");
+const QString strOutput = QStringLiteral("output");
+const QString strScreenshot = QStringLiteral("screenshot");
+
+const QString strNumber = QStringLiteral("number");
+const QString strText = QStringLiteral("text");
+const QString strFile = QStringLiteral("file");
+const QString strName = QStringLiteral("name");
+const QString strOne = QStringLiteral("1");
+
+constexpr int maxColumn = 999;
+constexpr int maxField = 20;
+constexpr int maxFieldCount = 5;
+constexpr int maxStart = 999999999;
+
+QString defaultPlugin()
+{
+    const QDir dir(QCoreApplication::applicationDirPath());
+    return dir.absoluteFilePath(QStringLiteral(PLUGIN_PATH));
+}
+
+QList<QCommandLineOption> callOptions()
+{
+    return {
+        {{QStringLiteral("h"), strHelp}, QStringLiteral("Shows this help and ends.")},
+        {strPlugin, QStringLiteral("The plug-in, if not the one that was built with this program."), strFile,
+         defaultPlugin()},
+        {strList, QStringLiteral("Lists the operations of the plug-in and ends.")},
+        {strOperation, QStringLiteral("The operation to call. In the window it is called at once."), strName},
+        {strFormName, QStringLiteral("Name of the host's form."), strName, QStringLiteral("Форма")},
+        {strObjectTable, QStringLiteral("Name of the host's table of objects."), strName, QStringLiteral("Участки")},
+        {strPointTable, QStringLiteral("Name of the host's table of points."), strName, QStringLiteral("Координаты")},
+        {strColumns,
+         QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, counted from 0."),
+         QStringLiteral("n,x,y,def"), QStringLiteral("0,1,2,0")},
+    };
+}
+
+QList<QCommandLineOption> dialogOptions()
+{
+    return {
+        {strObjects, QStringLiteral("Imports this file without a person and without the window."), strFile},
+        {strPoints, QStringLiteral("Separate file of points."), strFile},
+        {strEncoding, QStringLiteral("Encoding of the files."), strName, QStringLiteral("Default")},
+        {strNoSearchPoints, QStringLiteral("Numbers all points anew.")},
+        {strNoSearchObjects, QStringLiteral("Names all objects anew.")},
+        {strPointPrefix, QStringLiteral("Prefix of new point numbers."), strText, QStringLiteral("н")},
+        {strObjectPrefix, QStringLiteral("Prefix of new designations."), strText, QStringLiteral(":ЗУ")},
+        {strPointStart, QStringLiteral("First of the new point numbers."), strNumber, strOne},
+        {strObjectStart, QStringLiteral("First of the new designations."), strNumber, strOne},
+        {strField,
+         QStringLiteral("Fills a column, 1 to 20, with a text at each vertex. May be given up to five times."),
+         QStringLiteral("column=text")},
+        {strSort, QStringLiteral("Sorts the objects.")},
+        {strUpdate, QStringLiteral("Asks the host to update its objects.")},
+        {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
+        {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import."), strFile},
+    };
+}
+
+// True for a whole number within the limits.
+bool toNumber(const QString &text, int min, int max, int &number)
+{
+    bool ok = false;
+    number = text.toInt(&ok);
+    return ok && number >= min && number <= max;
+}
+
+} // namespace
+
+CommandLine::CommandLine()
+{
+    m_parser.setApplicationDescription(
+        QStringLiteral("Stand-in host: calls an operation of the import plug-in.\n\n"
+                       "With --objects it fills in the plug-in's dialog by itself, shows the messages on the error\n"
+                       "output and prints the result; without, it opens a window.\n\n"
+                       "Exit status: 0 with a result, 1 when nothing was imported, 2 on wrong usage."));
+    m_parser.addOptions(callOptions());
+    m_parser.addOptions(dialogOptions());
+}
+
+bool CommandLine::fail(const QString &text)
+{
+    m_error = text;
+    return false;
+}
+
+bool CommandLine::read(const QStringList &arguments)
+{
+    if (!m_parser.parse(arguments))
+        return fail(m_parser.errorText());
+    if (m_parser.isSet(strHelp)) {
+        m_options.help = m_parser.helpText();
+        return true;
+    }
+    m_options.list = m_parser.isSet(strList);
+    m_options.plugin = m_parser.value(strPlugin);
+    m_options.operation = m_parser.value(strOperation);
+    m_options.formName = m_parser.value(strFormName);
+    m_options.objectTable = m_parser.value(strObjectTable);
+    m_options.pointTable = m_parser.value(strPointTable);
+    m_options.output = m_parser.value(strOutput);
+    return checkUse() && readColumns() && readDialog();
+}
+
+bool CommandLine::readColumns()
+{
+    const QString value = m_parser.value(strColumns);
+    const QStringList texts = value.split(QLatin1Char(','));
+    GeometryInfo &info = m_options.columns;
+    const QVector<qint32 *> columns{&info.nColNum, &info.xColNum, &info.yColNum, &info.defColNum};
+    bool ok = texts.size() == columns.size();
+    for (int i = 0; ok && i < columns.size(); ++i)
+        ok = toNumber(texts.at(i), 0, maxColumn, *columns.at(i));
+    return ok ||
+           fail(QStringLiteral("--columns takes four numbers from 0 to %1, not \"%2\".").arg(maxColumn).arg(value));
+}
+
+// What a person enters in the dialog is not for the command line, unless it does without the person.
+bool CommandLine::checkUse()
+{
+    const QStringList strangers = m_parser.positionalArguments();
+    if (!strangers.isEmpty())
+        return fail(QStringLiteral("Unexpected argument \"%1\".").arg(strangers.first()));
+    if (m_parser.isSet(strObjects)) {
+        if (m_parser.value(strObjects).isEmpty())
+            return fail(QStringLiteral("--objects needs the name of a file."));
+        return m_parser.isSet(strOperation) || fail(QStringLiteral("--objects needs --operation."));
+    }
+    const QList<QCommandLineOption> options = dialogOptions();
+    for (const QCommandLineOption &option : options) {
+        const QString name = option.names().first();
+        if (m_parser.isSet(name))
+            return fail(QStringLiteral("--%1 needs --objects.").arg(name));
+    }
+    return true;
+}
+
+bool CommandLine::readDialog()
+{
+    if (!m_parser.isSet(strObjects))
+        return true;
+    DialogChoices &choices = m_options.dialog.emplace();
+    choices.objectFile = m_parser.value(strObjects);
+    choices.pointFile = m_parser.value(strPoints);
+    choices.encoding = m_parser.value(strEncoding);
+    choices.searchPoints = !m_parser.isSet(strNoSearchPoints);
+    choices.searchObjects = !m_parser.isSet(strNoSearchObjects);
+    choices.pointPrefix = m_parser.value(strPointPrefix);
+    choices.objectPrefix = m_parser.value(strObjectPrefix);
+    choices.sort = m_parser.isSet(strSort);
+    choices.update = m_parser.isSet(strUpdate);
+    choices.screenshot = m_parser.value(strScreenshot);
+    return readStart(strPointStart, choices.pointStart) && readStart(strObjectStart, choices.objectStart) &&
+           readFields(choices.fields);
+}
+
+bool CommandLine::readStart(const QString &name, int &number)
+{
+    const QString value = m_parser.value(name);
+    return toNumber(value, 1, maxStart, number) ||
+           fail(QStringLiteral("--%1 takes a number from 1 to %2, not \"%3\".").arg(name).arg(maxStart).arg(value));
+}
+
+bool CommandLine::readFields(QVector<QPair<int, QString>> &fields)
+{
+    const QStringList values = m_parser.values(strField);
+    if (values.size() > maxFieldCount)
+        return fail(QStringLiteral("--field may be given %1 times at most.").arg(maxFieldCount));
+    for (const QString &value : values) {
+        const int equals = value.indexOf(QLatin1Char('='));
+        const QString text = value.mid(equals + 1);
+        int column = 0;
+        if (!toNumber(value.left(std::max(equals, 0)), 1, maxField, column) || text.isEmpty())
+            return fail(QStringLiteral("--field takes a column from 1 to %1 and a text, as in 4=text, not \"%2\".")
+                            .arg(maxField)
+                            .arg(value));
+        fields.append({column, text});
+    }
+    return true;
+}
