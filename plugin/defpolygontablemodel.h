@@ -69,7 +69,8 @@ public:
     /// until the next setPolygon().
     void dropPolygon() { polygon = nullptr; }
 
-    /// Shows what now stands where the object stood, after its owner has put another there.
+    /// Shows what now stands where the object stood, after its owner has put another there. Without an object it does
+    /// nothing.
     void refresh();
 
     /// Lays out the rows anew after the shape of the object has changed.
