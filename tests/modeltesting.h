@@ -74,7 +74,7 @@ inline QString backgroundOf(const QModelIndex &index)
     const QVariant value = index.data(Qt::BackgroundRole);
     if (!value.isValid())
         return QStringLiteral("none");
-    const QBrush brush = value.value<QBrush>();
+    const auto brush = value.value<QBrush>();
     const bool solid = value.userType() == QMetaType::QBrush && brush.style() == Qt::SolidPattern;
     return solid ? brush.color().name() : QStringLiteral("other");
 }

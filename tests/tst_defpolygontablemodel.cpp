@@ -248,6 +248,7 @@ void tst_DefPolygonTableModel::flagsOutsideVertices()
     QCOMPARE(table.model.flags(QModelIndex()), Qt::NoItemFlags);
     table.model.setNxyColNum(-1, 1, 2);
     QCOMPARE(table.model.flags(QModelIndex()), Qt::NoItemFlags);
+    QCOMPARE(table.model.flags(table.model.createIndex(0, -1)), Qt::NoItemFlags);
 }
 
 void tst_DefPolygonTableModel::cellsAreShown_data()

@@ -190,6 +190,7 @@ void tst_DefPolygonTableModelEdit::numberColumnThatIsNotShownIsRefused()
     QVERIFY(!table.model.setData(table.cell(0, 0), QStringLiteral("new")));
     QVERIFY(!table.model.setData(table.cell(0, 1), QStringLiteral("new")));
     QVERIFY(!table.model.setData(QModelIndex(), QStringLiteral("new")));
+    QVERIFY(!table.model.setData(table.model.createIndex(0, -1), QStringLiteral("new")));
 
     QCOMPARE(log.texts(), QStringList());
     QCOMPARE(table.object.contours.at(0).at(0).def, QStringLiteral("н1"));

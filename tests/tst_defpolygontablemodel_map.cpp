@@ -208,6 +208,7 @@ void tst_DefMapTableModel::otherCellsAreEmpty()
     QVERIFY(!list.model.data(QModelIndex(), Qt::DisplayRole).isValid());
     QVERIFY(!list.model.data(QModelIndex(), Qt::BackgroundRole).isValid());
     QVERIFY(!list.model.data(list.model.createIndex(0, 1), Qt::BackgroundRole).isValid());
+    QVERIFY(!list.model.data(list.model.createIndex(0, -1), Qt::DisplayRole).isValid());
     for (int role : otherRoles())
         QVERIFY(!list.row(0).data(role).isValid());
 }

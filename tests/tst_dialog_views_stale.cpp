@@ -19,6 +19,7 @@ private Q_SLOTS:
     void viewsOutliveAnEmptyRun();
     void editorOutlivesAnEmptyRun();
     void formerRowIsPassedOver();
+    void formerRowIsPassedOverInTheMidstOfARun();
     void sortingAfterAnEmptyRunLeavesTheTable();
     void fullRunShowsItsObjectsAgain();
 
@@ -65,6 +66,13 @@ void actAndRepaint(Dialog &dialog, Action act)
     act(dialog);
     QCoreApplication::processEvents();
     dialog.grab();
+}
+
+/// Calls the slot as the view does.
+void makeCurrent(Dialog &dialog, const QModelIndex &index)
+{
+    QVERIFY(QMetaObject::invokeMethod(&dialog, "procCurrentChanged", Q_ARG(QModelIndex, index),
+                                      Q_ARG(QModelIndex, QModelIndex())));
 }
 
 } // namespace
@@ -142,7 +150,7 @@ void tst_DialogViewsStale::editorOutlivesAnEmptyRun()
     QVERIFY(isNothingOrOld(shown(dialog.polygonModel), table));
 }
 
-// An index of the list may be older than the objects: the slot is called with it as the view would.
+// An index of the list may be older than the objects.
 void tst_DialogViewsStale::formerRowIsPassedOver()
 {
     Dialog dialog;
@@ -151,11 +159,29 @@ void tst_DialogViewsStale::formerRowIsPassedOver()
     process(dialog, missingPlan());
     const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
 
-    QVERIFY(QMetaObject::invokeMethod(&dialog, "procCurrentChanged", Q_ARG(QModelIndex, third),
-                                      Q_ARG(QModelIndex, QModelIndex())));
+    makeCurrent(dialog, third);
 
     QCOMPARE(reset.count(), 0);
     dialog.grab();
+}
+
+// The objects that are there already may move when more are read.
+void tst_DialogViewsStale::formerRowIsPassedOverInTheMidstOfARun()
+{
+    Dialog dialog;
+    showPlan(dialog, files);
+    const QModelIndex first = dialog.mapModel.index(0, 0);
+    const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
+    int resets = -1;
+    reaction() = [&] {
+        makeCurrent(dialog, first);
+        resets = reset.count();
+    };
+
+    process(dialog, brokenPlan());
+
+    QCOMPARE(resets, 0);
+    QCOMPARE(reset.count(), 1);
 }
 
 void tst_DialogViewsStale::sortingAfterAnEmptyRunLeavesTheTable()
