@@ -1,0 +1,153 @@
+#include "mapimport_lines.h"
+
+#include <QIODevice>
+#include <QString>
+
+#include <utility>
+
+namespace {
+
+/// The bytes that are decoded at a time, as many as QTextStream takes: a text that ends in half a character or in bare
+/// carriage returns shows where the pieces are cut.
+constexpr int chunkSize = 16384;
+
+/// A power of ten up to this, and a whole number below 2^53, are exact: so is their rounded quotient.
+constexpr int maxDecimals = 22;
+constexpr int maxDigits = 15;
+
+constexpr double powersOfTen[maxDecimals + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+bool isDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+QString rawString(QStringView view)
+{
+    return QString::fromRawData(view.data(), static_cast<int>(view.size()));
+}
+
+/// Reads digits from \a i on into \a number, at most maxDigits of them in all; returns how many there are.
+int readDigits(QStringView word, int &i, int limit, qint64 &number)
+{
+    const int begin = i;
+    for (; i < word.size() && i - begin < limit && isDigit(word[i]); ++i)
+        number = number * 10 + (word[i].unicode() - u'0');
+    return i - begin;
+}
+
+} // namespace
+
+void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
+{
+    m_device = device;
+    m_codec = codec;
+    m_detectUnicode = true;
+    m_state = std::make_unique<QTextCodec::ConverterState>();
+    m_buffer = QString();
+    m_next = 0;
+}
+
+void LineReader::rewind()
+{
+    m_device->seek(0);
+    m_state = std::make_unique<QTextCodec::ConverterState>();
+    m_buffer = QString();
+    m_next = 0;
+}
+
+bool LineReader::atEnd() const
+{
+    return m_next == m_buffer.size() && m_device->atEnd();
+}
+
+// Decodes one more piece of the text. Carriage returns are taken out here and not by the device, since in UTF-16 the
+// byte says nothing.
+bool LineReader::fill()
+{
+    char bytes[chunkSize];
+    m_device->setTextModeEnabled(false);
+    const qint64 count = m_device->read(bytes, chunkSize);
+    m_device->setTextModeEnabled(true);
+    if (count <= 0)
+        return false;
+    const int size = static_cast<int>(count);
+    if (m_detectUnicode) // a byte-order mark at the start of the text has the last word
+        m_codec = QTextCodec::codecForUtfText(QByteArray::fromRawData(bytes, size), m_codec);
+    m_detectUnicode = false;
+    m_buffer += m_codec->toUnicode(bytes, size, m_state.get()).remove(QLatin1Char('\r'));
+    return true;
+}
+
+// A line that the buffer does not hold to its end.
+QStringView LineReader::readLongLine()
+{
+    m_kept = std::move(m_buffer);
+    m_buffer = m_kept.mid(m_next);
+    int searched = 0;
+    int end = -1;
+    do {
+        end = m_buffer.indexOf(QLatin1Char('\n'), searched);
+        searched = m_buffer.size();
+    } while (end < 0 && fill());
+    m_next = end < 0 ? searched : end + 1;
+    return m_next == 0 ? QStringView() : QStringView(m_buffer).left(end < 0 ? searched : end);
+}
+
+void Words::split(QStringView line)
+{
+    const QChar *const end = line.end();
+    m_size = 0;
+    for (const QChar *c = line.begin(); c != end;) {
+        const QChar *const begin = c;
+        while (c != end && !c->isSpace())
+            ++c;
+        if (c != begin && m_size < maxKept)
+            m_words[m_size] = QStringView(begin, c);
+        if (c != begin)
+            ++m_size;
+        while (c != end && c->isSpace())
+            ++c;
+    }
+    if (m_size == 0)
+        m_words[m_size++] = line;
+}
+
+void toUpper(QStringView word, QString &upper)
+{
+    upper.resize(static_cast<int>(word.size()));
+    QChar *to = upper.data();
+    for (const QChar c : word) {
+        if (c.unicode() >= 0x80) {
+            upper = word.toString().toUpper();
+            return;
+        }
+        *to++ = c >= QLatin1Char('a') && c <= QLatin1Char('z') ? QChar(c.unicode() - 0x20) : c;
+    }
+}
+
+double toDouble(QStringView word, bool &ok)
+{
+    int i = 0;
+    const bool negative = !word.isEmpty() && word[0] == QLatin1Char('-');
+    if (negative)
+        ++i;
+    qint64 number = 0;
+    const int whole = readDigits(word, i, maxDigits, number);
+    int decimals = 0;
+    if (whole > 0 && i < word.size() && word[i] == QLatin1Char('.')) {
+        ++i;
+        decimals = readDigits(word, i, maxDigits - whole, number);
+    }
+    if (whole == 0 || i != word.size())
+        return rawString(word).toDouble(&ok);
+    ok = true;
+    const double value = static_cast<double>(number) / powersOfTen[decimals];
+    return negative ? -value : value;
+}
+
+int toInt(QStringView word, bool &ok)
+{
+    return rawString(word).toInt(&ok);
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QStringView>
+#include <QTextCodec>
+#include <QVector>
+
+#include <memory>
+
+class QIODevice;
+
+/// Reads a text line by line, as QTextStream::readLine() does but without a string for each line.
+///
+/// Line ends, byte-order marks and encodings come out as with a QTextStream that has been given the codec after its
+/// device, which has been opened in text mode.
+class LineReader
+{
+public:
+    /// Reads \a device, which stays the caller's, from where it stands.
+    void setDevice(QIODevice *device, QTextCodec *codec);
+
+    QIODevice *device() const { return m_device; }
+    QTextCodec *codec() const { return m_codec; }
+
+    /// Goes back to the start of the device.
+    void rewind();
+
+    bool atEnd() const;
+
+    /// The next line without its end; null at the end of the text.
+    QString readLine() { return readLineView().toString(); }
+
+    /// The next line in place; null at the end of the text. It is valid until the next line but one is read.
+    QStringView readLineView()
+    {
+        const QChar *const begin = m_buffer.constData() + m_next;
+        const QChar *const bufferEnd = m_buffer.constData() + m_buffer.size();
+        const QChar *end = begin;
+        while (end != bufferEnd && *end != QLatin1Char('\n'))
+            ++end;
+        if (end == bufferEnd)
+            return readLongLine();
+        m_next += static_cast<int>(end - begin) + 1;
+        return {begin, end};
+    }
+
+private:
+    QStringView readLongLine();
+    bool fill();
+
+    QIODevice *m_device = nullptr;
+    QTextCodec *m_codec = nullptr;
+    bool m_detectUnicode = true; ///< the text may still begin with a byte-order mark
+    std::unique_ptr<QTextCodec::ConverterState> m_state;
+    QString m_buffer; ///< what has been decoded, from the line after those of m_kept
+    QString m_kept;   ///< the piece before, in which the line before may still be looked at
+    int m_next = 0;   ///< where the next line begins in m_buffer
+};
+
+/// The words of a line, which stand between white space. They point into the line.
+class Words
+{
+public:
+    /// Splits \a line; an empty line has one empty word.
+    void split(QStringView line);
+
+    int size() const { return m_size; }
+
+    /// The word at \a i, from 0; null when the line has fewer, or when it is past those that any line needs.
+    QStringView operator[](int i) const { return i < m_size && i < maxKept ? m_words[i] : QStringView(); }
+
+private:
+    static constexpr int maxKept = 5;
+
+    int m_size = 0;
+    QStringView m_words[maxKept];
+};
+
+/// \a line without white space at both ends.
+inline QStringView trimmedLine(QStringView line)
+{
+    const QChar *begin = line.begin();
+    const QChar *end = line.end();
+    while (begin != end && begin->isSpace())
+        ++begin;
+    while (begin != end && end[-1].isSpace())
+        --end;
+    return {begin, end};
+}
+
+/// Makes \a upper the text of \a word as QString::toUpper() gives it.
+void toUpper(QStringView word, QString &upper);
+
+/// As QString::toDouble() with the text of \a word; plain decimal numbers are read without a detour.
+double toDouble(QStringView word, bool &ok);
+
+/// As QString::toInt() with the text of \a word.
+int toInt(QStringView word, bool &ok);
