@@ -22,20 +22,6 @@ QPointF meanOf(const QVector<DefPoint> &ring)
     return {x / ring.size(), y / ring.size()};
 }
 
-/// `<` with NaN after every number. A file may say "nan", for which `<` alone is no order, and std::sort would then run
-/// out of its range.
-bool numbersFirst(double a, double b)
-{
-    return a < b || (std::isnan(b) && !std::isnan(a));
-}
-
-bool sortsBefore(const DefPoint &a, const DefPoint &b)
-{
-    if (numbersFirst(a.x, b.x) || numbersFirst(b.x, a.x))
-        return numbersFirst(a.x, b.x);
-    return numbersFirst(a.y, b.y);
-}
-
 /// A designation as objects are ordered by it, with the object's place before the sort.
 struct SortKey
 {
@@ -155,12 +141,23 @@ void sortObjects(QVector<DefPolygon> &objects)
 
 void sortPoints(QVector<DefPoint> &points)
 {
-    std::sort(points.begin(), points.end(), sortsBefore);
+    // Not operator<: a file may say "nan", for which that is no order, and std::sort would run out of its range.
+    std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return sortsBefore(a, b); });
 }
 
 void insertSorted(QVector<DefPoint> &points, const DefPoint &point)
 {
     points.insert(std::lower_bound(points.begin(), points.end(), point, sortsBefore), point);
+}
+
+void sortAppended(QVector<DefPoint> &points, int sorted)
+{
+    // Of equal points the one that came last stands first, and the sorts below keep what is equal in its order.
+    const auto tail = points.begin() + sorted;
+    std::reverse(tail, points.end());
+    std::stable_sort(tail, points.end(), sortsBefore);
+    std::rotate(points.begin(), tail, points.end());
+    std::inplace_merge(points.begin(), points.begin() + (points.end() - tail), points.end(), sortsBefore);
 }
 
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p)

@@ -17,6 +17,9 @@ struct DefPoint
     double y = 0;
 };
 
+// Containers may move these bytewise.
+Q_DECLARE_TYPEINFO(DefPoint, Q_MOVABLE_TYPE);
+
 /// True within the tolerance on both axes, whatever the designations; not transitive.
 inline bool operator==(const DefPoint &a, const DefPoint &b)
 {
@@ -43,6 +46,8 @@ struct DefPolygon
     QPointF centroid() const;
 };
 
+Q_DECLARE_TYPEINFO(DefPolygon, Q_MOVABLE_TYPE);
+
 /// Splits \a def into a text and its trailing decimal number: «н12» gives «н» and 12.
 ///
 /// \a num is -1 without trailing digits and 0 when they do not fit an int.
@@ -54,8 +59,22 @@ void sortObjects(QVector<DefPolygon> &objects);
 /// Sorts by operator<, with coordinates that are not a number after all numbers. Equal points may change places.
 void sortPoints(QVector<DefPoint> &points);
 
+/// The order of sortPoints().
+inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
+{
+    if (a.x < b.x || b.x < a.x)
+        return a.x < b.x;
+    if (std::isnan(a.x) != std::isnan(b.x))
+        return std::isnan(b.x);
+    return a.y < b.y || (std::isnan(b.y) && !std::isnan(a.y));
+}
+
 /// Inserts \a point into \a points, which are sorted as sortPoints() does, before the first that is not less than it.
 void insertSorted(QVector<DefPoint> &points, const DefPoint &point);
+
+/// Sorts \a points of which those from \a sorted on have been appended one by one: as if each had been inserted before
+/// the first that is not less than it.
+void sortAppended(QVector<DefPoint> &points, int sorted);
 
 /// The point nearest to \a p among \a points, which are sorted by x; null when none has a finite distance.
 ///

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "defpolygon.h"
+
+#include <QVector>
+
+#include <set>
+
+/// Answers findNearestPoint() for a list that grows, as long as only answers equal to the query count.
+///
+/// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them
+/// wherever the points lie. Finite points must be distinct, as the known points of an import are.
+class CloseSearch
+{
+public:
+    /// How many points have been taken in.
+    int count() const { return m_count; }
+
+    /// Takes in \a points, in place of all that was taken in before.
+    void reset(const QVector<DefPoint> &points);
+
+    /// Takes in the last of \a points, which is new.
+    void addLast(const QVector<DefPoint> &points);
+
+    /// Among \a points, which have been taken in: the one that findNearestPoint() gives for them in order, if it is
+    /// equal to (x, y); else null. The pointer is to a copy, good until more points are taken in.
+    const DefPoint *find(const QVector<DefPoint> &points, double x, double y);
+
+private:
+    struct Query;
+    using Order = bool (*)(const DefPoint &, const DefPoint &);
+
+    int slotOf(qint64 column, qint64 row) const;
+    void insert(const DefPoint &point);
+    void searchCell(qint64 column, qint64 row, Query &query);
+    bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
+
+    /// A power of two of them, at most half filled; the points of a cell follow its slot. An empty one has no x.
+    QVector<DefPoint> m_slots;
+    int m_count = 0;
+    std::set<DefPoint, Order> m_ordered{sortsBefore}; ///< all points, once a tie has asked for their order
+};
+
+/// Answers findNearestPoint() for a sorted list that stays as it is, in logarithmic time wherever the points lie.
+class NearestSearch
+{
+public:
+    /// Takes in \a points, sorted as sortPoints() does.
+    explicit NearestSearch(const QVector<DefPoint> &points);
+
+    /// What findNearestPoint() gives for the points and \a p; the pointer is good for the life of this object.
+    const DefPoint *find(const QPointF &p) const;
+
+private:
+    /// Where points lie; a node that has the places before and after it in its range for children.
+    struct Place
+    {
+        double x;
+        double y;
+        int first; ///< of the points there
+        int axis;  ///< along which a node halves its range: 0 for x, 1 for y
+    };
+    struct Box;
+    struct Query;
+
+    void build(int begin, int end, Box box);
+    void search(int begin, int end, Query &query) const;
+    void examine(const Place &place, Query &query) const;
+    bool isExaminedFirst(const Place &place, const Query &query) const;
+    int firstExamined(const Place &place, double x) const;
+    int rank(int index, double x) const;
+
+    QVector<DefPoint> m_points;
+    QVector<Place> m_places;
+};
