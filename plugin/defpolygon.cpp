@@ -145,11 +145,6 @@ void sortPoints(QVector<DefPoint> &points)
     std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return sortsBefore(a, b); });
 }
 
-void insertSorted(QVector<DefPoint> &points, const DefPoint &point)
-{
-    points.insert(std::lower_bound(points.begin(), points.end(), point, sortsBefore), point);
-}
-
 void sortAppended(QVector<DefPoint> &points, int sorted)
 {
     // Of equal points the one that came last stands first, and the sorts below keep what is equal in its order.

@@ -69,9 +69,6 @@ inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
     return a.y < b.y || (std::isnan(b.y) && !std::isnan(a.y));
 }
 
-/// Inserts \a point into \a points, which are sorted as sortPoints() does, before the first that is not less than it.
-void insertSorted(QVector<DefPoint> &points, const DefPoint &point);
-
 /// Sorts \a points of which those from \a sorted on have been appended one by one: as if each had been inserted before
 /// the first that is not less than it.
 void sortAppended(QVector<DefPoint> &points, int sorted);

@@ -11,7 +11,10 @@ void (*statusFunc)(const QString &) = nullptr;
 
 QString numbered(const QString &prefix, int &num)
 {
-    return QStringLiteral("%1%2").arg(prefix).arg(num++); // NOLINT(*-multi-arg): a prefix may hold a place marker
+    if (!prefix.contains(QLatin1Char('%')))
+        return prefix + QString::number(num++);
+    // The number may land in a place marker of the prefix.
+    return QStringLiteral("%1%2").arg(prefix).arg(num++); // NOLINT(*-multi-arg)
 }
 
 } // namespace
@@ -51,8 +54,7 @@ bool MapImport::readFile(const QString &fileName, Pass pass)
         failInFile(QStringLiteral("Ошибка открытия файла %1"));
         return true;
     }
-    stream.setDevice(&file);
-    stream.setCodec(codec); // only now: setDevice() forgets it
+    stream.setDevice(&file, codec);
     lineNum = 0;
     const bool ok = (this->*pass)();
     file.close();
@@ -62,11 +64,25 @@ bool MapImport::readFile(const QString &fileName, Pass pass)
 bool MapImport::importMap()
 {
     points.clear();
+    appendedCount = 0;
     if (searchPointDefs && !readFile(pointFileName.isEmpty() ? objectFileName : pointFileName, &MapImport::loadPoints))
         return false;
     sortPoints(points);
     points.erase(std::unique(points.begin(), points.end()), points.end());
-    return readFile(objectFileName, &MapImport::loadPolygons);
+    const bool ok = readFile(objectFileName, &MapImport::loadPolygons);
+    sortAppended(points, points.size() - appendedCount);
+    appendedCount = 0;
+    closePoints = CloseSearch();
+    return ok;
+}
+
+// Inserting each new point at its place would move half of the others each time. So they wait at the end, and are
+// sorted in when somebody asks for the order.
+QVector<DefPoint> MapImport::knownPoints() const
+{
+    QVector<DefPoint> sorted = points;
+    sortAppended(sorted, sorted.size() - appendedCount);
+    return sorted;
 }
 
 void MapImport::appendEmptyPolygon()
@@ -79,21 +95,29 @@ void MapImport::appendEmptyContour()
     objects->last().contours.append(QVector<DefPoint>());
 }
 
+void MapImport::reserveVerts(int count)
+{
+    constexpr int mostCredible = 64;
+    lastContour().reserve(qBound(0, count, mostCredible) + 1); // a ring may need its first vertex again
+}
+
 QString MapImport::vertexDef(double x, double y)
 {
-    const DefPoint *const known = findNearestPoint(points, QPointF(x, y));
-    const DefPoint point{QString(), x, y};
-    if (known != nullptr && *known == point)
+    if (closePoints.count() != points.size())
+        closePoints.reset(points);
+    const DefPoint *const known = closePoints.find(points, x, y);
+    if (known != nullptr)
         return known->def;
-    QString def = numbered(pointPref, pointStartNum);
-    insertSorted(points, DefPoint{def, x, y});
-    return def;
+    points.append(DefPoint{numbered(pointPref, pointStartNum), x, y});
+    ++appendedCount;
+    closePoints.addLast(points);
+    return points.last().def;
 }
 
 void MapImport::appendVert(double x, double y, bool closing)
 {
-    const QString def = closing ? lastContour().first().def : vertexDef(x, y);
-    lastContour().append(swapXY ? DefPoint{def, y, x} : DefPoint{def, x, y});
+    QString def = closing ? lastContour().first().def : vertexDef(x, y);
+    lastContour().append(swapXY ? DefPoint{std::move(def), y, x} : DefPoint{std::move(def), x, y});
 }
 
 void MapImport::setLastPolygonDef(const QString &def)
@@ -103,6 +127,5 @@ void MapImport::setLastPolygonDef(const QString &def)
 
 void MapImport::resetInFileStream()
 {
-    file.seek(0);
-    stream.seek(0);
+    stream.rewind();
 }

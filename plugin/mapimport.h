@@ -1,15 +1,18 @@
 #pragma once
 
 #include "defpolygon.h"
+#include "defpolygon_search.h"
+#include "mapimport_lines.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QHash>
 #include <QSet>
 #include <QString>
-#include <QStringList>
-#include <QTextStream>
 #include <QVector>
+
+#include <array>
+#include <memory>
 
 class QTextCodec;
 
@@ -50,7 +53,9 @@ public:
 
     QVector<DefPolygon> *objects = nullptr; ///< where the run appends its objects; the caller's
 
-    const QVector<DefPoint> &knownPoints() const { return points; }
+    /// The known points: in order those that were read and all that were numbered since; in the order of the file
+    /// after a points pass that failed.
+    QVector<DefPoint> knownPoints() const;
 
 protected:
     /// Reads known points from the start of `stream` into `points`, in any order.
@@ -62,6 +67,8 @@ protected:
     void appendEmptyPolygon();
     /// Starts a contour of the last object.
     void appendEmptyContour();
+    /// Makes room for the \a count vertices that a file announces for the last contour, as far as one may believe it.
+    void reserveVerts(int count);
     /// Numbers a vertex and appends it to the last contour. \a closing repeats the number of the contour's first
     /// vertex.
     void appendVert(double x, double y, bool closing);
@@ -73,9 +80,9 @@ protected:
     /// Tells the host \a text with the name of the file being read as its %1; always false.
     bool failInFile(const QString &text) const;
 
-    QVector<DefPoint> points; ///< known points, sorted outside loadPoints()
-    QTextStream stream;       ///< reads `file`
-    QString line;             ///< the last line read
+    QVector<DefPoint> points; ///< known points; sorted, but for those that appendVert() has put at the end since
+    LineReader stream;        ///< reads `file`
+    QStringView line;         ///< the last line read; valid until the next line but one is read
     int lineNum = 0;          ///< its number, from 1
     QTextCodec *codec;        ///< of the files; never null, not owned
     QFile file;
@@ -88,6 +95,8 @@ private:
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 
     QByteArray encoding;
+    CloseSearch closePoints; ///< finds among `points` while vertices are numbered
+    int appendedCount = 0;   ///< how many of `points` appendVert() has put at the end
 };
 
 /// Reads a MIF file and the MID file of the same name.
@@ -111,7 +120,9 @@ private:
     bool openMidFile();
     bool readMidLine();
     bool readMidDef(QString *def);
-    QString extractDef(const QString &record) const;
+    QString extractDef(QStringView record) const;
+    bool hasToken(int i, double &number) const;
+    bool hasToken(int i, int &number) const;
 
     bool readPoint();
     bool readLine();
@@ -136,11 +147,12 @@ private:
     QSet<QString> objectKeywords; ///< first words of lines that begin an object
     QChar delimiter;              ///< of the fields of a MID record; from the header
     QChar tokenSeparator;         ///< of the words of a MIF line
-    QStringList tokens;           ///< words of the last line that was split
+    Words tokens;                 ///< words of the last line that was split; valid as long as the line
+    QString keyword;              ///< first word of such a line, in upper case
     QFile midFile;                ///< open while designations are looked up
-    QTextStream midStream;
-    QString midLine;   ///< the last record, trimmed
-    int midLineNo = 0; ///< its number, from 1
+    LineReader midStream;
+    QStringView midLine; ///< the last record, trimmed; valid until the next but one is read
+    int midLineNo = 0;   ///< its number, from 1
 };
 
 /// Reads an ASCII DXF drawing: designations are the texts that lie nearest.
@@ -156,14 +168,34 @@ protected:
 
 private:
     using Reader = bool (DxfImport::*)();
-    using Readers = QHash<QString, Reader>;
-    using TextGroups = QHash<QString, QString>; ///< of one TEXT, values by group code
+    struct Entity
+    {
+        QLatin1String name;
+        Reader read;
+    };
+    using Entities = QVector<Entity>; ///< the few that a pass reads
 
+    /// The group codes that mean something here; the coordinates come first, as they stand in Coordinates.
+    enum Group { X, Y, X2, Y2, Begin, Text, Name, Flags, HorizontalAlignment, VerticalAlignment, Count, Other };
+    using Coordinates = std::array<double, 4>;
+
+    /// The groups of one TEXT; of a group that is repeated the last.
+    struct TextGroups
+    {
+        unsigned present = 0; ///< which there are, a bit for each group
+        unsigned numbers = 0; ///< of which coordinates the value is a number
+        Coordinates at{};
+        int alignment[2] = {0, 0};
+        QString text;
+    };
+
+    static Group groupOf(QStringView code);
     bool readCodeValue();
+    void pushBack();
     bool checkDxfFile();
     QString decodeText(const QString &s) const;
 
-    bool readCoordinates(const QHash<QString, double *> &coordinates);
+    bool readCoordinates(Coordinates &coordinates, int count);
     bool readPoint();
     bool readVertex();
     bool readVertices(bool &closed);
@@ -174,7 +206,7 @@ private:
     bool finishContour(bool closed);
     bool readText();
     bool readTextGroups(TextGroups &groups);
-    static bool textPosition(const TextGroups &groups, DefPoint &text);
+    void takeTextGroup(TextGroups &groups) const;
 
     bool loadPoint();
     bool loadLine();
@@ -182,14 +214,19 @@ private:
     bool loadLwpolyline();
 
     bool loadTextsOnly();
-    bool loadEntities(const Readers &readers);
-    bool scanSections(const Readers &readers);
+    bool loadEntities(const Entities &entities);
+    bool scanSections(const Entities &entities);
+    bool readEntity(const Entities &entities);
     void filterObjectDefs();
     void updatePointsDefs();
     void updateLastPolygonDef();
 
-    QString code;            ///< group code of the current pair, trimmed
-    QString value;           ///< value of the current pair, trimmed
-    bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
-    QVector<DefPoint> texts; ///< what the drawing says, and where
+    const DefPoint *nearestText(const QPointF &p);
+
+    Group code = Other;                        ///< of the current pair
+    QStringView value;                         ///< of the current pair, trimmed; valid until the next pair is read
+    bool pushedBack = false;                   ///< the next readCodeValue() delivers the current pair again
+    QString pushedBackValue;                   ///< what value points to then
+    QVector<DefPoint> texts;                   ///< what the drawing says, and where
+    std::unique_ptr<NearestSearch> textSearch; ///< over the texts, once they are sorted and stay as they are
 };

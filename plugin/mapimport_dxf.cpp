@@ -8,31 +8,62 @@
 // A file begins with the section HEADER, and only entities of the section ENTITIES are read. There are no attributes:
 // points and objects are named by the texts that lie nearest.
 //
-// The functions stand in the order in which the data travels: pair, text, entity, pass.
+// The functions stand in the order in which the data travels: pair, text, entity; the passes have a file of their own.
 
 #include "mapimport.h"
 
 #include <QRegularExpression>
 #include <QTextCodec>
 
-#include <algorithm>
-
 namespace {
 
-const QString codeX = QStringLiteral("10");
-const QString codeY = QStringLiteral("20");
-const QString codeX2 = QStringLiteral("11");
-const QString codeY2 = QStringLiteral("21");
-const QString codeText = QStringLiteral("1");
-
-bool toNumber(const QString &text, double &number)
+constexpr unsigned bit(int group)
 {
-    bool ok = false;
-    number = text.toDouble(&ok);
-    return ok;
+    return 1U << static_cast<unsigned>(group);
+}
+
+constexpr int pair(int first, int second)
+{
+    return first << 16 | second;
+}
+
+constexpr bool hasAll(unsigned groups, unsigned wanted)
+{
+    return (groups & wanted) == wanted;
 }
 
 } // namespace
+
+// A code is what is written: 010 is not 10.
+DxfImport::Group DxfImport::groupOf(QStringView code)
+{
+    if (code.size() == 1) {
+        const ushort digit = code[0].unicode();
+        return digit == '0' ? Begin : digit == '1' ? Text : digit == '2' ? Name : Other;
+    }
+    if (code.size() != 2)
+        return Other;
+    switch (pair(code[0].unicode(), code[1].unicode())) {
+    case pair('1', '0'):
+        return X;
+    case pair('2', '0'):
+        return Y;
+    case pair('1', '1'):
+        return X2;
+    case pair('2', '1'):
+        return Y2;
+    case pair('7', '0'):
+        return Flags;
+    case pair('7', '2'):
+        return HorizontalAlignment;
+    case pair('7', '3'):
+        return VerticalAlignment;
+    case pair('9', '0'):
+        return Count;
+    default:
+        return Other;
+    }
+}
 
 // A blank line in place of a group code ends the reading, as the end of the file does.
 bool DxfImport::readCodeValue()
@@ -41,21 +72,29 @@ bool DxfImport::readCodeValue()
         pushedBack = false;
         return true;
     }
-    line = stream.readLine();
+    line = trimmedLine(stream.readLineView());
     ++lineNum;
-    code = line.trimmed();
-    if (code.isEmpty())
+    if (line.isEmpty())
         return false;
-    line = stream.readLine();
+    code = groupOf(line);
+    line = stream.readLineView();
     ++lineNum;
-    value = line.trimmed();
+    value = trimmedLine(line);
     return true;
+}
+
+// Nothing takes a pair back, so it may be asked for after its line is gone.
+void DxfImport::pushBack()
+{
+    pushedBack = true;
+    pushedBackValue = value.toString();
+    value = pushedBackValue;
 }
 
 bool DxfImport::checkDxfFile()
 {
-    const bool ok = readCodeValue() && code == QLatin1String("0") && value == QLatin1String("SECTION") &&
-                    readCodeValue() && code == QLatin1String("2") && value == QLatin1String("HEADER");
+    const bool ok = readCodeValue() && code == Begin && value == QLatin1String("SECTION") && readCodeValue() &&
+                    code == Name && value == QLatin1String("HEADER");
     return ok || failInFile(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"));
 }
 
@@ -63,6 +102,8 @@ bool DxfImport::checkDxfFile()
 QString DxfImport::decodeText(const QString &s) const
 {
     static const QRegularExpression re(QStringLiteral("%%(\\d{3})"));
+    if (!s.contains(QLatin1String("%%")))
+        return s;
     QString text = s;
     text.replace(QLatin1String("%%d"), QStringLiteral("°"));
     text.replace(QLatin1String("%%p"), QStringLiteral("±"));
@@ -80,52 +121,51 @@ QString DxfImport::decodeText(const QString &s) const
     return end == 0 ? text : decoded + text.midRef(end);
 }
 
-// Reads on until every code of the table has given its coordinate, if need be into the entities that follow.
-bool DxfImport::readCoordinates(const QHash<QString, double *> &coordinates)
+// Reads on until there are the first count coordinates, if need be into the entities that follow.
+bool DxfImport::readCoordinates(Coordinates &coordinates, int count)
 {
-    QSet<QString> missing(coordinates.keyBegin(), coordinates.keyEnd());
-    while (!missing.isEmpty()) {
+    unsigned missing = bit(count) - 1;
+    while (missing != 0) {
         if (stream.atEnd() || !readCodeValue())
             return false;
-        double *const coordinate = coordinates.value(code);
-        if (coordinate != nullptr && !toNumber(value, *coordinate))
+        if (code >= count)
+            continue;
+        bool ok = false;
+        coordinates.at(code) = toDouble(value, ok);
+        if (!ok)
             return false;
-        missing.remove(code);
+        missing &= ~bit(code);
     }
     return true;
 }
 
 bool DxfImport::readPoint()
 {
-    DefPoint point;
-    if (!readCoordinates({{codeX, &point.x}, {codeY, &point.y}}))
+    Coordinates at{};
+    if (!readCoordinates(at, 2))
         return false;
-    points.append(point);
+    points.append(DefPoint{QString(), at[X], at[Y]});
     return true;
 }
 
 bool DxfImport::readVertex()
 {
-    double x = 0;
-    double y = 0;
-    if (!readCoordinates({{codeX, &x}, {codeY, &y}}))
+    Coordinates at{};
+    if (!readCoordinates(at, 2))
         return false;
-    appendVert(x, y, false);
+    appendVert(at[X], at[Y], false);
     return true;
 }
 
 bool DxfImport::readLine()
 {
-    double x1 = 0;
-    double y1 = 0;
-    double x2 = 0;
-    double y2 = 0;
-    if (!readCoordinates({{codeX, &x1}, {codeY, &y1}, {codeX2, &x2}, {codeY2, &y2}}))
+    Coordinates at{};
+    if (!readCoordinates(at, 4))
         return false;
     appendEmptyPolygon();
     appendEmptyContour();
-    appendVert(x1, y1, false);
-    appendVert(x2, y2, false);
+    appendVert(at[X], at[Y], false);
+    appendVert(at[X2], at[Y2], false);
     return true;
 }
 
@@ -134,12 +174,12 @@ bool DxfImport::readLine()
 bool DxfImport::readVertices(bool &closed)
 {
     while (!stream.atEnd() && readCodeValue()) {
-        if (code == QLatin1String("0")) {
+        if (code == Begin) {
             if (value == QLatin1String("SEQEND"))
                 return true;
             if (value != QLatin1String("VERTEX") || !readVertex())
                 return false;
-        } else if (code == QLatin1String("70") && value == QLatin1String("1")) {
+        } else if (code == Flags && value == QLatin1String("1")) {
             closed = true;
         }
     }
@@ -157,33 +197,34 @@ bool DxfImport::readPolyline()
 // The vertices of an LWPOLYLINE, as many as it declares before the first; its flag closes it when bit 0 is set.
 bool DxfImport::readLwVertices(bool &closed)
 {
-    QSet<QString> missing{codeX, codeY};
+    Coordinates at{};
+    unsigned missing = bit(X) | bit(Y);
     bool first = true;
     bool ok = true;
     qint64 count = 0; // wide enough to be counted down however often the file changes it
-    double x = 0;
-    double y = 0;
     while (ok && !stream.atEnd() && readCodeValue()) {
-        if (code == QLatin1String("0"))
+        if (code == Begin)
             return false;
-        if (code == QLatin1String("70"))
-            closed = (value.toInt() & 1) != 0;
-        else if (code == QLatin1String("90"))
-            count = value.toInt(&ok);
-        else if (code == codeX)
-            ok = toNumber(value, x);
-        else if (code == codeY)
-            ok = toNumber(value, y);
-        missing.remove(code);
-        if (!ok || !missing.isEmpty())
+        if (code == Flags) {
+            bool isNumber = false;
+            closed = (toInt(value, isNumber) & 1) != 0;
+        } else if (code == Count) {
+            const int announced = toInt(value, ok);
+            reserveVerts(announced);
+            count = announced;
+        } else if (code == X || code == Y) {
+            at.at(code) = toDouble(value, ok);
+            missing &= ~bit(code);
+        }
+        if (!ok || missing != 0)
             continue;
         if (first && count <= 1)
             return false;
         first = false;
-        appendVert(x, y, false);
+        appendVert(at[X], at[Y], false);
         if (--count == 0)
             return true;
-        missing = {codeX, codeY};
+        missing = bit(X) | bit(Y);
     }
     return false;
 }
@@ -207,187 +248,47 @@ bool DxfImport::finishContour(bool closed)
     return true;
 }
 
+void DxfImport::takeTextGroup(TextGroups &groups) const
+{
+    bool ok = false;
+    if (code <= Y2)
+        groups.at.at(code) = toDouble(value, ok);
+    else if (code == Text)
+        groups.text = value.toString();
+    else if (code == HorizontalAlignment || code == VerticalAlignment)
+        groups.alignment[code - HorizontalAlignment] = toInt(value, ok);
+    groups.present |= bit(code);
+    groups.numbers = ok ? groups.numbers | bit(code) : groups.numbers & ~bit(code);
+}
+
 // The groups of a TEXT up to the next pair with code 0, which is left for the caller.
 bool DxfImport::readTextGroups(TextGroups &groups)
 {
     while (!stream.atEnd()) {
         if (!readCodeValue())
             return false;
-        if (code == QLatin1String("0")) {
-            pushedBack = true;
+        if (code == Begin) {
+            pushBack();
             break;
         }
-        groups.insert(code, value);
+        takeTextGroup(groups);
     }
-    return groups.contains(codeX) && groups.contains(codeY) && groups.contains(codeText);
+    return true;
 }
 
 // A text with an alignment other than left on the baseline is placed by its second point, when it has one.
-bool DxfImport::textPosition(const TextGroups &groups, DefPoint &text)
-{
-    if (!toNumber(groups.value(codeX), text.x) || !toNumber(groups.value(codeY), text.y))
-        return false;
-    const bool aligned =
-        groups.value(QStringLiteral("72")).toInt() != 0 || groups.value(QStringLiteral("73")).toInt() != 0;
-    if (!aligned || !groups.contains(codeX2) || !groups.contains(codeY2))
-        return true;
-    return toNumber(groups.value(codeX2), text.x) && toNumber(groups.value(codeY2), text.y);
-}
-
 bool DxfImport::readText()
 {
+    constexpr unsigned firstPoint = bit(X) | bit(Y);
+    constexpr unsigned secondPoint = bit(X2) | bit(Y2);
     TextGroups groups;
-    DefPoint text;
-    if (!readTextGroups(groups) || !textPosition(groups, text))
+    if (!readTextGroups(groups) || !hasAll(groups.present, firstPoint | bit(Text)) ||
+        !hasAll(groups.numbers, firstPoint))
         return false;
-    text.def = decodeText(groups.value(codeText));
-    texts.append(text);
+    const bool aligned = groups.alignment[0] != 0 || groups.alignment[1] != 0;
+    const bool second = aligned && hasAll(groups.present, secondPoint);
+    if (second && !hasAll(groups.numbers, secondPoint))
+        return false;
+    texts.append(DefPoint{decodeText(groups.text), groups.at[second ? X2 : X], groups.at[second ? Y2 : Y]});
     return true;
-}
-
-// A point that breaks off with TEXT for its value is read on as a text.
-bool DxfImport::loadPoint()
-{
-    const bool ok = readPoint();
-    return value == QLatin1String("TEXT") ? readText() : ok;
-}
-
-bool DxfImport::loadLine()
-{
-    if (!readLine())
-        return false;
-    updateLastPolygonDef();
-    return true;
-}
-
-bool DxfImport::loadPolyline()
-{
-    if (!readPolyline())
-        return false;
-    updateLastPolygonDef();
-    return true;
-}
-
-bool DxfImport::loadLwpolyline()
-{
-    if (!readLwpolyline())
-        return false;
-    updateLastPolygonDef();
-    return true;
-}
-
-bool DxfImport::scanSections(const Readers &readers)
-{
-    bool inEntities = false;
-    while (!stream.atEnd()) {
-        if (!readCodeValue())
-            return false;
-        if (code != QLatin1String("0"))
-            continue;
-        if (value == QLatin1String("SECTION")) {
-            if (!readCodeValue())
-                return false;
-            inEntities = value == QLatin1String("ENTITIES");
-        } else if (inEntities && readers.contains(value) && !(this->*readers.value(value))()) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool DxfImport::loadEntities(const Readers &readers)
-{
-    if (scanSections(readers))
-        return true;
-    showStatus(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(lineNum));
-    return false;
-}
-
-bool DxfImport::loadPoints()
-{
-    if (!checkDxfFile())
-        return false;
-    texts.clear();
-    return loadEntities({{QStringLiteral("INSERT"), &DxfImport::loadPoint},
-                         {QStringLiteral("POINT"), &DxfImport::loadPoint},
-                         {QStringLiteral("CIRCLE"), &DxfImport::loadPoint},
-                         {QStringLiteral("ELLIPSE"), &DxfImport::loadPoint},
-                         {QStringLiteral("TEXT"), &DxfImport::readText}});
-}
-
-// After a failure the objects pass goes on from where this one stopped.
-bool DxfImport::loadTextsOnly()
-{
-    if (!loadEntities({{QStringLiteral("TEXT"), &DxfImport::readText}}))
-        return false;
-    sortPoints(texts);
-    resetInFileStream();
-    return true;
-}
-
-bool DxfImport::loadPolygons()
-{
-    if (!checkDxfFile())
-        return false;
-    updatePointsDefs();
-    if (searchObjectDefs) {
-        const bool haveTexts = searchPointDefs && pointFileName.isEmpty();
-        if (!haveTexts) {
-            texts.clear();
-            loadTextsOnly();
-        }
-        filterObjectDefs();
-    }
-    return loadEntities({{QStringLiteral("LINE"), &DxfImport::loadLine},
-                         {QStringLiteral("POLYLINE"), &DxfImport::loadPolyline},
-                         {QStringLiteral("LWPOLYLINE"), &DxfImport::loadLwpolyline}});
-}
-
-// Every point takes the nearest text, however far; a text may serve several points.
-void DxfImport::updatePointsDefs()
-{
-    if (points.isEmpty() || texts.isEmpty())
-        return;
-    sortPoints(texts);
-    for (DefPoint &point : points) {
-        const DefPoint *const text = findNearestPoint(texts, QPointF(point.x, point.y));
-        if (text != nullptr)
-            point.def = text->def;
-    }
-}
-
-// Drops the texts that look like point numbers, unless all of them do: then they are what there is.
-void DxfImport::filterObjectDefs()
-{
-    static const QRegularExpression pointDefRegExp(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
-    QVector<DefPoint> candidates;
-    for (const DefPoint &text : qAsConst(texts)) {
-        if (!pointDefRegExp.match(text.def).hasMatch())
-            candidates.append(text);
-    }
-    if (!candidates.isEmpty())
-        texts = candidates;
-}
-
-void DxfImport::updateLastPolygonDef()
-{
-    QString def;
-    if (searchObjectDefs) {
-        // Stored vertices may have been exchanged, texts never are.
-        const QPointF m = objects->last().centroid();
-        const DefPoint *const text = findNearestPoint(texts, swapXY ? QPointF(m.y(), m.x()) : m);
-        if (text != nullptr)
-            def = text->def;
-    }
-    setLastPolygonDef(def);
-}
-
-void DxfImport::pointsFromPolygons()
-{
-    for (const DefPolygon &object : qAsConst(*objects)) {
-        for (const QVector<DefPoint> &contour : object.contours)
-            points += contour;
-    }
-    sortPoints(points);
-    points.erase(std::unique(points.begin(), points.end()), points.end());
 }

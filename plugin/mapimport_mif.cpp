@@ -15,6 +15,7 @@
 
 #include <QDir>
 #include <QTextCodec>
+#include <QVarLengthArray>
 
 namespace {
 
@@ -22,20 +23,6 @@ bool failAtLine(const QString &text, int number)
 {
     showStatus(text.arg(number));
     return false;
-}
-
-bool toNumber(const QString &text, double &number)
-{
-    bool ok = false;
-    number = text.toDouble(&ok);
-    return ok;
-}
-
-bool toCount(const QString &text, int &count)
-{
-    bool ok = false;
-    count = text.toInt(&ok);
-    return ok;
 }
 
 } // namespace
@@ -52,17 +39,17 @@ MifImport::MifImport()
 
 bool MifImport::readTokenizeMifLine(bool tokenize)
 {
-    line = stream.readLine().simplified();
+    line = trimmedLine(stream.readLineView());
     ++lineNum;
     if (tokenize)
-        tokens = line.split(tokenSeparator);
+        tokens.split(line);
     return !line.isEmpty();
 }
 
 bool MifImport::checkHeaderLine(const QString &keyword)
 {
     readTokenizeMifLine(true);
-    return tokens.size() == 2 && tokens.first().toUpper() == keyword;
+    return tokens.size() == 2 && tokens[0].toString().toUpper() == keyword;
 }
 
 bool MifImport::checkMifFile()
@@ -70,7 +57,7 @@ bool MifImport::checkMifFile()
     if (!checkHeaderLine(QStringLiteral("VERSION")) || !checkHeaderLine(QStringLiteral("CHARSET")) ||
         !checkHeaderLine(QStringLiteral("DELIMITER")))
         return failInFile(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF"));
-    QString quoted = tokens.at(1);
+    QString quoted = tokens[1].toString();
     quoted.remove(QLatin1Char('"')).remove(QLatin1Char(' '));
     delimiter = quoted.isEmpty() ? QChar() : quoted.at(0);
     return true;
@@ -86,15 +73,14 @@ bool MifImport::openMidFile()
         showStatus(QStringLiteral("Ошибка открытия MID файла %1").arg(QDir::toNativeSeparators(midFile.fileName())));
         return false;
     }
-    midStream.setDevice(&midFile);
-    midStream.setCodec(codec);
+    midStream.setDevice(&midFile, codec);
     midLineNo = 0;
     return true;
 }
 
 bool MifImport::readMidLine()
 {
-    midLine = midStream.readLine().trimmed();
+    midLine = trimmedLine(midStream.readLineView());
     ++midLineNo;
     return !midLine.isEmpty();
 }
@@ -112,9 +98,9 @@ bool MifImport::readMidDef(QString *def)
 }
 
 // The first field; null, not merely empty, when it holds nothing: the result writes the two differently.
-QString MifImport::extractDef(const QString &record) const
+QString MifImport::extractDef(QStringView record) const
 {
-    QString def;
+    QVarLengthArray<QChar, 64> def;
     bool skipping = true;
     bool quoted = false;
     for (const QChar c : record) {
@@ -132,16 +118,31 @@ QString MifImport::extractDef(const QString &record) const
             def.append(c);
         }
     }
-    while (def.endsWith(QLatin1Char(' ')))
-        def.chop(1);
-    return def;
+    while (!def.isEmpty() && def.last() == QLatin1Char(' '))
+        def.removeLast();
+    return def.isEmpty() ? QString() : QString(def.constData(), def.size());
+}
+
+// The word at i, if there is one and it is a number.
+bool MifImport::hasToken(int i, double &number) const
+{
+    bool ok = false;
+    number = toDouble(tokens[i], ok);
+    return ok;
+}
+
+bool MifImport::hasToken(int i, int &number) const
+{
+    bool ok = false;
+    number = toInt(tokens[i], ok);
+    return ok;
 }
 
 bool MifImport::readPoint()
 {
     double x = 0;
     double y = 0;
-    if (!toNumber(tokens.value(1), x) || !toNumber(tokens.value(2), y))
+    if (!hasToken(1, x) || !hasToken(2, y))
         return false;
     points.append(DefPoint{QString(), x, y});
     return true;
@@ -153,8 +154,7 @@ bool MifImport::readLine()
     double y1 = 0;
     double x2 = 0;
     double y2 = 0;
-    if (!toNumber(tokens.value(1), x1) || !toNumber(tokens.value(2), y1) || !toNumber(tokens.value(3), x2) ||
-        !toNumber(tokens.value(4), y2))
+    if (!hasToken(1, x1) || !hasToken(2, y1) || !hasToken(3, x2) || !hasToken(4, y2))
         return false;
     appendEmptyPolygon();
     appendEmptyContour();
@@ -168,7 +168,7 @@ bool MifImport::readVert(bool closing)
     double x = 0;
     double y = 0;
     readTokenizeMifLine(true);
-    if (tokens.size() != 2 || !toNumber(tokens.at(0), x) || !toNumber(tokens.at(1), y))
+    if (tokens.size() != 2 || !hasToken(0, x) || !hasToken(1, y))
         return false;
     appendVert(x, y, closing);
     return true;
@@ -178,6 +178,7 @@ bool MifImport::readVert(bool closing)
 bool MifImport::readSub(int count, bool closeLast)
 {
     appendEmptyContour();
+    reserveVerts(count);
     for (; count > 0; --count) {
         if (stream.atEnd() || !readVert(closeLast && count == 1))
             return false;
@@ -189,22 +190,24 @@ bool MifImport::readSub(int count, bool closeLast)
 bool MifImport::readCountedSub(int minCount, bool closeLast)
 {
     int count = 0;
+    bool ok = false;
     readTokenizeMifLine(false);
-    return toCount(line, count) && count >= minCount && readSub(count, closeLast);
+    count = toInt(line, ok);
+    return ok && count >= minCount && readSub(count, closeLast);
 }
 
 bool MifImport::readPline()
 {
     int count = 0;
     appendEmptyPolygon();
-    return toCount(tokens.value(1), count) && count >= 2 && readSub(count, false);
+    return hasToken(1, count) && count >= 2 && readSub(count, false);
 }
 
 bool MifImport::readPlineMultiple()
 {
     int count = 0;
     appendEmptyPolygon();
-    if (!toCount(tokens.value(2), count) || count < 2)
+    if (!hasToken(2, count) || count < 2)
         return false;
     for (; count > 0; --count) {
         if (stream.atEnd() || !readCountedSub(2, false))
@@ -218,7 +221,7 @@ bool MifImport::readRegion()
 {
     int count = 0;
     appendEmptyPolygon();
-    if (!toCount(tokens.value(1), count) || count < 0)
+    if (!hasToken(1, count) || count < 0)
         return false;
     for (; count > 0; --count) {
         if (stream.atEnd() || !readCountedSub(3, true))
@@ -245,7 +248,7 @@ bool MifImport::loadLine()
 
 bool MifImport::loadPline()
 {
-    const bool multiple = tokens.value(1).toUpper() == QLatin1String("MULTIPLE");
+    const bool multiple = tokens[1].toString().toUpper() == QLatin1String("MULTIPLE");
     if (!(multiple ? readPlineMultiple() : readPline()))
         return failAtLine(QStringLiteral("Ошибка чтения полилинии из строки: %1"), lineNum);
     return loadObjectDef();
@@ -287,9 +290,11 @@ void MifImport::skipHeader()
 bool MifImport::readData(const Readers &readers)
 {
     while (!stream.atEnd()) {
-        if (!readTokenizeMifLine(true))
+        // Most lines are the vertices of objects that the pass has no reader for.
+        if (!readTokenizeMifLine(false) || !line[0].isLetter())
             continue;
-        const QString keyword = tokens.first().toUpper();
+        tokens.split(line);
+        toUpper(tokens[0], keyword);
         if (!objectKeywords.contains(keyword))
             continue;
         if (keyword == QLatin1String("COLLECTION")) {

@@ -1,0 +1,193 @@
+// The passes over a DXF drawing: points and texts, texts alone, objects; and how texts become designations.
+
+#include "mapimport.h"
+
+#include <algorithm>
+
+namespace {
+
+bool isDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+bool isLetter(QChar c)
+{
+    const ushort u = c.unicode();
+    return (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || (u >= 0x410 && u <= 0x44F) || u == 0x401 || u == 0x451;
+}
+
+// Digits after at most one Latin or Russian letter; a line feed at the end does no harm.
+bool isPointNumber(const QString &def)
+{
+    const QChar *c = def.begin();
+    const QChar *end = def.end();
+    if (c != end && isLetter(*c))
+        ++c;
+    if (c != end && end[-1] == QLatin1Char('\n'))
+        --end;
+    return c != end && std::all_of(c, end, isDigit);
+}
+
+} // namespace
+
+// A point that breaks off with TEXT for its value is read on as a text.
+bool DxfImport::loadPoint()
+{
+    const bool ok = readPoint();
+    return value == QLatin1String("TEXT") ? readText() : ok;
+}
+
+bool DxfImport::loadLine()
+{
+    if (!readLine())
+        return false;
+    updateLastPolygonDef();
+    return true;
+}
+
+bool DxfImport::loadPolyline()
+{
+    if (!readPolyline())
+        return false;
+    updateLastPolygonDef();
+    return true;
+}
+
+bool DxfImport::loadLwpolyline()
+{
+    if (!readLwpolyline())
+        return false;
+    updateLastPolygonDef();
+    return true;
+}
+
+bool DxfImport::readEntity(const Entities &entities)
+{
+    for (const Entity &entity : entities) {
+        if (value == entity.name)
+            return (this->*entity.read)();
+    }
+    return true;
+}
+
+bool DxfImport::scanSections(const Entities &entities)
+{
+    bool inEntities = false;
+    while (!stream.atEnd()) {
+        if (!readCodeValue())
+            return false;
+        if (code != Begin)
+            continue;
+        if (value == QLatin1String("SECTION")) {
+            if (!readCodeValue())
+                return false;
+            inEntities = value == QLatin1String("ENTITIES");
+        } else if (inEntities && !readEntity(entities)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool DxfImport::loadEntities(const Entities &entities)
+{
+    if (scanSections(entities))
+        return true;
+    showStatus(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(lineNum));
+    return false;
+}
+
+bool DxfImport::loadPoints()
+{
+    if (!checkDxfFile())
+        return false;
+    texts.clear();
+    return loadEntities({{QLatin1String("INSERT"), &DxfImport::loadPoint},
+                         {QLatin1String("POINT"), &DxfImport::loadPoint},
+                         {QLatin1String("CIRCLE"), &DxfImport::loadPoint},
+                         {QLatin1String("ELLIPSE"), &DxfImport::loadPoint},
+                         {QLatin1String("TEXT"), &DxfImport::readText}});
+}
+
+// After a failure the objects pass goes on from where this one stopped.
+bool DxfImport::loadTextsOnly()
+{
+    if (!loadEntities({{QLatin1String("TEXT"), &DxfImport::readText}}))
+        return false;
+    sortPoints(texts);
+    resetInFileStream();
+    return true;
+}
+
+bool DxfImport::loadPolygons()
+{
+    if (!checkDxfFile())
+        return false;
+    updatePointsDefs();
+    if (searchObjectDefs) {
+        const bool haveTexts = searchPointDefs && pointFileName.isEmpty();
+        if (!haveTexts) {
+            texts.clear();
+            loadTextsOnly();
+        }
+        filterObjectDefs();
+    }
+    if (std::is_sorted(texts.begin(), texts.end(), sortsBefore))
+        textSearch = std::make_unique<NearestSearch>(texts);
+    return loadEntities({{QLatin1String("LINE"), &DxfImport::loadLine},
+                         {QLatin1String("POLYLINE"), &DxfImport::loadPolyline},
+                         {QLatin1String("LWPOLYLINE"), &DxfImport::loadLwpolyline}});
+}
+
+// Every point takes the nearest text, however far; a text may serve several points.
+void DxfImport::updatePointsDefs()
+{
+    if (points.isEmpty() || texts.isEmpty())
+        return;
+    sortPoints(texts);
+    const NearestSearch search(texts);
+    for (DefPoint &point : points) {
+        const DefPoint *const text = search.find(QPointF(point.x, point.y));
+        if (text != nullptr)
+            point.def = text->def;
+    }
+}
+
+// Drops the texts that look like point numbers, unless all of them do: then they are what there is.
+void DxfImport::filterObjectDefs()
+{
+    const auto isCandidate = [](const DefPoint &text) { return !isPointNumber(text.def); };
+    const auto end = std::stable_partition(texts.begin(), texts.end(), isCandidate);
+    if (end != texts.begin())
+        texts.erase(end, texts.end());
+}
+
+// Without points the texts of the drawing have never been sorted, and are searched in the order in which they stand.
+const DefPoint *DxfImport::nearestText(const QPointF &p)
+{
+    return textSearch ? textSearch->find(p) : findNearestPoint(texts, p);
+}
+
+void DxfImport::updateLastPolygonDef()
+{
+    QString def;
+    if (searchObjectDefs) {
+        // Stored vertices may have been exchanged, texts never are.
+        const QPointF m = objects->last().centroid();
+        const DefPoint *const text = nearestText(swapXY ? QPointF(m.y(), m.x()) : m);
+        if (text != nullptr)
+            def = text->def;
+    }
+    setLastPolygonDef(def);
+}
+
+void DxfImport::pointsFromPolygons()
+{
+    for (const DefPolygon &object : qAsConst(*objects)) {
+        for (const QVector<DefPoint> &contour : object.contours)
+            points += contour;
+    }
+    sortPoints(points);
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+}
