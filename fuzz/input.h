@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+
+/// The bytes of one run: options from the front, a byte each, and files from what is left.
+///
+/// The digits stand for the choices from 0 on, other bytes for any of them. A line feed may end the options.
+class Input
+{
+public:
+    Input(const uint8_t *data, size_t size)
+        : m_bytes(reinterpret_cast<const char *>(data), static_cast<int>(size)) // NOLINT(*-reinterpret-cast)
+    {
+    }
+
+    bool atEnd() const { return m_next >= m_bytes.size(); }
+
+    /// A number from 0 to \a count - 1; 0 when the bytes are used up.
+    int option(int count) { return atEnd() ? 0 : static_cast<uint8_t>(m_bytes.at(m_next++) - '0') % count; }
+
+    bool flag() { return option(2) == 1; }
+
+    template <typename T, int count>
+    const T &oneOf(const T (&choices)[count])
+    {
+        return choices[option(count)];
+    }
+
+    /// All that is left.
+    QByteArray rest() { return take(m_bytes.size()); }
+
+    /// The next \a count files, which stand apart by lines of "==="; those that are not there are empty.
+    QList<QByteArray> files(int count)
+    {
+        if (!atEnd() && m_bytes.at(m_next) == '\n')
+            ++m_next;
+        QList<QByteArray> files;
+        for (int i = 0; i < count; ++i) {
+            const int end = m_bytes.indexOf("===\n", m_next);
+            files.append(take(end < 0 ? m_bytes.size() : end));
+            m_next += 4;
+        }
+        return files;
+    }
+
+private:
+    QByteArray take(int end)
+    {
+        QByteArray bytes = atEnd() ? QByteArray() : m_bytes.mid(m_next, end - m_next);
+        m_next = end;
+        return bytes;
+    }
+
+    QByteArray m_bytes;
+    int m_next = 0;
+};
