@@ -1,6 +1,7 @@
 #include "mapimport.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -46,11 +47,17 @@ bool MapImport::failInFile(const QString &text) const
     return false;
 }
 
+// A pipe keeps its reader waiting for somebody to write, and a device may have no end.
+bool MapImport::openText(QFile &file)
+{
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Text);
+}
+
 // One pass over one file. A file that does not open is told, but is no failure: the run goes on without it.
 bool MapImport::readFile(const QString &fileName, Pass pass)
 {
     file.setFileName(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!openText(file)) {
         failInFile(QStringLiteral("Ошибка открытия файла %1"));
         return true;
     }
@@ -70,9 +77,9 @@ bool MapImport::importMap()
     sortPoints(points);
     points.erase(std::unique(points.begin(), points.end()), points.end());
     const bool ok = readFile(objectFileName, &MapImport::loadPolygons);
+    closePoints = CloseSearch();
     sortAppended(points, points.size() - appendedCount);
     appendedCount = 0;
-    closePoints = CloseSearch();
     return ok;
 }
 

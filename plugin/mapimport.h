@@ -77,6 +77,8 @@ protected:
     /// Rewinds `stream` for another reading in the same pass; `lineNum` goes on counting.
     void resetInFileStream();
 
+    /// Opens \a file for reading, if it is a file that has an end.
+    static bool openText(QFile &file);
     /// Tells the host \a text with the name of the file being read as its %1; always false.
     bool failInFile(const QString &text) const;
 

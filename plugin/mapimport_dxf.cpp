@@ -32,6 +32,19 @@ constexpr bool hasAll(unsigned groups, unsigned wanted)
     return (groups & wanted) == wanted;
 }
 
+/// \a text with \a sign for each \a code. QString::replace() moves the rest of a long text over and over.
+QString replaced(const QString &text, QLatin1String code, QChar sign)
+{
+    QString result;
+    int begin = 0;
+    for (int at = text.indexOf(code); at >= 0; at = text.indexOf(code, begin)) {
+        result += text.midRef(begin, at - begin);
+        result += sign;
+        begin = at + code.size();
+    }
+    return begin == 0 ? text : result + text.midRef(begin);
+}
+
 } // namespace
 
 // A code is what is written: 010 is not 10.
@@ -104,10 +117,9 @@ QString DxfImport::decodeText(const QString &s) const
     static const QRegularExpression re(QStringLiteral("%%(\\d{3})"));
     if (!s.contains(QLatin1String("%%")))
         return s;
-    QString text = s;
-    text.replace(QLatin1String("%%d"), QStringLiteral("°"));
-    text.replace(QLatin1String("%%p"), QStringLiteral("±"));
-    text.replace(QLatin1String("%%c"), QStringLiteral("Ø"));
+    QString text = replaced(s, QLatin1String("%%d"), QChar(0xB0));
+    text = replaced(text, QLatin1String("%%p"), QChar(0xB1));
+    text = replaced(text, QLatin1String("%%c"), QChar(0xD8));
 
     QString decoded = QStringLiteral("");
     int end = 0;

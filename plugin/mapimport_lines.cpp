@@ -44,6 +44,7 @@ void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
     m_device = device;
     m_codec = codec;
     m_detectUnicode = true;
+    m_exhausted = false;
     m_state = std::make_unique<QTextCodec::ConverterState>();
     m_buffer = QString();
     m_next = 0;
@@ -52,6 +53,7 @@ void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
 void LineReader::rewind()
 {
     m_device->seek(0);
+    m_exhausted = false;
     m_state = std::make_unique<QTextCodec::ConverterState>();
     m_buffer = QString();
     m_next = 0;
@@ -59,7 +61,7 @@ void LineReader::rewind()
 
 bool LineReader::atEnd() const
 {
-    return m_next == m_buffer.size() && m_device->atEnd();
+    return m_next == m_buffer.size() && (m_exhausted || m_device->atEnd());
 }
 
 // Decodes one more piece of the text. Carriage returns are taken out here and not by the device, since in UTF-16 the
@@ -70,7 +72,8 @@ bool LineReader::fill()
     m_device->setTextModeEnabled(false);
     const qint64 count = m_device->read(bytes, chunkSize);
     m_device->setTextModeEnabled(true);
-    if (count <= 0)
+    m_exhausted = count <= 0;
+    if (m_exhausted)
         return false;
     const int size = static_cast<int>(count);
     if (m_detectUnicode) // a byte-order mark at the start of the text has the last word

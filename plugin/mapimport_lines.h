@@ -50,6 +50,7 @@ private:
     QIODevice *m_device = nullptr;
     QTextCodec *m_codec = nullptr;
     bool m_detectUnicode = true; ///< the text may still begin with a byte-order mark
+    bool m_exhausted = false;    ///< the device gives no more, be it at its end or broken
     std::unique_ptr<QTextCodec::ConverterState> m_state;
     QString m_buffer; ///< what has been decoded, from the line after those of m_kept
     QString m_kept;   ///< the piece before, in which the line before may still be looked at

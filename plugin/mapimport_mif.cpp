@@ -69,7 +69,7 @@ bool MifImport::openMidFile()
     QString name = file.fileName();
     name.chop(1);
     midFile.setFileName(name + QLatin1Char('d'));
-    if (!midFile.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!openText(midFile)) {
         showStatus(QStringLiteral("Ошибка открытия MID файла %1").arg(QDir::toNativeSeparators(midFile.fileName())));
         return false;
     }
