@@ -18,6 +18,11 @@ void enlargeFont(QFont &font)
 
 } // namespace
 
+int FirstColumns::columnCount(const QModelIndex &parent) const
+{
+    return qMin(QIdentityProxyModel::columnCount(parent), maxCount);
+}
+
 Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(new Ui::Dialog)
 {
     ui->setupUi(this);
@@ -109,8 +114,16 @@ void Dialog::showObjects()
     polygonModel.setFieldNumValueMap(fieldNumValueMap);
     mapModel.setMap(&objects);
     ui->listView->setModel(&mapModel);
-    ui->tableView->setModel(&polygonModel);
+    ui->tableView->setModel(shownTable());
     connect(ui->listView->selectionModel(), &QItemSelectionModel::currentChanged, this, &Dialog::procCurrentChanged);
+}
+
+QAbstractItemModel *Dialog::shownTable()
+{
+    if (polygonModel.columnCount() <= FirstColumns::maxCount)
+        return &polygonModel;
+    firstColumns.setSourceModel(&polygonModel);
+    return &firstColumns;
 }
 
 // A row of the list may be older than the objects, which grow while a run is on its way.

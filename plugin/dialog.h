@@ -4,6 +4,7 @@
 #include "defpolygontablemodel.h"
 
 #include <QDialog>
+#include <QIdentityProxyModel>
 #include <QMap>
 #include <QString>
 #include <QVector>
@@ -17,6 +18,17 @@ class QSettings;
 namespace Ui {
 class Dialog;
 }
+
+/// The first columns of a table, as many as a view can be given: it lays out each of them, seen or not.
+class FirstColumns : public QIdentityProxyModel
+{
+    Q_OBJECT
+
+public:
+    static constexpr int maxCount = 10000;
+
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+};
 
 /// Drives one import: choice of files and options, inspection of the objects, and the result for the host.
 ///
@@ -73,7 +85,9 @@ private:
     void chooseFile(QLineEdit *edit);
     void handOptionsOver(MapImport &importer);
     void showObjects();
+    QAbstractItemModel *shownTable();
 
+    FirstColumns firstColumns;           ///< of polygonModel, when the host's columns lie very far apart
     std::unique_ptr<MapImport> importer; ///< kept after a run that brought no objects, until the next run
     bool isProcessing = false;           ///< the host may run an event loop while it takes a message
 };
