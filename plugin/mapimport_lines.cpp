@@ -1,5 +1,7 @@
 #include "mapimport_lines.h"
 
+#include "mapimport_codepage.h"
+
 #include <QIODevice>
 #include <QString>
 
@@ -39,6 +41,10 @@ int readDigits(QStringView word, int &i, int limit, qint64 &number)
 
 } // namespace
 
+LineReader::LineReader() = default;
+
+LineReader::~LineReader() = default;
+
 void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
 {
     m_device = device;
@@ -76,10 +82,15 @@ bool LineReader::fill()
     if (m_exhausted)
         return false;
     const int size = static_cast<int>(count);
-    if (m_detectUnicode) // a byte-order mark at the start of the text has the last word
+    if (m_detectUnicode) { // a byte-order mark at the start of the text has the last word
         m_codec = QTextCodec::codecForUtfText(QByteArray::fromRawData(bytes, size), m_codec);
+        m_codePage = std::make_unique<CodePage>(m_codec);
+    }
     m_detectUnicode = false;
-    m_buffer += m_codec->toUnicode(bytes, size, m_state.get()).remove(QLatin1Char('\r'));
+    if (m_codePage->isValid())
+        m_codePage->appendTo(m_buffer, bytes, size);
+    else
+        m_buffer += m_codec->toUnicode(bytes, size, m_state.get()).remove(QLatin1Char('\r'));
     return true;
 }
 

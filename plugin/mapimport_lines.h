@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class CodePage;
 class QIODevice;
 
 /// Reads a text line by line, as QTextStream::readLine() does but without a string for each line.
@@ -15,6 +16,9 @@ class QIODevice;
 class LineReader
 {
 public:
+    LineReader();
+    ~LineReader();
+
     /// Reads \a device, which stays the caller's, from where it stands.
     void setDevice(QIODevice *device, QTextCodec *codec);
 
@@ -52,9 +56,10 @@ private:
     bool m_detectUnicode = true; ///< the text may still begin with a byte-order mark
     bool m_exhausted = false;    ///< the device gives no more, be it at its end or broken
     std::unique_ptr<QTextCodec::ConverterState> m_state;
-    QString m_buffer; ///< what has been decoded, from the line after those of m_kept
-    QString m_kept;   ///< the piece before, in which the line before may still be looked at
-    int m_next = 0;   ///< where the next line begins in m_buffer
+    std::unique_ptr<const CodePage> m_codePage; ///< of the codec, from the first piece on
+    QString m_buffer;                           ///< what has been decoded, from the line after those of m_kept
+    QString m_kept;                             ///< the piece before, in which the line before may still be looked at
+    int m_next = 0;                             ///< where the next line begins in m_buffer
 };
 
 /// The words of a line, which stand between white space. They point into the line.
