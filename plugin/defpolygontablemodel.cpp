@@ -1,5 +1,7 @@
 #include "defpolygontablemodel.h"
 
+#include "coordtext.h"
+
 #include <QBrush>
 #include <QLocale>
 
@@ -12,12 +14,6 @@ const QColor conflictColor(255, 220, 220);
 const QColor separatorColor(240, 240, 240);
 
 constexpr RowInfo separatorRow{-1, -1};
-
-/// One designation at two places; a distance that is not a number counts as far.
-bool isConflict(const DefPoint &a, const DefPoint &b)
-{
-    return QString::compare(a.def, b.def, Qt::CaseInsensitive) == 0 && !(a == b);
-}
 
 } // namespace
 
@@ -54,6 +50,12 @@ void DefPolygonTableModel::setPolygon(DefPolygon *p)
     endResetModel();
 }
 
+void DefPolygonTableModel::dropPolygon()
+{
+    polygon = nullptr;
+    forgetPlaces();
+}
+
 void DefPolygonTableModel::refresh()
 {
     if (polygon != nullptr)
@@ -63,6 +65,7 @@ void DefPolygonTableModel::refresh()
 void DefPolygonTableModel::rebuildRows()
 {
     rows.clear();
+    forgetPlaces();
     if (polygon == nullptr)
         return;
     for (int c = 0; c < polygon->contours.size(); ++c) {
@@ -94,22 +97,37 @@ const DefPoint &DefPolygonTableModel::vertex(int row) const
     return polygon->contours.at(info.contourIndex).at(info.vertexIndex);
 }
 
+// Whoever changes the contours gets contours of its own, as long as they are shared.
+void DefPolygonTableModel::findPlaces() const
+{
+    if (placedContours.isSharedWith(polygon->contours))
+        return;
+    defPlaces.emplace(rows.size());
+    for (int row = 0; row < rows.size(); ++row) {
+        if (hasVertex(row))
+            (*defPlaces)[vertex(row).def].add(vertex(row));
+    }
+    placedContours = polygon->contours;
+}
+
+void DefPolygonTableModel::forgetPlaces()
+{
+    defPlaces.reset();
+    placedContours.clear();
+}
+
 bool DefPolygonTableModel::isConflictingPoint(int row) const
 {
     if (!hasVertex(row) || vertex(row).def.isEmpty())
         return false;
-    for (int other = 0; other < rows.size(); ++other) {
-        if (other != row && hasVertex(other) && isConflict(vertex(other), vertex(row)))
-            return true;
-    }
-    return false;
+    findPlaces();
+    return defPlaces->at(vertex(row).def).isConflict(vertex(row));
 }
 
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static): an operation of the model
 QString DefPolygonTableModel::formatCoord(double v, bool localized) const
 {
     static const QLocale userLocale;
-    static const QLocale cLocale(QLocale::C, QLocale::AnyCountry);
     static int decimals = 0;
     if (decimals == 0) {
         double p = s_coordPrecision;
@@ -118,7 +136,7 @@ QString DefPolygonTableModel::formatCoord(double v, bool localized) const
             decimals = k;
         }
     }
-    return (localized ? userLocale : cLocale).toString(v, 'f', decimals);
+    return localized ? userLocale.toString(v, 'f', decimals) : coordText(v, decimals);
 }
 
 int DefPolygonTableModel::rowCount(const QModelIndex &parent) const
@@ -136,8 +154,13 @@ QVariant DefPolygonTableModel::vertexBackground(int row) const
     return isConflictingPoint(row) ? QVariant(QBrush(conflictColor)) : QVariant();
 }
 
+bool DefPolygonTableModel::hasValue(int column) const
+{
+    return column == nColNum || column == xColNum || column == yColNum || fieldNumValueMap.contains(column);
+}
+
 // The host may have given one column to two things; the first in this order has it.
-QVariant DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
+QString DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
 {
     if (column == nColNum)
         return vertex.def;
@@ -145,8 +168,12 @@ QVariant DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bo
         return formatCoord(vertex.x, localized);
     if (column == yColNum)
         return formatCoord(vertex.y, localized);
-    const auto field = fieldNumValueMap.constFind(column);
-    return field != fieldNumValueMap.constEnd() ? QVariant(*field) : QVariant();
+    return fieldNumValueMap.value(column);
+}
+
+QString DefPolygonTableModel::text(int row, int column) const
+{
+    return hasVertex(row) ? vertexText(vertex(row), column, false) : QString();
 }
 
 QVariant DefPolygonTableModel::data(const QModelIndex &index, int role) const
@@ -159,7 +186,7 @@ QVariant DefPolygonTableModel::data(const QModelIndex &index, int role) const
         return QVariant();
     if (role == Qt::BackgroundRole)
         return vertexBackground(index.row());
-    if (role == Qt::DisplayRole || role == Qt::EditRole)
+    if ((role == Qt::DisplayRole || role == Qt::EditRole) && hasValue(index.column()))
         return vertexText(vertex(index.row()), index.column(), role == Qt::DisplayRole);
     return QVariant();
 }
@@ -168,12 +195,12 @@ bool DefPolygonTableModel::setData(const QModelIndex &index, const QVariant &val
 {
     if (role != Qt::EditRole || !index.isValid() || !hasVertex(index.row()) || index.column() != nColNum)
         return false;
-    const RowInfo info = rows.at(index.row());
-    QString &def = polygon->contours[info.contourIndex][info.vertexIndex].def;
     const QString text = value.toString();
-    if (text == def)
+    if (text == vertex(index.row()).def)
         return false;
-    def = text;
+    forgetPlaces();
+    const RowInfo info = rows.at(index.row());
+    polygon->contours[info.contourIndex][info.vertexIndex].def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
     // A rename makes and ends conflicts anywhere in the object.
     Q_EMIT dataChanged(this->index(0, 0), this->index(rows.size() - 1, columnCount() - 1), {Qt::BackgroundRole});

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "defpolygon.h"
+#include "defpolygontablemodel_index.h"
 
 #include <QAbstractTableModel>
 #include <QMap>
 #include <QVector>
+
+#include <optional>
 
 /// The list of objects: one row an object, one column, the designation. Designations that occur twice are coloured.
 class DefMapTableModel : public QAbstractTableModel
@@ -19,9 +22,12 @@ public:
 
     /// Lets go of the objects before their owner replaces them. Nothing is signalled: views keep what they have
     /// painted, and every row they still ask for is empty until the next setMap().
-    void dropMap() { map = nullptr; }
+    void dropMap();
 
     /// True when another object has the designation of this \a row, ignoring case; an empty one is never a duplicate.
+    ///
+    /// Another import and another order of the objects are noticed; for a designation that is written past the model
+    /// see DefCounts::isOf().
     bool isDuplicateDef(int row) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -33,8 +39,10 @@ public:
 
 private:
     bool hasObject(int row) const { return map != nullptr && row >= 0 && row < map->size(); }
+    bool isCounted(int row) const { return defCounts.has_value() && defCounts->isOf(*map, row); }
 
     QVector<DefPolygon> *map = nullptr;
+    mutable std::optional<DefCounts> defCounts; ///< of the map; made when they are asked for
 };
 
 /// Which vertex a row of the vertex table shows; both -1 in the row that separates two contours.
@@ -67,7 +75,7 @@ public:
 
     /// Lets go of the object before its owner destroys it. Nothing is signalled: the rows stay, empty and read-only,
     /// until the next setPolygon().
-    void dropPolygon() { polygon = nullptr; }
+    void dropPolygon();
 
     /// Shows what now stands where the object stood, after its owner has put another there. Without an object it does
     /// nothing.
@@ -77,7 +85,13 @@ public:
     void rebuildRows();
 
     /// True when the designation of this \a row, ignoring case, stands in another row at another place.
+    ///
+    /// A change of the object past the model is noticed, but not one through a reference to a vertex or a contour that
+    /// was taken before the first question: the model shares the contours.
     bool isConflictingPoint(int row) const;
+
+    /// The text of a cell as it is edited, without the detour over an index; null where data() has no value.
+    QString text(int row, int column) const;
 
     /// \a v with the decimals of coordPrecision(): for people in the default locale, else with a decimal point.
     QString formatCoord(double v, bool localized) const;
@@ -97,8 +111,11 @@ private:
     bool isSeparator(int row) const;
     bool hasVertex(int row) const;
     const DefPoint &vertex(int row) const;
+    void findPlaces() const;
+    void forgetPlaces();
     QVariant vertexBackground(int row) const;
-    QVariant vertexText(const DefPoint &vertex, int column, bool localized) const;
+    bool hasValue(int column) const;
+    QString vertexText(const DefPoint &vertex, int column, bool localized) const;
 
     DefPolygon *polygon = nullptr;
     int nColNum = 0;
@@ -107,6 +124,8 @@ private:
     int maxColNum = 2; ///< the last column of the table
     QVector<RowInfo> rows;
     QMap<int, QString> fieldNumValueMap;
+    mutable std::optional<DefMap<DefPlaces>> defPlaces; ///< of the vertices in the rows; made when they are asked for
+    mutable QVector<QVector<DefPoint>> placedContours;  ///< where they were found; shared with those of the object
 
     static double s_coordPrecision;
 };

@@ -6,11 +6,6 @@ namespace {
 
 const QColor duplicateColor(255, 220, 220);
 
-bool isSameDef(const QString &a, const QString &b)
-{
-    return QString::compare(a, b, Qt::CaseInsensitive) == 0;
-}
-
 } // namespace
 
 DefMapTableModel::DefMapTableModel(QObject *parent) : QAbstractTableModel(parent) {}
@@ -19,20 +14,23 @@ void DefMapTableModel::setMap(QVector<DefPolygon> *newMap)
 {
     beginResetModel();
     map = newMap;
+    defCounts.reset();
     endResetModel();
+}
+
+void DefMapTableModel::dropMap()
+{
+    map = nullptr;
+    defCounts.reset();
 }
 
 bool DefMapTableModel::isDuplicateDef(int row) const
 {
     if (!hasObject(row) || map->at(row).def.isEmpty())
         return false;
-    const QString &def = map->at(row).def;
-    int found = 0;
-    for (const DefPolygon &object : qAsConst(*map)) {
-        if (isSameDef(object.def, def) && ++found == 2)
-            return true;
-    }
-    return false;
+    if (!isCounted(row))
+        defCounts.emplace(*map);
+    return defCounts->isDuplicate(row);
 }
 
 int DefMapTableModel::rowCount(const QModelIndex &parent) const
@@ -64,6 +62,10 @@ bool DefMapTableModel::setData(const QModelIndex &index, const QVariant &value, 
     const QString text = value.toString();
     if (text == def)
         return false;
+    if (isCounted(index.row()))
+        defCounts->rename(index.row(), text);
+    else
+        defCounts.reset();
     def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
     // A rename makes and ends duplicates anywhere in the list.

@@ -32,26 +32,25 @@ void startTable(QXmlStreamWriter &writer, const QString &name)
         writer.writeAttribute(strName, name);
 }
 
-bool isEmptyRow(const QAbstractItemModel &model, int row)
+bool isEmptyRow(const DefPolygonTableModel &model, int row)
 {
     const int columns = model.columnCount();
     for (int column = 0; column < columns; ++column) {
-        if (!model.data(model.index(row, column), Qt::DisplayRole).isNull())
+        if (!model.text(row, column).isNull())
             return false;
     }
     return true;
 }
 
-// The display role says whether a cell has a value, the edit role gives it with a decimal point in every locale.
-void writeCell(QXmlStreamWriter &writer, const QAbstractItemModel &model, const QModelIndex &index)
+void writeCell(QXmlStreamWriter &writer, const QString &text)
 {
-    if (model.data(index, Qt::DisplayRole).isNull())
+    if (text.isNull())
         writer.writeEmptyElement(strCell);
     else
-        writer.writeTextElement(strCell, model.data(index, Qt::EditRole).toString());
+        writer.writeTextElement(strCell, text);
 }
 
-void writeVertexRow(QXmlStreamWriter &writer, const QAbstractItemModel &model, int row)
+void writeVertexRow(QXmlStreamWriter &writer, const DefPolygonTableModel &model, int row)
 {
     if (isEmptyRow(model, row)) {
         writer.writeEmptyElement(strRow);
@@ -60,11 +59,11 @@ void writeVertexRow(QXmlStreamWriter &writer, const QAbstractItemModel &model, i
     writer.writeStartElement(strRow);
     const int columns = model.columnCount();
     for (int column = 0; column < columns; ++column)
-        writeCell(writer, model, model.index(row, column));
+        writeCell(writer, model.text(row, column));
     writer.writeEndElement();
 }
 
-void writeVertexTable(QXmlStreamWriter &writer, const QAbstractItemModel &model, const QString &name)
+void writeVertexTable(QXmlStreamWriter &writer, const DefPolygonTableModel &model, const QString &name)
 {
     startTable(writer, name);
     const int rows = model.rowCount();

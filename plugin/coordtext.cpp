@@ -1,0 +1,48 @@
+#include "coordtext.h"
+
+#include <QLocale>
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr std::array<double, 10> powersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+
+/// Below this a number is a multiple of at most a half, so that it has its digits before the point and its half.
+constexpr double largestWithHalves = 4503599627370496.0; // 2^52
+
+/// Writes the decimal digits of \a n from \a end backwards, \a count at least, and gives the first.
+QChar *writeDigits(QChar *end, quint64 n, int count)
+{
+    for (; n > 0 || count > 0; n /= 10, --count)
+        *--end = QLatin1Char(static_cast<char>('0' + n % 10));
+    return end;
+}
+
+} // namespace
+
+QString coordText(double v, int decimals)
+{
+    const auto place = static_cast<std::size_t>(decimals);
+    const double scaled = place < powersOfTen.size() ? std::fabs(v) * powersOfTen[place] : largestWithHalves;
+    const double whole = std::floor(scaled);
+    const double rest = scaled - whole;
+    // What the product has lost matters at a half only. Not a number is not less either.
+    if (!(scaled < largestWithHalves) || rest == 0.5)
+        return QLocale::c().toString(v, 'f', decimals);
+
+    const auto digits = static_cast<quint64>(rest > 0.5 ? whole + 1 : whole);
+    const auto unit = static_cast<quint64>(powersOfTen[place]);
+    std::array<QChar, 32> text;
+    QChar *const end = text.data() + text.size();
+    QChar *begin = end;
+    if (decimals > 0) {
+        begin = writeDigits(begin, digits % unit, decimals);
+        *--begin = QLatin1Char('.');
+    }
+    begin = writeDigits(begin, digits / unit, 1);
+    if (v < 0)
+        *--begin = QLatin1Char('-');
+    return QString(begin, static_cast<int>(end - begin));
+}
