@@ -96,7 +96,7 @@ struct CloseSearch::Query
     const QVector<DefPoint> &points;
     double x;
     double y;
-    double best = std::numeric_limits<double>::max();
+    double best = reach * reach; ///< squared; what lies farther away is not equal, whoever is nearer
     const DefPoint *found = nullptr;
 };
 
@@ -126,7 +126,7 @@ void CloseSearch::searchCell(qint64 column, qint64 row, Query &query)
         const double distance = squaredDistance(point.x, point.y, query.x, query.y);
         if (!(distance <= query.best) || &point == query.found)
             continue;
-        if (distance < query.best || (query.found != nullptr && isExaminedFirst(query, point, *query.found))) {
+        if (query.found == nullptr || distance < query.best || isExaminedFirst(query, point, *query.found)) {
             query.best = distance;
             query.found = &point;
         }

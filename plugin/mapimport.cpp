@@ -99,7 +99,10 @@ void MapImport::appendEmptyPolygon()
 
 void MapImport::appendEmptyContour()
 {
-    objects->last().contours.append(QVector<DefPoint>());
+    QVector<QVector<DefPoint>> &contours = objects->last().contours;
+    if (contours.isEmpty())
+        contours.reserve(1); // most objects have one
+    contours.append(QVector<DefPoint>());
 }
 
 void MapImport::reserveVerts(int count)

@@ -22,11 +22,6 @@ constexpr unsigned bit(int group)
     return 1U << static_cast<unsigned>(group);
 }
 
-constexpr int pair(int first, int second)
-{
-    return first << 16 | second;
-}
-
 constexpr bool hasAll(unsigned groups, unsigned wanted)
 {
     return (groups & wanted) == wanted;
@@ -47,35 +42,30 @@ QString replaced(const QString &text, QLatin1String code, QChar sign)
 
 } // namespace
 
-// A code is what is written: 010 is not 10.
+// A code is what is written: 010 is not 10. The table has a place for each code of two digits.
 DxfImport::Group DxfImport::groupOf(QStringView code)
 {
+    static constexpr std::array<Group, 100> groups = [] {
+        std::array<Group, 100> all{};
+        for (Group &group : all)
+            group = Other;
+        all[10] = X;
+        all[20] = Y;
+        all[11] = X2;
+        all[21] = Y2;
+        all[70] = Flags;
+        all[72] = HorizontalAlignment;
+        all[73] = VerticalAlignment;
+        all[90] = Count;
+        return all;
+    }();
     if (code.size() == 1) {
         const ushort digit = code[0].unicode();
         return digit == '0' ? Begin : digit == '1' ? Text : digit == '2' ? Name : Other;
     }
-    if (code.size() != 2)
-        return Other;
-    switch (pair(code[0].unicode(), code[1].unicode())) {
-    case pair('1', '0'):
-        return X;
-    case pair('2', '0'):
-        return Y;
-    case pair('1', '1'):
-        return X2;
-    case pair('2', '1'):
-        return Y2;
-    case pair('7', '0'):
-        return Flags;
-    case pair('7', '2'):
-        return HorizontalAlignment;
-    case pair('7', '3'):
-        return VerticalAlignment;
-    case pair('9', '0'):
-        return Count;
-    default:
-        return Other;
-    }
+    const unsigned tens = code.size() == 2 ? code[0].unicode() - u'0' : 10U;
+    const unsigned ones = code.size() == 2 ? code[1].unicode() - u'0' : 10U;
+    return tens < 10 && ones < 10 ? groups[tens * 10 + ones] : Other;
 }
 
 // A blank line in place of a group code ends the reading, as the end of the file does.

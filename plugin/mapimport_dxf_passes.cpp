@@ -157,10 +157,9 @@ void DxfImport::updatePointsDefs()
 // Drops the texts that look like point numbers, unless all of them do: then they are what there is.
 void DxfImport::filterObjectDefs()
 {
-    const auto isCandidate = [](const DefPoint &text) { return !isPointNumber(text.def); };
-    const auto end = std::stable_partition(texts.begin(), texts.end(), isCandidate);
-    if (end != texts.begin())
-        texts.erase(end, texts.end());
+    const auto isNumber = [](const DefPoint &text) { return isPointNumber(text.def); };
+    if (!std::all_of(texts.begin(), texts.end(), isNumber))
+        texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
 // Without points the texts of the drawing have never been sorted, and are searched in the order in which they stand.

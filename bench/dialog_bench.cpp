@@ -1,0 +1,380 @@
+// How long the dialog takes with 100,000 objects and with an object of 100,000 vertices, beside how long it may take.
+//
+//     dialog_bench [--markdown] [--benchmark_filter=...]
+//
+// Nothing is seen: the platform is "offscreen". A table in Markdown goes to the standard output.
+
+#include "machine.h"
+#include "viewtesting.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QXmlStreamWriter>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <random>
+
+namespace {
+
+constexpr int count = 100000;
+constexpr int verticesInResult = 10; // of each object
+constexpr int bigRow = 1;            // where the big object stands among the many
+
+// What is measured goes into this counter: milliseconds or a ratio.
+const char *const measured = "measured";
+
+/// What may be measured at most, in the order of the table; nothing is asked of a bound of 0.
+struct Bound
+{
+    const char *name;
+    const char *title; ///< in the table
+    const char *unit;
+    double most;
+};
+
+const Bound bounds[] = {
+    {"list/show", "показать список 100 000 объектов", "мс", 600},
+    {"list/rename", "переименовать объект в нём", "мс", 600},
+    {"list/select", "выбрать объект в нём", "мс", 30},
+    {"list/scroll", "прокрутить его на страницу", "мс", 30},
+    {"table/show", "показать таблицу 100 000 вершин", "мс", 600},
+    {"table/rename", "переименовать вершину в ней", "мс", 600},
+    {"table/select", "выбрать объект с ними", "мс", 30},
+    {"table/scroll", "прокрутить её на страницу", "мс", 30},
+    {"sort", "отсортировать 100 000 объектов", "мс", 0},
+    {"result/3_columns", "результат, 1 млн вершин, 3 столбца, к записи одним QXmlStreamWriter", "", 1.2},
+    {"result/8_columns", "то же, 8 столбцов с полями", "", 1.2},
+    {"result/memory", "память для результата к его тексту", "", 0},
+};
+
+/// Processor time in milliseconds: nothing here waits, and what else the machine has to do does not count.
+double timeOf(const std::function<void()> &action)
+{
+    const double begin = processorSeconds();
+    action();
+    return (processorSeconds() - begin) * 1000;
+}
+
+DefPolygon bigObject()
+{
+    DefPolygon object{QStringLiteral("большой"), {{}}};
+    for (int i = 0; i < count; ++i)
+        object.contours[0].append(DefPoint{QStringLiteral("н%1").arg(i), 1e6 + i / 7.0, 2e6 + i * 1.37});
+    return object;
+}
+
+QVector<DefPolygon> manyObjects()
+{
+    QVector<DefPolygon> objects;
+    for (int i = 0; i < count; ++i)
+        objects.append(DefPolygon{QStringLiteral("Участок 50:21:%1").arg(i), {{point("н1"), point("н2", 1005)}}});
+    objects[bigRow] = bigObject();
+    return objects;
+}
+
+/// The dialog after a run, with other objects in place of those that were read.
+class Desk
+{
+public:
+    explicit Desk(const QVector<DefPolygon> &objects)
+    {
+        dialog.resize(1200, 900);
+        showPlan(dialog, m_files);
+        lay(objects);
+    }
+
+    void lay(const QVector<DefPolygon> &objects)
+    {
+        dialog.polygonModel.dropPolygon();
+        dialog.mapModel.dropMap();
+        dialog.objects = objects;
+        dialog.polygonModel.setPolygon(&dialog.objects.first());
+        dialog.mapModel.setMap(&dialog.objects);
+        paint();
+    }
+
+    /// Until all is laid out and painted.
+    void paint()
+    {
+        QCoreApplication::processEvents();
+        dialog.repaint();
+    }
+
+    double timeToPaint(const std::function<void()> &action)
+    {
+        return timeOf([&] {
+            action();
+            paint();
+        });
+    }
+
+    Dialog dialog;
+
+private:
+    TextFixture m_files;
+};
+
+/// The one with all the objects, which takes long to fill.
+Desk &desk()
+{
+    static Desk desk(manyObjects());
+    return desk;
+}
+
+void scrollByPage(QAbstractItemView &view)
+{
+    QScrollBar *const bar = view.verticalScrollBar();
+    bar->setValue(bar->value() + bar->pageStep());
+}
+
+/// \a row and rows far from it by turns.
+int otherRow(int row)
+{
+    static int turn = 0;
+    return ++turn % 2 == 0 ? row : count / 2 + turn;
+}
+
+QString newName()
+{
+    static int number = 0;
+    return QStringLiteral("новый %1").arg(++number);
+}
+
+double showList()
+{
+    Desk &at = desk();
+    at.dialog.mapModel.setMap(nullptr);
+    at.paint();
+    return at.timeToPaint([&] { at.dialog.mapModel.setMap(&at.dialog.objects); });
+}
+
+double renameObject()
+{
+    Desk &at = desk();
+    const QModelIndex index = at.dialog.mapModel.index(count / 2, 0);
+    return at.timeToPaint([&] { at.dialog.mapModel.setData(index, newName()); });
+}
+
+double selectObject()
+{
+    selectRow(desk().dialog, otherRow(0));
+    desk().paint();
+    return desk().timeToPaint([] { selectRow(desk().dialog, otherRow(0)); });
+}
+
+double scrollList()
+{
+    return desk().timeToPaint([] { scrollByPage(*listOf(desk().dialog)); });
+}
+
+double showTable()
+{
+    Desk &at = desk();
+    at.dialog.polygonModel.setPolygon(nullptr);
+    at.paint();
+    return at.timeToPaint([&] { at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]); });
+}
+
+double renameVertex()
+{
+    Desk &at = desk();
+    at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]);
+    at.paint();
+    const QModelIndex index = at.dialog.polygonModel.index(5, at.dialog.polygonModel.columnCount() - 3);
+    return at.timeToPaint([&] { at.dialog.polygonModel.setData(index, newName()); });
+}
+
+double selectBigObject()
+{
+    selectRow(desk().dialog, count / 2);
+    desk().paint();
+    return desk().timeToPaint([] { selectRow(desk().dialog, bigRow); });
+}
+
+double scrollTable()
+{
+    selectRow(desk().dialog, bigRow);
+    desk().paint();
+    return desk().timeToPaint([] { scrollByPage(*tableViewOf(desk().dialog)); });
+}
+
+double sortShuffled()
+{
+    QVector<DefPolygon> objects = desk().dialog.objects;
+    std::shuffle(objects.begin(), objects.end(), std::mt19937(1));
+    return timeOf([&] { sortObjects(objects); });
+}
+
+/// The texts of the cells of a vertex; null for a cell without a value.
+using Row = QVector<QString>;
+
+/// A dialog with a million vertices, and what it is going to write.
+struct Result
+{
+    explicit Result(int columns)
+    {
+        setColumns(dialog, 0, 1, 2);
+        for (int column = 3; column < columns; column += 2)
+            dialog.fieldNumValueMap.insert(column, QStringLiteral("поле %1").arg(column));
+        for (int i = 0; i < count; ++i)
+            append(i, columns);
+    }
+
+    void append(int number, int columns)
+    {
+        DefPolygon object{QStringLiteral("ЗУ%1").arg(number), {{}}};
+        for (int i = 0; i < verticesInResult; ++i) {
+            const int vertex = number * verticesInResult + i;
+            const DefPoint p{QStringLiteral("н%1").arg(vertex), 1e6 + vertex / 7.0, 2e6 + vertex * 1.37};
+            object.contours[0].append(p);
+            Row row{p.def, QString::number(p.x, 'f', 2), QString::number(p.y, 'f', 2)};
+            for (int column = row.size(); column < columns; ++column)
+                row.append(dialog.fieldNumValueMap.value(column));
+            rows.append(row);
+        }
+        dialog.objects.append(object);
+    }
+
+    Dialog dialog;
+    QVector<Row> rows;
+};
+
+void writeRow(QXmlStreamWriter &writer, const Row &row)
+{
+    writer.writeStartElement(QStringLiteral("Row"));
+    for (const QString &text : row) {
+        if (text.isNull())
+            writer.writeEmptyElement(QStringLiteral("Cell"));
+        else
+            writer.writeTextElement(QStringLiteral("Cell"), text);
+    }
+    writer.writeEndElement();
+}
+
+/// The document from texts that are all there.
+QString writeAlone(const Result &result)
+{
+    QString document;
+    QXmlStreamWriter writer(&document);
+    writer.setAutoFormatting(true);
+    writer.writeStartElement(QStringLiteral("FormTable"));
+    for (int i = 0; i < count; ++i) {
+        writer.writeStartElement(QStringLiteral("Row"));
+        writer.writeTextElement(QStringLiteral("Cell"), result.dialog.objects.at(i).def);
+        writer.writeStartElement(QStringLiteral("FormTable"));
+        for (int row = i * verticesInResult; row < (i + 1) * verticesInResult; ++row)
+            writeRow(writer, result.rows.at(row));
+        writer.writeEndElement();
+        writer.writeEndElement();
+    }
+    writer.writeEndElement();
+    return document;
+}
+
+template <int columns>
+Result &resultOf()
+{
+    static Result result(columns);
+    static const bool same = writeAlone(result) == result.dialog.stringResult();
+    if (!same)
+        qFatal("the documents differ");
+    return result;
+}
+
+/// The time of the document as a multiple of the writer's alone, which runs just before.
+double resultRatio(Result &result)
+{
+    const double alone = timeOf([&] { writeAlone(result); });
+    return timeOf([&] { result.dialog.stringResult(); }) / alone;
+}
+
+/// What is taken at most while the document is made, as a multiple of its text.
+double resultMemory()
+{
+    Result &result = resultOf<3>();
+    QFile peak(QStringLiteral("/proc/self/clear_refs"));
+    if (peak.open(QIODevice::WriteOnly))
+        peak.write("5"); // starts the peak anew
+    peak.close();
+    const double before = presentMemory();
+    const QString document = result.dialog.stringResult();
+    return (peakMemory() - before) / (static_cast<double>(document.size()) * sizeof(QChar));
+}
+
+/// Collects the medians and prints them beside the bounds.
+class Table : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(const Context & /*context*/) override { return true; }
+
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs) {
+            const auto value = run.counters.find(measured);
+            if (run.aggregate_name == "median" && value != run.counters.end())
+                m_medians.insert(QString::fromStdString(run.run_name.function_name), value->second.value);
+        }
+    }
+
+    void Finalize() override
+    {
+        std::puts("| Действие | Медиана | Граница |\n|---|---:|---:|");
+        for (const Bound &bound : bounds) {
+            const auto median = m_medians.constFind(QString::fromLatin1(bound.name));
+            if (median == m_medians.constEnd())
+                continue;
+            const QByteArray most = bound.most > 0 ? QByteArray::number(bound.most) : QByteArray("—");
+            std::printf("| %s | %.2f %s | %s |\n", bound.title, *median, bound.unit, most.constData());
+        }
+    }
+
+private:
+    QMap<QString, double> m_medians;
+};
+
+void add(const char *name, const std::function<double()> &measure)
+{
+    benchmark::RegisterBenchmark(name,
+                                 [measure](benchmark::State &state) {
+                                     for (const auto _ : state)
+                                         state.counters[measured] = measure();
+                                 })
+        ->Iterations(1)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly(true);
+}
+
+void addAll()
+{
+    add("list/show", showList);
+    add("list/rename", renameObject);
+    add("list/select", selectObject);
+    add("list/scroll", scrollList);
+    add("table/show", showTable);
+    add("table/rename", renameVertex);
+    add("table/select", selectBigObject);
+    add("table/scroll", scrollTable);
+    add("sort", sortShuffled);
+    add("result/3_columns", [] { return resultRatio(resultOf<3>()); });
+    add("result/8_columns", [] { return resultRatio(resultOf<8>()); });
+    add("result/memory", resultMemory);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The dialogs live to the end of the process.
+    static const QApplication app(argc, argv);
+    static const SettingsSandbox settings;
+    benchmark::Initialize(&argc, argv);
+    addAll();
+    Table table;
+    benchmark::RunSpecifiedBenchmarks(&table);
+    return 0;
+}

@@ -1,0 +1,269 @@
+// A drawing is made up as plots first; points and names follow from their corners. The same random numbers come with
+// every compiler and library, so that figures can be compared.
+
+#include "mapfiles.h"
+
+#include <QFile>
+#include <QPointF>
+#include <QTextCodec>
+#include <QVector>
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+// Local coordinates in metres, as plans of one district have them.
+constexpr QPointF origin(13200, 48100);
+constexpr double plotSize = 20;
+
+struct Plot
+{
+    std::array<QPointF, 4> corners;
+};
+
+struct Named
+{
+    QPointF place;
+    QByteArray name;
+};
+
+using Random = std::mt19937;
+
+// std::uniform_real_distribution may differ between libraries; this does not.
+double uniform(Random &random, double below)
+{
+    return below * static_cast<double>(random()) / 4294967296.0;
+}
+
+int sideOf(int plotCount)
+{
+    return static_cast<int>(std::ceil(std::sqrt(plotCount)));
+}
+
+QVector<QPointF> nodes(int side, double jitter)
+{
+    Random random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp)
+    QVector<QPointF> nodes;
+    nodes.reserve((side + 1) * (side + 1));
+    for (int row = 0; row <= side; ++row) {
+        for (int column = 0; column <= side; ++column) {
+            const double x = column * plotSize + uniform(random, jitter);
+            nodes.append(origin + QPointF(x, row * plotSize + uniform(random, jitter)));
+        }
+    }
+    return nodes;
+}
+
+QVector<Plot> mosaic(int plotCount, double jitter)
+{
+    const int side = sideOf(plotCount);
+    const QVector<QPointF> node = nodes(side, jitter);
+    QVector<Plot> plots;
+    plots.reserve(plotCount);
+    for (int i = 0; i < plotCount; ++i) {
+        const int first = i / side * (side + 1) + i % side;
+        plots.append(Plot{{node[first], node[first + 1], node[first + side + 2], node[first + side + 1]}});
+    }
+    return plots;
+}
+
+// Each plot has a cell to itself, and the cells stand in the file in no order.
+QVector<Plot> scattered(int plotCount)
+{
+    constexpr double cellSize = 2 * plotSize;
+    Random random(2); // NOLINT(cert-msc32-c,cert-msc51-cpp)
+    const int side = sideOf(plotCount);
+    QVector<Plot> plots;
+    plots.reserve(plotCount);
+    for (int i = 0; i < plotCount; ++i) {
+        const int row = i / side;
+        const double x = i % side * cellSize + uniform(random, plotSize);
+        const QPointF at = origin + QPointF(x, row * cellSize + uniform(random, plotSize));
+        plots.append(Plot{{at, at + QPointF(17.31, 1.17), at + QPointF(18.05, 16.44), at + QPointF(0.56, 15.98)}});
+    }
+    for (int i = plotCount - 1; i > 0; --i)
+        qSwap(plots[i], plots[static_cast<int>(random() % static_cast<unsigned>(i + 1))]);
+    return plots;
+}
+
+// Plots without width, one above the other. Multiples of the golden ratio, taken without their whole part, fill the
+// width evenly and never meet.
+QVector<Plot> column(int plotCount, double width)
+{
+    QVector<Plot> plots;
+    plots.reserve(plotCount);
+    int count = 0;
+    const auto next = [&count, width] {
+        double whole = 0;
+        const double x = width * std::modf(count * 0.6180339887498949, &whole);
+        return origin + QPointF(x, count++);
+    };
+    for (int i = 0; i < plotCount; ++i) {
+        Plot plot;
+        for (QPointF &corner : plot.corners)
+            corner = next();
+        plots.append(plot);
+    }
+    return plots;
+}
+
+QVector<Plot> plotsOf(Layout layout, int plotCount)
+{
+    switch (layout) {
+    case Layout::Disjoint:
+        return scattered(plotCount);
+    case Layout::Grid:
+        return mosaic(plotCount, 0);
+    case Layout::Column:
+        return column(plotCount, 0);
+    case Layout::JitteredColumn:
+        return column(plotCount, 0.1);
+    case Layout::Mosaic:
+    case Layout::MosaicAndStray:
+        break;
+    }
+    return mosaic(plotCount, 6);
+}
+
+bool sharesCorners(Layout layout)
+{
+    return layout == Layout::Mosaic || layout == Layout::Grid || layout == Layout::MosaicAndStray;
+}
+
+QPointF middle(const Plot &plot)
+{
+    QPointF sum;
+    for (const QPointF &corner : plot.corners)
+        sum += corner;
+    return sum / 4;
+}
+
+QByteArray windows1251(const QString &text)
+{
+    return QTextCodec::codecForName("Windows-1251")->fromUnicode(text);
+}
+
+void openForWriting(QFile &file)
+{
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+}
+
+} // namespace
+
+struct MapFiles::Drawing
+{
+    Drawing(Layout layout, int plotCount);
+
+    void appendPoint(const QPointF &place);
+    void appendName(const QPointF &place);
+    QByteArray mifPlace(const QPointF &p) const;
+    QByteArray dxfPlace(const QPointF &p) const;
+    QByteArray dxfText(const Named &named, const QPointF &offset) const;
+
+    QByteArray x(double value) const { return QByteArray::number(value, 'f', xDecimals); }
+    static QByteArray y(double value) { return QByteArray::number(value, 'f', 2); }
+
+    const QVector<Plot> plots;
+    QVector<Named> points;
+    QVector<Named> names;  ///< of the plots, in the same order
+    QPointF pointTextSide; ///< from a point to its text
+    int xDecimals = 2;
+    QByteArray dxfLayer = "  8\n" + windows1251(QStringLiteral("Участки")) + '\n';
+};
+
+// In a mosaic the first corner of each plot stands for its node; other plots have their corners alone.
+MapFiles::Drawing::Drawing(Layout layout, int plotCount) : plots(plotsOf(layout, plotCount))
+{
+    int corners = 0;
+    const size_t ownCorners = sharesCorners(layout) ? 1 : 4;
+    for (const Plot &plot : plots) {
+        for (size_t i = 0; i < ownCorners; ++i) {
+            if (++corners % 10 != 0)
+                appendPoint(plot.corners.at(i));
+        }
+        appendName(middle(plot));
+    }
+    if (layout == Layout::MosaicAndStray) {
+        appendPoint(QPointF(0, 0));
+        appendName(QPointF(0, 5));
+    }
+    const bool isColumn = layout == Layout::Column || layout == Layout::JitteredColumn;
+    pointTextSide = isColumn ? QPointF(0, 0.25) : QPointF(1.5, 0.75);
+    if (layout == Layout::JitteredColumn)
+        xDecimals = 8;
+}
+
+void MapFiles::Drawing::appendPoint(const QPointF &place)
+{
+    static const QByteArray prefix = windows1251(QStringLiteral("н"));
+    points.append(Named{place, prefix + QByteArray::number(points.size() + 1)});
+}
+
+void MapFiles::Drawing::appendName(const QPointF &place)
+{
+    static const QByteArray prefix = windows1251(QStringLiteral(":ЗУ"));
+    names.append(Named{place, prefix + QByteArray::number(names.size() + 1)});
+}
+
+QByteArray MapFiles::Drawing::mifPlace(const QPointF &p) const
+{
+    return x(p.x()) + ' ' + y(p.y()) + '\n';
+}
+
+QByteArray MapFiles::Drawing::dxfPlace(const QPointF &p) const
+{
+    return " 10\n" + x(p.x()) + "\n 20\n" + y(p.y()) + '\n';
+}
+
+QByteArray MapFiles::Drawing::dxfText(const Named &named, const QPointF &offset) const
+{
+    return "  0\nTEXT\n" + dxfLayer + dxfPlace(named.place + offset) + " 30\n0.0\n 40\n2.5\n  1\n" + named.name + '\n';
+}
+
+MapFiles::MapFiles(Layout layout, int vertexCount) : m_drawing(std::make_unique<Drawing>(layout, vertexCount / 5)) {}
+
+MapFiles::~MapFiles() = default;
+
+// MIF has no texts, so the stray text is not in it.
+void MapFiles::writeMif(const QString &path) const
+{
+    QFile mif(path);
+    QFile mid(path.chopped(1) + QLatin1Char('d'));
+    openForWriting(mif);
+    openForWriting(mid);
+    mif.write("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \",\"\nCoordSys NonEarth Units \"m\" "
+              "Bounds (0, 0) (1000000, 1000000)\nColumns 1\n  Name Char(20)\nData\n\n");
+    for (const Named &point : m_drawing->points) {
+        mif.write("Point " + m_drawing->mifPlace(point.place));
+        mid.write('"' + point.name + "\"\n");
+    }
+    for (int i = 0; i < m_drawing->plots.size(); ++i) {
+        mif.write("Region 1\n  5\n");
+        for (size_t corner = 0; corner < 5; ++corner)
+            mif.write(m_drawing->mifPlace(m_drawing->plots.at(i).corners.at(corner % 4)));
+        mif.write("    Pen (1,2,0)\n");
+        mid.write('"' + m_drawing->names.at(i).name + "\"\n");
+    }
+}
+
+void MapFiles::writeDxf(const QString &path) const
+{
+    QFile dxf(path);
+    openForWriting(dxf);
+    dxf.write("  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n  9\n$DWGCODEPAGE\n  3\nANSI_1251\n"
+              "  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n");
+    for (const Named &point : m_drawing->points) {
+        dxf.write("  0\nPOINT\n" + m_drawing->dxfLayer + m_drawing->dxfPlace(point.place) + " 30\n0.0\n");
+        dxf.write(m_drawing->dxfText(point, m_drawing->pointTextSide));
+    }
+    for (const Plot &plot : m_drawing->plots) {
+        dxf.write("  0\nLWPOLYLINE\n" + m_drawing->dxfLayer + " 90\n     4\n 70\n     1\n");
+        for (const QPointF &corner : plot.corners)
+            dxf.write(m_drawing->dxfPlace(corner));
+    }
+    for (const Named &name : m_drawing->names)
+        dxf.write(m_drawing->dxfText(name, QPointF(0, 0)));
+    dxf.write("  0\nENDSEC\n  0\nEOF\n");
+}

@@ -1,0 +1,140 @@
+#include "speedtable.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <cmath>
+
+namespace {
+
+constexpr double megabyte = 1e6;
+
+struct Bounds
+{
+    QString format;
+    double lines; ///< an import of a mosaic takes at most this many times the reading of its lines
+    double gdal;  ///< and GDAL at least this many times the import
+};
+
+const Bounds &boundsOf(const QString &format)
+{
+    static const Bounds mif{QStringLiteral("MIF"), 4, 5};
+    static const Bounds dxf{QStringLiteral("DXF"), 1.5, 4};
+    return format == mif.format ? mif : dxf;
+}
+
+// Of any layout.
+constexpr double maxGrowth = 1.4;
+constexpr double maxTimesMosaic = 3;
+constexpr double maxMemory = 6;
+
+QString number(double value, int decimals)
+{
+    return QLocale(QLocale::Russian).toString(value, 'f', decimals);
+}
+
+QString cell(double value, int decimals)
+{
+    return std::isfinite(value) && value > 0 ? number(value, decimals) : QStringLiteral("—");
+}
+
+QString bounded(double value, const QString &sign, double bound)
+{
+    if (!std::isfinite(value) || value <= 0)
+        return QStringLiteral("—");
+    const bool kept = sign == QStringLiteral("≤") ? value <= bound : value >= bound;
+    const QString text = kept ? number(value, 2) : QStringLiteral("**%1**").arg(number(value, 2));
+    return QStringLiteral("%1 (%2 %3)").arg(text, sign, QLocale(QLocale::Russian).toString(bound));
+}
+
+QString atMost(double value, double bound)
+{
+    return bounded(value, QStringLiteral("≤"), bound);
+}
+
+QString atLeast(double value, double bound)
+{
+    return bounded(value, QStringLiteral("≥"), bound);
+}
+
+QString layoutName(Layout layout)
+{
+    switch (layout) {
+    case Layout::Mosaic:
+        break;
+    case Layout::Disjoint:
+        return QStringLiteral("участки порознь");
+    case Layout::Grid:
+        return QStringLiteral("сетка");
+    case Layout::Column:
+        return QStringLiteral("столбец");
+    case Layout::JitteredColumn:
+        return QStringLiteral("неровный столбец");
+    case Layout::MosaicAndStray:
+        return QStringLiteral("мозаика и точка вдали");
+    }
+    return QStringLiteral("мозаика");
+}
+
+// How much longer a vertex takes in a larger file than in a smaller one.
+double growth(const SpeedRow &row, const QVector<int> &vertexCounts, int larger)
+{
+    return larger < 1 ? 0
+                      : row.imports[larger] / row.imports[larger - 1] * vertexCounts[larger - 1] / vertexCounts[larger];
+}
+
+QStringList heading(const QVector<int> &vertexCounts)
+{
+    QStringList cells{QStringLiteral("Формат"), QStringLiteral("Расположение"), QStringLiteral("Файл, МБ")};
+    for (const int count : vertexCounts)
+        cells << QStringLiteral("%1 тыс., мс").arg(count / 1000);
+    cells << QStringLiteral("Строки, мс") << QStringLiteral("GDAL, мс") << QStringLiteral("К строкам")
+          << QStringLiteral("GDAL к импорту");
+    for (int i = 1; i < vertexCounts.size(); ++i)
+        cells << QStringLiteral("Рост к %1 тыс.").arg(vertexCounts[i] / 1000);
+    return cells << QStringLiteral("К мозаике") << QStringLiteral("Память к файлу");
+}
+
+QStringList cellsOf(const SpeedRow &row, const SpeedRow &mosaic, const QVector<int> &vertexCounts)
+{
+    const bool isMosaic = row.layout == Layout::Mosaic;
+    const Bounds &bounds = boundsOf(row.format);
+    const double import = row.imports.last();
+    const int largest = vertexCounts.size() - 1;
+    QStringList cells{row.format, layoutName(row.layout), cell(row.fileSize / megabyte, 0)};
+    for (const double seconds : row.imports)
+        cells << cell(seconds * 1000, 0);
+    cells << cell(row.lines * 1000, 0) << cell(row.gdal * 1000, 0);
+    cells << (isMosaic ? atMost(import / row.lines, bounds.lines) : cell(import / row.lines, 2));
+    cells << atLeast(row.gdal / import, bounds.gdal);
+    for (int i = 1; i < largest; ++i)
+        cells << cell(growth(row, vertexCounts, i), 2);
+    if (largest > 0)
+        cells << atMost(growth(row, vertexCounts, largest), maxGrowth);
+    cells << (isMosaic ? cell(1, 0) : atMost(import / mosaic.imports.last(), maxTimesMosaic));
+    return cells << atMost(row.memory / row.fileSize, maxMemory);
+}
+
+QString tableLine(const QStringList &cells)
+{
+    return QStringLiteral("| %1 |\n").arg(cells.join(QStringLiteral(" | ")));
+}
+
+} // namespace
+
+QString speedTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts)
+{
+    const QStringList head = heading(vertexCounts);
+    QString rule = QStringLiteral("|---|---|");
+    for (int i = 2; i < head.size(); ++i)
+        rule += QStringLiteral("--:|");
+    QString table = tableLine(head) + rule + QLatin1Char('\n');
+    const SpeedRow *mosaic = nullptr;
+    for (const SpeedRow &row : rows) {
+        if (row.layout == Layout::Mosaic)
+            mosaic = &row;
+        if (mosaic != nullptr)
+            table += tableLine(cellsOf(row, *mosaic, vertexCounts));
+    }
+    return table;
+}
