@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -13,8 +14,8 @@ constexpr double reach = 1.5 * DefPoint::epsilon;
 constexpr double cellsPerUnit = 4;
 static_assert(2 * reach * cellsPerUnit < 1);
 
-/// Places that are looked through one by one rather than halved further.
-constexpr int leafSize = 16;
+/// How far a point may be put off from the slot of its cell.
+constexpr int maxProbes = 64;
 
 constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
 
@@ -63,41 +64,82 @@ void CloseSearch::insert(const DefPoint &point)
     ++m_count;
     if (!isFinite(point.x, point.y)) // is equal to no query
         return;
-    int slot = slotOf(cellOf(point.x), cellOf(point.y));
-    while (!std::isnan(m_slots.at(slot).x))
-        slot = (slot + 1) & (m_slots.size() - 1);
-    m_slots[slot] = point;
+    const int last = m_slots.size() - 1;
+    const int own = slotOf(cellOf(point.x), cellOf(point.y));
+    for (int probe = 0; probe < maxProbes; ++probe) {
+        DefPoint &slot = m_slots[(own + probe) & last];
+        if (std::isnan(slot.x)) {
+            slot = point;
+            return;
+        }
+    }
+    m_crowd.append(point);
 }
 
 void CloseSearch::reset(const QVector<DefPoint> &points)
 {
-    int size = 64;
+    int size = maxProbes;
     while (size < 2 * points.size())
         size *= 2;
     m_slots.fill(DefPoint{QString(), nowhere, nowhere}, size);
     m_count = 0;
+    m_crowd.clear();
+    m_crowdTrees.clear();
+    m_plantedCount = 0;
+    m_ordered.clear();
     for (const DefPoint &point : points)
         insert(point);
 }
 
 void CloseSearch::addLast(const QVector<DefPoint> &points)
 {
+    if (2 * points.size() > m_slots.size()) {
+        reset(points);
+        return;
+    }
     if (!m_ordered.empty())
         m_ordered.insert(points.last());
-    if (2 * points.size() > m_slots.size())
-        reset(points);
-    else
-        insert(points.last());
+    insert(points.last());
+}
+
+// Puts those of the crowd that are in no tree yet into a tree, together with smaller trees: so a point changes trees
+// seldom, and the trees stay few.
+void CloseSearch::plantCrowd()
+{
+    int first = m_plantedCount;
+    while (!m_crowdTrees.empty() && m_crowdTrees.back().size() <= 2 * (m_crowd.size() - first)) {
+        first -= m_crowdTrees.back().size();
+        m_crowdTrees.pop_back();
+    }
+    std::vector<PlaceTree::Place> places;
+    for (int i = first; i < m_crowd.size(); ++i)
+        places.push_back(PlaceTree::Place{m_crowd.at(i).x, m_crowd.at(i).y, i});
+    m_crowdTrees.emplace_back(std::move(places));
+    m_plantedCount = m_crowd.size();
 }
 
 /// A query on its way.
 struct CloseSearch::Query
 {
+    CloseSearch &search;
     const QVector<DefPoint> &points;
     double x;
     double y;
     double best = reach * reach; ///< squared; what lies farther away is not equal, whoever is nearer
     const DefPoint *found = nullptr;
+
+    void examine(const DefPoint &point)
+    {
+        const double distance = squaredDistance(point.x, point.y, x, y);
+        if (!(distance <= best) || &point == found)
+            return;
+        if (found == nullptr || distance < best || search.isExaminedFirst(*this, point, *found)) {
+            best = distance;
+            found = &point;
+        }
+    }
+
+    void examine(const PlaceTree::Place &place) { examine(search.m_crowd.at(place.point)); }
 };
 
 // Of two points at one distance from the query. The sorted points are examined from the first that is not left of it:
@@ -118,18 +160,15 @@ bool CloseSearch::isExaminedFirst(const Query &query, const DefPoint &a, const D
     return leftFirst == aLeft;
 }
 
-void CloseSearch::searchCell(qint64 column, qint64 row, Query &query)
+void CloseSearch::searchCell(qint64 column, qint64 row, Query &query) const
 {
     const int last = m_slots.size() - 1;
-    for (int slot = slotOf(column, row); !std::isnan(m_slots.at(slot).x); slot = (slot + 1) & last) {
-        const DefPoint &point = m_slots.at(slot);
-        const double distance = squaredDistance(point.x, point.y, query.x, query.y);
-        if (!(distance <= query.best) || &point == query.found)
-            continue;
-        if (query.found == nullptr || distance < query.best || isExaminedFirst(query, point, *query.found)) {
-            query.best = distance;
-            query.found = &point;
-        }
+    const int own = slotOf(column, row);
+    for (int probe = 0; probe < maxProbes; ++probe) {
+        const DefPoint &point = m_slots.at((own + probe) & last);
+        if (std::isnan(point.x))
+            return;
+        query.examine(point);
     }
 }
 
@@ -141,7 +180,7 @@ const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, dou
     const qint64 right = cellOf(x + reach);
     const qint64 bottom = cellOf(y - reach);
     const qint64 top = cellOf(y + reach);
-    Query query{points, x, y};
+    Query query{*this, points, x, y};
     searchCell(left, bottom, query);
     if (right != left)
         searchCell(right, bottom, query);
@@ -149,60 +188,24 @@ const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, dou
         searchCell(left, top, query);
     if (right != left && top != bottom)
         searchCell(right, top, query);
+    if (m_plantedCount < m_crowd.size())
+        plantCrowd();
+    for (const PlaceTree &tree : m_crowdTrees)
+        tree.search(query);
     const bool found = query.found != nullptr && *query.found == DefPoint{QString(), x, y};
     return found ? query.found : nullptr;
 }
 
-/// What a range of places lies in; it may be larger than they need.
-struct NearestSearch::Box
-{
-    double low[2];
-    double high[2];
-};
-
-/// A query on its way.
-struct NearestSearch::Query
-{
-    QPointF p;
-    double best = std::numeric_limits<double>::max();
-    const Place *found = nullptr;
-};
-
 NearestSearch::NearestSearch(const QVector<DefPoint> &points) : m_points(points)
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    Box box{{infinity, infinity}, {-infinity, -infinity}};
-    m_places.reserve(points.size());
+    std::vector<PlaceTree::Place> places;
+    places.reserve(static_cast<std::size_t>(points.size()));
     for (int i = 0; i < points.size(); ++i) {
         const DefPoint &point = points.at(i);
-        if (!isFinite(point.x, point.y) || (i > 0 && isSamePlace(points.at(i - 1), point)))
-            continue;
-        m_places.append(Place{point.x, point.y, i, 0});
-        box = Box{{std::min(box.low[0], point.x), std::min(box.low[1], point.y)},
-                  {std::max(box.high[0], point.x), std::max(box.high[1], point.y)}};
+        if (isFinite(point.x, point.y) && (i == 0 || !isSamePlace(points.at(i - 1), point)))
+            places.push_back(PlaceTree::Place{point.x, point.y, i});
     }
-    build(0, m_places.size(), box);
-}
-
-// Halves the places between begin and end along the longer side of their box, and goes on with both halves.
-void NearestSearch::build(int begin, int end, Box box)
-{
-    if (end - begin <= leafSize)
-        return;
-    const int middle = begin + (end - begin) / 2;
-    Place *const places = m_places.data();
-    Place &node = places[middle];
-    const int axis = box.high[0] - box.low[0] >= box.high[1] - box.low[1] ? 0 : 1;
-    if (axis == 0)
-        std::nth_element(places + begin, &node, places + end, [](const Place &a, const Place &b) { return a.x < b.x; });
-    else
-        std::nth_element(places + begin, &node, places + end, [](const Place &a, const Place &b) { return a.y < b.y; });
-    node.axis = axis;
-    Box lower = box;
-    Box upper = box;
-    lower.high[axis] = upper.low[axis] = axis == 0 ? node.x : node.y;
-    build(begin, middle, lower);
-    build(middle + 1, end, upper);
+    m_tree = PlaceTree(std::move(places));
 }
 
 /// The turn in which findNearestPoint() examines the point at \a index for a query at \a x.
@@ -217,57 +220,44 @@ int NearestSearch::rank(int index, double x) const
 }
 
 // Of the points at one place the first that findNearestPoint() examines; from the left it comes to the last of them.
-int NearestSearch::firstExamined(const Place &place, double x) const
+int NearestSearch::firstExamined(const PlaceTree::Place &place, double x) const
 {
-    const auto first = m_points.begin() + place.first;
+    const auto first = m_points.begin() + place.point;
     if (!(place.x < x) || first + 1 == m_points.end() || !isSamePlace(*(first + 1), *first))
-        return place.first;
+        return place.point;
     return static_cast<int>(std::upper_bound(first, m_points.end(), *first, sortsBefore) - m_points.begin()) - 1;
 }
 
-/// Whether findNearestPoint() would come to \a place before the one found so far, which is as far away.
-bool NearestSearch::isExaminedFirst(const Place &place, const Query &query) const
+/// Whether findNearestPoint() comes to \a place before \a other, which is as far from the query at \a x.
+bool NearestSearch::isExaminedFirst(const PlaceTree::Place &place, const PlaceTree::Place &other, double x) const
 {
-    const double x = query.p.x();
-    return query.found != nullptr && rank(firstExamined(place, x), x) < rank(firstExamined(*query.found, x), x);
+    return rank(firstExamined(place, x), x) < rank(firstExamined(other, x), x);
 }
 
-void NearestSearch::examine(const Place &place, Query &query) const
+/// A query on its way.
+struct NearestSearch::Query
 {
-    const double distance = squaredDistance(place.x, place.y, query.p.x(), query.p.y());
-    if (distance > query.best || (distance == query.best && !isExaminedFirst(place, query)))
-        return;
-    query.best = distance;
-    query.found = &place;
-}
+    const NearestSearch &search;
+    double x;
+    double y;
+    double best = std::numeric_limits<double>::max();
+    const PlaceTree::Place *found = nullptr;
 
-void NearestSearch::search(int begin, int end, Query &query) const
-{
-    if (end - begin <= leafSize) {
-        for (int i = begin; i < end; ++i)
-            examine(m_places.at(i), query);
-        return;
+    void examine(const PlaceTree::Place &place)
+    {
+        const double distance = squaredDistance(place.x, place.y, x, y);
+        // A distance that is not finite is never less, and the largest finite one is not less than itself.
+        if (distance < best || (distance == best && found != nullptr && search.isExaminedFirst(place, *found, x))) {
+            best = distance;
+            found = &place;
+        }
     }
-    const int middle = begin + (end - begin) / 2;
-    const Place &node = m_places.at(middle);
-    const double offset = node.axis == 0 ? node.x - query.p.x() : node.y - query.p.y();
-    examine(node, query);
-    if (offset > 0)
-        search(begin, middle, query);
-    else
-        search(middle + 1, end, query);
-    if (offset * offset > query.best)
-        return;
-    if (offset > 0)
-        search(middle + 1, end, query);
-    else
-        search(begin, middle, query);
-}
+};
 
 const DefPoint *NearestSearch::find(const QPointF &p) const
 {
-    Query query{p};
+    Query query{*this, p.x(), p.y()};
     if (isFinite(p.x(), p.y()))
-        search(0, m_places.size(), query);
+        m_tree.search(query);
     return query.found == nullptr ? nullptr : &m_points.at(firstExamined(*query.found, p.x()));
 }

@@ -1,15 +1,18 @@
 #pragma once
 
 #include "defpolygon.h"
+#include "defpolygon_tree.h"
 
 #include <QVector>
 
 #include <set>
+#include <vector>
 
 /// Answers findNearestPoint() for a list that grows, as long as only answers equal to the query count.
 ///
-/// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them
-/// wherever the points lie. Finite points must be distinct, as the known points of an import are.
+/// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them.
+/// A cell that is crowded, as in a map in degrees, keeps some of its points there and the others in trees. Finite
+/// points must be distinct, as the known points of an import are.
 class CloseSearch
 {
 public:
@@ -32,12 +35,16 @@ private:
 
     int slotOf(qint64 column, qint64 row) const;
     void insert(const DefPoint &point);
-    void searchCell(qint64 column, qint64 row, Query &query);
+    void searchCell(qint64 column, qint64 row, Query &query) const;
+    void plantCrowd();
     bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
 
     /// A power of two of them, at most half filled; the points of a cell follow its slot. An empty one has no x.
     QVector<DefPoint> m_slots;
     int m_count = 0;
+    QVector<DefPoint> m_crowd;           ///< points that found no empty slot near their own
+    std::vector<PlaceTree> m_crowdTrees; ///< of the crowd, each of fewer than half as many as the one before
+    int m_plantedCount = 0;              ///< how many of the crowd are in the trees
     std::set<DefPoint, Order> m_ordered{sortsBefore}; ///< all points, once a tie has asked for their order
 };
 
@@ -52,24 +59,12 @@ public:
     const DefPoint *find(const QPointF &p) const;
 
 private:
-    /// Where points lie; a node that has the places before and after it in its range for children.
-    struct Place
-    {
-        double x;
-        double y;
-        int first; ///< of the points there
-        int axis;  ///< along which a node halves its range: 0 for x, 1 for y
-    };
-    struct Box;
     struct Query;
 
-    void build(int begin, int end, Box box);
-    void search(int begin, int end, Query &query) const;
-    void examine(const Place &place, Query &query) const;
-    bool isExaminedFirst(const Place &place, const Query &query) const;
-    int firstExamined(const Place &place, double x) const;
+    bool isExaminedFirst(const PlaceTree::Place &place, const PlaceTree::Place &other, double x) const;
+    int firstExamined(const PlaceTree::Place &place, double x) const;
     int rank(int index, double x) const;
 
     QVector<DefPoint> m_points;
-    QVector<Place> m_places;
+    PlaceTree m_tree; ///< of the places where they lie, each with the first point there
 };

@@ -22,6 +22,7 @@ struct Layout
     int rows = 20;
     double hair = 0;      ///< how far every other coordinate lies beside its step
     bool oddOnes = false; ///< now and then NaN, an infinity, -0 or a huge number
+    int knownPoints = 40; ///< fewer than this, of which some may be one
 };
 
 double drawCoordinate(QRandomGenerator &random, double origin, double step, int count, const Layout &layout)
@@ -109,6 +110,8 @@ void tst_DefPolygonSearch::layouts()
     QTest::newRow("far out") << Layout{1e15, -1e15, 0.125, 0.125, 20, 20};
     QTest::newRow("where cells are numbers") << Layout{9.99999999999999e14, 9.99999999999999e14, 0.25, 0.25, 20, 20};
     QTest::newRow("farther out") << Layout{1e17, 1e200, 16, 1e184, 20, 20};
+    QTest::newRow("crowded cells") << Layout{37, 55, 1e-4, 0.011, 1000, 23, 1e-6, false, 400};
+    QTest::newRow("ties in crowded cells") << Layout{0, 0, 0.005, 0.02, 40, 10, 0, false, 800};
     QTest::newRow("odd numbers") << Layout{0, 0, 0.01, 0.01, 10, 10, 0, true};
     QTest::newRow("odd numbers and ties") << Layout{0, 0, 1, 1, 4, 4, 0, true};
 }
@@ -118,8 +121,8 @@ void tst_DefPolygonSearch::closePointIsTheNearest()
 {
     QFETCH(Layout, layout);
     QRandomGenerator random(1);
-    for (int run = 0; run < 500; ++run) {
-        QVector<DefPoint> sorted = drawKnownPoints(random, layout, random.bounded(40));
+    for (int run = 0; run < 1100; ++run) {
+        QVector<DefPoint> sorted = drawKnownPoints(random, layout, random.bounded(layout.knownPoints));
         QVector<DefPoint> points = sorted;
         CloseSearch search;
         search.reset(points);
@@ -144,7 +147,7 @@ void tst_DefPolygonSearch::textIsTheNearest()
 {
     QFETCH(Layout, layout);
     QRandomGenerator random(2);
-    for (int run = 0; run < 250; ++run) {
+    for (int run = 0; run < 500; ++run) {
         const QVector<DefPoint> texts = drawTexts(random, layout, random.bounded(run % 10 == 0 ? 1000 : 60));
         const NearestSearch search(texts);
         for (int query = 0; query < 100; ++query) {
