@@ -97,8 +97,9 @@ bool LineReader::fill()
 // A line that the buffer does not hold to its end.
 QStringView LineReader::readLongLine()
 {
-    m_kept = std::move(m_buffer);
-    m_buffer = m_kept.mid(m_next);
+    m_kept.swap(m_buffer); // both keep their memory
+    m_buffer.truncate(0);
+    m_buffer += m_kept.midRef(m_next);
     int searched = 0;
     int end = -1;
     do {
@@ -115,13 +116,13 @@ void Words::split(QStringView line)
     m_size = 0;
     for (const QChar *c = line.begin(); c != end;) {
         const QChar *const begin = c;
-        while (c != end && !c->isSpace())
+        while (c != end && !isSpace(*c))
             ++c;
         if (c != begin && m_size < maxKept)
             m_words[m_size] = QStringView(begin, c);
         if (c != begin)
             ++m_size;
-        while (c != end && c->isSpace())
+        while (c != end && isSpace(*c))
             ++c;
     }
     if (m_size == 0)

@@ -81,14 +81,21 @@ private:
     QStringView m_words[maxKept];
 };
 
+/// As QChar::isSpace(); what ASCII prints is told with one comparison.
+inline bool isSpace(QChar c)
+{
+    const bool isPrinted = c.unicode() > 0x20 && c.unicode() < 0x7F;
+    return !isPrinted && c.isSpace();
+}
+
 /// \a line without white space at both ends.
 inline QStringView trimmedLine(QStringView line)
 {
     const QChar *begin = line.begin();
     const QChar *end = line.end();
-    while (begin != end && begin->isSpace())
+    while (begin != end && isSpace(*begin))
         ++begin;
-    while (begin != end && end[-1].isSpace())
+    while (begin != end && isSpace(end[-1]))
         --end;
     return {begin, end};
 }
