@@ -19,6 +19,7 @@ else()
                   -Wold-style-cast
                   -Wcast-align
                   -Wformat=2
+                  -ffp-contract=off # a product and a sum rounded together would number vertices otherwise elsewhere
                   $<$<BOOL:${IMPORT_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         target_compile_options(build_flags INTERFACE -Wno-unknown-warning-option)
