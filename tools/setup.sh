@@ -1,4 +1,5 @@
-# Sourced by ./run, ./test and fuzz/run: makes a machine ready to build the project, and stands in the project's root.
+# Sourced by ./run, ./test and the other commands: makes a machine ready to build the project, and stands in the
+# project's root.
 # shellcheck shell=bash
 
 cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/.." || exit
