@@ -1,0 +1,333 @@
+"""Finds the places of a source where one small change ought to be noticed by a test."""
+
+import re
+from dataclasses import dataclass
+
+from source import Source
+
+_COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}
+_OPPOSITES = {"true": "false", "false": "true"}
+_CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
+_NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
+_COMMUTATIVE = {"min", "max", "qMin", "qMax", "swap"}
+_CONVERSIONS = {"hasToken", "toDouble", "toInt"}
+_LONG_LIST = 6  # beyond this a list is a table, whose rows may stand in any order
+
+
+@dataclass
+class Mutant:
+    """One change of one file: the text from start to end becomes another."""
+
+    number: int
+    source: Source
+    start: int
+    end: int
+    after: str
+    kind: str
+    nth: int = 1  # of the changes that read alike on one line
+
+    @property
+    def before(self):
+        return self.source.text[self.start : self.end]
+
+    @property
+    def change(self):
+        """What changes, on one line."""
+        change = f"{_on_one_line(self.before)} -> {_on_one_line(self.after) or 'nothing'}"
+        return change if self.nth == 1 else f"{change} ({self.nth})"
+
+    @property
+    def line(self):
+        return self.source.line_number(self.start)
+
+    @property
+    def line_text(self):
+        return self.source.line_at(self.start)
+
+    def apply(self):
+        """The text of the whole file with the change."""
+        return self.source.text[: self.start] + self.after + self.source.text[self.end :]
+
+
+def _on_one_line(text):
+    return re.sub(r"\s+", " ", text)
+
+
+def find_mutants(sources):
+    """All mutants of the sources, numbered from 1 in the order of the text."""
+    mutants = []
+    for source in sources:
+        found = {}
+        for finder in (_comparisons, _constants, _conditions, _returns, _texts, _arguments, _choices, _statements):
+            for start, end, after, kind in finder(source):
+                found.setdefault((start, end, after), kind)
+        alike = {}
+        for (start, end, after), kind in sorted(found.items()):
+            mutant = Mutant(len(mutants) + 1, source, start, end, after, kind)
+            key = (mutant.line, mutant.change)
+            alike[key] = mutant.nth = alike.get(key, 0) + 1
+            mutants.append(mutant)
+    return mutants
+
+
+def _comparisons(source):
+    for i, token in enumerate(source.tokens):
+        if token.kind == "sign" and token.text in _COMPARISONS and source.is_spaced(i):
+            if source.token(i - 1) != "template" and not _in_assertion(source, i):
+                yield token.start, token.end, _COMPARISONS[token.text], "comparison"
+
+
+def _constants(source):
+    for i, token in enumerate(source.tokens):
+        if _in_assertion(source, i) or _is_overwritten(source, i):
+            continue
+        if token.text in _OPPOSITES:
+            yield token.start, token.end, _OPPOSITES[token.text], "constant"
+        elif token.kind == "char":
+            yield token.start, token.end, _other_char(token.text), "constant"
+        elif token.kind == "number" and not _is_capacity(source, i):
+            yield token.start, token.end, _next_number(token.text), "constant"
+
+
+def _conditions(source):
+    for i, token in enumerate(source.tokens):
+        if _in_assertion(source, i):
+            continue
+        if token.text in ("if", "while") and source.token(i + 1) == "(":
+            start, end = source.span(i + 1, source.partner[i + 1])
+            if not _is_negated_elsewhere(source.text[start + 1 : end - 1]):
+                yield start, end, f"(!{source.text[start:end]})", "condition"
+        elif token.text in ("&&", "||") and source.is_spaced(i):
+            yield token.start, token.end, "||" if token.text == "&&" else "&&", "condition"
+        elif token.text == "!":
+            yield token.start, token.end, "", "condition"
+
+
+# What a function of type bool returns, unless it is a constant.
+def _returns(source):
+    for match in re.finditer(r"^(?:inline |constexpr )*bool .*?^}", source.text, re.MULTILINE | re.DOTALL):
+        for found in re.finditer(r"\breturn ((?!true;|false;|!)[^;]+);", match.group()):
+            start, end = (match.start() + place for place in found.span(1))
+            if not _is_negated_elsewhere(found.group(1)):
+                yield start, end, f"!({found.group(1)})", "condition"
+
+
+# Where the sign of a condition or its only comparison is mutated, to negate it is the same again.
+def _is_negated_elsewhere(condition):
+    return not re.search(r"&&|\|\||\?", condition) and bool(re.search(r"^!| [=!]= ", condition))
+
+
+def _texts(source):
+    for i, token in enumerate(source.tokens):
+        if token.kind == "text" and not _in_assertion(source, i):
+            yield token.start, token.end, f'"{_other_text(token.text[1:-1])}"', "text"
+
+
+def _arguments(source):
+    for i, token in enumerate(source.tokens):
+        if token.text not in ("(", "{") or i not in source.partner or _in_assertion(source, i):
+            continue
+        is_call = token.text == "(" and source.tokens[i - 1].kind == "word" and source.token(i - 1) not in _CONTROL
+        is_value = token.text == "{" and source.token(i - 1) in ("(", ",", "return", "{", "=") or (
+            token.text == "{" and source.tokens[i - 1].kind == "word" and _closes_on_line(source, i)
+        )
+        if not (is_call or is_value) or source.token(i - 1) in _COMMUTATIVE:
+            continue
+        yield from _swapped_elements(source, source.split_list(i))
+
+
+def _swapped_elements(source, elements):
+    if len(elements) < 2 or len(elements) > _LONG_LIST:
+        return
+    if not all(_is_expression(source, *element) for element in elements):
+        return
+    for (a, b), (c, d) in zip(elements, elements[1:]):
+        first, second = source.span(a, b), source.span(c, d)
+        texts = [source.text[slice(*place)] for place in (first, second)]
+        if texts[0] != texts[1] and _shape(texts[0]) == _shape(texts[1]):
+            yield first[0], second[1], texts[1] + source.text[first[1] : second[0]] + texts[0], "order"
+
+
+# What is plainly of another type cannot be exchanged, and the ends of a range are never out of order.
+def _shape(text):
+    if text.endswith((".begin()", ".end()")):
+        return text
+    return (
+        bool(re.fullmatch(r"true|false|-?[\d.]+", text)),
+        bool(re.search(r'"|QString\(', text)),
+        "[](" in text or "Before" in text,
+        text == "this" or text.startswith(("Qt::", "&")),
+    )
+
+
+# Both values of a conditional operator.
+def _choices(source):
+    for i, token in enumerate(source.tokens):
+        if token.text != "?":
+            continue
+        colon = _end_of_value(source, i + 1, {":"})
+        end = _end_of_value(source, colon + 1, {":", ",", ";", ")", "}", "]"})
+        first, second = source.span(i + 1, colon - 1), source.span(colon + 1, end - 1)
+        between = source.text[first[1] : second[0]]
+        yield first[0], second[1], source.text[slice(*second)] + between + source.text[slice(*first)], "order"
+
+
+# Simple statements: each can go, and two that follow each other can change places.
+def _statements(source):
+    last = None
+    for first, semicolon in _simple_statements(source):
+        start, end = source.span(first, semicolon)
+        text = source.text[start:end]
+        if "reserve" not in text:
+            yield start, end, ";", "removal"
+        if last and last[2] == first and not _commute(source.text[last[0] : last[1]], text):
+            swapped = text + source.text[last[1] : start] + source.text[last[0] : last[1]]
+            yield last[0], end, swapped, "order"
+        # One that belongs to an if or a loop without braces has no neighbour.
+        last = (start, end, semicolon + 1) if source.token(first - 1) in (";", "{", "}") else None
+    for token in source.tokens:
+        if token.text in ("break", "continue"):
+            yield token.start, token.end, "", "removal"
+
+
+def _simple_statements(source):
+    for i, token in enumerate(source.tokens):
+        if not _begins_statement(source, i) or token.text in _NO_EXPRESSION:
+            continue
+        end = _end_of_value(source, i, {";", "{", "}"})
+        if source.token(end) == ";" and _is_expression(source, i, end - 1) and _does_something(source, i, end):
+            yield i, end
+
+
+def _begins_statement(source, i):
+    if source.token(source.around[i]) != "{" or not _in_function(source, i):
+        return False
+    before = source.token(i - 1)
+    if before == ")":
+        return source.token(source.partner[i - 1] - 1) in _CONTROL
+    return before in (";", "{", "}", "else", "do")
+
+
+def _does_something(source, first, end):
+    return any(
+        source.token(i) in ("=", "++", "--", "(") or re.fullmatch(r"[-+*/%&|^]=", source.token(i))
+        for i in range(first, end)
+    )
+
+
+def _in_function(source, i):
+    line_start = source.text.rfind("\n", 0, source.tokens[i].start) + 1
+    return source.text[line_start : line_start + 4] == "    "
+
+
+# False for a declaration, where two words stand side by side, and for a list of rows.
+def _is_expression(source, first, last):
+    if last < first or source.token(first) == "Q_EMIT":
+        return last >= first
+    if source.token(first) in ("{", "~", "const") or source.token(first).startswith("Q_"):
+        return False
+    if source.token(last) in ("default", "delete", "override"):
+        return False
+    for i in range(first, min(last, first + 12)):
+        a, b = source.tokens[i], source.tokens[i + 1]
+        if a.text in ("(", "[", "{", "="):
+            break
+        if a.kind == "word" and b.kind == "word" and a.text not in ("return", "not"):
+            return False
+        if a.kind == "word" and b.text in ("*", "&", "<") and not source.is_spaced(i + 1):
+            return False
+        if a.text == ">" and b.kind == "word" and not source.is_spaced(i):
+            return False
+    return True
+
+
+# Two assignments commute when neither mentions what the other sets and nothing is read off a stream; so do setters of
+# different widgets and settings.
+def _commute(a, b):
+    first, second = (re.fullmatch(r"(?:\+\+|--)?([\w.>\[\]-]+?)(?: [-+*/%&|^]?= (.*))?;", s, re.DOTALL) for s in (a, b))
+    if first and second:
+        targets = [re.escape(match.group(1)) for match in (first, second)]
+        if re.search(rf"(?<![\w.>]){targets[0]}\b", b) or re.search(rf"(?<![\w.>]){targets[1]}\b", a):
+            return False
+        return not re.search(r"(?<![\w.>])\w+\(|\b(read|next|take)\w*\(", a + b)
+    for setter in (r"ui->(\w+)->set\w+\(", r"\w+\.setValue\((\w+\([^)]*\)),"):
+        calls = [re.match(setter, s) for s in (a, b)]
+        if all(calls):
+            return calls[0].group(1) not in b and calls[1].group(1) not in a
+    return False
+
+
+def _end_of_value(source, i, ends):
+    nested = 0
+    while i < len(source.tokens):
+        text = source.token(i)
+        if text in ends and nested == 0:
+            return i
+        if text in ("(", "[", "{") and i in source.partner:
+            i = source.partner[i]
+        elif text == "?":
+            nested += 1
+        elif text == ":" and nested > 0:
+            nested -= 1
+        i += 1
+    return len(source.tokens) - 1
+
+
+def _closes_on_line(source, i):
+    return "\n" not in source.text[source.tokens[i].start : source.tokens[source.partner[i]].start]
+
+
+def _in_assertion(source, i):
+    statement = source.text.rfind(";", 0, source.tokens[i].start) + 1
+    return "static_assert" in source.text[statement : source.tokens[i].start]
+
+
+# The value of a new variable that is set anew before it is read: the functions that convert do so whatever they find.
+def _is_overwritten(source, i):
+    name = source.token(i - 2)
+    if source.token(i - 1) != "=" or source.token(i - 3) not in ("bool", "int", "double") or source.token(i + 1) != ";":
+        return False
+    use = next((j for j in range(i, len(source.tokens)) if source.token(j) == name), i)
+    if any(source.token(j) in _CONTROL and source.partner.get(j + 1, use) < use for j in range(i, use)):
+        return False
+    if source.token(use + 1) == "=":
+        return source.around[use] == source.around[i]
+    call = source.around[use]
+    return source.token(call) == "(" and source.token(call - 1) in _CONVERSIONS and source.token(use + 1) == ")"
+
+
+# The size of a container or a reservation: how much memory there is does not show.
+def _is_capacity(source, i):
+    if source.token(i + 1) == ">" and not source.is_spaced(i + 1):
+        return True
+    return "reserve" in source.line_at(source.tokens[i].start)
+
+
+def _next_number(text):
+    digits, suffix = re.fullmatch(r"(0[xX][\da-fA-F']+|[\d.']+(?:[eE][-+]?\d+)?|\.\d+)([uUlLfF]*)", text).groups()
+    digits = digits.replace("'", "")
+    if digits[:2] in ("0x", "0X"):
+        return f"0x{int(digits, 16) + 1:X}{suffix}"
+    if "e" in digits.lower():
+        mantissa, exponent = digits.lower().split("e")
+        return f"{float(mantissa) + 1:g}e{exponent}{suffix}"
+    if "." in digits:
+        return f"{float(digits) + 1!r}{suffix}"
+    return f"{int(digits) + 1}{suffix}"
+
+
+def _other_char(text):
+    prefix, body = re.fullmatch(r"(\w*)'(.*)'", text, re.DOTALL).groups()
+    return f"{prefix}'{chr(ord(body) + 1)}'" if len(body) == 1 and body.isalnum() else f"{prefix}'x'"
+
+
+# A letter near the middle becomes the next; else any other character does, apart from escapes and place markers.
+def _other_text(text):
+    plain = [i for i in range(len(text)) if not re.search(r"[\\%]$", text[:i]) and text[i] not in "\\%"]
+    letters = [i for i in plain if text[i].isalpha()]
+    if not plain:
+        return text + "x"
+    places = letters or plain
+    i = places[len(places) // 2]
+    other = chr(ord(text[i]) + 1) if text[i].isalpha() and text[i] not in "zZяЯ" else "x"
+    return text[:i] + other + text[i + 1 :]
