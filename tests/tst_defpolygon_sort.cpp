@@ -61,6 +61,7 @@ private Q_SLOTS:
     void objectsAreSorted();
     void noObjectsAreSorted();
     void objectsAlikeMayChangePlaces();
+    void manyObjectsAlikeAreAllThere();
     void objectsAreSortedWhole();
     void pointersIntoTheObjectsStayValid();
     void copyOfTheObjectsStaysUnsorted();
@@ -126,6 +127,19 @@ void tst_DefPolygonSort::objectsAlikeMayChangePlaces()
     QCOMPARE(defs.takeLast(), QStringLiteral("н2"));
     for (const QString &def : alike)
         QCOMPARE(defs.count(def), 1);
+}
+
+// A sort that takes one of two alike for the lesser leaves its range.
+void tst_DefPolygonSort::manyObjectsAlikeAreAllThere()
+{
+    QStringList alike;
+    for (int i = 0; i < 1000; ++i)
+        alike.append(QStringLiteral("н1"));
+    QVector<DefPolygon> objects = objectsNamed(alike);
+
+    sortObjects(objects);
+
+    QCOMPARE(defsOf(objects), alike);
 }
 
 void tst_DefPolygonSort::objectsAreSortedWhole()
