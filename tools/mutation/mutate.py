@@ -202,7 +202,7 @@ def summarize(mutants, results):
     )
     if known:
         rest = _percent(killed, killed + len(survivors) - len(known))
-        print(f"{len(known)} of the survivors are explained; {rest} of the others killed")
+        print(f"Explained survivors: {len(known)}; {rest} of the others killed")
 
 
 def _percent(part, whole):
