@@ -11,6 +11,7 @@ _CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
 _NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
 _COMMUTATIVE = {"min", "max", "qMin", "qMax", "swap"}
 _CONVERSIONS = {"hasToken", "toDouble", "toInt"}
+_PURE = "(?:trimmedLine|bit)"  # functions that look at their arguments alone
 _LONG_LIST = 6  # beyond this a list is a table, whose rows may stand in any order
 
 
@@ -249,7 +250,7 @@ def _commute(a, b):
         targets = [re.escape(match.group(1)) for match in (first, second)]
         if re.search(rf"(?<![\w.>]){targets[0]}\b", b) or re.search(rf"(?<![\w.>]){targets[1]}\b", a):
             return False
-        return not re.search(r"(?<![\w.>])\w+\(|\b(read|next|take)\w*\(", a + b)
+        return not re.search(rf"(?<![\w.>])(?!{_PURE}\()\w+\(|\b(read|next|take)\w*\(", a + b)
     for setter in (r"ui->(\w+)->set\w+\(", r"\w+\.setValue\((\w+\([^)]*\)),"):
         calls = [re.match(setter, s) for s in (a, b)]
         if all(calls):
