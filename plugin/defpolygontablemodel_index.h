@@ -6,8 +6,8 @@
 #include <QVector>
 
 #include <limits>
-#include <memory_resource>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 /// True when the models take two designations for one.
 struct SameDef
@@ -26,24 +26,89 @@ struct DefHash
 
 /// A value for each designation, the first that came of those that are one.
 ///
-/// The entries lie side by side and give their memory back together: one by one that takes as long as to fill it.
+/// The entries lie side by side in the order in which they came. A table of slots, at least half of them free, tells
+/// where; a designation is looked for from the slot of its hash onwards.
 template <class Value>
 class DefMap
 {
 public:
-    explicit DefMap(int size) { m_values.reserve(static_cast<std::size_t>(size)); }
+    /// Room for \a size designations; more make it grow.
+    explicit DefMap(int size)
+    {
+        m_entries.reserve(static_cast<std::size_t>(size));
+        std::size_t count = 2;
+        while (count < 2 * m_entries.capacity())
+            count *= 2;
+        m_slots.resize(count);
+    }
 
-    /// The value of \a def, which is made when there is none.
-    Value &operator[](const QString &def) { return m_values[def]; }
+    /// The value of \a def, which is made when there is none. It moves when another is made.
+    Value &operator[](const QString &def)
+    {
+        const auto hash = static_cast<quint32>(DefHash()(def));
+        Slot &slot = m_slots[slotOf(def, hash)];
+        if (slot.isFree()) {
+            slot = {hash, static_cast<int>(m_entries.size())};
+            m_entries.push_back({def, Value()});
+            if (2 * m_entries.size() > m_slots.size())
+                grow();
+            return m_entries.back().value;
+        }
+        return m_entries[slot.place()].value;
+    }
+
     /// The value of \a def, which was made.
-    const Value &at(const QString &def) const { return m_values.at(def); }
+    const Value &at(const QString &def) const
+    {
+        const auto hash = static_cast<quint32>(DefHash()(def));
+        return m_entries.at(m_slots[slotOf(def, hash)].place()).value;
+    }
 
 private:
-    std::pmr::monotonic_buffer_resource m_memory;
-    std::pmr::unordered_map<QString, Value, DefHash, SameDef> m_values{&m_memory};
+    struct Entry
+    {
+        QString def;
+        Value value;
+    };
+
+    struct Slot
+    {
+        bool isFree() const { return entry < 0; }
+        std::size_t place() const { return static_cast<std::size_t>(entry); }
+
+        quint32 hash = 0;
+        int entry = -1;
+    };
+
+    /// The slot of \a def, or the free one that it would take.
+    std::size_t slotOf(const QString &def, quint32 hash) const
+    {
+        const std::size_t last = m_slots.size() - 1; // the size is a power of 2
+        std::size_t i = hash & last;
+        while (!m_slots[i].isFree() && !isSlotOf(m_slots[i], def, hash))
+            i = (i + 1) & last;
+        return i;
+    }
+
+    bool isSlotOf(const Slot &slot, const QString &def, quint32 hash) const
+    {
+        return slot.hash == hash && SameDef()(m_entries[slot.place()].def, def);
+    }
+
+    void grow()
+    {
+        const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(2 * m_slots.size()));
+        for (const Slot &slot : old) {
+            if (!slot.isFree())
+                m_slots[slotOf(m_entries[slot.place()].def, slot.hash)] = slot;
+        }
+    }
+
+    std::vector<Entry> m_entries;
+    std::vector<Slot> m_slots;
 };
 
-/// Which of many designations occur more than once. Empty ones are not counted.
+/// Which of many designations occur more than once. Empty ones are counted like any other.
 class DefCounts
 {
 public:

@@ -15,6 +15,8 @@ private Q_SLOTS:
     void sameDesignationsHaveOneHash();
     void foldingIsThatOfTheComparison_data();
     void foldingIsThatOfTheComparison();
+    void mapOutgrowsItsSize_data();
+    void mapOutgrowsItsSize();
     void countsAreThoseOfAScan_data();
     void countsAreThoseOfAScan();
     void changedObjectsAreOthers_data();
@@ -159,6 +161,32 @@ void tst_DefPolygonTableModelIndex::foldingIsThatOfTheComparison()
 
     QCOMPARE(counts.isDuplicate(0), same);
     QCOMPARE(counts.isDuplicate(1), same);
+}
+
+void tst_DefPolygonTableModelIndex::mapOutgrowsItsSize_data()
+{
+    QTest::addColumn<int>("size");
+
+    QTest::newRow("none") << 0;
+    QTest::newRow("one") << 1;
+    QTest::newRow("a power of two") << 64;
+    QTest::newRow("nearly enough") << 2999;
+}
+
+// Each name comes as it is and in capitals, and a value for either is the value of both.
+void tst_DefPolygonTableModelIndex::mapOutgrowsItsSize()
+{
+    QFETCH(int, size);
+    const int count = 3000;
+    DefMap<int> map(size);
+
+    for (int i = 0; i < count; ++i) {
+        QCOMPARE(map[QStringLiteral("н%1").arg(i)], 0);
+        map[QStringLiteral("Н%1").arg(i)] = i;
+    }
+
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(map.at(QStringLiteral("н%1").arg(i)), i);
 }
 
 void tst_DefPolygonTableModelIndex::countsAreThoseOfAScan_data()

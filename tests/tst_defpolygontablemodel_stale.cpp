@@ -17,6 +17,7 @@ private Q_SLOTS:
     void duplicatesOfManyFollowAnImport();
     void duplicatesOfManyFollowASort();
     void duplicatesOfManyFollowRenaming();
+    void duplicatesFollowNamesThatWereNeverThere();
     void droppedObjectsMayGo();
 
     void conflictsAreThoseOfTheMoment_data();
@@ -188,6 +189,24 @@ void tst_DefPolygonTableModelStale::duplicatesOfManyFollowRenaming()
     QVERIFY(model.setData(model.index(0, 0), objects.at(1).def + QStringLiteral("я")));
     QVERIFY(model.setData(model.index(1, 0), objects.at(0).def.toUpper()));
     QCOMPARE(duplicatesOf(model), duplicatesByScan(objects));
+}
+
+// There come to be many more names than there are objects.
+void tst_DefPolygonTableModelStale::duplicatesFollowNamesThatWereNeverThere()
+{
+    Objects objects = objectsOf(QStringLiteral("а б в г"));
+    DefMapTableModel model;
+    const QAbstractItemModelTester tester(&model, failTest);
+    model.setMap(&objects);
+    QCOMPARE(duplicatesOf(model), QStringLiteral("...."));
+
+    for (int i = 0; i < 500; ++i) {
+        QVERIFY(model.setData(model.index(i % 4, 0), QStringLiteral("н%1").arg(i)));
+        QCOMPARE(duplicatesOf(model), QStringLiteral("...."));
+        QVERIFY(model.setData(model.index((i + 1) % 4, 0), QStringLiteral("Н%1").arg(i)));
+        QCOMPARE(duplicatesOf(model), duplicatesByScan(objects));
+        QCOMPARE(duplicatesOf(model).count(QLatin1Char('x')), 2);
+    }
 }
 
 void tst_DefPolygonTableModelStale::droppedObjectsMayGo()
