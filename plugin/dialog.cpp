@@ -16,15 +16,6 @@ void enlargeFont(QFont &font)
         font.setPixelSize(font.pixelSize() + 1);
 }
 
-// A list lays out the texts of all its rows, and again after each rename. Kerning and ligatures take half of that time;
-// scripts that cannot be read without shaping are shaped all the same.
-void shapePlainly(QWidget &list)
-{
-    QFont font = list.font();
-    font.setStyleStrategy(QFont::PreferNoShaping);
-    list.setFont(font);
-}
-
 } // namespace
 
 int FirstColumns::columnCount(const QModelIndex &parent) const
@@ -42,7 +33,7 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(new Ui::Dialog)
     ui->minusToolButton->setFont(font);
     ui->minusToolButton->setFixedWidth(ui->plusToolButton->sizeHint().width());
 
-    shapePlainly(*ui->listView);
+    ui->listView->setItemDelegate(&defDelegate);
 
     readSettings();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "defdelegate.h"
 #include "defpolygon.h"
 #include "defpolygontablemodel.h"
 
@@ -87,6 +88,7 @@ private:
     void showObjects();
     QAbstractItemModel *shownTable();
 
+    DefDelegate defDelegate;             ///< of the list
     FirstColumns firstColumns;           ///< of polygonModel, when the host's columns lie very far apart
     std::unique_ptr<MapImport> importer; ///< kept after a run that brought no objects, until the next run
     bool isProcessing = false;           ///< the host may run an event loop while it takes a message

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void longDesignationCanBeRead_data();
     void longDesignationCanBeRead();
     void renamedDesignationCanBeRead();
+    void listHasTheFontOfTheTable();
 
 private:
     void processLines(Dialog &dialog, const QString &defs, const QString &end = QString()) const;
@@ -215,6 +216,15 @@ void tst_DialogViewsMarks::renamedDesignationCanBeRead()
 
     QVERIFY(listOf(dialog)->horizontalScrollBar()->maximum() > 0);
     QVERIFY(canBeRead(*listOf(dialog), 1));
+}
+
+// Letters that are joined or kerned are drawn alike in both.
+void tst_DialogViewsMarks::listHasTheFontOfTheTable()
+{
+    const Dialog dialog;
+
+    QCOMPARE(listOf(dialog)->font(), tableViewOf(dialog)->font());
+    QCOMPARE(listOf(dialog)->font().styleStrategy(), tableViewOf(dialog)->font().styleStrategy());
 }
 
 QTEST_MAIN(tst_DialogViewsMarks)

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QFontMetrics>
+#include <QHash>
+#include <QSize>
+#include <QStyledItemDelegate>
+
+#include <optional>
+
+/// Shows designations. A view that asks for the size of each row gets it soon.
+///
+/// Designations that differ in their digits only are measured once, with a digit more than they have; long ones and
+/// those without digits each as it is.
+class DefDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    QSize measure(QStyleOptionViewItem option, const QModelIndex &index, const QString &text) const;
+
+    mutable std::optional<QFontMetrics> metrics; ///< with which the sizes were measured
+    mutable QChar digit;                         ///< that stands for all in a designation
+    mutable QHash<QString, QSize> sizes;         ///< by designation with all digits alike
+};

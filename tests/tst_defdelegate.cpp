@@ -1,0 +1,115 @@
+#include "defdelegate.h"
+
+#include <QStandardItemModel>
+#include <QTest>
+
+/// The sizes of rows, held against those that the text of each takes by itself.
+class tst_DefDelegate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textFitsIn_data();
+    void textFitsIn();
+    void textWithoutDigitsTakesItsSize_data();
+    void textWithoutDigitsTakesItsSize();
+    void numbersTakeOneSize();
+    void otherFontIsMeasuredAnew();
+};
+
+namespace {
+
+/// The size of a row of \a text as \a delegate has it for a list in the font \a points points high.
+QSize sizeOf(const QStyledItemDelegate &delegate, const QString &text, int points = 10)
+{
+    static QFont font;
+    if (font.pointSize() != points)
+        font.setPointSize(points);
+    QStandardItemModel model(1, 1);
+    model.setData(model.index(0, 0), text);
+    QStyleOptionViewItem option;
+    option.font = font;
+    option.fontMetrics = QFontMetrics(font);
+    return delegate.sizeHint(option, model.index(0, 0));
+}
+
+} // namespace
+
+void tst_DefDelegate::textFitsIn_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("alike");
+
+    const auto add = [](const char *name, const QString &text, const QString &alike) {
+        QTest::newRow(name) << text << alike;
+    };
+    add("numbers", QStringLiteral("н111"), QStringLiteral("н999"));
+    add("cadastral numbers", QStringLiteral("50:21:0110205:1111"), QStringLiteral("50:21:0110205:4747"));
+    add("digits beside letters", QStringLiteral("Г1Т1У1A1V1W1"), QStringLiteral("Г4Т4У7A7V4W4"));
+    add("long", QStringLiteral("Г1Т1У1A1V1W1").repeated(30), QStringLiteral("Г4Т4У7A7V4W4").repeated(30));
+    add("joined letters", QStringLiteral("قطعة 1"), QStringLiteral("قطعة 8"));
+    add("two lines", QStringLiteral("a\n1"), QStringLiteral("a\n8"));
+    add("other digits", QStringLiteral("١١١"), QStringLiteral("٩٩٩"));
+}
+
+// Whichever is asked for first.
+void tst_DefDelegate::textFitsIn()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, alike);
+    const QStyledItemDelegate plain;
+
+    for (const QString &first : {text, alike}) {
+        const DefDelegate delegate;
+        sizeOf(delegate, first);
+        for (const QString &each : {text, alike}) {
+            QVERIFY(sizeOf(delegate, each).width() >= sizeOf(plain, each).width());
+            QCOMPARE(sizeOf(delegate, each).height(), sizeOf(plain, each).height());
+        }
+    }
+}
+
+void tst_DefDelegate::textWithoutDigitsTakesItsSize_data()
+{
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("none") << QString();
+    QTest::newRow("empty") << QStringLiteral("");
+    QTest::newRow("Cyrillic") << QStringLiteral("Участок");
+    QTest::newRow("kerned letters") << QStringLiteral("AVAVAV To fi ffl W. Ё́");
+    QTest::newRow("joined letters") << QStringLiteral("قطعة أرض");
+    QTest::newRow("two lines") << QStringLiteral("a\nб");
+    QTest::newRow("long, with digits") << QStringLiteral("Земельный участок 50:21:0110205:1234 ").repeated(6);
+}
+
+void tst_DefDelegate::textWithoutDigitsTakesItsSize()
+{
+    QFETCH(QString, text);
+    const DefDelegate delegate;
+
+    for (int time = 0; time < 2; ++time)
+        QCOMPARE(sizeOf(delegate, text), sizeOf(QStyledItemDelegate(), text));
+}
+
+void tst_DefDelegate::numbersTakeOneSize()
+{
+    const DefDelegate delegate;
+
+    QCOMPARE(sizeOf(delegate, QStringLiteral("н111")), sizeOf(delegate, QStringLiteral("н909")));
+    QVERIFY(sizeOf(delegate, QStringLiteral("н111")) != sizeOf(delegate, QStringLiteral("н1111")));
+}
+
+void tst_DefDelegate::otherFontIsMeasuredAnew()
+{
+    const DefDelegate delegate;
+    const QString text = QStringLiteral("Участок 7");
+    const QSize small = sizeOf(delegate, text);
+
+    const QSize large = sizeOf(delegate, text, 30);
+
+    QVERIFY(large.width() > 2 * small.width() && large.height() > 2 * small.height());
+    QCOMPARE(sizeOf(delegate, text), small);
+}
+
+QTEST_MAIN(tst_DefDelegate)
+#include "tst_defdelegate.moc"
