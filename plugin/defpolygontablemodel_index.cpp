@@ -15,14 +15,17 @@ bool isOnMap(const DefPoint &vertex)
 
 } // namespace
 
-// A comparison folds each code unit by itself, ß never to two. It folds the second half of a surrogate pair together
-// with the first, so that this half is left out here.
+// A comparison folds each code unit by itself, ß never to two, and the second half of a surrogate pair as the character
+// that the pair stands for.
 std::size_t DefHash::operator()(const QString &def) const
 {
     std::size_t hash = 2166136261U;
+    QChar previous;
     for (const QChar unit : def) {
-        if (!unit.isLowSurrogate())
-            hash = (hash ^ QChar::toCaseFolded(static_cast<uint>(unit.unicode()))) * 16777619U;
+        const bool endsPair = previous.isHighSurrogate() && unit.isLowSurrogate();
+        const uint code = endsPair ? QChar::surrogateToUcs4(previous, unit) : unit.unicode();
+        hash = (hash ^ QChar::toCaseFolded(code)) * 16777619U;
+        previous = unit;
     }
     return hash;
 }

@@ -96,6 +96,7 @@ void tst_DefDelegate::numbersTakeOneSize()
     const DefDelegate delegate;
 
     QCOMPARE(sizeOf(delegate, QStringLiteral("н111")), sizeOf(delegate, QStringLiteral("н909")));
+    QCOMPARE(sizeOf(delegate, QStringLiteral("н111")), sizeOf(QStyledItemDelegate(), QStringLiteral("н1111")));
     QVERIFY(sizeOf(delegate, QStringLiteral("н111")) != sizeOf(delegate, QStringLiteral("н1111")));
 }
 

@@ -1,5 +1,6 @@
 #include "defpolygontablemodel_index.h"
 
+#include <QSet>
 #include <QTest>
 
 #include <algorithm>
@@ -13,6 +14,7 @@ class tst_DefPolygonTableModelIndex : public QObject
 private Q_SLOTS:
     void sameDesignationsHaveOneHash_data();
     void sameDesignationsHaveOneHash();
+    void pairsOfSurrogatesHaveHashesOfTheirOwn();
     void foldingIsThatOfTheComparison_data();
     void foldingIsThatOfTheComparison();
     void mapOutgrowsItsSize_data();
@@ -128,6 +130,16 @@ void tst_DefPolygonTableModelIndex::sameDesignationsHaveOneHash()
         QCOMPARE(hash(texts.at(i)), hash(texts.at(i - 1)));
     }
     QVERIFY(alike > 100);
+}
+
+// Names of such characters must not all be looked for in one place.
+void tst_DefPolygonTableModelIndex::pairsOfSurrogatesHaveHashesOfTheirOwn()
+{
+    QSet<std::size_t> hashes;
+    for (uint codePoint = 0x20000; codePoint < 0x20400; ++codePoint)
+        hashes.insert(DefHash()(textOf(codePoint)));
+
+    QCOMPARE(hashes.size(), 0x400);
 }
 
 void tst_DefPolygonTableModelIndex::foldingIsThatOfTheComparison_data()
