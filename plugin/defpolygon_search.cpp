@@ -15,7 +15,7 @@ constexpr double cellsPerUnit = 4;
 static_assert(2 * reach * cellsPerUnit < 1);
 
 /// How far a point may be put off from the slot of its cell.
-constexpr int maxProbes = 64;
+constexpr std::size_t maxProbes = 64;
 
 constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
 
@@ -52,36 +52,35 @@ bool isSamePlace(const DefPoint &a, const DefPoint &b)
 
 } // namespace
 
-int CloseSearch::slotOf(qint64 column, qint64 row) const
+std::size_t CloseSearch::slotOf(qint64 column, qint64 row) const
 {
     const quint64 hash =
         (static_cast<quint64>(column) * 0x9E3779B97F4A7C15U) ^ (static_cast<quint64>(row) * 0xC2B2AE3D27D4EB4FU);
-    return static_cast<int>((hash >> 32U) & static_cast<quint64>(m_slots.size() - 1));
+    return static_cast<std::size_t>(hash >> 32U) & (m_slots.size() - 1);
 }
 
 void CloseSearch::insert(const DefPoint &point)
 {
-    ++m_count;
+    const Place place{point.x, point.y, m_count++};
     if (!isFinite(point.x, point.y)) // is equal to no query
         return;
-    const int last = m_slots.size() - 1;
-    const int own = slotOf(cellOf(point.x), cellOf(point.y));
-    for (int probe = 0; probe < maxProbes; ++probe) {
-        DefPoint &slot = m_slots[(own + probe) & last];
+    const std::size_t own = slotOf(cellOf(point.x), cellOf(point.y));
+    for (std::size_t probe = 0; probe < maxProbes; ++probe) {
+        Place &slot = m_slots[(own + probe) & (m_slots.size() - 1)];
         if (std::isnan(slot.x)) {
-            slot = point;
+            slot = place;
             return;
         }
     }
-    m_crowd.append(point);
+    m_crowd.push_back(place);
 }
 
 void CloseSearch::reset(const QVector<DefPoint> &points)
 {
-    int size = maxProbes;
-    while (size < 2 * points.size())
+    std::size_t size = maxProbes;
+    while (size < 2 * static_cast<std::size_t>(points.size()))
         size *= 2;
-    m_slots.fill(DefPoint{QString(), nowhere, nowhere}, size);
+    m_slots.assign(size, Place{nowhere, nowhere, -1});
     m_count = 0;
     m_crowd.clear();
     m_crowdTrees.clear();
@@ -93,7 +92,7 @@ void CloseSearch::reset(const QVector<DefPoint> &points)
 
 void CloseSearch::addLast(const QVector<DefPoint> &points)
 {
-    if (2 * points.size() > m_slots.size()) {
+    if (2 * static_cast<std::size_t>(points.size()) > m_slots.size()) {
         reset(points);
         return;
     }
@@ -106,15 +105,12 @@ void CloseSearch::addLast(const QVector<DefPoint> &points)
 // seldom, and the trees stay few.
 void CloseSearch::plantCrowd()
 {
-    int first = m_plantedCount;
+    std::size_t first = m_plantedCount;
     while (!m_crowdTrees.empty() && m_crowdTrees.back().size() <= 2 * (m_crowd.size() - first)) {
         first -= m_crowdTrees.back().size();
         m_crowdTrees.pop_back();
     }
-    std::vector<PlaceTree::Place> places;
-    for (int i = first; i < m_crowd.size(); ++i)
-        places.push_back(PlaceTree::Place{m_crowd.at(i).x, m_crowd.at(i).y, i});
-    m_crowdTrees.emplace_back(std::move(places));
+    m_crowdTrees.emplace_back(std::vector<Place>(m_crowd.data() + first, m_crowd.data() + m_crowd.size()));
     m_plantedCount = m_crowd.size();
 }
 
@@ -126,20 +122,18 @@ struct CloseSearch::Query
     double x;
     double y;
     double best = reach * reach; ///< squared; what lies farther away is not equal, whoever is nearer
-    const DefPoint *found = nullptr;
+    int found = -1;
 
-    void examine(const DefPoint &point)
+    void examine(const Place &place)
     {
-        const double distance = squaredDistance(point.x, point.y, x, y);
-        if (!(distance <= best) || &point == found)
+        const double distance = squaredDistance(place.x, place.y, x, y);
+        if (!(distance <= best) || place.point == found)
             return;
-        if (found == nullptr || distance < best || search.isExaminedFirst(*this, point, *found)) {
+        if (found < 0 || distance < best || search.isExaminedFirst(*this, points.at(place.point), points.at(found))) {
             best = distance;
-            found = &point;
+            found = place.point;
         }
     }
-
-    void examine(const PlaceTree::Place &place) { examine(search.m_crowd.at(place.point)); }
 };
 
 // Of two points at one distance from the query. The sorted points are examined from the first that is not left of it:
@@ -162,13 +156,12 @@ bool CloseSearch::isExaminedFirst(const Query &query, const DefPoint &a, const D
 
 void CloseSearch::searchCell(qint64 column, qint64 row, Query &query) const
 {
-    const int last = m_slots.size() - 1;
-    const int own = slotOf(column, row);
-    for (int probe = 0; probe < maxProbes; ++probe) {
-        const DefPoint &point = m_slots.at((own + probe) & last);
-        if (std::isnan(point.x))
+    const std::size_t own = slotOf(column, row);
+    for (std::size_t probe = 0; probe < maxProbes; ++probe) {
+        const Place &place = m_slots[(own + probe) & (m_slots.size() - 1)];
+        if (std::isnan(place.x))
             return;
-        query.examine(point);
+        query.examine(place);
     }
 }
 
@@ -192,8 +185,10 @@ const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, dou
         plantCrowd();
     for (const PlaceTree &tree : m_crowdTrees)
         tree.search(query);
-    const bool found = query.found != nullptr && *query.found == DefPoint{QString(), x, y};
-    return found ? query.found : nullptr;
+    if (query.found < 0)
+        return nullptr;
+    const DefPoint &nearest = points.at(query.found);
+    return nearest == DefPoint{QString(), x, y} ? &nearest : nullptr;
 }
 
 NearestSearch::NearestSearch(const QVector<DefPoint> &points) : m_points(points)

@@ -5,6 +5,7 @@
 
 #include <QVector>
 
+#include <cstddef>
 #include <set>
 #include <vector>
 
@@ -26,25 +27,26 @@ public:
     void addLast(const QVector<DefPoint> &points);
 
     /// Among \a points, which have been taken in: the one that findNearestPoint() gives for them in order, if it is
-    /// equal to (x, y); else null. The pointer is to a copy, good until more points are taken in.
+    /// equal to (x, y); else null.
     const DefPoint *find(const QVector<DefPoint> &points, double x, double y);
 
 private:
-    struct Query;
+    using Place = PlaceTree::Place;
     using Order = bool (*)(const DefPoint &, const DefPoint &);
+    struct Query;
 
-    int slotOf(qint64 column, qint64 row) const;
+    std::size_t slotOf(qint64 column, qint64 row) const;
     void insert(const DefPoint &point);
     void searchCell(qint64 column, qint64 row, Query &query) const;
     void plantCrowd();
     bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
 
     /// A power of two of them, at most half filled; the points of a cell follow its slot. An empty one has no x.
-    QVector<DefPoint> m_slots;
+    std::vector<Place> m_slots;
     int m_count = 0;
-    QVector<DefPoint> m_crowd;           ///< points that found no empty slot near their own
+    std::vector<Place> m_crowd;          ///< of points that found no empty slot near their own
     std::vector<PlaceTree> m_crowdTrees; ///< of the crowd, each of fewer than half as many as the one before
-    int m_plantedCount = 0;              ///< how many of the crowd are in the trees
+    std::size_t m_plantedCount = 0;      ///< how many of the crowd are in the trees
     std::set<DefPoint, Order> m_ordered{sortsBefore}; ///< all points, once a tie has asked for their order
 };
 

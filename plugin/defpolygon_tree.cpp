@@ -23,11 +23,11 @@ PlaceTree::PlaceTree(std::vector<Place> places) : m_places(std::move(places))
 }
 
 // Halves the places between begin and end along the longer side of their box, and goes on with both halves.
-void PlaceTree::build(int begin, int end, Box box)
+void PlaceTree::build(std::size_t begin, std::size_t end, Box box)
 {
     if (end - begin <= leafSize)
         return;
-    const int middle = begin + (end - begin) / 2;
+    const std::size_t middle = begin + (end - begin) / 2;
     Place *const places = m_places.data();
     Place &node = places[middle];
     const int axis = box.high[0] - box.low[0] >= box.high[1] - box.low[1] ? 0 : 1;

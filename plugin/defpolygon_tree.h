@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 /// Places on the map in a k-d tree, for searches that take logarithmic time wherever the places lie.
@@ -20,7 +21,7 @@ public:
     /// Takes in \a places, whose coordinates are finite.
     explicit PlaceTree(std::vector<Place> places);
 
-    int size() const { return static_cast<int>(m_places.size()); }
+    std::size_t size() const { return m_places.size(); }
 
     /// Has \a query examine all places that are no farther from it than its best, in no order.
     ///
@@ -36,25 +37,25 @@ private:
     struct Box;
 
     /// Places that are looked through one by one rather than halved further.
-    static constexpr int leafSize = 16;
+    static constexpr std::size_t leafSize = 32;
 
-    void build(int begin, int end, Box box);
+    void build(std::size_t begin, std::size_t end, Box box);
     template <class Query>
-    void search(int begin, int end, Query &query) const;
+    void search(std::size_t begin, std::size_t end, Query &query) const;
 
     std::vector<Place> m_places;
 };
 
 template <class Query>
-void PlaceTree::search(int begin, int end, Query &query) const
+void PlaceTree::search(std::size_t begin, std::size_t end, Query &query) const
 {
     const Place *const places = m_places.data();
     if (end - begin <= leafSize) {
-        for (int i = begin; i < end; ++i)
+        for (std::size_t i = begin; i < end; ++i)
             query.examine(places[i]);
         return;
     }
-    const int middle = begin + (end - begin) / 2;
+    const std::size_t middle = begin + (end - begin) / 2;
     const Place &node = places[middle];
     const double offset = node.axis == 0 ? node.x - query.x : node.y - query.y;
     query.examine(node);
