@@ -5,8 +5,9 @@
 //     import   the import, which reads each file twice and finds the numbers and the designations
 //     gdal     GDAL, where the program is built with it
 //
-// Google Benchmark repeats them in a random order, so that what slows the machine for a while slows them all, and the
-// table compares their medians. Memory is measured in a process of its own for each file.
+// A processor may change its speed from one second to the next. So what is compared runs side by side in one round, and
+// the table has the medians of the ratios of the rounds. Google Benchmark repeats the rounds of all files in a random
+// order. Memory is measured in a process of its own for each file.
 
 #include "gdalreader.h"
 #include "machine.h"
@@ -52,6 +53,14 @@ struct MapFile
     }
 };
 
+/// The files of one format and layout, from the smallest to the largest.
+struct Series
+{
+    QString name;
+    QVector<MapFile> files;
+    MapFile mosaic; ///< the largest of the same format that is one
+};
+
 /// Shows the medians as they come, and keeps them.
 class MedianReporter : public benchmark::ConsoleReporter
 {
@@ -63,19 +72,21 @@ public:
         for (const Run &run : runs) {
             if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
                 continue;
-            m_seconds[QString::fromStdString(run.run_name.function_name)] = run.GetAdjustedRealTime() / 1000;
+            m_medians[QString::fromStdString(run.run_name.function_name)] = run.counters;
             benchmark::ConsoleReporter::ReportRuns({run});
         }
     }
 
-    /// The median of \a reader for \a file; 0 when it has not been measured.
-    double seconds(const QString &reader, const MapFile &file) const
+    /// The median of \a counter for \a series; 0 when it has not been measured.
+    double median(const Series &series, const std::string &counter) const
     {
-        return m_seconds.value(reader + QLatin1Char('/') + file.name());
+        const benchmark::UserCounters counters = m_medians.value(series.name);
+        const auto found = counters.find(counter);
+        return found != counters.end() ? found->second.value : 0;
     }
 
 private:
-    QHash<QString, double> m_seconds;
+    QHash<QString, benchmark::UserCounters> m_medians;
 };
 
 void writeFile(const MapFiles &files, const MapFile &file)
@@ -104,32 +115,103 @@ QVector<MapFile> writeFiles(const QTemporaryDir &folder, const QVector<int> &ver
     return written;
 }
 
-// A small file is over too soon for a single reading to tell much.
-void measure(const QString &reader, const MapFile &file, const std::function<double()> &read)
+QVector<Series> seriesOf(const QVector<MapFile> &files)
 {
-    const auto run = [read](benchmark::State &state) {
-        for (auto _ : state)
-            state.SetIterationTime(read());
-    };
-    const QByteArray name = (reader + QLatin1Char('/') + file.name()).toUtf8();
-    benchmark::RegisterBenchmark(name.constData(), run)
-        ->UseManualTime()
-        ->Iterations(qBound(1, 200000 / file.vertexCount, 10))
-        ->Repetitions(repetitions)
-        ->ReportAggregatesOnly(true)
-        ->Unit(benchmark::kMillisecond);
+    QVector<Series> all;
+    for (const QString &format : formats) {
+        for (size_t i = 0; i < layouts.size(); ++i) {
+            Series series{format + QLatin1Char('/') + QLatin1String(layoutNames.at(i)), {}, {}};
+            for (const MapFile &file : files) {
+                if (file.format == format && file.layout == layouts.at(i))
+                    series.files << file;
+            }
+            series.mosaic = series.files.last().layout == Layout::Mosaic ? series.files.last() : all.last().mosaic;
+            all << series;
+        }
+    }
+    return all;
 }
 
-void measureAll(const QVector<MapFile> &files, int largest)
+std::string nameOfImport(int vertexCount)
 {
-    for (const MapFile &file : files) {
-        const QString path = file.paths.first();
-        measure(QStringLiteral("import"), file, [path] { return secondsOfImport(path); });
-        if (file.vertexCount != largest)
-            continue;
-        measure(QStringLiteral("lines"), file, [paths = file.paths] { return secondsOfLines(paths); });
-        if (hasGdal() && file.layout == Layout::Mosaic)
-            measure(QStringLiteral("gdal"), file, [path] { return secondsOfGdal(path); });
+    return "import_" + std::to_string(vertexCount);
+}
+
+std::string nameOfGrowth(int vertexCount)
+{
+    return "growth_" + std::to_string(vertexCount);
+}
+
+/// Sums up the seconds of imports of one file.
+struct Imports
+{
+    const MapFile &file;
+    double seconds = 0;
+    int count = 0;
+
+    void run(int times)
+    {
+        for (; times > 0; --times, ++count)
+            seconds += secondsOfImport(file.paths.first());
+    }
+    double mean() const { return seconds / count; }
+    double meanOfVertex() const { return mean() / file.vertexCount; }
+};
+
+// Smaller files are imported over and over before the largest one and after it, so that they take as long as it does.
+std::vector<Imports> importAll(const QVector<MapFile> &files, const std::function<void()> &importLargest)
+{
+    constexpr int mostTimes = 10;
+    std::vector<Imports> smaller;
+    for (int i = 0; i + 1 < files.size(); ++i)
+        smaller.push_back(Imports{files.at(i)});
+    const auto importSmaller = [&] {
+        for (Imports &imports : smaller)
+            imports.run(qMin(mostTimes, files.last().vertexCount / imports.file.vertexCount / 2));
+    };
+    importSmaller();
+    importLargest();
+    importSmaller();
+    return smaller;
+}
+
+void measureRound(const Series &series, benchmark::UserCounters &counters)
+{
+    const MapFile &largest = series.files.last();
+    Imports imports{largest};
+    double lines = 0;
+    std::vector<Imports> all = importAll(series.files, [&] {
+        lines = secondsOfLines(largest.paths) / 2;
+        imports.run(1);
+        lines += secondsOfLines(largest.paths) / 2;
+    });
+    all.push_back(imports);
+    for (size_t i = 0; i < all.size(); ++i) {
+        counters[nameOfImport(all[i].file.vertexCount)] = all[i].mean();
+        if (i > 0)
+            counters[nameOfGrowth(all[i].file.vertexCount)] = all[i].meanOfVertex() / all[i - 1].meanOfVertex();
+    }
+    counters["lines"] = lines;
+    counters["to_lines"] = imports.mean() / lines;
+    if (largest.layout != Layout::Mosaic) {
+        counters["to_mosaic"] = imports.mean() / secondsOfImport(series.mosaic.paths.first());
+    } else if (hasGdal()) {
+        counters["gdal"] = secondsOfGdal(largest.paths.first());
+        counters["gdal_to_import"] = counters["gdal"] / imports.mean();
+    }
+}
+
+void measureAll(const QVector<Series> &all)
+{
+    for (const Series &series : all) {
+        const auto run = [series](benchmark::State &state) {
+            for (auto _ : state)
+                measureRound(series, state.counters);
+        };
+        benchmark::RegisterBenchmark(qPrintable(series.name), run)
+            ->Iterations(1)
+            ->Repetitions(repetitions)
+            ->ReportAggregatesOnly(true);
     }
 }
 
@@ -151,48 +233,40 @@ double memoryOf(const MapFile &file)
     return process.readAllStandardOutput().trimmed().toDouble();
 }
 
-SpeedRow rowOf(const QVector<MapFile> &filesOfRow, const MedianReporter &measured)
+SpeedRow rowOf(const Series &series, const MedianReporter &measured)
 {
-    const MapFile &largest = filesOfRow.last();
+    const MapFile &largest = series.files.last();
     SpeedRow row;
     row.format = largest.format;
     row.layout = largest.layout;
-    for (const MapFile &file : filesOfRow)
-        row.imports << measured.seconds(QStringLiteral("import"), file);
-    row.lines = measured.seconds(QStringLiteral("lines"), largest);
-    row.gdal = measured.seconds(QStringLiteral("gdal"), largest);
+    for (const MapFile &file : series.files) {
+        row.imports << measured.median(series, nameOfImport(file.vertexCount));
+        row.growths << measured.median(series, nameOfGrowth(file.vertexCount));
+    }
+    row.lines = measured.median(series, "lines");
+    row.gdal = measured.median(series, "gdal");
+    row.toLines = measured.median(series, "to_lines");
+    row.gdalToImport = measured.median(series, "gdal_to_import");
+    row.toMosaic = measured.median(series, "to_mosaic");
     row.fileSize = largest.size();
     row.memory = memoryOf(largest);
     return row;
 }
 
-QVector<SpeedRow> rowsOf(const QVector<MapFile> &files, const MedianReporter &measured)
-{
-    QVector<SpeedRow> rows;
-    for (const QString &format : formats) {
-        for (const Layout layout : layouts) {
-            QVector<MapFile> filesOfRow;
-            for (const MapFile &file : files) {
-                if (file.format == format && file.layout == layout)
-                    filesOfRow << file;
-            }
-            rows << rowOf(filesOfRow, measured);
-        }
-    }
-    return rows;
-}
-
 void printTable(const QVector<int> &vertexCounts, bool tableOnly)
 {
     const QTemporaryDir folder;
-    const QVector<MapFile> files = writeFiles(folder, vertexCounts);
-    measureAll(files, vertexCounts.last());
+    const QVector<Series> all = seriesOf(writeFiles(folder, vertexCounts));
+    measureAll(all);
     MedianReporter measured;
     measured.SetOutputStream(tableOnly ? &std::cerr : &std::cout);
     benchmark::RunSpecifiedBenchmarks(&measured);
     if (!tableOnly)
         std::cout << '\n' << machineLine().toStdString() << "\n\n";
-    std::cout << speedTable(rowsOf(files, measured), vertexCounts).toStdString();
+    QVector<SpeedRow> rows;
+    for (const Series &series : all)
+        rows << rowOf(series, measured);
+    std::cout << speedTable(rows, vertexCounts).toStdString();
 }
 
 // Google Benchmark takes its own options away, of which this one cannot be set otherwise.

@@ -87,24 +87,19 @@ QVector<Plot> scattered(int plotCount)
     return plots;
 }
 
-// Plots without width, one above the other. Multiples of the golden ratio, taken without their whole part, fill the
-// width evenly and never meet.
+// Plots without width, one above the other, each with two corners of the one before. Multiples of the golden ratio,
+// taken without their whole part, fill the width evenly and never meet.
 QVector<Plot> column(int plotCount, double width)
 {
+    const auto node = [width](int i) {
+        double whole = 0;
+        const double x = width * std::modf(i * 0.6180339887498949, &whole);
+        return origin + QPointF(x, i);
+    };
     QVector<Plot> plots;
     plots.reserve(plotCount);
-    int count = 0;
-    const auto next = [&count, width] {
-        double whole = 0;
-        const double x = width * std::modf(count * 0.6180339887498949, &whole);
-        return origin + QPointF(x, count++);
-    };
-    for (int i = 0; i < plotCount; ++i) {
-        Plot plot;
-        for (QPointF &corner : plot.corners)
-            corner = next();
-        plots.append(plot);
-    }
+    for (int i = 0; i < 2 * plotCount; i += 2)
+        plots.append(Plot{{node(i), node(i + 1), node(i + 3), node(i + 2)}});
     return plots;
 }
 
@@ -126,9 +121,21 @@ QVector<Plot> plotsOf(Layout layout, int plotCount)
     return mosaic(plotCount, 6);
 }
 
-bool sharesCorners(Layout layout)
+// How many corners of each plot, from the first on, stand for all that it shares with its neighbours.
+size_t ownCorners(Layout layout)
 {
-    return layout == Layout::Mosaic || layout == Layout::Grid || layout == Layout::MosaicAndStray;
+    switch (layout) {
+    case Layout::Disjoint:
+        return 4;
+    case Layout::Column:
+    case Layout::JitteredColumn:
+        return 2;
+    case Layout::Mosaic:
+    case Layout::Grid:
+    case Layout::MosaicAndStray:
+        break;
+    }
+    return 1;
 }
 
 QPointF middle(const Plot &plot)
@@ -173,13 +180,11 @@ struct MapFiles::Drawing
     QByteArray dxfLayer = "  8\n" + windows1251(QStringLiteral("Участки")) + '\n';
 };
 
-// In a mosaic the first corner of each plot stands for its node; other plots have their corners alone.
 MapFiles::Drawing::Drawing(Layout layout, int plotCount) : plots(plotsOf(layout, plotCount))
 {
     int corners = 0;
-    const size_t ownCorners = sharesCorners(layout) ? 1 : 4;
     for (const Plot &plot : plots) {
-        for (size_t i = 0; i < ownCorners; ++i) {
+        for (size_t i = 0; i < ownCorners(layout); ++i) {
             if (++corners % 10 != 0)
                 appendPoint(plot.corners.at(i));
         }

@@ -10,7 +10,7 @@ enum class Layout {
     Mosaic,         ///< neighbouring plots that share their vertices
     Disjoint,       ///< plots at random places that share nothing
     Grid,           ///< a mosaic whose vertices share their X in columns
-    Column,         ///< all vertices, points and texts on one X
+    Column,         ///< all vertices, points and texts on one X, in plots that share two corners with the next
     JitteredColumn, ///< the same within 0.1 in X, every X different
     MosaicAndStray, ///< the mosaic with one more point and its text at the origin, and a designation
 };
@@ -21,8 +21,8 @@ constexpr std::array<Layout, 6> layouts{Layout::Mosaic, Layout::Disjoint,       
 /// Makes up a drawing and writes it as map files in Windows-1251, always the same for the same arguments.
 ///
 /// A fifth of \a vertexCount is the number of plots, rings of five vertices; each has a designation, ":ЗУ1" and on.
-/// Nine of ten corners lie on a point with a name, "н1" and on, where a corner that plots share counts once and the
-/// outer border of a mosaic has points at two of its sides only.
+/// Nine of ten corners lie on a point with a name, "н1" and on, where a corner that plots share counts once. The outer
+/// border of a mosaic has points at two of its sides only, and a column at one of its ends.
 class MapFiles
 {
 public:

@@ -76,13 +76,6 @@ QString layoutName(Layout layout)
     return QStringLiteral("мозаика");
 }
 
-// How much longer a vertex takes in a larger file than in a smaller one.
-double growth(const SpeedRow &row, const QVector<int> &vertexCounts, int larger)
-{
-    return larger < 1 ? 0
-                      : row.imports[larger] / row.imports[larger - 1] * vertexCounts[larger - 1] / vertexCounts[larger];
-}
-
 QStringList heading(const QVector<int> &vertexCounts)
 {
     QStringList cells{QStringLiteral("Формат"), QStringLiteral("Расположение"), QStringLiteral("Файл, МБ")};
@@ -95,23 +88,22 @@ QStringList heading(const QVector<int> &vertexCounts)
     return cells << QStringLiteral("К мозаике") << QStringLiteral("Память к файлу");
 }
 
-QStringList cellsOf(const SpeedRow &row, const SpeedRow &mosaic, const QVector<int> &vertexCounts)
+QStringList cellsOf(const SpeedRow &row)
 {
     const bool isMosaic = row.layout == Layout::Mosaic;
     const Bounds &bounds = boundsOf(row.format);
-    const double import = row.imports.last();
-    const int largest = vertexCounts.size() - 1;
+    const int largest = row.imports.size() - 1;
     QStringList cells{row.format, layoutName(row.layout), cell(row.fileSize / megabyte, 0)};
     for (const double seconds : row.imports)
         cells << cell(seconds * 1000, 0);
     cells << cell(row.lines * 1000, 0) << cell(row.gdal * 1000, 0);
-    cells << (isMosaic ? atMost(import / row.lines, bounds.lines) : cell(import / row.lines, 2));
-    cells << atLeast(row.gdal / import, bounds.gdal);
+    cells << (isMosaic ? atMost(row.toLines, bounds.lines) : cell(row.toLines, 2));
+    cells << atLeast(row.gdalToImport, bounds.gdal);
     for (int i = 1; i < largest; ++i)
-        cells << cell(growth(row, vertexCounts, i), 2);
+        cells << cell(row.growths.at(i), 2);
     if (largest > 0)
-        cells << atMost(growth(row, vertexCounts, largest), maxGrowth);
-    cells << (isMosaic ? cell(1, 0) : atMost(import / mosaic.imports.last(), maxTimesMosaic));
+        cells << atMost(row.growths.at(largest), maxGrowth);
+    cells << (isMosaic ? cell(1, 0) : atMost(row.toMosaic, maxTimesMosaic));
     return cells << atMost(row.memory / row.fileSize, maxMemory);
 }
 
@@ -129,12 +121,7 @@ QString speedTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCoun
     for (int i = 2; i < head.size(); ++i)
         rule += QStringLiteral("--:|");
     QString table = tableLine(head) + rule + QLatin1Char('\n');
-    const SpeedRow *mosaic = nullptr;
-    for (const SpeedRow &row : rows) {
-        if (row.layout == Layout::Mosaic)
-            mosaic = &row;
-        if (mosaic != nullptr)
-            table += tableLine(cellsOf(row, *mosaic, vertexCounts));
-    }
+    for (const SpeedRow &row : rows)
+        table += tableLine(cellsOf(row));
     return table;
 }
