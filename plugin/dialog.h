@@ -1,8 +1,8 @@
 #pragma once
 
-#include "defdelegate.h"
 #include "defpolygon.h"
 #include "defpolygontablemodel.h"
+#include "dialog_defdelegate.h"
 
 #include <QDialog>
 #include <QIdentityProxyModel>

@@ -1,4 +1,4 @@
-#include "defdelegate.h"
+#include "dialog_defdelegate.h"
 
 #include <QStandardItemModel>
 #include <QTest>
@@ -113,4 +113,4 @@ void tst_DefDelegate::otherFontIsMeasuredAnew()
 }
 
 QTEST_MAIN(tst_DefDelegate)
-#include "tst_defdelegate.moc"
+#include "tst_dialog_defdelegate.moc"

@@ -1,4 +1,4 @@
-#include "defdelegate.h"
+#include "dialog_defdelegate.h"
 
 #include <QApplication>
 
