@@ -3,6 +3,8 @@
 
 #include "defpolygontablemodel_index.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,7 +21,9 @@ bool isOnMap(const DefPoint &vertex)
 // that the pair stands for.
 std::size_t DefHash::operator()(const QString &def) const
 {
-    std::size_t hash = 2166136261U;
+    // Nobody who writes a file knows the seed, by which he could give all designations one hash.
+    static const auto seed = static_cast<std::size_t>(qGlobalQHashSeed());
+    std::size_t hash = 2166136261U ^ seed;
     QChar previous;
     for (const QChar unit : def) {
         const bool endsPair = previous.isHighSurrogate() && unit.isLowSurrogate();
