@@ -191,7 +191,8 @@ private:
         QString text;
     };
 
-    static Group groupOf(QStringView code);
+    static Group groupOf(unsigned tens, unsigned ones);
+    bool readCode();
     bool readCodeValue();
     void pushBack();
     bool checkDxfFile();
@@ -223,12 +224,12 @@ private:
     void updatePointsDefs();
     void updateLastPolygonDef();
 
-    const DefPoint *nearestText(const QPointF &p);
+    const DefPoint *lastPolygonText();
 
-    Group code = Other;                        ///< of the current pair
-    QStringView value;                         ///< of the current pair, trimmed; valid until the next pair is read
-    bool pushedBack = false;                   ///< the next readCodeValue() delivers the current pair again
-    QString pushedBackValue;                   ///< what value points to then
-    QVector<DefPoint> texts;                   ///< what the drawing says, and where
+    Group code = Other;      ///< of the current pair
+    QStringView value;       ///< of the current pair; valid until the next is read; trimmed, unless the code is Other
+    bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
+    QString pushedBackValue; ///< what value points to then
+    QVector<DefPoint> texts; ///< what the drawing says, and where
     std::unique_ptr<NearestSearch> textSearch; ///< over the texts, once they are sorted and stay as they are
 };

@@ -20,19 +20,21 @@ constexpr quint64 zeroByteIn(quint64 block)
     return (block - eight) & ~block & highBits;
 }
 
-/// True of the bytes that mean the same in every code page. Those of IBM exchange some control characters.
-constexpr bool isCommon(int byte)
+/// True of the control characters that some code pages, those of IBM, exchange with each other.
+constexpr bool isExchangeable(int byte)
 {
-    return byte < 0x7F && (byte & 0xF8) != 0x18;
+    return byte == 0x7F || (byte & 0xF8) == 0x18;
 }
 
-/// True when all bytes of a block are common and none is a carriage return.
-bool isPlain(const char *block)
+constexpr bool hasExchangeable(quint64 block)
 {
-    quint64 word = 0;
-    std::memcpy(&word, block, blockSize);
-    const quint64 exchanged = zeroByteIn(word ^ (eight * 0x7F)) | zeroByteIn((word & (eight * 0xF8)) ^ (eight * 0x18));
-    return ((word & highBits) | exchanged | zeroByteIn(word ^ (eight * '\r'))) == 0;
+    return (zeroByteIn(block ^ (eight * 0x7F)) | zeroByteIn((block & (eight * 0xF8)) ^ (eight * 0x18))) != 0;
+}
+
+/// True when no byte of \a block is above those of ASCII and none is a carriage return.
+constexpr bool isAscii(quint64 block)
+{
+    return ((block & highBits) | zeroByteIn(block ^ (eight * '\r'))) == 0;
 }
 
 } // namespace
@@ -43,9 +45,19 @@ CodePage::CodePage(const QTextCodec *codec)
         const char c = static_cast<char>(byte);
         QTextCodec::ConverterState state;
         const QString text = codec->toUnicode(&c, 1, &state);
-        m_isValid = text.size() == 1 && (!isCommon(byte) || text.at(0) == QChar(byte));
+        const bool isItself = text.size() == 1 && text.at(0) == QChar(byte);
+        m_isValid = text.size() == 1 && (isItself || byte >= 0x80 || isExchangeable(byte));
+        m_exchanges = m_exchanges || (byte < 0x80 && !isItself);
         m_characters.at(static_cast<size_t>(byte)) = m_isValid ? text.at(0) : QChar();
     }
+}
+
+// True when the bytes of a block stand for themselves and none is a carriage return.
+bool CodePage::isPlain(const char *bytes) const
+{
+    quint64 block = 0;
+    std::memcpy(&block, bytes, blockSize);
+    return isAscii(block) && !(m_exchanges && hasExchangeable(block));
 }
 
 void CodePage::appendTo(QString &text, const char *bytes, int size) const

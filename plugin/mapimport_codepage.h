@@ -23,6 +23,9 @@ public:
     void appendTo(QString &text, const char *bytes, int size) const;
 
 private:
+    bool isPlain(const char *bytes) const;
+
     bool m_isValid = true;
+    bool m_exchanges = false; ///< some control characters do not stand for themselves
     std::array<QChar, 256> m_characters;
 };

@@ -17,6 +17,15 @@
 
 namespace {
 
+/// The first digit of a code that has one only.
+constexpr unsigned noTens = 10;
+
+/// The number that a digit stands for; of other characters more than 9.
+constexpr unsigned digitOf(QChar c)
+{
+    return c.unicode() - unsigned{u'0'};
+}
+
 constexpr unsigned bit(int group)
 {
     return 1U << static_cast<unsigned>(group);
@@ -42,11 +51,12 @@ QString replaced(const QString &text, QLatin1String code, QChar sign)
 
 } // namespace
 
-// A code is what is written: 010 is not 10. The table has a place for each code of two digits.
-DxfImport::Group DxfImport::groupOf(QStringView code)
+// A code is what is written: 010 is not 10. The table has a row for the codes with each first of two digits, and one
+// for those that have a single digit.
+DxfImport::Group DxfImport::groupOf(unsigned tens, unsigned ones)
 {
-    static constexpr std::array<Group, 100> groups = [] {
-        std::array<Group, 100> all{};
+    static constexpr std::array<Group, 110> groups = [] {
+        std::array<Group, 110> all{};
         for (Group &group : all)
             group = Other;
         all[10] = X;
@@ -57,15 +67,35 @@ DxfImport::Group DxfImport::groupOf(QStringView code)
         all[72] = HorizontalAlignment;
         all[73] = VerticalAlignment;
         all[90] = Count;
+        all[noTens * 10 + 0] = Begin;
+        all[noTens * 10 + 1] = Text;
+        all[noTens * 10 + 2] = Name;
         return all;
     }();
-    if (code.size() == 1) {
-        const ushort digit = code[0].unicode();
-        return digit == '0' ? Begin : digit == '1' ? Text : digit == '2' ? Name : Other;
+    return tens <= noTens && ones < 10 ? groups[tens * 10 + ones] : Other;
+}
+
+// Nearly all programs write a code at the end of three columns. That is told without looking for blanks, of which the
+// processor would never know how many come next.
+bool DxfImport::readCode()
+{
+    line = stream.readLineView();
+    ++lineNum;
+    if (line.size() == 3 && line[0] == QLatin1Char(' ')) {
+        const bool alone = line[1] == QLatin1Char(' ');
+        const unsigned tens = digitOf(line[1]);
+        const unsigned ones = digitOf(line[2]);
+        if ((alone || tens < 10) && ones < 10) {
+            code = groupOf(alone ? noTens : tens, ones);
+            return true;
+        }
     }
-    const unsigned tens = code.size() == 2 ? code[0].unicode() - u'0' : 10U;
-    const unsigned ones = code.size() == 2 ? code[1].unicode() - u'0' : 10U;
-    return tens < 10 && ones < 10 ? groups[tens * 10 + ones] : Other;
+    line = trimmedLine(line);
+    if (line.size() == 1)
+        code = groupOf(noTens, digitOf(line[0]));
+    else
+        code = line.size() == 2 && digitOf(line[0]) < 10 ? groupOf(digitOf(line[0]), digitOf(line[1])) : Other;
+    return !line.isEmpty();
 }
 
 // A blank line in place of a group code ends the reading, as the end of the file does.
@@ -75,14 +105,11 @@ bool DxfImport::readCodeValue()
         pushedBack = false;
         return true;
     }
-    line = trimmedLine(stream.readLineView());
-    ++lineNum;
-    if (line.isEmpty())
+    if (!readCode())
         return false;
-    code = groupOf(line);
     line = stream.readLineView();
     ++lineNum;
-    value = trimmedLine(line);
+    value = code != Other ? trimmedLine(line) : line;
     return true;
 }
 
@@ -90,7 +117,7 @@ bool DxfImport::readCodeValue()
 void DxfImport::pushBack()
 {
     pushedBack = true;
-    pushedBackValue = value.toString();
+    pushedBackValue.setUnicode(value.data(), static_cast<int>(value.size())); // into the same memory each time
     value = pushedBackValue;
 }
 

@@ -35,7 +35,7 @@ bool isPointNumber(const QString &def)
 bool DxfImport::loadPoint()
 {
     const bool ok = readPoint();
-    return value == QLatin1String("TEXT") ? readText() : ok;
+    return trimmedLine(value) == QLatin1String("TEXT") ? readText() : ok;
 }
 
 bool DxfImport::loadLine()
@@ -162,23 +162,25 @@ void DxfImport::filterObjectDefs()
         texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
-// Without points the texts of the drawing have never been sorted, and are searched in the order in which they stand.
-const DefPoint *DxfImport::nearestText(const QPointF &p)
+// The text that names the last object; null without one. Without points the texts of the drawing have never been
+// sorted, and are searched in the order in which they stand.
+const DefPoint *DxfImport::lastPolygonText()
 {
+    if (!searchObjectDefs)
+        return nullptr;
+    // Stored vertices may have been exchanged, texts never are.
+    const QPointF m = objects->last().centroid();
+    const QPointF p = swapXY ? QPointF(m.y(), m.x()) : m;
     return textSearch ? textSearch->find(p) : findNearestPoint(texts, p);
 }
 
 void DxfImport::updateLastPolygonDef()
 {
-    QString def;
-    if (searchObjectDefs) {
-        // Stored vertices may have been exchanged, texts never are.
-        const QPointF m = objects->last().centroid();
-        const DefPoint *const text = nearestText(swapXY ? QPointF(m.y(), m.x()) : m);
-        if (text != nullptr)
-            def = text->def;
-    }
-    setLastPolygonDef(def);
+    const DefPoint *const text = lastPolygonText();
+    if (text != nullptr)
+        setLastPolygonDef(text->def);
+    else
+        setLastPolygonDef(QString());
 }
 
 void DxfImport::pointsFromPolygons()

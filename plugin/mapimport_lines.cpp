@@ -51,23 +51,27 @@ void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
     m_codec = codec;
     m_detectUnicode = true;
     m_exhausted = false;
-    m_state = std::make_unique<QTextCodec::ConverterState>();
-    m_buffer = QString();
-    m_next = 0;
+    forgetText();
 }
 
 void LineReader::rewind()
 {
     m_device->seek(0);
     m_exhausted = false;
+    forgetText();
+}
+
+void LineReader::forgetText()
+{
     m_state = std::make_unique<QTextCodec::ConverterState>();
-    m_buffer = QString();
-    m_next = 0;
+    m_buffer.truncate(0);
+    m_next = nullptr;
+    m_end = nullptr;
 }
 
 bool LineReader::atEnd() const
 {
-    return m_next == m_buffer.size() && (m_exhausted || m_device->atEnd());
+    return m_next == m_end && (m_exhausted || m_device->atEnd());
 }
 
 // Decodes one more piece of the text. Carriage returns are taken out here and not by the device, since in UTF-16 the
@@ -98,16 +102,16 @@ bool LineReader::fill()
 QStringView LineReader::readLongLine()
 {
     m_kept.swap(m_buffer); // both keep their memory
-    m_buffer.truncate(0);
-    m_buffer += m_kept.midRef(m_next);
+    m_buffer.setUnicode(m_next, static_cast<int>(m_end - m_next));
     int searched = 0;
     int end = -1;
     do {
         end = m_buffer.indexOf(QLatin1Char('\n'), searched);
         searched = m_buffer.size();
     } while (end < 0 && fill());
-    m_next = end < 0 ? searched : end + 1;
-    return m_next == 0 ? QStringView() : QStringView(m_buffer).left(end < 0 ? searched : end);
+    m_next = m_buffer.constData() + (end < 0 ? searched : end + 1);
+    m_end = m_buffer.constData() + searched;
+    return m_next == m_buffer.constData() ? QStringView() : QStringView(m_buffer).left(end < 0 ? searched : end);
 }
 
 void Words::split(QStringView line)

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void rejectedObjectFileIsToldByItsName();
     void codesAndKeywordsAreComparedAsTheyStand_data();
     void codesAndKeywordsAreComparedAsTheyStand();
+    void codeMayStandAnywhereInItsLine_data();
+    void codeMayStandAnywhereInItsLine();
     void blankCodeLineIsToldOnce_data();
     void blankCodeLineIsToldOnce();
     void fileMayEndAfterAnyPair_data();
@@ -154,6 +156,46 @@ void tst_MapImport_Dxf::codesAndKeywordsAreComparedAsTheyStand()
 
     QCOMPARE(dxf.messages(), QStringList());
     QCOMPARE(dxf.objects(), objects);
+}
+
+void tst_MapImport_Dxf::codeMayStandAnywhereInItsLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<bool>("isCode");
+
+    const auto row = [](const QString &line, const QString &code, bool isCode) {
+        QTest::addRow("«%s» for %s", qPrintable(line), qPrintable(code)) << line << code << isCode;
+    };
+    for (const QString &form : {QStringLiteral("%1"), QStringLiteral(" %1"), QStringLiteral("  %1"),
+                                QStringLiteral("   %1"), QStringLiteral(" \t%1"), QStringLiteral(" \u00A0%1"),
+                                QStringLiteral("\t %1"), QStringLiteral(" %1 "), QStringLiteral("%1 ")}) {
+        row(form.arg(0), QStringLiteral("0"), true);
+        row(form.arg(10), QStringLiteral("10"), true);
+    }
+    for (const QString &line : {QStringLiteral(" 00"), QStringLiteral("000"), QStringLiteral(" 0 0"),
+                                QStringLiteral(" :0"), QStringLiteral(":0"), QStringLiteral(" /0")})
+        row(line, QStringLiteral("0"), false);
+    for (const QString &line : {QStringLiteral(" 1:"), QStringLiteral("010"), QStringLiteral("100"),
+                                QStringLiteral(" 1 0"), QStringLiteral(" 0:"), QStringLiteral("0:"),
+                                QStringLiteral(" -0"), QStringLiteral("10 0"), QStringLiteral(" ;0")})
+        row(line, QStringLiteral("10"), false);
+}
+
+// A group with an odd code is passed over, and so is what follows when it should begin the line.
+void tst_MapImport_Dxf::codeMayStandAnywhereInItsLine()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, code);
+    QFETCH(bool, isCode);
+    QStringList lines = drawing(lineEntity);
+    lines[lines.indexOf(code, 10)] = line;
+    DxfRun dxf;
+
+    const bool ok = dxf.run(lines);
+
+    QCOMPARE(dxf.objects(), isCode ? QStringList{lineObject} : QStringList());
+    QCOMPARE(ok, isCode || code == QStringLiteral("0"));
 }
 
 void tst_MapImport_Dxf::blankCodeLineIsToldOnce_data()

@@ -72,6 +72,7 @@ void tst_MapImport_DxfEntities::pointReadsOnAsText_data()
     QTest::newRow("in place of x") << QByteArray("0 POINT|10 TEXT|10 1|20 2|1 т");
     QTest::newRow("in place of y") << QByteArray("0 INSERT|10 9|20 TEXT|10 1|20 2|1 т");
     QTest::newRow("layer in front of a blank line") << QByteArray("0 CIRCLE|8 TEXT||10 1|20 2|1 т");
+    QTest::newRow("layer between blanks in front of a blank line") << QByteArray("0 POINT|8  TEXT ||10 1|20 2|1 т");
     QTest::newRow("entity in front of a blank line") << QByteArray("0 ELLIPSE|0 TEXT||10 1|20 2|1 т");
 }
 
