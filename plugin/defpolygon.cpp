@@ -1,7 +1,5 @@
 #include "defpolygon.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -10,6 +8,11 @@ namespace {
 
 /// A ring whose area is at most this counts as one without area.
 constexpr double degenerateArea = 1e-12;
+
+bool isDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
 
 QPointF meanOf(const QVector<DefPoint> &ring)
 {
@@ -114,12 +117,18 @@ QPointF DefPolygon::centroid() const
     return {sx / (6 * area), sy / (6 * area)};
 }
 
+// The expression "^(.*?)(\\d+)$", which takes very long for many digits with something after them: a line feed may
+// stand behind the digits but nowhere else, and a text with half a character matches nothing.
 void splitDef(const QString &def, QString &prefix, int &num)
 {
-    static const QRegularExpression re(QStringLiteral("^(.*?)(\\d+)$"));
-    const QRegularExpressionMatch match = re.match(def);
-    prefix = match.hasMatch() ? match.captured(1) : def;
-    num = match.hasMatch() ? match.captured(2).toInt() : -1;
+    const int end = def.endsWith(QLatin1Char('\n')) ? def.size() - 1 : def.size();
+    int begin = end;
+    while (begin > 0 && isDigit(def.at(begin - 1)))
+        --begin;
+    const QStringRef text = def.leftRef(begin);
+    const bool hasNumber = begin < end && !text.contains(QLatin1Char('\n')) && def.isValidUtf16();
+    prefix = hasNumber ? text.toString() : def;
+    num = hasNumber ? def.midRef(begin, end - begin).toInt() : -1;
 }
 
 void sortObjects(QVector<DefPolygon> &objects)

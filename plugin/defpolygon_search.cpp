@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -154,7 +155,7 @@ bool CloseSearch::isExaminedFirst(const Query &query, const DefPoint &a, const D
     return leftFirst == aLeft;
 }
 
-void CloseSearch::searchCell(qint64 column, qint64 row, Query &query) const
+void CloseSearch::searchCell(qint64 column, qint64 row, Query &query)
 {
     const std::size_t own = slotOf(column, row);
     for (std::size_t probe = 0; probe < maxProbes; ++probe) {
@@ -203,15 +204,12 @@ NearestSearch::NearestSearch(const QVector<DefPoint> &points) : m_points(points)
     m_tree = PlaceTree(std::move(places));
 }
 
-/// The turn in which findNearestPoint() examines the point at \a index for a query at \a x.
-int NearestSearch::rank(int index, double x) const
+/// The first point that is not left of \a x.
+int NearestSearch::lowerBound(double x) const
 {
     const auto isLeft = [](const DefPoint &point, double bound) { return point.x < bound; };
     const auto begin = m_points.begin();
-    const int bound = static_cast<int>(std::lower_bound(begin, m_points.end(), x, isLeft) - begin);
-    if (index >= bound)
-        return index == bound ? 0 : index - bound + 1;
-    return index == bound - 1 ? 1 : m_points.size() - index;
+    return static_cast<int>(std::lower_bound(begin, m_points.end(), x, isLeft) - begin);
 }
 
 // Of the points at one place the first that findNearestPoint() examines; from the left it comes to the last of them.
@@ -223,12 +221,6 @@ int NearestSearch::firstExamined(const PlaceTree::Place &place, double x) const
     return static_cast<int>(std::upper_bound(first, m_points.end(), *first, sortsBefore) - m_points.begin()) - 1;
 }
 
-/// Whether findNearestPoint() comes to \a place before \a other, which is as far from the query at \a x.
-bool NearestSearch::isExaminedFirst(const PlaceTree::Place &place, const PlaceTree::Place &other, double x) const
-{
-    return rank(firstExamined(place, x), x) < rank(firstExamined(other, x), x);
-}
-
 /// A query on its way.
 struct NearestSearch::Query
 {
@@ -237,15 +229,43 @@ struct NearestSearch::Query
     double y;
     double best = std::numeric_limits<double>::max();
     const PlaceTree::Place *found = nullptr;
+    int turn = unknown;  ///< in which findNearestPoint() comes to what is found, once a tie has asked
+    int bound = unknown; ///< the first point that is not left of the query, once a tie has asked
+
+    static constexpr int unknown = -1;
 
     void examine(const PlaceTree::Place &place)
     {
-        const double distance = squaredDistance(place.x, place.y, x, y);
         // A distance that is not finite is never less, and the largest finite one is not less than itself.
-        if (distance < best || (distance == best && found != nullptr && search.isExaminedFirst(place, *found, x))) {
+        const double distance = squaredDistance(place.x, place.y, x, y);
+        if (distance < best) {
             best = distance;
             found = &place;
+            turn = unknown;
+        } else if (distance == best && found != nullptr) {
+            examineTie(place);
         }
+    }
+
+    void examineTie(const PlaceTree::Place &place)
+    {
+        if (bound == unknown)
+            bound = search.lowerBound(x);
+        if (turn == unknown)
+            turn = turnOf(*found);
+        const int otherTurn = turnOf(place);
+        if (otherTurn < turn) {
+            found = &place;
+            turn = otherTurn;
+        }
+    }
+
+    int turnOf(const PlaceTree::Place &place) const
+    {
+        const int index = search.firstExamined(place, x);
+        if (index >= bound)
+            return index == bound ? 0 : index - bound + 1;
+        return index == bound - 1 ? 1 : search.m_points.size() - index;
     }
 };
 

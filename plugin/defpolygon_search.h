@@ -12,8 +12,8 @@
 /// Answers findNearestPoint() for a list that grows, as long as only answers equal to the query count.
 ///
 /// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them.
-/// A cell that is crowded, as in a map in degrees, keeps some of its points there and the others in trees. Finite
-/// points must be distinct, as the known points of an import are.
+/// What is too much for a cell, as in a map in degrees, lies in trees through which every query goes. Finite points
+/// must be distinct, as the known points of an import are.
 class CloseSearch
 {
 public:
@@ -37,7 +37,7 @@ private:
 
     std::size_t slotOf(qint64 column, qint64 row) const;
     void insert(const DefPoint &point);
-    void searchCell(qint64 column, qint64 row, Query &query) const;
+    void searchCell(qint64 column, qint64 row, Query &query);
     void plantCrowd();
     bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
 
@@ -50,7 +50,8 @@ private:
     std::set<DefPoint, Order> m_ordered{sortsBefore}; ///< all points, once a tie has asked for their order
 };
 
-/// Answers findNearestPoint() for a sorted list that stays as it is, in logarithmic time wherever the points lie.
+/// Answers findNearestPoint() for a sorted list that stays as it is, in a time that is usually logarithmic, wherever
+/// the points lie.
 class NearestSearch
 {
 public:
@@ -63,9 +64,8 @@ public:
 private:
     struct Query;
 
-    bool isExaminedFirst(const PlaceTree::Place &place, const PlaceTree::Place &other, double x) const;
+    int lowerBound(double x) const;
     int firstExamined(const PlaceTree::Place &place, double x) const;
-    int rank(int index, double x) const;
 
     QVector<DefPoint> m_points;
     PlaceTree m_tree; ///< of the places where they lie, each with the first point there

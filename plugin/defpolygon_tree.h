@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-/// Places on the map in a k-d tree, for searches that take logarithmic time wherever the places lie.
+/// Places on the map in a k-d tree, for searches whose time is usually logarithmic, wherever the places lie.
 class PlaceTree
 {
 public:

@@ -194,6 +194,7 @@ private:
     static Group groupOf(unsigned tens, unsigned ones);
     bool readCode();
     bool readCodeValue();
+    QStringView anyValue() const { return trimmedLine(value); } ///< of the current pair, whatever its code
     void pushBack();
     bool checkDxfFile();
     QString decodeText(const QString &s) const;

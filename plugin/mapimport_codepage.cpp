@@ -48,7 +48,7 @@ CodePage::CodePage(const QTextCodec *codec)
         const bool isItself = text.size() == 1 && text.at(0) == QChar(byte);
         m_isValid = text.size() == 1 && (isItself || byte >= 0x80 || isExchangeable(byte));
         m_exchanges = m_exchanges || (byte < 0x80 && !isItself);
-        m_characters.at(static_cast<size_t>(byte)) = m_isValid ? text.at(0) : QChar();
+        m_characters.at(static_cast<std::size_t>(byte)) = m_isValid ? text.at(0) : QChar();
     }
 }
 

@@ -35,7 +35,7 @@ bool isPointNumber(const QString &def)
 bool DxfImport::loadPoint()
 {
     const bool ok = readPoint();
-    return trimmedLine(value) == QLatin1String("TEXT") ? readText() : ok;
+    return anyValue() == QLatin1String("TEXT") ? readText() : ok;
 }
 
 bool DxfImport::loadLine()
@@ -82,7 +82,7 @@ bool DxfImport::scanSections(const Entities &entities)
         if (value == QLatin1String("SECTION")) {
             if (!readCodeValue())
                 return false;
-            inEntities = value == QLatin1String("ENTITIES");
+            inEntities = anyValue() == QLatin1String("ENTITIES");
         } else if (inEntities && !readEntity(entities)) {
             return false;
         }
@@ -132,9 +132,9 @@ bool DxfImport::loadPolygons()
             loadTextsOnly();
         }
         filterObjectDefs();
+        if (std::is_sorted(texts.begin(), texts.end(), sortsBefore))
+            textSearch = std::make_unique<NearestSearch>(texts);
     }
-    if (std::is_sorted(texts.begin(), texts.end(), sortsBefore))
-        textSearch = std::make_unique<NearestSearch>(texts);
     return loadEntities({{QLatin1String("LINE"), &DxfImport::loadLine},
                          {QLatin1String("POLYLINE"), &DxfImport::loadPolyline},
                          {QLatin1String("LWPOLYLINE"), &DxfImport::loadLwpolyline}});

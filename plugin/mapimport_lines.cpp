@@ -5,8 +5,6 @@
 #include <QIODevice>
 #include <QString>
 
-#include <utility>
-
 namespace {
 
 /// The bytes that are decoded at a time, as many as QTextStream takes: a text that ends in half a character or in bare

@@ -2,7 +2,6 @@
 
 #include <QStringView>
 #include <QTextCodec>
-#include <QVector>
 #include <QtAlgorithms>
 
 #include <algorithm>
@@ -84,10 +83,10 @@ private:
     bool m_exhausted = false;    ///< the device gives no more, be it at its end or broken
     std::unique_ptr<QTextCodec::ConverterState> m_state;
     std::unique_ptr<const CodePage> m_codePage; ///< of the codec, from the first piece on
-    QString m_buffer;                           ///< what has been decoded, from the line after those of m_kept
-    QString m_kept;                             ///< the piece before, in which the line before may still be looked at
-    const QChar *m_next = nullptr;              ///< where the next line begins in m_buffer
-    const QChar *m_end = nullptr;               ///< the end of m_buffer
+    QString m_buffer;              ///< what has been decoded, from the line that m_kept does not hold to its end
+    QString m_kept;                ///< the piece before, in which the line before may still be looked at
+    const QChar *m_next = nullptr; ///< where the next line begins in m_buffer
+    const QChar *m_end = nullptr;  ///< the end of m_buffer
 };
 
 /// The words of a line, which stand between white space. They point into the line.

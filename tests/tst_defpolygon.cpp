@@ -1,5 +1,7 @@
 #include "defpolygon.h"
 
+#include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void orderIsExact();
     void designationIsSplit_data();
     void designationIsSplit();
+    void anyDesignationIsSplitByTheExpression();
     void centroidOfObject_data();
     void centroidOfObject();
     void centroidIsNotANumber();
@@ -152,6 +155,10 @@ void tst_DefPolygon::designationIsSplit_data()
     QTest::newRow("far too large") << QStringLiteral("A99999999999") << QStringLiteral("A") << 0;
     QTest::newRow("digits of another script")
         << QStringLiteral("н\u0661\u0662") << QStringLiteral("н\u0661\u0662") << -1;
+    QTest::newRow("line break at the end") << QStringLiteral("н12\n") << QStringLiteral("н") << 12;
+    QTest::newRow("two line breaks at the end") << QStringLiteral("н12\n\n") << QStringLiteral("н12\n\n") << -1;
+    QTest::newRow("half a character") << QString(QChar(0xD800)) + QStringLiteral("12")
+                                      << QString(QChar(0xD800)) + QStringLiteral("12") << -1;
     QTest::newRow("line break inside") << QStringLiteral("н\n12") << QStringLiteral("н\n12") << -1;
 }
 
@@ -165,6 +172,26 @@ void tst_DefPolygon::designationIsSplit()
 
     QTEST(prefix, "prefix");
     QTEST(num, "num");
+}
+
+void tst_DefPolygon::anyDesignationIsSplitByTheExpression()
+{
+    const QRegularExpression re(QStringLiteral("^(.*?)(\\d+)$"));
+    const QString alphabet = QStringLiteral("0189aн.\n\r\u2028\u0661") + QChar(0xD83D) + QChar(0xDE00);
+    QRandomGenerator random(4);
+    for (int i = 0; i < 100000; ++i) {
+        QString def;
+        for (int size = random.bounded(9); size > 0; --size)
+            def += alphabet.at(random.bounded(alphabet.size()));
+        QString prefix;
+        int num = 77;
+        const QRegularExpressionMatch match = re.match(def);
+
+        splitDef(def, prefix, num);
+
+        QCOMPARE(prefix, match.hasMatch() ? match.captured(1) : def);
+        QCOMPARE(num, match.hasMatch() ? match.captured(2).toInt() : -1);
+    }
 }
 
 void tst_DefPolygon::centroidOfObject_data()

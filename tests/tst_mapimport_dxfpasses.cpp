@@ -49,6 +49,7 @@ void tst_MapImport_DxfPasses::onlySectionOfEntitiesIsRead_data()
     QTest::newRow("end of the file is no end before it is reached")
         << "0 SECTION|2 ENTITIES|" + lineEntity + "|0 EOF|" + otherLine << both;
     QTest::newRow("name under another code") << "0 SECTION|999 ENTITIES|" + lineEntity << first;
+    QTest::newRow("name between blanks under another code") << "0 SECTION|999  ENTITIES |" + lineEntity << first;
     QTest::newRow("name under code 0") << "0 SECTION|0 ENTITIES|" + lineEntity << first;
     QTest::newRow("name that looks like a section") << "0 SECTION|0 SECTION|2 ENTITIES|" + lineEntity << none;
     QTest::newRow("name that looks like an entity")

@@ -76,7 +76,9 @@ private Q_SLOTS:
     void randomLinesAreThoseOfTextStream_data();
     void randomLinesAreThoseOfTextStream();
     void textIsReadAgainAfterRewind();
+    void viewOutlivesTheNextLine_data();
     void viewOutlivesTheNextLine();
+    void otherTextIsReadInItsOwnCodec();
     void wordsAreThoseOfSimplifiedLine();
     void wordsPastTheKeptAreCounted();
     void lineIsTrimmedLikeString();
@@ -185,21 +187,58 @@ void tst_MapImportLines::textIsReadAgainAfterRewind()
     QCOMPARE(readAll(lines), expected);
 }
 
+void tst_MapImportLines::viewOutlivesTheNextLine_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<int>("first");
+
+    for (const QByteArray &codec : {QByteArray("UTF-8"), QByteArray("Windows-1251")}) {
+        QTest::addRow("long line and the next, %s", codec.constData()) << codec << 0;
+        QTest::addRow("line and the next, a long one, %s", codec.constData()) << codec << 1;
+    }
+}
+
 void tst_MapImportLines::viewOutlivesTheNextLine()
 {
+    QFETCH(QByteArray, codec);
+    QFETCH(int, first);
+    const auto repeats = [](int line) { return line % 50 == 0 ? 10000 : 1; };
     QByteArray bytes;
     for (int i = 0; i < 20000; ++i)
-        bytes += QByteArray::number(i).repeated(i % 50 == 0 ? 10000 : 1) + '\n';
+        bytes += QByteArray::number(i).repeated(repeats(i)) + '\n';
     QBuffer device(&bytes);
     QVERIFY(device.open(QIODevice::ReadOnly | QIODevice::Text));
     LineReader lines;
-    lines.setDevice(&device, QTextCodec::codecForName("UTF-8"));
-    for (int i = 0; i < 20000; i += 2) {
-        const QStringView first = lines.readLineView();
+    lines.setDevice(&device, QTextCodec::codecForName(codec));
+    for (int i = 0; i < first; ++i)
+        lines.readLineView();
+    for (int i = first; i < 20000; i += 2) {
+        const QStringView line = lines.readLineView();
         lines.readLineView();
 
-        QVERIFY(first == QString::number(i).repeated(i % 50 == 0 ? 10000 : 1));
+        QVERIFY(line == QString::number(i).repeated(repeats(i)));
     }
+}
+
+// The first is left before its end.
+void tst_MapImportLines::otherTextIsReadInItsOwnCodec()
+{
+    QByteArray first("\xED\xEE\nb\n");
+    QByteArray second("\xEF\xBB\xBF\xD0\xBD\nd\n");
+    QBuffer firstDevice(&first);
+    QBuffer secondDevice(&second);
+    QVERIFY(firstDevice.open(QIODevice::ReadOnly | QIODevice::Text));
+    QVERIFY(secondDevice.open(QIODevice::ReadOnly | QIODevice::Text));
+    QTextCodec *const codec = QTextCodec::codecForName("Windows-1251");
+    LineReader lines;
+
+    lines.setDevice(&firstDevice, codec);
+    QCOMPARE(lines.readLine(), QStringLiteral("но"));
+    lines.setDevice(&secondDevice, codec);
+
+    QCOMPARE(lines.readLine(), QStringLiteral("н"));
+    QCOMPARE(lines.readLine(), QStringLiteral("d"));
+    QVERIFY(lines.atEnd());
 }
 
 void tst_MapImportLines::wordsAreThoseOfSimplifiedLine()
