@@ -66,13 +66,15 @@ class Log:
         self.path = path
         self.results = {}
         digest = hashlib.sha256()
-        for source in sorted(ROOT.glob("plugin/*.[ch]*")):
+        for source in [*sorted(ROOT.glob("plugin/*.[ch]*")), *sorted(ROOT.glob("tools/mutation/*.py"))]:
             digest.update(source.read_bytes())
         header = f"# sources {digest.hexdigest()[:16]}"
         if resume and path.exists():
             self._read(header)
         else:
             path.parent.mkdir(parents=True, exist_ok=True)
+            if path.exists():
+                path.replace(path.with_suffix(".old"))
             path.write_text(header + "\n")
 
     def _read(self, header):
@@ -249,4 +251,5 @@ def try_all(mutants, arguments, log):
         in_parallel(jobs, mutants, work)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -160,7 +160,7 @@ class Job:
         for path in self.base.folder.glob("plugin/*.so"):
             data = path.read_bytes().replace(str(self.base.folder).encode(), str(self.folder).encode())
             target = self.folder / "plugin" / path.name
-            if target.read_bytes() != data:
+            if not target.exists() or target.read_bytes() != data:
                 target.write_bytes(data)
 
     # The files that are compiled anew for a change of this one.
@@ -208,7 +208,9 @@ class Job:
         """Runs one test: None when it passes, else what it does; and how long it took."""
         shutil.rmtree(self.temporary, ignore_errors=True)
         self.temporary.mkdir()
-        environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", TMPDIR=str(self.temporary))
+        # What a mutant writes into settings or temporary files is gone before the next test.
+        own = {name: str(self.temporary) for name in ("TMPDIR", "HOME", "XDG_CONFIG_HOME")}
+        environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", **own)
         begin = time.monotonic()
         limit = max(_SHORTEST_LIMIT, seconds)
         code, _ = run([f"./{test}"], self.folder / "tests", limit, environment, until=b"FAIL!")
