@@ -6,8 +6,8 @@
 
 namespace {
 
-/// Longer texts are measured as they are, with all that digits lose and gain beside letters.
-constexpr int longText = 60;
+/// Longer texts are measured as they are: differences between digits add up.
+constexpr int longText = 24;
 
 /// How many sizes are kept: those of one large import, not of all.
 constexpr int mostSizes = 200000;
@@ -17,12 +17,18 @@ bool isDigit(QChar c)
     return c >= QLatin1Char('0') && c <= QLatin1Char('9');
 }
 
-QChar widestDigit(const QFontMetrics &metrics)
+QChar widestDigit(const QFontMetricsF &metrics)
 {
     const QString digits = QStringLiteral("0123456789");
     return *std::max_element(digits.begin(), digits.end(), [&](QChar a, QChar b) {
         return metrics.horizontalAdvance(a) < metrics.horizontalAdvance(b);
     });
+}
+
+/// True when \a def takes as much place as others with as many digits at the same places.
+bool isLikeOthers(const QString &def)
+{
+    return def.size() <= longText && !def.contains(QLatin1Char('\n')) && std::any_of(def.begin(), def.end(), isDigit);
 }
 
 } // namespace
@@ -35,22 +41,29 @@ QSize DefDelegate::measure(QStyleOptionViewItem option, const QModelIndex &index
     return style->sizeFromContents(QStyle::CT_ItemViewItem, &option, QSize(), option.widget);
 }
 
+// A list asks for the size of its first row whenever it lays out all of them, as it does after a change of the style.
+bool DefDelegate::isLookOf(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return m_metrics == option.fontMetrics && (index.row() > 0 || measure(option, index, m_digit) == m_digitSize);
+}
+
 QSize DefDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    if (metrics != option.fontMetrics || sizes.size() >= mostSizes) {
-        metrics = option.fontMetrics;
-        digit = widestDigit(*metrics);
-        sizes.clear();
+    if (!isLookOf(option, index) || m_sizes.size() >= mostSizes) {
+        m_metrics = option.fontMetrics;
+        m_digit = widestDigit(QFontMetricsF(*m_metrics));
+        m_digitSize = measure(option, index, m_digit);
+        m_sizes.clear();
     }
     QString def = index.data().toString();
-    const bool isAlike = def.size() <= longText && std::any_of(def.cbegin(), def.cend(), isDigit);
+    const bool isAlike = isLikeOthers(def);
     if (isAlike)
-        std::replace_if(def.begin(), def.end(), isDigit, digit);
-    const auto known = sizes.constFind(def);
-    if (known != sizes.constEnd())
+        std::replace_if(def.begin(), def.end(), isDigit, m_digit);
+    const auto known = m_sizes.constFind(def);
+    if (known != m_sizes.constEnd())
         return *known;
-    // Some digits stand closer to a letter than others; what that adds up to is less than a digit.
-    const QSize size = measure(option, index, isAlike ? def + digit : def);
-    sizes.insert(def, size);
+    // Some digits stand closer to a letter than others; in a short text that adds up to less than a digit.
+    const QSize size = measure(option, index, isAlike ? def + m_digit : def);
+    m_sizes.insert(def, size);
     return size;
 }

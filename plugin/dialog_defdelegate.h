@@ -21,9 +21,11 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
+    bool isLookOf(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     QSize measure(QStyleOptionViewItem option, const QModelIndex &index, const QString &text) const;
 
-    mutable std::optional<QFontMetrics> metrics; ///< with which the sizes were measured
-    mutable QChar digit;                         ///< that stands for all in a designation
-    mutable QHash<QString, QSize> sizes;         ///< by designation with all digits alike
+    mutable std::optional<QFontMetrics> m_metrics; ///< with which the sizes were measured
+    mutable QSize m_digitSize;                     ///< of m_digit alone, which tells of the style
+    mutable QChar m_digit;                         ///< that stands for all in a designation
+    mutable QHash<QString, QSize> m_sizes;         ///< by designation with all digits alike
 };

@@ -1,10 +1,12 @@
 #include "dialog_defdelegate.h"
 
+#include <QListView>
+#include <QProxyStyle>
 #include <QStandardItemModel>
 #include <QTest>
 
 /// The sizes of rows, held against those that the text of each takes by itself.
-class tst_DefDelegate : public QObject
+class tst_DialogDefDelegate : public QObject
 {
     Q_OBJECT
 
@@ -14,10 +16,27 @@ private Q_SLOTS:
     void textWithoutDigitsTakesItsSize_data();
     void textWithoutDigitsTakesItsSize();
     void numbersTakeOneSize();
+    void numbersAreMeasuredOnce();
     void otherFontIsMeasuredAnew();
+    void otherStyleIsMeasuredAnew();
 };
 
 namespace {
+
+/// Counts how often it is asked for the size of a row, which it makes so much higher.
+class CountingStyle : public QProxyStyle
+{
+public:
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                           const QWidget *widget) const override
+    {
+        ++count;
+        return QProxyStyle::sizeFromContents(type, option, size, widget) + QSize(0, extraHeight);
+    }
+
+    mutable int count = 0;
+    int extraHeight = 0;
+};
 
 /// The size of a row of \a text as \a delegate has it for a list in the font \a points points high.
 QSize sizeOf(const QStyledItemDelegate &delegate, const QString &text, int points = 10)
@@ -35,7 +54,7 @@ QSize sizeOf(const QStyledItemDelegate &delegate, const QString &text, int point
 
 } // namespace
 
-void tst_DefDelegate::textFitsIn_data()
+void tst_DialogDefDelegate::textFitsIn_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("alike");
@@ -53,7 +72,7 @@ void tst_DefDelegate::textFitsIn_data()
 }
 
 // Whichever is asked for first.
-void tst_DefDelegate::textFitsIn()
+void tst_DialogDefDelegate::textFitsIn()
 {
     QFETCH(QString, text);
     QFETCH(QString, alike);
@@ -69,7 +88,7 @@ void tst_DefDelegate::textFitsIn()
     }
 }
 
-void tst_DefDelegate::textWithoutDigitsTakesItsSize_data()
+void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize_data()
 {
     QTest::addColumn<QString>("text");
 
@@ -82,7 +101,7 @@ void tst_DefDelegate::textWithoutDigitsTakesItsSize_data()
     QTest::newRow("long, with digits") << QStringLiteral("Земельный участок 50:21:0110205:1234 ").repeated(6);
 }
 
-void tst_DefDelegate::textWithoutDigitsTakesItsSize()
+void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize()
 {
     QFETCH(QString, text);
     const DefDelegate delegate;
@@ -91,7 +110,7 @@ void tst_DefDelegate::textWithoutDigitsTakesItsSize()
         QCOMPARE(sizeOf(delegate, text), sizeOf(QStyledItemDelegate(), text));
 }
 
-void tst_DefDelegate::numbersTakeOneSize()
+void tst_DialogDefDelegate::numbersTakeOneSize()
 {
     const DefDelegate delegate;
 
@@ -100,7 +119,7 @@ void tst_DefDelegate::numbersTakeOneSize()
     QVERIFY(sizeOf(delegate, QStringLiteral("н111")) != sizeOf(delegate, QStringLiteral("н1111")));
 }
 
-void tst_DefDelegate::otherFontIsMeasuredAnew()
+void tst_DialogDefDelegate::otherFontIsMeasuredAnew()
 {
     const DefDelegate delegate;
     const QString text = QStringLiteral("Участок 7");
@@ -112,5 +131,44 @@ void tst_DefDelegate::otherFontIsMeasuredAnew()
     QCOMPARE(sizeOf(delegate, text), small);
 }
 
-QTEST_MAIN(tst_DefDelegate)
+void tst_DialogDefDelegate::numbersAreMeasuredOnce()
+{
+    CountingStyle style;
+    QStandardItemModel model(1000, 1);
+    for (int row = 0; row < model.rowCount(); ++row)
+        model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(1000 + row));
+    QListView list;
+    list.setStyle(&style);
+    DefDelegate delegate;
+    list.setItemDelegate(&delegate);
+    list.setModel(&model);
+    list.doItemsLayout();
+
+    style.count = 0;
+    list.doItemsLayout();
+
+    QVERIFY(style.count > 0 && style.count < 10);
+}
+
+void tst_DialogDefDelegate::otherStyleIsMeasuredAnew()
+{
+    CountingStyle style;
+    QStandardItemModel model(3, 1);
+    for (int row = 0; row < model.rowCount(); ++row)
+        model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(row));
+    QListView list;
+    list.setStyle(&style);
+    DefDelegate delegate;
+    list.setItemDelegate(&delegate);
+    list.setModel(&model);
+    list.doItemsLayout();
+    const int height = list.sizeHintForRow(2);
+
+    style.extraHeight = 17;
+    list.doItemsLayout();
+
+    QCOMPARE(list.sizeHintForRow(2), height + 17);
+}
+
+QTEST_MAIN(tst_DialogDefDelegate)
 #include "tst_dialog_defdelegate.moc"
