@@ -217,5 +217,6 @@ Qt::ItemFlags DefPolygonTableModel::flags(const QModelIndex &index) const
     if (!index.isValid() || index.row() >= rows.size() || isSeparator(index.row()))
         return Qt::NoItemFlags;
     const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    return index.column() == nColNum ? shown | Qt::ItemIsEditable : shown;
+    const bool isEditable = polygon != nullptr && index.column() == nColNum;
+    return isEditable ? shown | Qt::ItemIsEditable : shown;
 }

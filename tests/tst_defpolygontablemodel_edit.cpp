@@ -269,6 +269,7 @@ void tst_DefPolygonTableModelEdit::droppedObjectIsEmpty()
         for (int role : {Qt::DisplayRole, Qt::EditRole, Qt::BackgroundRole})
             QVERIFY(!table.cell(row).data(role).isValid());
         QVERIFY(!table.model.setData(table.cell(row), QStringLiteral("new")));
+        QVERIFY((table.cell(row).flags() & Qt::ItemIsEditable) == 0);
         QVERIFY(!table.model.isConflictingPoint(row));
     }
     QCOMPARE(table.cell(1).flags(), Qt::NoItemFlags);
