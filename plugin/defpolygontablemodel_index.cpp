@@ -19,11 +19,11 @@ bool isOnMap(const DefPoint &vertex)
 
 // A comparison folds each code unit by itself, ß never to two, and the second half of a surrogate pair as the character
 // that the pair stands for.
-std::size_t DefHash::operator()(const QString &def) const
+quint32 DefHash::operator()(const QString &def) const
 {
     // Nobody who writes a file knows the seed, by which he could give all designations one hash.
-    static const auto seed = static_cast<std::size_t>(qGlobalQHashSeed());
-    std::size_t hash = 2166136261U ^ seed;
+    static const auto seed = static_cast<quint32>(qGlobalQHashSeed());
+    quint32 hash = 2166136261U ^ seed;
     QChar previous;
     for (const QChar unit : def) {
         const bool endsPair = previous.isHighSurrogate() && unit.isLowSurrogate();
@@ -31,7 +31,7 @@ std::size_t DefHash::operator()(const QString &def) const
         hash = (hash ^ QChar::toCaseFolded(code)) * 16777619U;
         previous = unit;
     }
-    return hash;
+    return hash ^ (hash >> 16U); // the lowest bits, which choose a slot, have seen the lowest bits only
 }
 
 DefCounts::DefCounts(const QVector<DefPolygon> &objects) : m_first(objects.constData()), m_counts(objects.size())

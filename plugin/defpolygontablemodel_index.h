@@ -21,7 +21,7 @@ struct SameDef
 /// A number that is the same for designations that are one.
 struct DefHash
 {
-    std::size_t operator()(const QString &def) const;
+    quint32 operator()(const QString &def) const;
 };
 
 /// A value for each designation, the first that came of those that are one.
@@ -45,7 +45,7 @@ public:
     /// The value of \a def, which is made when there is none. It moves when another is made.
     Value &operator[](const QString &def)
     {
-        const auto hash = static_cast<quint32>(DefHash()(def));
+        const quint32 hash = DefHash()(def);
         Slot &slot = m_slots[slotOf(def, hash)];
         if (slot.isFree()) {
             slot = {hash, static_cast<int>(m_entries.size())};
@@ -60,7 +60,7 @@ public:
     /// The value of \a def, which was made.
     const Value &at(const QString &def) const
     {
-        const auto hash = static_cast<quint32>(DefHash()(def));
+        const quint32 hash = DefHash()(def);
         return m_entries.at(m_slots[slotOf(def, hash)].place()).value;
     }
 
