@@ -209,8 +209,8 @@ private:
                 const QModelIndex index = m_vertices.index(i, column);
                 const QVariant background = index.data(Qt::BackgroundRole);
                 require(index.data().isValid() == index.data(Qt::EditRole).isValid(), "what is shown can be edited");
-                require(!conflict || background.value<QBrush>().color() == QColor(255, 220, 220),
-                        "a conflict is coloured");
+                const bool isRed = background.value<QBrush>().color() == QColor(255, 220, 220);
+                require(isRed == conflict, "a conflict is coloured, and nothing else");
             }
         }
     }
