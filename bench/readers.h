@@ -7,5 +7,5 @@
 double secondsOfLines(const QStringList &paths);
 
 /// Imports the MIF or DXF file \a path with the point numbers and the designations that are in it, and gives the
-/// seconds that it takes. A message ends the program: what is cut short has no time worth comparing.
+/// seconds of processor time that it takes. A message ends the program: what is cut short has no time worth comparing.
 double secondsOfImport(const QString &path);

@@ -1,6 +1,7 @@
 #include "speedtable.h"
 
-#include <QLocale>
+#include "boundtext.h"
+
 #include <QStringList>
 
 #include <cmath>
@@ -28,33 +29,9 @@ constexpr double maxGrowth = 1.4;
 constexpr double maxTimesMosaic = 3;
 constexpr double maxMemory = 6;
 
-QString number(double value, int decimals)
-{
-    return QLocale(QLocale::Russian).toString(value, 'f', decimals);
-}
-
 QString cell(double value, int decimals)
 {
-    return std::isfinite(value) && value > 0 ? number(value, decimals) : QStringLiteral("—");
-}
-
-QString bounded(double value, const QString &sign, double bound)
-{
-    if (!std::isfinite(value) || value <= 0)
-        return QStringLiteral("—");
-    const bool kept = sign == QStringLiteral("≤") ? value <= bound : value >= bound;
-    const QString text = kept ? number(value, 2) : QStringLiteral("**%1**").arg(number(value, 2));
-    return QStringLiteral("%1 (%2 %3)").arg(text, sign, QLocale(QLocale::Russian).toString(bound));
-}
-
-QString atMost(double value, double bound)
-{
-    return bounded(value, QStringLiteral("≤"), bound);
-}
-
-QString atLeast(double value, double bound)
-{
-    return bounded(value, QStringLiteral("≥"), bound);
+    return std::isfinite(value) && value > 0 ? russianNumber(value, decimals) : QStringLiteral("—");
 }
 
 QString layoutName(Layout layout)
