@@ -86,6 +86,7 @@ void tst_DefPolygonSort::objectsAreSorted_data()
     QTest::newRow("without a number before all numbers") << QStringLiteral("н1,н0,н") << QStringLiteral("н,н0,н1");
     QTest::newRow("empty before everything") << QStringLiteral("0,А,,1") << QStringLiteral(",0,1,А");
     QTest::newRow("text before number") << QStringLiteral("ЗУ2,к1,ЗУ10") << QStringLiteral("ЗУ2,ЗУ10,к1");
+    QTest::newRow("text before number, in letters side by side") << QStringLiteral("б1,а2") << QStringLiteral("а2,б1");
     QTest::newRow("shorter text first") << QStringLiteral("нн1,н2") << QStringLiteral("н2,нн1");
     QTest::newRow("number that is too large is zero")
         << QStringLiteral("А1,А99999999999,А") << QStringLiteral("А,А99999999999,А1");
