@@ -38,6 +38,25 @@ public:
     int extraHeight = 0;
 };
 
+/// A list of the objects ЗУ1000 and on, laid out.
+struct NumberedList
+{
+    explicit NumberedList(int count) : model(count, 1)
+    {
+        for (int row = 0; row < count; ++row)
+            model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(1000 + row));
+        view.setStyle(&style);
+        view.setItemDelegate(&delegate);
+        view.setModel(&model);
+        view.doItemsLayout();
+    }
+
+    CountingStyle style;
+    QStandardItemModel model;
+    DefDelegate delegate;
+    QListView view;
+};
+
 /// The size of a row of \a text as \a delegate has it for a list in the font \a points points high.
 QSize sizeOf(const QStyledItemDelegate &delegate, const QString &text, int points = 10)
 {
@@ -133,41 +152,23 @@ void tst_DialogDefDelegate::otherFontIsMeasuredAnew()
 
 void tst_DialogDefDelegate::numbersAreMeasuredOnce()
 {
-    CountingStyle style;
-    QStandardItemModel model(1000, 1);
-    for (int row = 0; row < model.rowCount(); ++row)
-        model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(1000 + row));
-    QListView list;
-    list.setStyle(&style);
-    DefDelegate delegate;
-    list.setItemDelegate(&delegate);
-    list.setModel(&model);
-    list.doItemsLayout();
+    NumberedList list(1000);
 
-    style.count = 0;
-    list.doItemsLayout();
+    list.style.count = 0;
+    list.view.doItemsLayout();
 
-    QVERIFY(style.count > 0 && style.count < 10);
+    QVERIFY(list.style.count > 0 && list.style.count < 10);
 }
 
 void tst_DialogDefDelegate::otherStyleIsMeasuredAnew()
 {
-    CountingStyle style;
-    QStandardItemModel model(3, 1);
-    for (int row = 0; row < model.rowCount(); ++row)
-        model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(row));
-    QListView list;
-    list.setStyle(&style);
-    DefDelegate delegate;
-    list.setItemDelegate(&delegate);
-    list.setModel(&model);
-    list.doItemsLayout();
-    const int height = list.sizeHintForRow(2);
+    NumberedList list(3);
+    const int height = list.view.sizeHintForRow(2);
 
-    style.extraHeight = 17;
-    list.doItemsLayout();
+    list.style.extraHeight = 17;
+    list.view.doItemsLayout();
 
-    QCOMPARE(list.sizeHintForRow(2), height + 17);
+    QCOMPARE(list.view.sizeHintForRow(2), height + 17);
 }
 
 QTEST_MAIN(tst_DialogDefDelegate)
