@@ -18,6 +18,7 @@ private Q_SLOTS:
     void numbersTakeOneSize();
     void longTextTakesItsSize();
     void numbersAreMeasuredOnce();
+    void namesAreMeasuredOnce();
     void otherFontIsMeasuredAnew();
     void otherStyleIsMeasuredAnew();
 };
@@ -40,13 +41,21 @@ public:
     int extraHeight = 0;
 };
 
-/// A list of the objects ЗУ1000 and on, laid out.
-struct NumberedList
+QStringList numberedNames(int count)
 {
-    explicit NumberedList(int count) : model(count, 1)
+    QStringList names;
+    for (int i = 0; i < count; ++i)
+        names.append(QStringLiteral("ЗУ%1").arg(1000 + i));
+    return names;
+}
+
+/// A list of names that has been laid out.
+struct NameList
+{
+    explicit NameList(const QStringList &names) : model(names.size(), 1)
     {
-        for (int row = 0; row < count; ++row)
-            model.setData(model.index(row, 0), QStringLiteral("ЗУ%1").arg(1000 + row));
+        for (int row = 0; row < names.size(); ++row)
+            model.setData(model.index(row, 0), names.at(row));
         view.setStyle(&style);
         view.setItemDelegate(&delegate);
         view.setModel(&model);
@@ -137,7 +146,22 @@ void tst_DialogDefDelegate::numbersTakeOneSize()
 
     QCOMPARE(sizeOf(delegate, QStringLiteral("н111")), sizeOf(delegate, QStringLiteral("н909")));
     QCOMPARE(sizeOf(delegate, QStringLiteral("н111")), sizeOf(QStyledItemDelegate(), QStringLiteral("н1111")));
+    QCOMPARE(sizeOf(delegate, QStringLiteral("x111")), sizeOf(QStyledItemDelegate(), QStringLiteral("x1111")));
     QVERIFY(sizeOf(delegate, QStringLiteral("н111")) != sizeOf(delegate, QStringLiteral("н1111")));
+}
+
+void tst_DialogDefDelegate::namesAreMeasuredOnce()
+{
+    QStringList names;
+    for (int i = 0; i < 100; ++i)
+        names.append(QStringLiteral("ж").repeated(i));
+    NameList list(names);
+    QVERIFY(list.style.count >= 100);
+
+    list.style.count = 0;
+    list.view.doItemsLayout();
+
+    QVERIFY(list.style.count < 10);
 }
 
 void tst_DialogDefDelegate::otherFontIsMeasuredAnew()
@@ -165,7 +189,7 @@ void tst_DialogDefDelegate::longTextTakesItsSize()
 
 void tst_DialogDefDelegate::numbersAreMeasuredOnce()
 {
-    NumberedList list(1000);
+    NameList list(numberedNames(1000));
     QVERIFY(list.style.count > 0 && list.style.count < 10);
 
     list.style.count = 0;
@@ -176,7 +200,7 @@ void tst_DialogDefDelegate::numbersAreMeasuredOnce()
 
 void tst_DialogDefDelegate::otherStyleIsMeasuredAnew()
 {
-    NumberedList list(3);
+    NameList list(numberedNames(3));
     const int height = list.view.sizeHintForRow(2);
 
     list.style.extraHeight = 17;
