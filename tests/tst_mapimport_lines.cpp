@@ -100,6 +100,11 @@ void tst_MapImportLines::linesAreThoseOfTextStream_data()
     QTest::newRow("carriage returns") << QByteArray("UTF-8") << QByteArray("a\r\nb\r\n\r\rc\rd\r");
     QTest::newRow("only carriage returns") << QByteArray("UTF-8") << QByteArray("\r\r\r");
     QTest::newRow("carriage returns at the end of a piece") << QByteArray("UTF-8") << chunk.left(16380) + "\r\r\r\r";
+    QTest::newRow("carriage return alone in the last piece") << QByteArray("UTF-8") << chunk + '\r';
+    QTest::newRow("carriage returns alone in two pieces")
+        << QByteArray("UTF-8") << "a\n" + QByteArray(2 * 16384, '\r') + "\r";
+    QTest::newRow("line and a carriage return in the last piece")
+        << QByteArray("UTF-8") << chunk.left(16383) + "\n" + "\r";
     QTest::newRow("carriage return and line feed in two pieces")
         << QByteArray("UTF-8") << chunk.left(16383) + "\r\nb\n";
     QTest::newRow("line of three pieces") << QByteArray("UTF-8") << "a\n" + chunk.repeated(3) + "\nb";
