@@ -117,8 +117,8 @@ QPointF DefPolygon::centroid() const
     return {sx / (6 * area), sy / (6 * area)};
 }
 
-// The expression "^(.*?)(\\d+)$", which takes very long for many digits with something after them: a line feed may
-// stand behind the digits but nowhere else, and a text with half a character matches nothing.
+// Splits as the expression ^(.*?)(\d+)$ does, which takes very long for many digits with something after them: a line
+// feed may stand behind the digits but nowhere else, and a text with half a character is not split.
 void splitDef(const QString &def, QString &prefix, int &num)
 {
     const int end = def.endsWith(QLatin1Char('\n')) ? def.size() - 1 : def.size();
