@@ -1,5 +1,7 @@
 #include "defpolygon.h"
 
+#include "digit.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -8,11 +10,6 @@ namespace {
 
 /// A ring whose area is at most this counts as one without area.
 constexpr double degenerateArea = 1e-12;
-
-bool isDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
 
 QPointF meanOf(const QVector<DefPoint> &ring)
 {

@@ -1,5 +1,7 @@
 #include "dialog_defdelegate.h"
 
+#include "digit.h"
+
 #include <QApplication>
 
 #include <algorithm>
@@ -11,11 +13,6 @@ constexpr int longText = 24;
 
 /// How many sizes are kept: those of one large import, not of all.
 constexpr int mostSizes = 200000;
-
-bool isDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
 
 QChar widestDigit(const QFontMetricsF &metrics)
 {

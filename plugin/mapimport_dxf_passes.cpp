@@ -2,14 +2,11 @@
 
 #include "mapimport.h"
 
+#include "digit.h"
+
 #include <algorithm>
 
 namespace {
-
-bool isDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
 
 bool isLetter(QChar c)
 {

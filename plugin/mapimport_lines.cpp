@@ -1,5 +1,6 @@
 #include "mapimport_lines.h"
 
+#include "digit.h"
 #include "mapimport_codepage.h"
 
 #include <QIODevice>
@@ -17,11 +18,6 @@ constexpr int maxDigits = 15;
 
 constexpr double powersOfTen[maxDecimals + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
-bool isDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
 
 QString rawString(QStringView view)
 {
