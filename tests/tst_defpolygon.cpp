@@ -226,6 +226,7 @@ void tst_DefPolygon::centroidOfObject_data()
     QTest::newRow("crossed halves cancel out") << QVector<Places>{{{0, 0}, {2, 2}, {2, 0}, {0, 2}}} << 1.0 << 1.0;
     QTest::newRow("area below the limit")
         << QVector<Places>{{{0, 0}, {1.4e-6, 0}, {0, 1.4e-6}, {0, 0}}} << 3.5e-7 << 3.5e-7;
+    QTest::newRow("area at the limit") << QVector<Places>{{{0, 0}, {2e-12, 0}, {0, 1}, {0, 0.5}}} << 5e-13 << 0.375;
     QTest::newRow("area above the limit")
         << QVector<Places>{{{0, 0}, {1.5e-6, 0}, {0, 1.5e-6}, {0, 0}}} << 5e-7 << 5e-7;
 }
