@@ -3,11 +3,24 @@
 #include "dialog.h"
 #include "mapimport.h"
 
+#include <new>
+
 namespace {
 
 // Copies of these go to the host and may outlive the library, so they must not point into its read-only data.
 const QString strImportFromMif = QString::fromUtf8("Объекты из MIF");
 const QString strImportFromDxf = QString::fromUtf8("Объекты из DXF");
+
+// One long designation at many vertices, or many columns, make more than a text or the memory can hold.
+QString resultOf(Dialog &dialog)
+{
+    try {
+        return dialog.stringResult();
+    } catch (const std::bad_alloc &) {
+        showStatus(QStringLiteral("Недостаточно памяти для результата импорта"));
+        return QString();
+    }
+}
 
 } // namespace
 
@@ -35,5 +48,5 @@ QString ImportPlugin::operation(const QString &op, const QString &formName, cons
     dialog.yColNum = info.yColNum;
     dialog.defColNum = info.defColNum;
     dialog.polygonModel.setNxyColNum(info.nColNum, info.xColNum, info.yColNum);
-    return dialog.exec() == QDialog::Accepted ? dialog.stringResult() : QString();
+    return dialog.exec() == QDialog::Accepted ? resultOf(dialog) : QString();
 }

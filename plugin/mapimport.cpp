@@ -5,6 +5,7 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -63,9 +64,19 @@ bool MapImport::readFile(const QString &fileName, Pass pass)
     }
     stream.setDevice(&file, codec);
     lineNum = 0;
-    const bool ok = (this->*pass)();
+    const bool ok = runPass(pass);
     file.close();
     return ok;
+}
+
+// A file may hold more than the memory does, or than a line or a list can.
+bool MapImport::runPass(Pass pass)
+{
+    try {
+        return (this->*pass)();
+    } catch (const std::bad_alloc &) {
+        return failInFile(QStringLiteral("Недостаточно памяти для чтения файла %1"));
+    }
 }
 
 bool MapImport::importMap()

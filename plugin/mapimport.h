@@ -93,6 +93,7 @@ private:
     using Pass = bool (MapImport::*)();
 
     bool readFile(const QString &fileName, Pass pass);
+    bool runPass(Pass pass);
     QString vertexDef(double x, double y);
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 

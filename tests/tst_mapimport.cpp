@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QTest>
 
+#include <new>
+
 namespace {
 
 /// Stands for the reader of a format: reads one line in each pass and notes what it was given.
@@ -17,6 +19,7 @@ public:
     QVector<DefPoint> found; ///< what the points pass finds
     bool pointsResult = true;
     bool polygonsResult = true;
+    QString tooMuch; ///< the pass for which there is not enough memory
 
     QStringList passes;       ///< "pass, lineNum: first line"
     QStringList pointsBefore; ///< known when the objects pass begins
@@ -47,6 +50,8 @@ private:
         const QString text = stream.readLine();
         passes.append(QStringLiteral("%1, %2: %3").arg(pass, QString::number(lineNum), text));
         ++lineNum;
+        if (pass == tooMuch)
+            throw std::bad_alloc();
     }
 };
 
@@ -86,6 +91,8 @@ private Q_SLOTS:
     void fileThatDoesNotOpenIsOnlyTold();
     void failedPassEndsTheRun_data();
     void failedPassEndsTheRun();
+    void passWithoutMemoryFails_data();
+    void passWithoutMemoryFails();
     void pointsOfAnEarlierRunAreForgotten();
     void knownPointsAreSortedAndThinned_data();
     void knownPointsAreSortedAndThinned();
@@ -290,6 +297,31 @@ void tst_MapImport::failedPassEndsTheRun()
     QCOMPARE(described(run.import.knownPoints()), QStringList{QStringLiteral("A 1 2")});
     QVERIFY(!run.import.file.isOpen());
     QVERIFY2(host.messages().isEmpty(), "the pass tells its failure itself");
+}
+
+void tst_MapImport::passWithoutMemoryFails_data()
+{
+    QTest::addColumn<QString>("pass");
+    QTest::addColumn<int>("passes");
+
+    QTest::newRow("points") << QStringLiteral("points") << 1;
+    QTest::newRow("objects") << QStringLiteral("polygons") << 2;
+}
+
+void tst_MapImport::passWithoutMemoryFails()
+{
+    QFETCH(QString, pass);
+    const StatusRecorder host;
+    const TextFixture files;
+    LineRun run;
+    run.import.searchPointDefs = true;
+    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
+    run.import.tooMuch = pass;
+    QVERIFY(!run.import.importMap());
+    QTEST(run.import.passes.size(), "passes");
+    QCOMPARE(host.messages(), QStringList{QStringLiteral("Недостаточно памяти для чтения файла ") +
+                                          QDir::toNativeSeparators(run.import.objectFileName)});
+    QVERIFY(!run.import.file.isOpen());
 }
 
 void tst_MapImport::pointsOfAnEarlierRunAreForgotten()
