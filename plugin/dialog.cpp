@@ -34,6 +34,7 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(new Ui::Dialog)
     ui->minusToolButton->setFixedWidth(ui->plusToolButton->sizeHint().width());
 
     ui->listView->setItemDelegate(&defDelegate);
+    ui->tableView->setItemDelegate(&cellDelegate);
 
     readSettings();
 

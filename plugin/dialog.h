@@ -89,6 +89,7 @@ private:
     QAbstractItemModel *shownTable();
 
     DefDelegate defDelegate;             ///< of the list
+    BeginningDelegate cellDelegate;      ///< of the table
     FirstColumns firstColumns;           ///< of polygonModel, when the host's columns lie very far apart
     std::unique_ptr<MapImport> importer; ///< kept after a run that brought no objects, until the next run
     bool isProcessing = false;           ///< the host may run an event loop while it takes a message

@@ -11,6 +11,9 @@ namespace {
 /// Longer texts are measured as they are: differences between digits add up.
 constexpr int longText = 24;
 
+/// How much of a text is shown.
+constexpr int mostShown = 500;
+
 /// How many sizes are kept: those of one large import, not of all.
 constexpr int mostSizes = 200000;
 
@@ -29,6 +32,14 @@ bool isLikeOthers(const QString &def)
 }
 
 } // namespace
+
+QString BeginningDelegate::displayText(const QVariant &value, const QLocale &locale) const
+{
+    const QString text = value.toString();
+    if (text.size() <= mostShown)
+        return QStyledItemDelegate::displayText(value, locale);
+    return QStyledItemDelegate::displayText(text.left(mostShown) + QStringLiteral("…"), locale);
+}
 
 QSize DefDelegate::measure(QStyleOptionViewItem option, const QModelIndex &index, const QString &text) const
 {

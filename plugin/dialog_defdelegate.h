@@ -7,16 +7,27 @@
 
 #include <optional>
 
-/// Shows designations. A view that asks for the size of each row gets it soon.
-///
-/// Designations that differ in their digits only are measured once, with a digit more than they have; long ones and
-/// those without digits each as it is.
-class DefDelegate : public QStyledItemDelegate
+/// Shows the beginning of a text that is longer than any screen is wide: to lay out all of it takes very long.
+class BeginningDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
+};
+
+/// Shows designations. A view that asks for the size of each row gets it soon.
+///
+/// Designations that differ in their digits only are measured once, with a digit more than they have; long ones and
+/// those without digits each as it is.
+class DefDelegate : public BeginningDelegate
+{
+    Q_OBJECT
+
+public:
+    using BeginningDelegate::BeginningDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 

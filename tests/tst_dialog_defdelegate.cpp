@@ -17,6 +17,9 @@ private Q_SLOTS:
     void textWithoutDigitsTakesItsSize();
     void numbersTakeOneSize();
     void longTextTakesItsSize();
+    void beginningIsShown_data();
+    void beginningIsShown();
+    void beginningTakesItsSize();
     void numbersAreMeasuredOnce();
     void namesAreMeasuredOnce();
     void otherFontIsMeasuredAnew();
@@ -185,6 +188,40 @@ void tst_DialogDefDelegate::longTextTakesItsSize()
 
     QVERIFY(sizeOf(delegate, text) != sizeOf(plain, text));
     QCOMPARE(sizeOf(delegate, text + QLatin1Char('1')), sizeOf(plain, text + QLatin1Char('1')));
+}
+
+void tst_DialogDefDelegate::beginningIsShown_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+
+    const QString most = QStringLiteral("Участок 7 ").repeated(50);
+    QTest::newRow("none") << QString() << QString();
+    QTest::newRow("short") << QStringLiteral("н1") << QStringLiteral("н1");
+    QTest::newRow("two lines") << QStringLiteral("a\nb") << QStringLiteral("a\u2028b");
+    QTest::newRow("as long as is shown") << most << most;
+    QTest::newRow("longer") << most + QLatin1Char('x') << most + QStringLiteral("…");
+    QTest::newRow("very long") << most.repeated(20000) << most + QStringLiteral("…");
+    QTest::newRow("longer, two lines") << QStringLiteral("a\nb") + most
+                                       << QStringLiteral("a\u2028b") + most.left(497) + QStringLiteral("…");
+}
+
+void tst_DialogDefDelegate::beginningIsShown()
+{
+    QFETCH(QString, text);
+
+    QTEST(BeginningDelegate().displayText(text, QLocale::c()), "shown");
+    QTEST(DefDelegate().displayText(text, QLocale::c()), "shown");
+}
+
+void tst_DialogDefDelegate::beginningTakesItsSize()
+{
+    const QString beginning(500, QLatin1Char('W'));
+    const DefDelegate delegate;
+
+    const QSize size = sizeOf(delegate, beginning.repeated(20000));
+
+    QCOMPARE(size, sizeOf(QStyledItemDelegate(), beginning + QStringLiteral("…")));
 }
 
 void tst_DialogDefDelegate::numbersAreMeasuredOnce()
