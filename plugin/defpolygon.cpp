@@ -69,24 +69,6 @@ private:
     const DefPoint *m_point = nullptr;
 };
 
-/// The first point whose x is not less than \a x. A hand-written bisection, since std::lower_bound may refuse texts
-/// that come unsorted, and their answer depends on the very steps.
-int lowerBound(const QVector<DefPoint> &points, double x)
-{
-    int first = 0;
-    int count = points.size();
-    while (count > 0) {
-        const int half = count / 2;
-        if (points.at(first + half).x < x) {
-            first += half + 1;
-            count -= half + 1;
-        } else {
-            count = half;
-        }
-    }
-    return first;
-}
-
 } // namespace
 
 QPointF DefPolygon::centroid() const
@@ -159,6 +141,24 @@ void sortAppended(QVector<DefPoint> &points, int sorted)
     std::stable_sort(tail, points.end(), sortsBefore);
     std::rotate(points.begin(), tail, points.end());
     std::inplace_merge(points.begin(), points.begin() + (points.end() - tail), points.end(), sortsBefore);
+}
+
+// Written by hand, since std::lower_bound may refuse texts that come unsorted, and their answer depends on the very
+// steps.
+int lowerBound(const QVector<DefPoint> &points, double x)
+{
+    int first = 0;
+    int count = points.size();
+    while (count > 0) {
+        const int half = count / 2;
+        if (points.at(first + half).x < x) {
+            first += half + 1;
+            count -= half + 1;
+        } else {
+            count = half;
+        }
+    }
+    return first;
 }
 
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p)

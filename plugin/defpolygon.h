@@ -82,6 +82,9 @@ inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
 /// the first that is not less than it.
 void sortAppended(QVector<DefPoint> &points, int sorted);
 
+/// The place of the first of \a points, sorted by x, whose x is not less than \a x.
+int lowerBound(const QVector<DefPoint> &points, double x);
+
 /// The point nearest to \a p among \a points, which are sorted by x; null when none has a finite distance.
 ///
 /// The pointer is into \a points. Of points at one distance the first examined wins: the first not left of \a p, the

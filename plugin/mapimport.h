@@ -2,6 +2,7 @@
 
 #include "defpolygon.h"
 #include "defpolygon_search.h"
+#include "defpolygon_walk.h"
 #include "mapimport_lines.h"
 
 #include <QByteArray>
@@ -233,5 +234,6 @@ private:
     bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
     QString pushedBackValue; ///< what value points to then
     QVector<DefPoint> texts; ///< what the drawing says, and where
-    std::unique_ptr<NearestSearch> textSearch; ///< over the texts, once they are sorted and stay as they are
+    std::unique_ptr<NearestSearch> textSearch; ///< over the texts, once they stay as they are, if they are sorted
+    std::unique_ptr<WalkSearch> textWalk;      ///< if they are not
 };

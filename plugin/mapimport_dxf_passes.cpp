@@ -131,6 +131,8 @@ bool DxfImport::loadPolygons()
         filterObjectDefs();
         if (std::is_sorted(texts.begin(), texts.end(), sortsBefore))
             textSearch = std::make_unique<NearestSearch>(texts);
+        else
+            textWalk = std::make_unique<WalkSearch>(texts);
     }
     return loadEntities({{QLatin1String("LINE"), &DxfImport::loadLine},
                          {QLatin1String("POLYLINE"), &DxfImport::loadPolyline},
@@ -168,7 +170,7 @@ const DefPoint *DxfImport::lastPolygonText()
     // Stored vertices may have been exchanged, texts never are.
     const QPointF m = objects->last().centroid();
     const QPointF p = swapXY ? QPointF(m.y(), m.x()) : m;
-    return textSearch ? textSearch->find(p) : findNearestPoint(texts, p);
+    return textSearch ? textSearch->find(p) : textWalk->find(p);
 }
 
 void DxfImport::updateLastPolygonDef()
