@@ -9,9 +9,10 @@ _COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=
 _OPPOSITES = {"true": "false", "false": "true"}
 _CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
 _NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
-_COMMUTATIVE = {"min", "max", "qMin", "qMax", "swap"}
+_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # whatever the order of arguments
 _CONVERSIONS = {"hasToken", "toDouble", "toInt"}
-_PURE = "(?:trimmedLine|bit)"  # functions that look at their arguments alone
+_PURE = "(?:trimmedLine|bit|min|max)"  # functions that look at their arguments alone
+_CONTAINER_CHANGES = "(?:append|assign|clear|push_back|reset|truncate)"
 _LONG_LIST = 6  # beyond this a list is a table, whose rows may stand in any order
 
 
@@ -87,7 +88,8 @@ def _constants(source):
         elif token.kind == "char":
             yield token.start, token.end, _other_char(token.text), "constant"
         elif token.kind == "number" and not _is_capacity(source, i):
-            yield token.start, token.end, _next_number(token.text), "constant"
+            sign = source.tokens[i - 1] if _is_minus_one(source, i) else token
+            yield sign.start, token.end, "0" if sign is not token else _next_number(token.text), "constant"
 
 
 def _conditions(source):
@@ -125,16 +127,29 @@ def _texts(source):
 
 
 def _arguments(source):
-    for i, token in enumerate(source.tokens):
-        if token.text not in ("(", "{") or i not in source.partner or _in_assertion(source, i):
+    for i in source.partner:
+        if _in_assertion(source, i) or _is_symmetrical(source, i):
             continue
-        is_call = token.text == "(" and source.tokens[i - 1].kind == "word" and source.token(i - 1) not in _CONTROL
-        is_value = token.text == "{" and source.token(i - 1) in ("(", ",", "return", "{", "=") or (
-            token.text == "{" and source.tokens[i - 1].kind == "word" and _closes_on_line(source, i)
-        )
-        if not (is_call or is_value) or source.token(i - 1) in _COMMUTATIVE:
-            continue
-        yield from _swapped_elements(source, source.split_list(i))
+        if _is_call(source, i) or _is_value(source, i):
+            yield from _swapped_elements(source, source.split_list(i))
+
+
+def _is_call(source, i):
+    return source.token(i) == "(" and source.tokens[i - 1].kind == "word" and source.token(i - 1) not in _CONTROL
+
+
+def _is_value(source, i):
+    if source.token(i) != "{":
+        return False
+    if source.token(i - 1) in ("(", ",", "return", "{", "="):
+        return True
+    return source.tokens[i - 1].kind == "word" and _closes_on_line(source, i)
+
+
+# The arguments, or a list that is the argument, of a function to which all of them are alike.
+def _is_symmetrical(source, i):
+    call = i - 1 if source.token(i) == "{" and source.token(i - 1) == "(" else i
+    return source.token(call - 1) in _SYMMETRICAL
 
 
 def _swapped_elements(source, elements):
@@ -242,10 +257,11 @@ def _is_expression(source, first, last):
     return True
 
 
-# Two assignments commute when neither mentions what the other sets and nothing is read off a stream; so do setters of
-# different widgets and settings.
+# Two assignments, or changes of containers, commute when neither mentions what the other sets and nothing is read off a
+# stream; so do setters of different widgets and settings.
 def _commute(a, b):
-    first, second = (re.fullmatch(r"(?:\+\+|--)?([\w.>\[\]-]+?)(?: [-+*/%&|^]?= (.*))?;", s, re.DOTALL) for s in (a, b))
+    change = rf"(?:\+\+|--)?([\w.>\[\]-]+?)(?: [-+*/%&|^]?= .*|\.{_CONTAINER_CHANGES}\(.*\))?;"
+    first, second = (re.fullmatch(change, statement, re.DOTALL) for statement in (a, b))
     if first and second:
         targets = [re.escape(match.group(1)) for match in (first, second)]
         if re.search(rf"(?<![\w.>]){targets[0]}\b", b) or re.search(rf"(?<![\w.>]){targets[1]}\b", a):
@@ -302,6 +318,11 @@ def _is_capacity(source, i):
     if source.token(i + 1) == ">" and not source.is_spaced(i + 1):
         return True
     return "reserve" in source.line_at(source.tokens[i].start)
+
+
+# Minus one is what stands for nothing; minus two would do as well.
+def _is_minus_one(source, i):
+    return source.token(i) == "1" and source.token(i - 1) == "-" and not source.is_spaced(i - 1)
 
 
 def _next_number(text):

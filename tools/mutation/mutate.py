@@ -8,6 +8,7 @@ import signal
 import sys
 import threading
 import time
+from collections import Counter
 from pathlib import Path
 
 import workshop
@@ -19,6 +20,7 @@ FOLDER = ROOT / "build" / "mutation"
 EXPLAINED = Path(__file__).with_name("equivalent.txt")
 UNCOMPILED = "does not compile"
 SURVIVED = "survived"
+_WAYS = {"fails": "fails", "crashes": "crashes", "out": "takes too long"}
 
 
 def read_arguments():
@@ -38,11 +40,15 @@ def read_arguments():
     return parser.parse_args()
 
 
-def choose(arguments):
-    """The mutants that the user asks for. The headers come last, so that a number stays what it is."""
+def all_mutants(arguments):
+    """The headers come last, so that a number stays what it is."""
     headers = arguments.headers or any(name.endswith(".h") for name in arguments.only or [])
     paths = sorted(ROOT.glob("plugin/*.cpp")) + (sorted(ROOT.glob("plugin/*.h")) if headers else [])
-    mutants = find_mutants([Source(f"plugin/{path.name}", path.read_text()) for path in paths])
+    return find_mutants([Source(f"plugin/{path.name}", path.read_text()) for path in paths])
+
+
+def choose(mutants, arguments):
+    """The mutants that the user asks for."""
     if arguments.only:
         names = {Path(name).name for name in arguments.only}
         mutants = [mutant for mutant in mutants if Path(mutant.source.name).name in names]
@@ -108,10 +114,16 @@ class Order:
             self.kills[test, name] = self.kills.get((test, name), 0) + 1
 
     def _promise(self, test, name):
-        stem = Path(name).stem
-        whole, module = f"tst_{stem}", f"tst_{stem.split('_')[0]}"
-        near = 3 if test == whole else 2 if test.startswith(whole) else 1 if test.startswith(module) else 0.05
-        return (near + self.kills.get((test, name), 0)) / (0.2 + self.times[test])
+        return (_nearness(test, Path(name).stem) + self.kills.get((test, name), 0)) / (0.2 + self.times[test])
+
+
+def _nearness(test, stem):
+    module = stem.split("_")[0]
+    if test == f"tst_{stem}":
+        return 3
+    if test.startswith(f"tst_{stem}"):
+        return 2
+    return 1 if test.startswith(f"tst_{module}") else 0.05
 
 
 def in_parallel(jobs, items, work):
@@ -202,9 +214,20 @@ def summarize(mutants, results):
         f"{len(tried)} mutants, {killed} killed, {len(survivors)} survived, {uncompiled} did not compile; "
         f"{_percent(killed, killed + len(survivors))} killed"
     )
+    ways = Counter(results[m.number].split()[-1] for m in tried if results[m.number].startswith("killed"))
+    print("Killed by a test that " + ", ".join(f"{_WAYS[way]}: {count}" for way, count in ways.most_common()))
     if known:
         rest = _percent(killed, killed + len(survivors) - len(known))
         print(f"Explained survivors: {len(known)}; {rest} of the others killed")
+
+
+def report_out_of_date(mutants, results):
+    """Names explanations that fit no survivor. Only of files all of whose mutants have been tried can one tell."""
+    untried = {mutant.source.name for mutant in mutants if mutant.number not in results}
+    survivors = {(f"{m.source.name}: {m.change}", m.line_text) for m in mutants if results.get(m.number) == SURVIVED}
+    for change, line in sorted(read_explained() - survivors):
+        if change.split(":")[0] not in untried:
+            print(f"Explained, but no survivor: {change}\n    {line}")
 
 
 def _percent(part, whole):
@@ -213,7 +236,8 @@ def _percent(part, whole):
 
 def main():
     arguments = read_arguments()
-    mutants = choose(arguments)
+    everything = all_mutants(arguments)
+    mutants = choose(everything, arguments)
     if arguments.list:
         print("\n".join(describe(mutant) for mutant in mutants))
         return
@@ -225,6 +249,7 @@ def main():
     if left:
         try_all(left, arguments, log)
     summarize(mutants, log.results)
+    report_out_of_date(everything, log.results)
     if workshop.stop.is_set():
         sys.exit(130)
 
@@ -233,6 +258,8 @@ def try_all(mutants, arguments, log):
     base = workshop.Base(ROOT, FOLDER / "base")
     jobs = [workshop.Job(base, number) for number in range(arguments.jobs)]
     tests = [test for test in base.tests if re.search(arguments.tests, test)]
+    if not tests:
+        sys.exit(f"tools/mutate: no test is called {arguments.tests}")
     print(f"Running {len(tests)} tests without a mutant", file=sys.stderr)
     times = measure(jobs, tests, arguments.longest)
     print(f"They take {sum(times.values()):.0f} s; trying {len(mutants)} mutants", file=sys.stderr)

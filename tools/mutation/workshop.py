@@ -20,6 +20,7 @@ from pathlib import Path
 _MEMORY = 6 << 30  # a mutant that takes more has gone wild
 _COMPILE_SECONDS = 120
 _SHORTEST_LIMIT = 10.0
+_LONGEST_OUTPUT = 1 << 16  # what went before is of no use
 
 
 class Stopped(Exception):
@@ -62,7 +63,7 @@ def run(command, folder, seconds, environment=None, until=None):
             piece = os.read(process.stdout.fileno(), 65536)
             if not piece:
                 return process.wait(max(0.1, deadline - time.monotonic())), output
-            output += piece
+            output = output[-_LONGEST_OUTPUT:] + piece
             if pattern and pattern.search(output):
                 return 1, output
     except subprocess.TimeoutExpired:
@@ -86,7 +87,7 @@ class Base:
         plugin = [entry for entry in commands if Path(entry["file"]).parent == root / "plugin"]
         self.compile = {Path(entry["file"]).name: shlex.split(entry["command"]) for entry in plugin}
         self.links = {name: self._link_command(f"plugin/lib{name}.so") for name in ("importcore", "importplugin")}
-        self.tests = sorted(path.name for path in (folder / "tests").glob("tst_*") if path.is_file())
+        self.tests = sorted(name for entry in commands if (name := Path(entry["file"]).stem).startswith("tst_"))
         self.header = folder / "system.h"
         self._precompile()
 
@@ -186,8 +187,13 @@ class Job:
         command[command.index("-c") + 1] = str(self.sources / name)
         own = {f"-I{self.base.root}/plugin": f"-I{self.sources}"}
         command = [own.get(word, word) for word in command] + ["-w", "-include", str(self.base.header)]
+        return (name, target) if self._succeeds(command) else None
+
+    def _succeeds(self, command):
         code, _ = run(command, self.base.folder, _COMPILE_SECONDS)
-        return (name, target) if code == 0 else None
+        if code is None:
+            raise TimeoutError(f"{command[0]} takes more than {_COMPILE_SECONDS} s: is this machine busy?")
+        return code == 0
 
     def _link(self, objects):
         for library, link in self.base.links.items():
@@ -198,7 +204,7 @@ class Job:
             target = self.folder / "plugin" / f"lib{library}.so"
             target.unlink(missing_ok=True)
             command[command.index("-o") + 1] = str(target)
-            if run(command, self.base.folder, _COMPILE_SECONDS)[0] != 0:
+            if not self._succeeds(command):
                 return False
             data = target.read_bytes()
             target.write_bytes(data.replace(str(self.base.folder).encode(), str(self.folder).encode()))
