@@ -64,7 +64,7 @@ void checkRun(const Options &options, const Run &run, Format format);
 /// Two runs over the same files bring the same.
 void checkSame(const Run &a, const Run &b);
 
-/// The result is XML with a row for each object, and in it one for each vertex and between two contours.
+/// The result is XML with a row for each object: its designation, and a row for each vertex and between two contours.
 void checkResult(const QVector<DefPolygon> &objects);
 
 /// Prepares the application and a dialog, which make the results.

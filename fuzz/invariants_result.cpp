@@ -6,6 +6,9 @@
 #include <QApplication>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 Dialog *dialog = nullptr;
@@ -18,7 +21,23 @@ int rowCountOf(const DefPolygon &object)
     return rows;
 }
 
-// Reads from the start of a row of the table of objects to its end.
+bool isHeld(QChar c)
+{
+    return (c.unicode() >= 0x20 && c.unicode() < 0xFFFE) || c == QLatin1Char('\t') || c == QLatin1Char('\n') ||
+           c == QLatin1Char('\r');
+}
+
+// The writer leaves out what XML cannot hold; a reader takes every line end for a line feed, and half a surrogate pair
+// for a question mark.
+QByteArray asRead(const QString &text)
+{
+    QString read;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(read), isHeld);
+    read.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return read.toUtf8();
+}
+
+// Reads from the first cell of a row of the table of objects to the row's end.
 int readVertexRows(QXmlStreamReader &reader)
 {
     int rows = 0;
@@ -56,6 +75,8 @@ void checkResult(const QVector<DefPolygon> &objects)
     while (reader.readNextStartElement()) {
         require(reader.name() == QLatin1String("Row"), "the table of objects consists of rows");
         require(row < objects.size(), "the result has no more rows than there are objects");
+        require(reader.readNextStartElement() && reader.readElementText().toUtf8() == asRead(objects.at(row).def),
+                "an object's row begins with its designation");
         require(readVertexRows(reader) == rowCountOf(objects.at(row)), "an object's table has a row for each vertex");
         ++row;
     }
