@@ -108,6 +108,7 @@ void checkRecords(const Text &text, char delimiter)
     const QString mid =
         files().writeBytes(QStringLiteral("text.mid"), encoded(text, text.padding + QLatin1Char('\n')) + text.bytes);
     const Run run = checkedRun<MifImport>(options, Format::Mif);
+    checkResult(run.objects);
     const QStringList records = linesOf(mid, text);
     int i = 0;
     for (; i < 4 && i < records.size() && !records.at(i).trimmed().isEmpty(); ++i) {
@@ -130,6 +131,7 @@ void checkText(const Text &text)
     const QByteArray drawing = encoded(text, begin) + text.bytes + encoded(text, end);
     const Options options = optionsFor(text, files().writeBytes(QStringLiteral("text.dxf"), drawing));
     const Run run = checkedRun<DxfImport>(options, Format::Dxf);
+    checkResult(run.objects);
     QStringList lines = linesOf(options.objectFileName, text);
     const int line = begin.count(QLatin1Char('\n'));
     const QString value = line < lines.size() ? lines.at(line).trimmed() : QString();
@@ -141,6 +143,12 @@ void checkText(const Text &text)
 }
 
 } // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    prepareResults(argc, *argv);
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
