@@ -9,8 +9,10 @@
 
 #include <QAbstractItemModelTester>
 #include <QBrush>
+#include <QLocale>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -18,12 +20,13 @@ namespace {
 class Session
 {
 public:
-    explicit Session(Input &input) : m_input(input)
+    explicit Session(Input &input)
+        : m_input(input),
+          m_defColumn(input.option(6)),
+          m_xColumn(input.option(6)),
+          m_yColumn(input.option(6))
     {
-        const int n = input.option(6);
-        const int x = input.option(6);
-        const int y = input.option(6);
-        m_vertices.setNxyColNum(n, x, y);
+        m_vertices.setNxyColNum(m_defColumn, m_xColumn, m_yColumn);
         const auto count = [this] { ++m_signals; };
         QObject::connect(&m_list, &QAbstractItemModel::dataChanged, &m_list, count);
         QObject::connect(&m_vertices, &QAbstractItemModel::dataChanged, &m_vertices, count);
@@ -40,30 +43,40 @@ public:
             (this->*m_input.oneOf(actions))();
             checkList();
             checkVertices();
+            checkTexts();
         }
         checkResult(m_objects);
     }
 
 private:
+    // The colon, which comes after the digits, stands for a text of the input.
     QString text()
     {
-        static const char *const texts[] = {"", "н1", "Н1", "н2", "ЗУ", "зу", "н99999999999", "1", "<&>", "ß"};
-        return QString::fromUtf8(m_input.oneOf(texts));
+        static const char *const texts[] = {"", "н1", "Н1", "н2", "ЗУ", "зу", "н99999999999", "1", "<&>", "ß", nullptr};
+        const char *const fixed = m_input.oneOf(texts);
+        return fixed == nullptr ? m_input.text() : QString::fromUtf8(fixed);
     }
 
     double coordinate()
     {
-        static const double coordinates[] = {0, 0.005, 0.01, 0.0101, 1000.5, -1e300, qInf(), qQNaN()};
+        static const double coordinates[] = {0,      0.005,  0.01,    0.0101,    1000.5,
+                                             -1e300, qInf(), qQNaN(), -1234.567, 123456789.995};
         return m_input.oneOf(coordinates);
     }
 
     int row(int count) { return count == 0 ? 0 : m_input.option(count); }
 
-    // The vector may move its objects, so the models let go of them first and take them up again.
-    void addObject()
+    void dropObjects()
     {
         m_vertices.dropPolygon();
         m_list.dropMap();
+        m_isShown = false;
+    }
+
+    // The vector may move its objects, so the models let go of them first and take them up again.
+    void addObject()
+    {
+        dropObjects();
         m_objects.append(DefPolygon{text(), {}});
         show();
     }
@@ -77,7 +90,7 @@ private:
             object.contours.append(QVector<DefPoint>());
         object.contours.last().append(DefPoint{text(), coordinate(), coordinate()});
         if (m_input.flag())
-            m_vertices.refresh();
+            refresh();
     }
 
     void renameObject()
@@ -100,7 +113,14 @@ private:
     {
         sortObjects(m_objects);
         m_list.setMap(&m_objects);
+        refresh();
+    }
+
+    void refresh()
+    {
         m_vertices.refresh();
+        if (m_isShown)
+            layOutRows();
     }
 
     // Without a word to the model.
@@ -119,8 +139,7 @@ private:
     {
         if (m_objects.isEmpty())
             return;
-        m_vertices.dropPolygon();
-        m_list.dropMap();
+        dropObjects();
         m_objects.removeAt(m_input.option(m_objects.size()));
         m_current = 0;
         if (m_input.flag())
@@ -145,10 +164,81 @@ private:
     {
         m_list.setMap(&m_objects);
         m_vertices.setPolygon(m_objects.isEmpty() ? nullptr : &m_objects[m_current]);
+        m_isShown = !m_objects.isEmpty();
+        layOutRows();
         if (!m_objects.isEmpty())
             checkConflicts();
         QAbstractItemModelTester list(&m_list, QAbstractItemModelTester::FailureReportingMode::Fatal);
         QAbstractItemModelTester vertices(&m_vertices, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    }
+
+    // As the object is when the table is told of it.
+    void layOutRows()
+    {
+        m_rows.clear();
+        if (!m_isShown)
+            return;
+        const QVector<QVector<DefPoint>> &contours = m_objects.at(m_current).contours;
+        for (int contour = 0; contour < contours.size(); ++contour) {
+            if (contour > 0)
+                m_rows.append({-1, -1});
+            for (int vertex = 0; vertex < contours.at(contour).size(); ++vertex)
+                m_rows.append({contour, vertex});
+        }
+    }
+
+    /// The vertex of a row as it is now; null between two contours, and for one that is gone.
+    const DefPoint *vertexOf(int row) const
+    {
+        const RowInfo info = m_rows.at(row);
+        if (!m_isShown || info.contourIndex < 0)
+            return nullptr;
+        const QVector<QVector<DefPoint>> &contours = m_objects.at(m_current).contours;
+        if (info.contourIndex >= contours.size() || info.vertexIndex >= contours.at(info.contourIndex).size())
+            return nullptr;
+        return &contours.at(info.contourIndex).at(info.vertexIndex);
+    }
+
+    static QString coordinateText(double coordinate, int role)
+    {
+        if (role == Qt::DisplayRole)
+            return QLocale().toString(coordinate, 'f', 2);
+        return QString::asprintf("%.2f", coordinate);
+    }
+
+    // Of things that have one column the first is shown.
+    QVariant textOf(const DefPoint &vertex, int column, int role) const
+    {
+        if (column == m_defColumn)
+            return vertex.def;
+        if (column == m_xColumn)
+            return coordinateText(vertex.x, role);
+        if (column == m_yColumn)
+            return coordinateText(vertex.y, role);
+        return m_fields.contains(column) ? m_fields.value(column) : QVariant();
+    }
+
+    void checkCell(int row, int column, const DefPoint *vertex)
+    {
+        const QModelIndex index = m_vertices.index(row, column);
+        for (const int role : {Qt::DisplayRole, Qt::EditRole}) {
+            const QVariant text = vertex == nullptr ? QVariant() : textOf(*vertex, column, role);
+            require(index.data(role).isValid() == text.isValid(), "a text is there where there is a vertex");
+            require(index.data(role).toString() == text.toString(), "a cell has the text of its vertex");
+        }
+        const QString edited = index.data(Qt::EditRole).toString();
+        const QString written = m_vertices.text(row, column);
+        require(written == edited && written.isNull() == edited.isNull(), "the result has what can be edited");
+    }
+
+    void checkTexts()
+    {
+        require(m_vertices.rowCount() == m_rows.size(), "there are rows for the object as the table was told of it");
+        for (int row = 0; row < m_rows.size(); ++row) {
+            const DefPoint *const vertex = vertexOf(row);
+            for (int column = 0; column < m_vertices.columnCount(); ++column)
+                checkCell(row, column, vertex);
+        }
     }
 
     void checkRename(QAbstractItemModel &model, const QModelIndex &index, const QString &def, bool changes)
@@ -216,8 +306,13 @@ private:
     }
 
     Input &m_input;
+    int m_defColumn;
+    int m_xColumn;
+    int m_yColumn;
     QVector<DefPolygon> m_objects;
     int m_current = 0;
+    bool m_isShown = false; ///< the models have hold of the objects
+    QVector<RowInfo> m_rows;
     int m_signals = 0;
     QMap<int, QString> m_fields;
     DefMapTableModel m_list;

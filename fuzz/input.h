@@ -31,6 +31,17 @@ public:
         return choices[option(count)];
     }
 
+    /// A short text: a digit for its length, then the characters in UTF-16, which may be halves of a surrogate pair.
+    QString text()
+    {
+        const int length = option(10);
+        const QByteArray units = take(m_next + 2 * length);
+        QString text;
+        for (int i = 0; i + 1 < units.size(); i += 2)
+            text += QChar(static_cast<uchar>(units.at(i)), static_cast<uchar>(units.at(i + 1)));
+        return text;
+    }
+
     /// All that is left.
     QByteArray rest() { return take(m_bytes.size()); }
 
