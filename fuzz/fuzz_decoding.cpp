@@ -9,7 +9,6 @@
 #include "invariants.h"
 
 #include <QRegularExpression>
-#include <QTextStream>
 
 namespace {
 
@@ -27,18 +26,6 @@ QByteArray encoded(const Text &text, const QString &string)
 {
     QTextCodec::ConverterState noHeader(QTextCodec::IgnoreHeader);
     return QTextCodec::codecForName(text.encoding)->fromUnicode(string.constData(), string.size(), &noHeader);
-}
-
-QStringList linesOf(const QString &fileName, const Text &text)
-{
-    QFile file(fileName);
-    require(file.open(QIODevice::ReadOnly | QIODevice::Text), "a file that has been written can be read");
-    QTextStream stream(&file);
-    stream.setCodec(text.encoding);
-    QStringList lines;
-    while (!stream.atEnd())
-        lines.append(stream.readLine());
-    return lines;
 }
 
 QString fieldOf(const QString &record, QChar delimiter)
@@ -109,7 +96,7 @@ void checkRecords(const Text &text, char delimiter)
         files().writeBytes(QStringLiteral("text.mid"), encoded(text, text.padding + QLatin1Char('\n')) + text.bytes);
     const Run run = checkedRun<MifImport>(options, Format::Mif);
     checkResult(run.objects);
-    const QStringList records = linesOf(mid, text);
+    const QStringList records = linesOf(mid, text.encoding);
     int i = 0;
     for (; i < 4 && i < records.size() && !records.at(i).trimmed().isEmpty(); ++i) {
         require(i < run.objects.size() &&
@@ -132,7 +119,7 @@ void checkText(const Text &text)
     const Options options = optionsFor(text, files().writeBytes(QStringLiteral("text.dxf"), drawing));
     const Run run = checkedRun<DxfImport>(options, Format::Dxf);
     checkResult(run.objects);
-    QStringList lines = linesOf(options.objectFileName, text);
+    QStringList lines = linesOf(options.objectFileName, text.encoding);
     const int line = begin.count(QLatin1Char('\n'));
     const QString value = line < lines.size() ? lines.at(line).trimmed() : QString();
     const QString whole = begin + (line < lines.size() ? lines.at(line) : QString()) + end;

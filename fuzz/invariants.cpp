@@ -140,14 +140,15 @@ public:
     {
     }
 
-    void checkContour(const QVector<DefPoint> &contour, Format format)
+    /// A vertex that closes a ring takes no number of its own.
+    void checkContour(const QVector<DefPoint> &contour, bool isClosed)
     {
         for (int i = 0; i < contour.size(); ++i) {
             const DefPoint &stored = contour.at(i);
-            const bool isLast = i >= 2 && i == contour.size() - 1;
-            const bool mayClose = isLast && (format == Format::Mif || isSamePlace(stored, contour.first()));
-            checkVertex(m_options.swapXY ? DefPoint{stored.def, stored.y, stored.x} : stored,
-                        mayClose && stored.def == contour.first().def);
+            if (isClosed && i == contour.size() - 1)
+                require(stored.def == contour.first().def, "a vertex that closes a ring has the number of the first");
+            else
+                checkVertex(m_options.swapXY ? DefPoint{stored.def, stored.y, stored.x} : stored);
         }
     }
 
@@ -155,18 +156,14 @@ public:
     int next() const { return m_next; }
 
 private:
-    // A vertex that closes a ring takes no number: its own would be a new one, or that of a point which is known.
-    void checkVertex(const DefPoint &vertex, bool hasFirstNumber)
+    void checkVertex(const DefPoint &vertex)
     {
         const DefPoint *const known = findNearestPoint(m_points, QPointF(vertex.x, vertex.y));
         if (known != nullptr && *known == vertex) {
-            require(hasFirstNumber || vertex.def == known->def, "a vertex carries the number of the point it lies on");
+            require(vertex.def == known->def, "a vertex carries the number of the point it lies on");
             return;
         }
-        const QString def = numbered(m_options.pointPref, m_next);
-        if (hasFirstNumber && vertex.def != def)
-            return;
-        require(vertex.def == def, "a vertex at a new place has the next number");
+        require(vertex.def == numbered(m_options.pointPref, m_next), "a vertex at a new place has the next number");
         ++m_next;
         m_points.insert(std::lower_bound(m_points.begin(), m_points.end(), vertex, sortsBefore), vertex);
     }
@@ -176,12 +173,21 @@ private:
     int m_next;
 };
 
+// A drawing does not tell in its objects what it has closed with a copy of the first vertex.
+bool isDrawnClosed(const QVector<DefPoint> &contour)
+{
+    return contour.size() > 2 && isSamePoint(contour.first(), contour.last());
+}
+
 void checkNumbers(const Options &options, const Run &run, Format format)
 {
+    const bool isMif = format == Format::Mif;
+    const QVector<QVector<bool>> closed = isMif ? closedRings(options, run.objects) : QVector<QVector<bool>>();
     Numbering numbering(options, namedStart(run));
-    for (const DefPolygon &object : run.objects) {
-        for (const QVector<DefPoint> &contour : object.contours)
-            numbering.checkContour(contour, format);
+    for (int i = 0; i < run.objects.size(); ++i) {
+        const QVector<QVector<DefPoint>> &contours = run.objects.at(i).contours;
+        for (int j = 0; j < contours.size(); ++j)
+            numbering.checkContour(contours.at(j), isMif ? closed.at(i).at(j) : isDrawnClosed(contours.at(j)));
     }
     require(run.pointStartNum == numbering.next(), "every generated number is used once");
     require(areSamePoints(run.known, numbering.points()), "the known points are sorted and all there");

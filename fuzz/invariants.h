@@ -58,6 +58,12 @@ struct Run
     int objectStartNum = 0;
 };
 
+/// The lines of a file, read in the plainest way.
+QStringList linesOf(const QString &fileName, const QByteArray &encoding);
+
+/// For each contour of the objects of a MIF file, whether its last vertex closes a ring.
+QVector<QVector<bool>> closedRings(const Options &options, const QVector<DefPolygon> &objects);
+
 /// Every rule that a run keeps whatever the files hold.
 void checkRun(const Options &options, const Run &run, Format format);
 
