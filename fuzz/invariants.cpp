@@ -183,7 +183,7 @@ void checkNumbers(const Options &options, const Run &run, Format format)
 {
     const bool isMif = format == Format::Mif;
     const QVector<QVector<bool>> closed = isMif ? closedRings(options, run.objects) : QVector<QVector<bool>>();
-    Numbering numbering(options, namedStart(run));
+    Numbering numbering(options, isMif ? run.start : namedStart(run));
     for (int i = 0; i < run.objects.size(); ++i) {
         const QVector<QVector<DefPoint>> &contours = run.objects.at(i).contours;
         for (int j = 0; j < contours.size(); ++j)
