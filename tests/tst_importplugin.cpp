@@ -5,7 +5,27 @@
 #include <QCborValue>
 #include <QTest>
 
+#include <functional>
+#include <utility>
+
 namespace {
+
+/// Does something once, as soon as a window gets its title: the dialog does while it is built.
+class OnTitle : public QObject
+{
+public:
+    explicit OnTitle(std::function<void()> action) : m_action(std::move(action)) { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::WindowTitleChange && m_action)
+            std::exchange(m_action, nullptr)();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_action;
+};
 
 const QString refusal = QStringLiteral("Ошибка. Операция импорта \"%1\" планином не поддерживается.");
 
@@ -49,6 +69,7 @@ private Q_SLOTS:
     void refusalReadsAndSavesSettings();
     void refusedCallForgetsNothing();
     void listenerOfTheLastCallIsTheOnlyOne();
+    void listenerIsKnownBeforeTheDialogIsBuilt();
 };
 
 void tst_ImportPlugin::metadataNamesTheInterfaceAndTheClass()
@@ -244,6 +265,23 @@ void tst_ImportPlugin::listenerOfTheLastCallIsTheOnlyOne()
 
     QCOMPARE(host.messages(), QStringList{refusal.arg(QStringLiteral("A"))});
     QCOMPARE(heard, QStringList{refusal.arg(QStringLiteral("B"))});
+}
+
+// The listener of a call that is made while the dialog of another is built is the later one of the two.
+void tst_ImportPlugin::listenerIsKnownBeforeTheDialogIsBuilt()
+{
+    static QStringList heard;
+    heard.clear();
+    PluginHost host;
+    const OnTitle within([&host] {
+        host.statusFunc = [](const QString &text) { heard.append(text); };
+        host.call(QStringLiteral("B"), [](DialogDriver &) {});
+    });
+
+    host.call(QStringLiteral("A"), [](DialogDriver &) {});
+
+    QCOMPARE(heard, (QStringList{refusal.arg(QStringLiteral("B")), refusal.arg(QStringLiteral("A"))}));
+    QCOMPARE(host.messages(), QStringList());
 }
 
 QTEST_MAIN(tst_ImportPlugin)
