@@ -87,6 +87,7 @@ private Q_SLOTS:
     void appendedPointsAreSortedIn();
     void emptyListHasNoNearest();
     void tenThousandTextsAtOnePlace();
+    void otherPointsTakeTheirPlace();
 
 private:
     static void layouts();
@@ -202,6 +203,25 @@ void tst_DefPolygonSearch::tenThousandTextsAtOnePlace()
     QCOMPARE(search.find(QPointF(4, 5))->def, QStringLiteral("0"));
     QCOMPARE(search.find(QPointF(5, 5))->def, QStringLiteral("0"));
     QCOMPARE(search.find(QPointF(6, 5))->def, QStringLiteral("9999"));
+}
+
+// A crowd, and a tie in it, leave nothing behind.
+void tst_DefPolygonSearch::otherPointsTakeTheirPlace()
+{
+    QVector<DefPoint> crowd;
+    for (int i = 0; i < 400; ++i)
+        crowd.append(DefPoint{QString::number(i), i / 20 * 0.0102, i % 20 * 0.0102});
+    const QVector<DefPoint> others{DefPoint{QStringLiteral("far"), 100, 100}};
+    CloseSearch search;
+    search.reset(crowd);
+    QVERIFY(search.find(crowd, 0.0051, 0.0051) != nullptr);
+
+    search.reset(others);
+
+    QCOMPARE(search.count(), 1);
+    for (const DefPoint &point : qAsConst(crowd))
+        QVERIFY(search.find(others, point.x, point.y) == nullptr);
+    QVERIFY(search.find(others, 100, 100) == &others.first());
 }
 
 QTEST_GUILESS_MAIN(tst_DefPolygonSearch)
