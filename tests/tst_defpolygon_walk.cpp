@@ -18,7 +18,8 @@ struct Layout
     double stepY = 1;
     int columns = 100;
     int rows = 100;
-    int oddOnes = 0; ///< of how many coordinates one is NaN, an infinity or a huge number; 0 for none
+    int oddColumns = 0; ///< of how many x one is NaN, an infinity or a huge number; 0 for none
+    int oddRows = 0;    ///< of how many y
 };
 
 double drawCoordinate(QRandomGenerator &random, double step, int count, int oddOnes)
@@ -34,8 +35,8 @@ QVector<DefPoint> drawTexts(QRandomGenerator &random, const Layout &layout, int 
 {
     QVector<DefPoint> texts;
     for (int i = 0; i < count; ++i) {
-        const double x = drawCoordinate(random, layout.stepX, layout.columns, layout.oddOnes);
-        texts.append(DefPoint{QString(), x, drawCoordinate(random, layout.stepY, layout.rows, layout.oddOnes)});
+        const double x = drawCoordinate(random, layout.stepX, layout.columns, layout.oddColumns);
+        texts.append(DefPoint{QString(), x, drawCoordinate(random, layout.stepY, layout.rows, layout.oddRows)});
     }
     return texts;
 }
@@ -65,10 +66,10 @@ class tst_DefPolygonWalk : public QObject
 private Q_SLOTS:
     void walkLeapsToTheSameText_data();
     void walkLeapsToTheSameText();
-    void nearestTextOfAColumn_data();
-    void nearestTextOfAColumn();
+    void everyTextOfAColumnIsFound();
     void firstOnTheWayIsTaken_data();
     void firstOnTheWayIsTaken();
+    void firstOfTwoIsTaken();
     void walkStopsBehindABlock();
     void nothingIsNearest();
 };
@@ -87,9 +88,10 @@ void tst_DefPolygonWalk::walkLeapsToTheSameText_data()
     QTest::newRow("ties in a column") << Layout{0, 1, 1, 40};
     QTest::newRow("ties in two columns") << Layout{1, 1, 2, 40};
     QTest::newRow("all at one place") << Layout{0, 0, 1, 1};
-    QTest::newRow("odd numbers") << Layout{0.01, 5, 10, 5000, 2000};
-    QTest::newRow("many odd numbers") << Layout{0.01, 5, 10, 5000, 3};
-    QTest::newRow("nothing but odd numbers") << Layout{1, 1, 2, 2, 1};
+    QTest::newRow("odd numbers") << Layout{0.01, 5, 10, 5000, 2000, 2000};
+    QTest::newRow("many odd numbers") << Layout{0.01, 5, 10, 5000, 3, 3};
+    QTest::newRow("odd heights") << Layout{0.01, 5, 10, 5000, 0, 9};
+    QTest::newRow("nothing but odd numbers") << Layout{1, 1, 2, 2, 1, 1};
 }
 
 void tst_DefPolygonWalk::walkLeapsToTheSameText()
@@ -100,8 +102,8 @@ void tst_DefPolygonWalk::walkLeapsToTheSameText()
         const QVector<DefPoint> texts = drawTexts(random, layout, count);
         const WalkSearch search(texts);
         for (int query = 0; query < 150; ++query) {
-            const double x = drawCoordinate(random, layout.stepX, layout.columns, layout.oddOnes);
-            const double y = drawCoordinate(random, layout.stepY, layout.rows, layout.oddOnes);
+            const double x = drawCoordinate(random, layout.stepX, layout.columns, layout.oddColumns);
+            const double y = drawCoordinate(random, layout.stepY, layout.rows, layout.oddRows);
             const double aside = query % 3 - 1;
             QCOMPARE(difference(search, texts, QPointF(x + aside * layout.stepX / 2, y)), QString());
             QCOMPARE(difference(search, texts, QPointF(x + aside * 0.6, y + aside * layout.stepY / 2)), QString());
@@ -109,33 +111,19 @@ void tst_DefPolygonWalk::walkLeapsToTheSameText()
     }
 }
 
-void tst_DefPolygonWalk::nearestTextOfAColumn_data()
+// Also the first and the last of each block, from the right and from the left.
+void tst_DefPolygonWalk::everyTextOfAColumnIsFound()
 {
-    QTest::addColumn<double>("x");
-    QTest::addColumn<double>("y");
-    QTest::addColumn<int>("nearest");
-
-    QTest::newRow("left of the first") << 4.0 << 0.0 << 0;
-    QTest::newRow("beside one") << 4.0 << 3456.0 << 3456;
-    QTest::newRow("beside the last") << 4.0 << 5000.0 << 4999;
-    QTest::newRow("on one") << 5.0 << 2345.0 << 2345;
-    QTest::newRow("right of one") << 6.0 << 1234.0 << 1234;
-    QTest::newRow("right of the last") << 6.0 << 9000.0 << 4999;
-    QTest::newRow("right of the first") << 6.0 << -1.0 << 0;
-}
-
-void tst_DefPolygonWalk::nearestTextOfAColumn()
-{
-    QFETCH(double, x);
-    QFETCH(double, y);
+    constexpr int count = 4500;
     QVector<DefPoint> texts;
-    for (int i = 0; i < 5000; ++i)
-        texts.append(DefPoint{QString::number(i), 5, static_cast<double>(i)});
+    for (int i = 0; i < count; ++i)
+        texts.append(DefPoint{QString(), 5, static_cast<double>(i)});
+    const WalkSearch search(texts);
 
-    const DefPoint *const found = WalkSearch(texts).find(QPointF(x, y));
-
-    QVERIFY(found != nullptr);
-    QTEST(found->def.toInt(), "nearest");
+    for (int i = 0; i < count; ++i) {
+        for (const double x : {4, 5, 6})
+            QCOMPARE(static_cast<int>(search.find(QPointF(x, i)) - texts.constData()), i);
+    }
 }
 
 void tst_DefPolygonWalk::firstOnTheWayIsTaken_data()
@@ -160,6 +148,21 @@ void tst_DefPolygonWalk::firstOnTheWayIsTaken()
     QTEST(found->def.toInt(), "taken");
 }
 
+// Whichever of the two the tree comes to first.
+void tst_DefPolygonWalk::firstOfTwoIsTaken()
+{
+    for (int i = 1; i < 1024; ++i) {
+        QVector<DefPoint> texts(2048, DefPoint{QString(), 5, 1000});
+        texts[0].y = texts[i].y = 1;
+        texts[1024].y = texts[1024 + i].y = -1;
+        const WalkSearch search(texts);
+        QCOMPARE(static_cast<int>(search.find(QPointF(4, 0)) - texts.constData()), 0);
+        QCOMPARE(static_cast<int>(search.find(QPointF(4, -1)) - texts.constData()), 1024);
+        QCOMPARE(static_cast<int>(search.find(QPointF(6, 1)) - texts.constData()), i);
+        QCOMPARE(static_cast<int>(search.find(QPointF(6, 0)) - texts.constData()), 1024 + i);
+    }
+}
+
 // What lies behind the stop is not found, however near it is.
 void tst_DefPolygonWalk::walkStopsBehindABlock()
 {
@@ -169,7 +172,7 @@ void tst_DefPolygonWalk::walkStopsBehindABlock()
 
     const DefPoint *const found = WalkSearch(texts).find(QPointF(0, 0));
 
-    QCOMPARE(found - texts.constData(), 0);
+    QVERIFY(found == texts.constData());
 }
 
 void tst_DefPolygonWalk::nothingIsNearest()
