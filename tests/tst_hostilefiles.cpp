@@ -19,17 +19,12 @@ class NoFile
 public:
     static QStringList kinds()
     {
-        QStringList kinds{QStringLiteral("folder"), QStringLiteral("link to nothing")};
+        QStringList kinds{QStringLiteral("folder"), QStringLiteral("link to nothing"), QStringLiteral("locked")};
         if (QFile::exists(QStringLiteral("/dev/null")))
             kinds += {QStringLiteral("/dev/null"), QStringLiteral("/dev/urandom")};
         const TextFixture files;
         if (QProcess::execute(QStringLiteral("mkfifo"), {files.path(QStringLiteral("a"))}) == 0)
             kinds.append(QStringLiteral("pipe"));
-        // An administrator reads whatever there is.
-        QFile locked(files.writeBytes(QStringLiteral("b"), "x"));
-        locked.setPermissions(QFile::WriteOwner);
-        if (!locked.open(QIODevice::ReadOnly))
-            kinds.append(QStringLiteral("locked"));
         return kinds;
     }
 
@@ -68,6 +63,18 @@ private:
     QProcess m_writer;
 };
 
+/// Has \a run read the file \a name of its folder; when that is not its file of objects, it is given one.
+void useFile(HostileRun &run, const QString &name)
+{
+    const QString objectFile = QFileInfo(run.import->objectFileName).fileName();
+    if (name != objectFile)
+        run.files.writeBytes(objectFile,
+                             objectFile.endsWith(QLatin1String("dxf")) ? dxfHead + dxfLine : mifHead + mifLine);
+    run.import->searchPointDefs = name.startsWith(QLatin1String("points"));
+    run.import->pointFileName = run.import->searchPointDefs ? run.files.path(name) : QString();
+    run.import->searchObjectDefs = name.endsWith(QLatin1String("mid"));
+}
+
 } // namespace
 
 class tst_HostileFiles : public QObject
@@ -77,6 +84,8 @@ class tst_HostileFiles : public QObject
 private Q_SLOTS:
     void onlyAFileIsOpened_data();
     void onlyAFileIsOpened();
+    void fileThatGivesNothingIsEmpty_data();
+    void fileThatGivesNothingIsEmpty();
     void linkToAFileIsAFile();
     void strangeDrawingIsSurvived_data();
     void strangeDrawingIsSurvived();
@@ -122,17 +131,53 @@ void tst_HostileFiles::onlyAFileIsOpened()
     QFETCH(QString, objects);
     QFETCH(bool, ok);
     HostileRun run(objectFile);
-    if (name != objectFile)
-        run.files.writeBytes(objectFile,
-                             objectFile.endsWith(QLatin1String("dxf")) ? dxfHead + dxfLine : mifHead + mifLine);
+    useFile(run, name);
     const NoFile noFileAtAll(kind, run.files.path(name), run.files);
-    run.import->searchPointDefs = name.startsWith(QLatin1String("points"));
-    run.import->pointFileName = run.import->searchPointDefs ? run.files.path(name) : QString();
-    run.import->searchObjectDefs = name.endsWith(QLatin1String("mid"));
+    if (kind == QLatin1String("locked") && QFile(run.files.path(name)).open(QIODevice::ReadOnly))
+        QSKIP("an administrator reads whatever there is");
 
     QCOMPARE(run.import->importMap(), ok);
 
     QCOMPARE(run.messages(), QStringList{message.arg(name)});
+    QCOMPARE(run.objectText(), objects);
+}
+
+void tst_HostileFiles::fileThatGivesNothingIsEmpty_data()
+{
+    QTest::addColumn<QString>("name"); // of the file
+    QTest::addColumn<QString>("objectFile");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("objects");
+
+    const auto row = [](const char *name, const char *objectFile, const QString &message, const QString &objects) {
+        QTest::addRow("%s for %s", name, objectFile)
+            << QString::fromLatin1(name) << QString::fromLatin1(objectFile) << message << objects;
+    };
+    row("plan.mif", "plan.mif", noMif, QString());
+    row("plan.dxf", "plan.dxf", noDxf, QString());
+    row("points.mif", "plan.mif", QStringLiteral("Ошибка. Файл points.mif не соответствует формату MIF"), QString());
+    row("points.dxf", "plan.dxf", QStringLiteral("Ошибка. Файл points.dxf не соответствует формату DXF"), QString());
+    row("plan.mid", "plan.mif", QStringLiteral("Ошибка чтения обозначения объекта из строки: 1"),
+        QStringLiteral("- [н1 0 0, н2 1 1]"));
+}
+
+// The memory of a process opens as a file, but nothing lies at its beginning.
+void tst_HostileFiles::fileThatGivesNothingIsEmpty()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, objectFile);
+    QFETCH(QString, message);
+    QFETCH(QString, objects);
+    QFile memory(QStringLiteral("/proc/self/mem"));
+    if (!memory.open(QIODevice::ReadOnly) || memory.read(1).size() == 1)
+        QSKIP("there is no file that opens and cannot be read");
+    HostileRun run(objectFile);
+    useFile(run, name);
+    QVERIFY(QFile::link(memory.fileName(), run.files.path(name)));
+
+    QVERIFY(!run.import->importMap());
+
+    QCOMPARE(run.messages(), QStringList{message});
     QCOMPARE(run.objectText(), objects);
 }
 
