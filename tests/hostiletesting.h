@@ -18,6 +18,25 @@ const QByteArray mifLine("LINE 0 0 1 1\n");
 const QByteArray dxfLine("0\nLINE\n10\n0\n20\n0\n11\n1\n21\n1\n");
 const QString readLine = QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]");
 
+/// A value of this process's status in megabytes; 0 where the system does not tell.
+inline int statusMegabytes(const QByteArray &key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    const int begin = text.indexOf(key) + key.size();
+    return text.mid(begin, text.indexOf("kB", begin) - begin).trimmed().toInt() / 1024;
+}
+
+/// Makes the peak begin anew.
+inline void forgetPeak()
+{
+    QFile references(QStringLiteral("/proc/self/clear_refs"));
+    if (references.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        references.write("5");
+}
+
 /// A run over a file of its folder, in the format that its name tells; numbers from «н1» and «ЗУ1».
 struct HostileRun
 {
