@@ -1,4 +1,5 @@
 #include "fieldtesting.h"
+#include "resultoutline.h"
 
 #include <QLocale>
 #include <QSignalSpy>
@@ -22,6 +23,8 @@ private Q_SLOTS:
     void pointTableHasItsName();
     void markupIsEscaped_data();
     void markupIsEscaped();
+    void whatXmlCannotHoldIsLeftOut_data();
+    void whatXmlCannotHoldIsLeftOut();
     void objectsStandInTheirPresentOrder();
     void dialogIsLeftAsItWas();
 
@@ -211,6 +214,42 @@ void tst_DialogResult::markupIsEscaped()
 
     QCOMPARE(document.count(QStringLiteral("<FormTable Name=\"%1\">").arg(escaped)), 2);
     QCOMPARE(document.count(QStringLiteral("<Cell>%1</Cell>").arg(escaped)), 3);
+}
+
+void tst_DialogResult::whatXmlCannotHoldIsLeftOut_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cell");
+
+    const QString ab = QStringLiteral("аб");
+    QTest::newRow("zero") << ab.at(0) + QString(QChar(QChar::Null)) + ab.at(1) << ab;
+    QTest::newRow("U+0001") << QStringLiteral("а\u0001б") << ab;
+    QTest::newRow("vertical tab") << QStringLiteral("а\u000Bб") << ab;
+    QTest::newRow("form feed") << QStringLiteral("а\u000Cб") << ab;
+    QTest::newRow("U+001F") << QStringLiteral("а\u001Fб") << ab;
+    QTest::newRow("U+FFFE") << QStringLiteral("а\uFFFEб") << ab;
+    QTest::newRow("U+FFFF") << QStringLiteral("а\uFFFFб") << ab;
+    QTest::newRow("at both ends") << QStringLiteral("\u0001аб\uFFFE") << ab;
+    QTest::newRow("nothing else") << QStringLiteral("\u0001\u000B\uFFFE") << QString();
+    QTest::newRow("among markup") << QStringLiteral("<\u0001&\u0002>") << QStringLiteral("<&>");
+    QTest::newRow("held: tab") << QStringLiteral("а\tб") << QStringLiteral("а\tб");
+    QTest::newRow("held: line feed") << QStringLiteral("а\nб") << QStringLiteral("а\nб");
+    QTest::newRow("held: delete") << QStringLiteral("а\u007Fб") << QStringLiteral("а\u007Fб");
+    QTest::newRow("held: U+FFFD") << QStringLiteral("а\uFFFDб") << QStringLiteral("а\uFFFDб");
+    QTest::newRow("held: outside the first plane") << QStringLiteral("а\U0001F5FAб") << QStringLiteral("а\U0001F5FAб");
+}
+
+void tst_DialogResult::whatXmlCannotHoldIsLeftOut()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, cell);
+    Dialog dialog;
+    setColumns(dialog, 0, 1, 2);
+    dialog.fieldNumValueMap = {{3, text}};
+    dialog.objects = {DefPolygon{text, {{DefPoint{text, 0, 0}}}}, object("после")};
+
+    QCOMPARE(ResultOutline::lines(dialog.stringResult()),
+             (QStringList{cell, QStringLiteral("  %1|0.00|0.00|%1").arg(cell), QStringLiteral("после")}));
 }
 
 void tst_DialogResult::objectsStandInTheirPresentOrder()
