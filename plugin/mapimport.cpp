@@ -82,7 +82,6 @@ bool MapImport::runPass(Pass pass)
 bool MapImport::importMap()
 {
     points.clear();
-    appendedCount = 0;
     if (searchPointDefs && !readFile(pointFileName.isEmpty() ? objectFileName : pointFileName, &MapImport::loadPoints))
         return false;
     sortPoints(points);

@@ -88,6 +88,7 @@ protected:
     QStringView line;         ///< the last line read; valid until the next line but one is read
     int lineNum = 0;          ///< its number, from 1
     QTextCodec *codec;        ///< of the files; never null, not owned
+    QByteArray encoding;      ///< the name last given to setEncoding(), as it was given
     QFile file;
 
 private:
@@ -98,7 +99,6 @@ private:
     QString vertexDef(double x, double y);
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 
-    QByteArray encoding;
     CloseSearch closePoints; ///< finds among `points` while vertices are numbered
     int appendedCount = 0;   ///< how many of `points` appendVert() has put at the end
 };

@@ -12,12 +12,12 @@ namespace {
 /// carriage returns shows where the pieces are cut.
 constexpr int chunkSize = 16384;
 
-/// A power of ten up to this, and a whole number below 2^53, are exact: so is their rounded quotient.
-constexpr int maxDecimals = 22;
+/// Of so many digits a whole number is exact, and so is the power of ten of the decimals among them: their quotient is
+/// rounded once.
 constexpr int maxDigits = 15;
 
-constexpr double powersOfTen[maxDecimals + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr double powersOfTen[maxDigits] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                           1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
 
 QString rawString(QStringView view)
 {
@@ -58,7 +58,6 @@ void LineReader::rewind()
 void LineReader::forgetText()
 {
     m_state = std::make_unique<QTextCodec::ConverterState>();
-    m_buffer.truncate(0);
     m_next = nullptr;
     m_end = nullptr;
 }

@@ -3,9 +3,19 @@
 #include "mapimport.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTextCodec>
+
+/// \a count characters out of \a alphabet; the same for the same \a random.
+inline QString randomText(QRandomGenerator &random, const QString &alphabet, int count)
+{
+    QString text;
+    for (int i = 0; i < count; ++i)
+        text.append(alphabet.at(random.bounded(alphabet.size())));
+    return text;
+}
 
 /// Takes the messages of the code under test while it lives; one at a time.
 class StatusRecorder

@@ -9,6 +9,7 @@ class TextImport : public MapImport
 {
 public:
     using MapImport::codec;
+    using MapImport::encoding;
 
     QStringList lines;
     int count = 0; ///< of the lines, as the importer has it at the end
@@ -105,6 +106,7 @@ void tst_MapImportEncoding::unknownEncodingIsPassedOver()
         import.setEncoding(name);
 
     QCOMPARE(import.codec->name(), codec);
+    QCOMPARE(import.encoding, names.isEmpty() ? QByteArray() : names.last());
     QVERIFY(host.messages().isEmpty());
 }
 

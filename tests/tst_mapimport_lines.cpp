@@ -9,15 +9,6 @@
 
 namespace {
 
-/// \a count characters out of \a alphabet; the same for the same \a random.
-QString randomText(QRandomGenerator &random, const QString &alphabet, int count)
-{
-    QString text;
-    for (int i = 0; i < count; ++i)
-        text.append(alphabet.at(random.bounded(alphabet.size())));
-    return text;
-}
-
 QByteArray randomBytes(QRandomGenerator &random, const QByteArray &alphabet, int count)
 {
     QByteArray bytes;
@@ -79,10 +70,6 @@ private Q_SLOTS:
     void viewOutlivesTheNextLine_data();
     void viewOutlivesTheNextLine();
     void otherTextIsReadInItsOwnCodec();
-    void wordsAreThoseOfSimplifiedLine();
-    void wordsPastTheKeptAreCounted();
-    void lineIsTrimmedLikeString();
-    void upperCaseIsThatOfString();
     void numberIsThatOfString_data();
     void numberIsThatOfString();
     void randomNumberIsThatOfString();
@@ -115,6 +102,8 @@ void tst_MapImportLines::linesAreThoseOfTextStream_data()
     QTest::newRow("byte-order mark of UTF-8") << QByteArray("IBM866") << QByteArray("\xEF\xBB\xBF\xD0\xBD\n1");
     QTest::newRow("byte-order mark of UTF-16") << QByteArray("IBM866") << QByteArray("\xFF\xFE\x3D\x04\n\0001\0", 8);
     QTest::newRow("byte-order mark later on") << QByteArray("UTF-8") << chunk + "\n\xEF\xBB\xBF\xD0\xBD\n";
+    QTest::newRow("byte-order mark in the second piece")
+        << QByteArray("IBM866") << chunk.left(16383) + "\n\xEF\xBB\xBF\xD0\xBD\n";
     QTest::newRow("carriage return byte in UTF-16") << QByteArray("UTF-16LE") << QByteArray("\x0D\x04\n\0001\0", 6);
     QTest::newRow("NUL bytes") << QByteArray("Windows-1251") << QByteArray("\0\n\0a\n", 5);
 }
@@ -244,58 +233,6 @@ void tst_MapImportLines::otherTextIsReadInItsOwnCodec()
     QCOMPARE(lines.readLine(), QStringLiteral("н"));
     QCOMPARE(lines.readLine(), QStringLiteral("d"));
     QVERIFY(lines.atEnd());
-}
-
-void tst_MapImportLines::wordsAreThoseOfSimplifiedLine()
-{
-    const QString alphabet = QStringLiteral("ab  \t\r\v\f") + QChar(0xA0) + QChar(0x85) + QChar(0x2003) +
-                             QChar(0x3000) + QChar(0x200B) + QChar(0x1C) + QChar(0);
-    QRandomGenerator random(2);
-    for (int i = 0; i < 100000; ++i) {
-        const QString line = randomText(random, alphabet, random.bounded(12));
-        const QStringList expected = line.simplified().split(QLatin1Char(' '));
-        Words words;
-        words.split(trimmedLine(line));
-
-        QCOMPARE(words.size(), expected.size());
-        for (int word = 0; word < qMin(5, expected.size()); ++word)
-            QVERIFY2(words[word] == expected.at(word), qPrintable(line));
-    }
-}
-
-void tst_MapImportLines::wordsPastTheKeptAreCounted()
-{
-    const QString line = QStringLiteral("1 2 3 4 5 6 7");
-    Words words;
-    words.split(line);
-
-    QCOMPARE(words.size(), 7);
-    QVERIFY(words[4] == QLatin1String("5"));
-    QVERIFY(words[5].isNull());
-    QVERIFY(words[7].isNull());
-}
-
-void tst_MapImportLines::lineIsTrimmedLikeString()
-{
-    for (int code = 0; code <= 0xFFFF; ++code) {
-        const QString line = QChar(code) + QStringLiteral(" a ") + QChar(code);
-
-        QVERIFY2(trimmedLine(line) == line.trimmed(), qPrintable(QString::number(code, 16)));
-    }
-    QVERIFY(trimmedLine(QStringView(u" \t ")).isEmpty());
-}
-
-void tst_MapImportLines::upperCaseIsThatOfString()
-{
-    QString upper;
-    for (int code = 0; code <= 0xFFFF; ++code) {
-        const QString word = QStringLiteral("a{z`") + QChar(code) + QLatin1Char('Z');
-        toUpper(word, upper);
-
-        QCOMPARE(upper, word.toUpper());
-    }
-    toUpper(QStringView(), upper);
-    QCOMPARE(upper, QString());
 }
 
 void tst_MapImportLines::numberIsThatOfString_data()
