@@ -136,6 +136,11 @@ void tst_MapImport_Dxf::codesAndKeywordsAreComparedAsTheyStand_data()
     QTest::newRow("10.0 is not 10") << drawing("0 LINE|10 0|10.0 8|20 0|11 10|21 0") << QStringList{lineObject};
     QTest::newRow("+20 is not 20") << drawing("0 LINE|10 0|20 0|+20 8|11 10|21 0") << QStringList{lineObject};
     QTest::newRow("00 begins no entity") << drawing("00 LINE|10 0|20 0|11 10|21 0") << QStringList();
+    for (const char *const code : {"7 0", "x 0", " x0", " 7 ", "0 0", "00 "}) {
+        QStringList lines = drawing(lineEntity);
+        lines[10] = QLatin1String(code);
+        QTest::addRow("\"%s\" begins no entity", code) << lines << QStringList();
+    }
     QTest::newRow("line is no LINE") << drawing("0 line|10 0|20 0|11 10|21 0") << QStringList();
     QTest::newRow("LINE2 is no LINE") << drawing("0 LINE2|10 0|20 0|11 10|21 0") << QStringList();
     QTest::newRow("LINE as a name begins no entity") << drawing("2 LINE|10 0|20 0|11 10|21 0") << QStringList();
