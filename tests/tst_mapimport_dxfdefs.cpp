@@ -143,8 +143,10 @@ void tst_MapImport_DxfDefs::pointNumberNamesNoObject_data()
     for (const char *text :
          {"12", "0", "00000000000000000012", "н12", "N5", "A1", "Z1", "a1", "z1", "А1", "Я1", "а1", "я1", "Ё7", "ё7"})
         QTest::newRow(text) << QString::fromUtf8(text) << other;
-    for (const char *text : {"ЗУ1", "12а", "1.5", ":ЗУ1", "н 12", "50:01:0000000:12", "н", "-1", "_1", "1 2", "н1н",
-                             "нн1", "\u00E91", "\u04041", "\u04501", "\u0663"})
+    for (const char *text : {"ЗУ1",     "12а",     "1.5",     ":ЗУ1",    "н 12",  "50:01:0000000:12",
+                             "н",       "-1",      "_1",      "1 2",     "н1н",   "нн1",
+                             "@1",      "[1",      "`1",      "{1",      "/1",    ":1",
+                             "\u040F1", "\u00E91", "\u04041", "\u04501", "\u0663"})
         QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(text);
     QTest::newRow("empty text") << QString() << QStringLiteral("ЗУ1");
     QTest::newRow("number and a line feed") << QStringLiteral("12%%010") << other;
