@@ -24,6 +24,7 @@ private Q_SLOTS:
     void changedObjectsAreOthers_data();
     void changedObjectsAreOthers();
     void changedTextIsFoundInManyObjects();
+    void textOfAnotherRowIsFoundInFewer();
     void placesAreThoseOfAScan_data();
     void placesAreThoseOfAScan();
 };
@@ -291,6 +292,16 @@ void tst_DefPolygonTableModelIndex::changedTextIsFoundInManyObjects()
     QVERIFY(!counts.isOf(objects, 2));
     QVERIFY(counts.isOf(objects, 1));
     objects.removeLast();
+    QVERIFY(!counts.isOf(objects, 1));
+}
+
+void tst_DefPolygonTableModelIndex::textOfAnotherRowIsFoundInFewer()
+{
+    Objects objects(DefCounts::fullCheckSize, DefPolygon{QStringLiteral("н1"), {}});
+    const DefCounts counts(objects);
+
+    objects[2].def = QStringLiteral("н2");
+
     QVERIFY(!counts.isOf(objects, 1));
 }
 
