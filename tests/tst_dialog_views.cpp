@@ -1,5 +1,7 @@
 #include "viewtesting.h"
 
+#include "dialog_defdelegate.h"
+
 #include <QSignalSpy>
 
 /// The views after a run: the current object, editing and sorting.
@@ -18,6 +20,7 @@ private Q_SLOTS:
     void noCurrentRowChangesNothing();
     void designationIsEditedInTheList();
     void numberIsEditedInTheTable();
+    void longDesignationIsShownInPart();
 
     void sortingKeepsTheRow_data();
     void sortingKeepsTheRow();
@@ -147,6 +150,24 @@ void tst_DialogViews::numberIsEditedInTheTable()
 }
 
 // Sorted are «а», «б», «в», whose tables differ in their shapes.
+void tst_DialogViews::longDesignationIsShownInPart()
+{
+    const QString longDef(100000, QLatin1Char('W'));
+    Dialog dialog;
+    showPlan(dialog, files);
+    const int width = listOf(dialog)->sizeHintForColumn(0);
+
+    for (const QAbstractItemView *const view : viewsOf(dialog)) {
+        const auto *const delegate = qobject_cast<const BeginningDelegate *>(view->itemDelegate());
+        QVERIFY(delegate != nullptr);
+        QVERIFY(delegate->displayText(longDef, QLocale::c()).size() < 1000);
+    }
+    listOf(dialog)->model()->setData(listOf(dialog)->model()->index(0, 0), longDef);
+
+    QVERIFY(listOf(dialog)->sizeHintForColumn(0) > width);
+    QCOMPARE(dialog.objects.first().def, longDef);
+}
+
 void tst_DialogViews::sortingKeepsTheRow_data()
 {
     QTest::addColumn<int>("row");
