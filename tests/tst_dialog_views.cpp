@@ -17,6 +17,7 @@ private Q_SLOTS:
     void currentRowIsShown();
     void currentRowIsShownAfterALaterRun();
     void currentRowBringsTheFields();
+    void fieldsComeAfterTheVertices();
     void noCurrentRowChangesNothing();
     void designationIsEditedInTheList();
     void numberIsEditedInTheTable();
@@ -109,6 +110,25 @@ void tst_DialogViews::currentRowBringsTheFields()
 
     QCOMPARE(shown(dialog.polygonModel),
              (QStringList{QStringLiteral("н10|5.00|5.00|626"), QStringLiteral("н11|6.00|6.00|626")}));
+}
+
+// Nobody is told of the columns that they add until the next object is shown.
+void tst_DialogViews::fieldsComeAfterTheVertices()
+{
+    Dialog dialog;
+    enter(dialog, QStringLiteral("fieldEdit_0"), QStringLiteral("626"));
+    showPlan(dialog, files);
+    QStringList seen;
+    connect(&dialog.polygonModel, &QAbstractItemModel::modelReset, this,
+            [&] { seen.append(dialog.polygonModel.index(0, 3).data().toString()); });
+
+    dialog.polygonModel.setFieldNumValueMap({});
+    selectRow(dialog, 2);
+    dialog.polygonModel.setFieldNumValueMap({});
+    process(dialog, writePlan(files));
+
+    QCOMPARE(seen, (QStringList{QString(), QString()}));
+    QCOMPARE(dialog.polygonModel.index(0, 3).data().toString(), QStringLiteral("626"));
 }
 
 void tst_DialogViews::noCurrentRowChangesNothing()
