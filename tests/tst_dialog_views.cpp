@@ -19,6 +19,7 @@ private Q_SLOTS:
     void currentRowBringsTheFields();
     void fieldsComeAfterTheVertices();
     void noCurrentRowChangesNothing();
+    void rowOfALostObjectChangesNothing();
     void designationIsEditedInTheList();
     void numberIsEditedInTheTable();
     void longDesignationIsShownInPart();
@@ -142,6 +143,18 @@ void tst_DialogViews::noCurrentRowChangesNothing()
 
     QCOMPARE(reset.count(), 0);
     QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("б")));
+}
+
+void tst_DialogViews::rowOfALostObjectChangesNothing()
+{
+    Dialog dialog;
+    showPlan(dialog, files);
+    const QModelIndex last = listOf(dialog)->model()->index(2, 0);
+    dialog.objects.removeLast();
+
+    listOf(dialog)->selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+
+    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
 }
 
 void tst_DialogViews::designationIsEditedInTheList()
