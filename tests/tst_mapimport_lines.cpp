@@ -279,6 +279,8 @@ void tst_MapImportLines::numberIsThatOfString_data()
                             QStringLiteral("1_000"),
                             QStringLiteral("abc"),
                             QStringLiteral("5abc"),
+                            QStringLiteral("x5"),
+                            QStringLiteral("x5.5"),
                             QStringLiteral("\u0661"),
                             QStringLiteral("\uFF15"),
                             QStringLiteral("\u22125"),
