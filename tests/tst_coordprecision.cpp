@@ -37,7 +37,7 @@ void tst_CoordPrecision::firstFractionFixesDecimals()
         QCOMPARE(model.formatCoord(1234.75, true), QStringLiteral("1235"));
     }
 
-    DefPolygonTableModel::setCoordPrecision(0.001);
+    DefPolygonTableModel::setCoordPrecision(0.0095); // which is below 1 when it is multiplied by 100
     QCOMPARE(model.formatCoord(1234.75, false), QStringLiteral("1234.750"));
     QCOMPARE(model.formatCoord(1234.75, true), QStringLiteral("1234.750"));
 
