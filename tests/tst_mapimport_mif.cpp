@@ -23,6 +23,7 @@ private Q_SLOTS:
     void objectIsRead();
     void otherLinesArePassedOver_data();
     void otherLinesArePassedOver();
+    void numbersGoOnInAnotherRun();
 };
 
 void tst_MapImportMif::headerIsAccepted_data()
@@ -274,6 +275,19 @@ void tst_MapImportMif::otherLinesArePassedOver()
 
     QCOMPARE(run.objectText(), QStringLiteral("A [н1 0 0, н2 1 1]\nB [н3 2 2, н4 3 3]"));
     QVERIFY(run.host.messages().isEmpty());
+}
+
+void tst_MapImportMif::numbersGoOnInAnotherRun()
+{
+    MifRun mif;
+    mif.writeMif(QStringLiteral("LINE 0 0 5 5\nLINE 5 5 9 9"));
+
+    QVERIFY(mif.import.importMap());
+    QCOMPARE(mif.pointText(), QStringLiteral("н1 0 0\nн2 5 5\nн3 9 9"));
+    QVERIFY(mif.import.importMap());
+
+    QCOMPARE(mif.pointText(), QStringLiteral("н4 0 0\nн5 5 5\nн6 9 9"));
+    QCOMPARE(mif.objects.size(), 4);
 }
 
 QTEST_GUILESS_MAIN(tst_MapImportMif)
