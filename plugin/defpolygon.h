@@ -82,7 +82,8 @@ inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
 /// the first that is not less than it.
 void sortAppended(QVector<DefPoint> &points, int sorted);
 
-/// The place of the first of \a points, sorted by x, whose x is not less than \a x.
+/// The place of the first of \a points, sorted by x, whose x is not less than \a x; their number when there is none.
+/// In another order it is where the same bisection ends.
 int lowerBound(const QVector<DefPoint> &points, double x);
 
 /// The point nearest to \a p among \a points, which are sorted by x; null when none has a finite distance.

@@ -204,14 +204,6 @@ NearestSearch::NearestSearch(const QVector<DefPoint> &points) : m_points(points)
     m_tree = PlaceTree(std::move(places));
 }
 
-/// The first point that is not left of \a x.
-int NearestSearch::lowerBound(double x) const
-{
-    const auto isLeft = [](const DefPoint &point, double bound) { return point.x < bound; };
-    const auto begin = m_points.begin();
-    return static_cast<int>(std::lower_bound(begin, m_points.end(), x, isLeft) - begin);
-}
-
 // Of the points at one place the first that findNearestPoint() examines; from the left it comes to the last of them.
 int NearestSearch::firstExamined(const PlaceTree::Place &place, double x) const
 {
@@ -250,7 +242,7 @@ struct NearestSearch::Query
     void examineTie(const PlaceTree::Place &place)
     {
         if (bound == unknown)
-            bound = search.lowerBound(x);
+            bound = lowerBound(search.m_points, x);
         if (turn == unknown)
             turn = turnOf(*found);
         const int otherTurn = turnOf(place);

@@ -64,7 +64,6 @@ public:
 private:
     struct Query;
 
-    int lowerBound(double x) const;
     int firstExamined(const PlaceTree::Place &place, double x) const;
 
     QVector<DefPoint> m_points;
