@@ -7,6 +7,7 @@
 
 #if defined(Q_OS_LINUX) && !defined(__SANITIZE_ADDRESS__)
 #include <sys/resource.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -27,7 +28,8 @@ public:
         if (!status.open(QIODevice::ReadOnly))
             qFatal("the system does not tell the size of this process");
         const rlim_t pages = status.readAll().split(' ').first().toULongLong();
-        const rlimit limit{pages * 4096 + static_cast<rlim_t>(room), m_before.rlim_max};
+        const auto pageSize = static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+        const rlimit limit{pages * pageSize + static_cast<rlim_t>(room), m_before.rlim_max};
         setrlimit(RLIMIT_AS, &limit);
     }
     ~MemoryLimit()
