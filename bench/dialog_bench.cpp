@@ -4,7 +4,7 @@
 //
 // Nothing is seen: the platform is "offscreen". A table in Markdown goes to the standard output.
 
-#include "boundtext.h"
+#include "formatbounds.h"
 #include "machine.h"
 #include "viewtesting.h"
 
@@ -77,10 +77,10 @@ QVector<DefPolygon> manyObjects()
 }
 
 /// The dialog after a run, with other objects in place of those that were read.
-class Desk
+class DialogFixture
 {
 public:
-    explicit Desk(const QVector<DefPolygon> &objects)
+    explicit DialogFixture(const QVector<DefPolygon> &objects)
     {
         dialog.resize(1200, 900);
         showPlan(dialog, m_files);
@@ -89,8 +89,8 @@ public:
 
     void lay(const QVector<DefPolygon> &objects)
     {
-        dialog.polygonModel.dropPolygon();
-        dialog.mapModel.dropMap();
+        dialog.polygonModel.detachPolygon();
+        dialog.mapModel.detachMap();
         dialog.objects = objects;
         dialog.polygonModel.setPolygon(&dialog.objects.first());
         dialog.mapModel.setMap(&dialog.objects);
@@ -119,9 +119,9 @@ private:
 };
 
 /// The one with all the objects, which takes long to fill.
-Desk &desk()
+DialogFixture &desk()
 {
-    static Desk desk(manyObjects());
+    static DialogFixture desk(manyObjects());
     return desk;
 }
 
@@ -146,7 +146,7 @@ QString newName()
 
 double showList()
 {
-    Desk &at = desk();
+    DialogFixture &at = desk();
     at.dialog.mapModel.setMap(nullptr);
     at.paint();
     return at.timeToPaint([&] { at.dialog.mapModel.setMap(&at.dialog.objects); });
@@ -154,7 +154,7 @@ double showList()
 
 double renameObject()
 {
-    Desk &at = desk();
+    DialogFixture &at = desk();
     const QModelIndex index = at.dialog.mapModel.index(count / 2, 0);
     return at.timeToPaint([&] { at.dialog.mapModel.setData(index, newName()); });
 }
@@ -173,7 +173,7 @@ double scrollList()
 
 double showTable()
 {
-    Desk &at = desk();
+    DialogFixture &at = desk();
     at.dialog.polygonModel.setPolygon(nullptr);
     at.paint();
     return at.timeToPaint([&] { at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]); });
@@ -181,7 +181,7 @@ double showTable()
 
 double renameVertex()
 {
-    Desk &at = desk();
+    DialogFixture &at = desk();
     at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]);
     at.paint();
     const QModelIndex index = at.dialog.polygonModel.index(5, at.dialog.polygonModel.columnCount() - 3);

@@ -11,9 +11,9 @@
 
 #include "gdalreader.h"
 #include "machine.h"
-#include "mapfiles.h"
 #include "readers.h"
-#include "speedtable.h"
+#include "resulttable.h"
+#include "samplefiles.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -36,7 +36,7 @@ constexpr std::array<const char *, layouts.size()> layoutNames{"mosaic", "disjoi
                                                                "column", "jittered", "stray"};
 const QStringList formats{QStringLiteral("MIF"), QStringLiteral("DXF")};
 
-struct MapFile
+struct SampleFile
 {
     QString format;
     Layout layout;
@@ -57,8 +57,8 @@ struct MapFile
 struct Series
 {
     QString name;
-    QVector<MapFile> files;
-    MapFile mosaic; ///< the largest of the same format that is one
+    QVector<SampleFile> files;
+    SampleFile mosaic; ///< the largest of the same format that is one
 };
 
 /// Shows the medians as they come, and keeps them.
@@ -89,7 +89,7 @@ private:
     QHash<QString, benchmark::UserCounters> m_medians;
 };
 
-void writeFile(const MapFiles &files, const MapFile &file)
+void writeFile(const SampleFiles &files, const SampleFile &file)
 {
     if (file.paths.size() == 2)
         files.writeMif(file.paths.first());
@@ -97,31 +97,31 @@ void writeFile(const MapFiles &files, const MapFile &file)
         files.writeDxf(file.paths.first());
 }
 
-QVector<MapFile> writeFiles(const QTemporaryDir &folder, const QVector<int> &vertexCounts)
+QVector<SampleFile> writeFiles(const QTemporaryDir &folder, const QVector<int> &vertexCounts)
 {
-    QVector<MapFile> written;
+    QVector<SampleFile> written;
     for (const int count : vertexCounts) {
         for (size_t i = 0; i < layouts.size(); ++i) {
             const QString base =
                 folder.filePath(QStringLiteral("%1_%2").arg(QLatin1String(layoutNames.at(i))).arg(count));
-            const MapFiles files(layouts.at(i), count);
-            written << MapFile{
+            const SampleFiles files(layouts.at(i), count);
+            written << SampleFile{
                 formats[0], layouts.at(i), count, {base + QStringLiteral(".mif"), base + QStringLiteral(".mid")}};
             writeFile(files, written.last());
-            written << MapFile{formats[1], layouts.at(i), count, {base + QStringLiteral(".dxf")}};
+            written << SampleFile{formats[1], layouts.at(i), count, {base + QStringLiteral(".dxf")}};
             writeFile(files, written.last());
         }
     }
     return written;
 }
 
-QVector<Series> seriesOf(const QVector<MapFile> &files)
+QVector<Series> seriesOf(const QVector<SampleFile> &files)
 {
     QVector<Series> all;
     for (const QString &format : formats) {
         for (size_t i = 0; i < layouts.size(); ++i) {
             Series series{format + QLatin1Char('/') + QLatin1String(layoutNames.at(i)), {}, {}};
-            for (const MapFile &file : files) {
+            for (const SampleFile &file : files) {
                 if (file.format == format && file.layout == layouts.at(i))
                     series.files << file;
             }
@@ -145,7 +145,7 @@ std::string nameOfGrowth(int vertexCount)
 /// Sums up the seconds of imports of one file.
 struct Imports
 {
-    const MapFile &file;
+    const SampleFile &file;
     double seconds = 0;
     int count = 0;
 
@@ -160,7 +160,7 @@ struct Imports
 
 // Smaller files are imported several times before the largest one and as often after it: one import of them is too
 // short to be compared.
-std::vector<Imports> importAll(const QVector<MapFile> &files, const std::function<void()> &importLargest)
+std::vector<Imports> importAll(const QVector<SampleFile> &files, const std::function<void()> &importLargest)
 {
     constexpr int mostTimes = 10;
     std::vector<Imports> smaller;
@@ -178,7 +178,7 @@ std::vector<Imports> importAll(const QVector<MapFile> &files, const std::functio
 
 void measureRound(const Series &series, benchmark::UserCounters &counters)
 {
-    const MapFile &largest = series.files.last();
+    const SampleFile &largest = series.files.last();
     Imports imports{largest};
     Imports mosaic{series.mosaic};
     double lines = 0;
@@ -227,7 +227,7 @@ double memoryOfImport(const QString &path)
 }
 
 // The program itself, started anew: `import_bench --memory file`.
-double memoryOf(const MapFile &file)
+double memoryOf(const SampleFile &file)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -239,11 +239,11 @@ double memoryOf(const MapFile &file)
 
 SpeedRow rowOf(const Series &series, const MedianReporter &measured)
 {
-    const MapFile &largest = series.files.last();
+    const SampleFile &largest = series.files.last();
     SpeedRow row;
     row.format = largest.format;
     row.layout = largest.layout;
-    for (const MapFile &file : series.files) {
+    for (const SampleFile &file : series.files) {
         row.imports << measured.median(series, nameOfImport(file.vertexCount));
         row.growths << measured.median(series, nameOfGrowth(file.vertexCount));
     }
@@ -270,7 +270,7 @@ void printTable(const QVector<int> &vertexCounts, bool tableOnly)
     QVector<SpeedRow> rows;
     for (const Series &series : all)
         rows << rowOf(series, measured);
-    std::cout << speedTable(rows, vertexCounts).toStdString();
+    std::cout << resultTable(rows, vertexCounts).toStdString();
 }
 
 // Google Benchmark takes its own options away, of which this one cannot be set otherwise.

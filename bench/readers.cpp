@@ -1,7 +1,9 @@
 #include "readers.h"
 
 #include "machine.h"
-#include "mapimport.h"
+#include "mapimport_dxf.h"
+#include "mapimport_mif.h"
+#include "mapimport_status.h"
 
 #include <QTextStream>
 

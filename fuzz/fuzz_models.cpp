@@ -68,8 +68,8 @@ private:
 
     void dropObjects()
     {
-        m_vertices.dropPolygon();
-        m_list.dropMap();
+        m_vertices.detachPolygon();
+        m_list.detachMap();
         m_isShown = false;
     }
 

@@ -104,7 +104,7 @@ void checkPasses(const Options &options, const Run &run, Format format)
 void checkStart(const Run &run)
 {
     QVector<DefPoint> sorted = run.read;
-    std::stable_sort(sorted.begin(), sorted.end(), sortsBefore);
+    std::stable_sort(sorted.begin(), sorted.end(), lessNanLast);
     QVector<DefPoint> kept;
     for (const DefPoint &point : qAsConst(sorted)) {
         if (kept.isEmpty() || !(kept.last() == point))
@@ -165,7 +165,7 @@ private:
         }
         require(vertex.def == numbered(m_options.pointPref, m_next), "a vertex at a new place has the next number");
         ++m_next;
-        m_points.insert(std::lower_bound(m_points.begin(), m_points.end(), vertex, sortsBefore), vertex);
+        m_points.insert(std::lower_bound(m_points.begin(), m_points.end(), vertex, lessNanLast), vertex);
     }
 
     const Options &m_options;

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "input.h"
-#include "mapimport.h"
+#include "mapimport_dxf.h"
+#include "mapimport_mif.h"
+#include "mapimport_status.h"
 #include "testing.h"
 
 #include <QStringList>
@@ -100,7 +102,7 @@ public:
         importer.objects = &run.objects;
         run.ok = importer.importMap();
         run.messages = host.messages();
-        run.known = importer.knownPoints();
+        run.known = knownPoints(importer);
         run.pointStartNum = importer.pointStartNum;
         run.objectStartNum = importer.objectStartNum;
         return run;

@@ -130,22 +130,12 @@ void sortObjects(QVector<DefPolygon> &objects)
 void sortPoints(QVector<DefPoint> &points)
 {
     // Not operator<: a file may say "nan", for which that is no order, and std::sort would run out of its range.
-    std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return sortsBefore(a, b); });
-}
-
-void sortAppended(QVector<DefPoint> &points, int sorted)
-{
-    // Of equal points the one that came last stands first, and the sorts below keep what is equal in its order.
-    const auto tail = points.begin() + sorted;
-    std::reverse(tail, points.end());
-    std::stable_sort(tail, points.end(), sortsBefore);
-    std::rotate(points.begin(), tail, points.end());
-    std::inplace_merge(points.begin(), points.begin() + (points.end() - tail), points.end(), sortsBefore);
+    std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return lessNanLast(a, b); });
 }
 
 // Written by hand, since std::lower_bound may refuse texts that come unsorted, and their answer depends on the very
 // steps.
-int lowerBound(const QVector<DefPoint> &points, double x)
+int bisectByX(const QVector<DefPoint> &points, double x)
 {
     int first = 0;
     int count = points.size();
@@ -163,7 +153,7 @@ int lowerBound(const QVector<DefPoint> &points, double x)
 
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p)
 {
-    const int bound = lowerBound(points, p.x());
+    const int bound = bisectByX(points, p.x());
     Nearest nearest(p);
     if (bound < points.size())
         nearest.examine(points.at(bound));

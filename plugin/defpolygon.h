@@ -69,7 +69,7 @@ void sortObjects(QVector<DefPolygon> &objects);
 void sortPoints(QVector<DefPoint> &points);
 
 /// The order of sortPoints().
-inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
+inline bool lessNanLast(const DefPoint &a, const DefPoint &b)
 {
     if (a.x < b.x || b.x < a.x)
         return a.x < b.x;
@@ -78,13 +78,9 @@ inline bool sortsBefore(const DefPoint &a, const DefPoint &b)
     return a.y < b.y || (std::isnan(b.y) && !std::isnan(a.y));
 }
 
-/// Sorts \a points of which those from \a sorted on have been appended one by one: as if each had been inserted before
-/// the first that is not less than it.
-void sortAppended(QVector<DefPoint> &points, int sorted);
-
 /// The place of the first of \a points, sorted by x, whose x is not less than \a x; their number when there is none.
 /// In another order it is where the same bisection ends.
-int lowerBound(const QVector<DefPoint> &points, double x);
+int bisectByX(const QVector<DefPoint> &points, double x);
 
 /// The point nearest to \a p among \a points, which are sorted by x; null when none has a finite distance.
 ///

@@ -50,10 +50,10 @@ void DefPolygonTableModel::setPolygon(DefPolygon *p)
     endResetModel();
 }
 
-void DefPolygonTableModel::dropPolygon()
+void DefPolygonTableModel::detachPolygon()
 {
     polygon = nullptr;
-    forgetPlaces();
+    invalidateConflictIndex();
 }
 
 void DefPolygonTableModel::refresh()
@@ -65,7 +65,7 @@ void DefPolygonTableModel::refresh()
 void DefPolygonTableModel::rebuildRows()
 {
     rows.clear();
-    forgetPlaces();
+    invalidateConflictIndex();
     if (polygon == nullptr)
         return;
     for (int c = 0; c < polygon->contours.size(); ++c) {
@@ -98,21 +98,21 @@ const DefPoint &DefPolygonTableModel::vertex(int row) const
 }
 
 // Whoever changes the contours gets contours of its own, as long as they are shared.
-void DefPolygonTableModel::findPlaces() const
+void DefPolygonTableModel::ensureConflictIndex() const
 {
     if (placedContours.isSharedWith(polygon->contours))
         return;
-    defPlaces.emplace(rows.size());
+    conflictIndex.emplace(rows.size());
     for (int row = 0; row < rows.size(); ++row) {
         if (hasVertex(row))
-            (*defPlaces)[vertex(row).def].add(vertex(row));
+            (*conflictIndex)[vertex(row).def].add(vertex(row));
     }
     placedContours = polygon->contours;
 }
 
-void DefPolygonTableModel::forgetPlaces()
+void DefPolygonTableModel::invalidateConflictIndex()
 {
-    defPlaces.reset();
+    conflictIndex.reset();
     placedContours.clear();
 }
 
@@ -120,8 +120,8 @@ bool DefPolygonTableModel::isConflictingPoint(int row) const
 {
     if (!hasVertex(row) || vertex(row).def.isEmpty())
         return false;
-    findPlaces();
-    return defPlaces->at(vertex(row).def).isConflict(vertex(row));
+    ensureConflictIndex();
+    return conflictIndex->at(vertex(row).def).isConflict(vertex(row));
 }
 
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static): an operation of the model
@@ -198,7 +198,7 @@ bool DefPolygonTableModel::setData(const QModelIndex &index, const QVariant &val
     const QString text = value.toString();
     if (text == vertex(index.row()).def)
         return false;
-    forgetPlaces();
+    invalidateConflictIndex();
     const RowInfo info = rows.at(index.row());
     polygon->contours[info.contourIndex][info.vertexIndex].def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});

@@ -22,12 +22,12 @@ public:
 
     /// Lets go of the objects before their owner replaces them. Nothing is signalled: views keep what they have
     /// painted, and every row they still ask for is empty until the next setMap().
-    void dropMap();
+    void detachMap();
 
     /// True when another object has the designation of this \a row, ignoring case; an empty one is never a duplicate.
     ///
     /// Another import and another order of the objects are noticed; for a designation that is written past the model
-    /// see DefCounts::isOf().
+    /// see DuplicateIndex::isCurrent().
     bool isDuplicateDef(int row) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -39,10 +39,10 @@ public:
 
 private:
     bool hasObject(int row) const { return map != nullptr && row >= 0 && row < map->size(); }
-    bool isCounted(int row) const { return defCounts.has_value() && defCounts->isOf(*map, row); }
+    bool isCounted(int row) const { return duplicateIndex.has_value() && duplicateIndex->isCurrent(*map, row); }
 
     QVector<DefPolygon> *map = nullptr;
-    mutable std::optional<DefCounts> defCounts; ///< of the map; made when they are asked for
+    mutable std::optional<DuplicateIndex> duplicateIndex; ///< of the map; made when they are asked for
 };
 
 /// Which vertex a row of the vertex table shows; both -1 in the row that separates two contours.
@@ -75,7 +75,7 @@ public:
 
     /// Lets go of the object before its owner destroys it. Nothing is signalled: the rows stay, empty and read-only,
     /// until the next setPolygon().
-    void dropPolygon();
+    void detachPolygon();
 
     /// Shows what now stands where the object stood, after its owner has put another there. Without an object it does
     /// nothing.
@@ -111,8 +111,8 @@ private:
     bool isSeparator(int row) const;
     bool hasVertex(int row) const;
     const DefPoint &vertex(int row) const;
-    void findPlaces() const;
-    void forgetPlaces();
+    void ensureConflictIndex() const;
+    void invalidateConflictIndex();
     QVariant vertexBackground(int row) const;
     bool hasValue(int column) const;
     QString vertexText(const DefPoint &vertex, int column, bool localized) const;
@@ -124,8 +124,9 @@ private:
     int maxColNum = 2; ///< the last column of the table
     QVector<RowInfo> rows;
     QMap<int, QString> fieldNumValueMap;
-    mutable std::optional<DefMap<DefPlaces>> defPlaces; ///< of the vertices in the rows; made when they are asked for
-    mutable QVector<QVector<DefPoint>> placedContours;  ///< where they were found; shared with those of the object
+    mutable std::optional<DefMap<ConflictIndex>>
+        conflictIndex;                                 ///< of the vertices in the rows; made when they are asked for
+    mutable QVector<QVector<DefPoint>> placedContours; ///< where they were found; shared with those of the object
 
     static double s_coordPrecision;
 };

@@ -10,7 +10,7 @@
 
 namespace {
 
-bool isOnMap(const DefPoint &vertex)
+bool isFinite(const DefPoint &vertex)
 {
     return std::isfinite(vertex.x) && std::isfinite(vertex.y);
 }
@@ -19,7 +19,7 @@ bool isOnMap(const DefPoint &vertex)
 
 // A comparison folds each code unit by itself, ß never to two, and the second half of a surrogate pair as the character
 // that the pair stands for.
-quint32 DefHash::operator()(const QString &def) const
+quint32 CaseFoldHash::operator()(const QString &def) const
 {
     // Nobody who writes a file knows the seed, by which he could give all designations one hash.
     static const auto seed = static_cast<quint32>(qGlobalQHashSeed());
@@ -34,7 +34,9 @@ quint32 DefHash::operator()(const QString &def) const
     return hash ^ (hash >> 16U); // the lowest bits, which choose a slot, have seen the lowest bits only
 }
 
-DefCounts::DefCounts(const QVector<DefPolygon> &objects) : m_first(objects.constData()), m_counts(objects.size())
+DuplicateIndex::DuplicateIndex(const QVector<DefPolygon> &objects)
+    : m_first(objects.constData()),
+      m_counts(objects.size())
 {
     m_defs.reserve(objects.size());
     for (const DefPolygon &object : objects) {
@@ -43,7 +45,7 @@ DefCounts::DefCounts(const QVector<DefPolygon> &objects) : m_first(objects.const
     }
 }
 
-bool DefCounts::isOf(const QVector<DefPolygon> &objects, int row) const
+bool DuplicateIndex::isCurrent(const QVector<DefPolygon> &objects, int row) const
 {
     if (objects.constData() != m_first || objects.size() != m_defs.size())
         return false;
@@ -54,18 +56,18 @@ bool DefCounts::isOf(const QVector<DefPolygon> &objects, int row) const
     return std::equal(objects.begin(), objects.end(), m_defs.begin(), isCounted);
 }
 
-void DefCounts::rename(int row, const QString &def)
+void DuplicateIndex::rename(int row, const QString &def)
 {
     --m_counts[m_defs.at(row)];
     ++m_counts[def];
     m_defs[row] = def;
 }
 
-void DefPlaces::add(const DefPoint &vertex)
+void ConflictIndex::add(const DefPoint &vertex)
 {
     ++m_count;
-    if (!isOnMap(vertex)) {
-        ++m_offMap;
+    if (!isFinite(vertex)) {
+        ++m_nonFiniteCount;
         return;
     }
     m_left = std::min(m_left, vertex.x);
@@ -75,11 +77,11 @@ void DefPlaces::add(const DefPoint &vertex)
 }
 
 // No vertex differs more from this one than a side of the box does, also as rounded. It does not conflict with itself.
-bool DefPlaces::isConflict(const DefPoint &vertex) const
+bool ConflictIndex::isConflict(const DefPoint &vertex) const
 {
-    if (!isOnMap(vertex))
+    if (!isFinite(vertex))
         return m_count > 1;
-    if (m_offMap > 0)
+    if (m_nonFiniteCount > 0)
         return true;
     const double dx = std::max(m_right - vertex.x, vertex.x - m_left);
     const double dy = std::max(m_top - vertex.y, vertex.y - m_bottom);

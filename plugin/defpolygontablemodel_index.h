@@ -10,7 +10,7 @@
 #include <vector>
 
 /// True when the models take two designations for one.
-struct SameDef
+struct CaseInsensitiveEqual
 {
     bool operator()(const QString &a, const QString &b) const
     {
@@ -19,7 +19,7 @@ struct SameDef
 };
 
 /// A number that is the same for designations that are one.
-struct DefHash
+struct CaseFoldHash
 {
     quint32 operator()(const QString &def) const;
 };
@@ -45,7 +45,7 @@ public:
     /// The value of \a def, which is made when there is none. It moves when another is made.
     Value &operator[](const QString &def)
     {
-        const quint32 hash = DefHash()(def);
+        const quint32 hash = CaseFoldHash()(def);
         Slot &slot = m_slots[slotOf(def, hash)];
         if (slot.isFree()) {
             slot = {hash, static_cast<int>(m_entries.size())};
@@ -60,7 +60,7 @@ public:
     /// The value of \a def, which was made.
     const Value &at(const QString &def) const
     {
-        const quint32 hash = DefHash()(def);
+        const quint32 hash = CaseFoldHash()(def);
         return m_entries.at(m_slots[slotOf(def, hash)].place()).value;
     }
 
@@ -92,7 +92,7 @@ private:
 
     bool isSlotOf(const Slot &slot, const QString &def, quint32 hash) const
     {
-        return slot.hash == hash && SameDef()(m_entries[slot.place()].def, def);
+        return slot.hash == hash && CaseInsensitiveEqual()(m_entries[slot.place()].def, def);
     }
 
     void grow()
@@ -109,18 +109,18 @@ private:
 };
 
 /// Which of many designations occur more than once. Empty ones are counted like any other.
-class DefCounts
+class DuplicateIndex
 {
 public:
     /// Counts the designations of \a objects.
-    explicit DefCounts(const QVector<DefPolygon> &objects);
+    explicit DuplicateIndex(const QVector<DefPolygon> &objects);
 
     /// False when the designations of \a objects are not those that were counted. What is asked next is \a row.
     ///
     /// Up to fullCheckSize objects are looked through, so that any change is found. Of more objects only their place in
     /// memory, their number and the \a row itself are looked at: another import and another order are found, but not
     /// a designation that was written into another row past rename().
-    bool isOf(const QVector<DefPolygon> &objects, int row) const;
+    bool isCurrent(const QVector<DefPolygon> &objects, int row) const;
 
     /// True when the designation of \a row was counted more than once.
     bool isDuplicate(int row) const { return m_counts.at(m_defs.at(row)) > 1; }
@@ -138,7 +138,7 @@ private:
 };
 
 /// Where the vertices of one designation lie.
-class DefPlaces
+class ConflictIndex
 {
 public:
     void add(const DefPoint &vertex);
@@ -155,5 +155,5 @@ private:
     double m_bottom = infinity;
     double m_top = -infinity;
     int m_count = 0;
-    int m_offMap = 0; ///< how many of them are not in the box
+    int m_nonFiniteCount = 0; ///< how many of them are not in the box
 };

@@ -14,14 +14,14 @@ void DefMapTableModel::setMap(QVector<DefPolygon> *newMap)
 {
     beginResetModel();
     map = newMap;
-    defCounts.reset();
+    duplicateIndex.reset();
     endResetModel();
 }
 
-void DefMapTableModel::dropMap()
+void DefMapTableModel::detachMap()
 {
     map = nullptr;
-    defCounts.reset();
+    duplicateIndex.reset();
 }
 
 bool DefMapTableModel::isDuplicateDef(int row) const
@@ -29,8 +29,8 @@ bool DefMapTableModel::isDuplicateDef(int row) const
     if (!hasObject(row) || map->at(row).def.isEmpty())
         return false;
     if (!isCounted(row))
-        defCounts.emplace(*map);
-    return defCounts->isDuplicate(row);
+        duplicateIndex.emplace(*map);
+    return duplicateIndex->isDuplicate(row);
 }
 
 int DefMapTableModel::rowCount(const QModelIndex &parent) const
@@ -63,9 +63,9 @@ bool DefMapTableModel::setData(const QModelIndex &index, const QVariant &value, 
     if (text == def)
         return false;
     if (isCounted(index.row()))
-        defCounts->rename(index.row(), text);
+        duplicateIndex->rename(index.row(), text);
     else
-        defCounts.reset();
+        duplicateIndex.reset();
     def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
     // A rename makes and ends duplicates anywhere in the list.

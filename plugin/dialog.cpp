@@ -1,6 +1,7 @@
 #include "dialog.h"
 
-#include "mapimport.h"
+#include "mapimport_dxf.h"
+#include "mapimport_mif.h"
 #include "ui_dialog.h"
 
 #include <QFileDialog>
@@ -18,7 +19,7 @@ void enlargeFont(QFont &font)
 
 } // namespace
 
-int FirstColumns::columnCount(const QModelIndex &parent) const
+int ColumnLimitProxyModel::columnCount(const QModelIndex &parent) const
 {
     return qMin(QIdentityProxyModel::columnCount(parent), maxCount);
 }
@@ -71,7 +72,7 @@ void Dialog::on_pointFileButton_clicked()
     chooseFile(ui->pointFileNameEdit);
 }
 
-void Dialog::handOptionsOver(MapImport &importer)
+void Dialog::applyOptions(MapImport &importer)
 {
     importer.objectFileName = ui->objectFileNameEdit->text();
     if (ui->usePointFileCheck->isChecked())
@@ -93,8 +94,8 @@ void Dialog::on_startButton_clicked()
     if (isProcessing)
         return;
     const QScopedValueRollback<bool> processing(isProcessing, true);
-    polygonModel.dropPolygon();
-    mapModel.dropMap();
+    polygonModel.detachPolygon();
+    mapModel.detachMap();
     objects.clear();
     fieldNumValueMap.clear();
 
@@ -102,7 +103,7 @@ void Dialog::on_startButton_clicked()
         importer = std::make_unique<DxfImport>();
     else
         importer = std::make_unique<MifImport>();
-    handOptionsOver(*importer);
+    applyOptions(*importer);
     importer->importMap();
     if (objects.isEmpty())
         return;
@@ -123,10 +124,10 @@ void Dialog::showObjects()
 
 QAbstractItemModel *Dialog::shownTable()
 {
-    if (polygonModel.columnCount() <= FirstColumns::maxCount)
+    if (polygonModel.columnCount() <= ColumnLimitProxyModel::maxCount)
         return &polygonModel;
-    firstColumns.setSourceModel(&polygonModel);
-    return &firstColumns;
+    columnLimit.setSourceModel(&polygonModel);
+    return &columnLimit;
 }
 
 // A row of the list may be older than the objects, which grow while a run is on its way.

@@ -2,7 +2,7 @@
 
 #include "defpolygon.h"
 #include "defpolygontablemodel.h"
-#include "dialog_defdelegate.h"
+#include "dialog_elidingdelegate.h"
 
 #include <QDialog>
 #include <QIdentityProxyModel>
@@ -21,7 +21,7 @@ class Dialog;
 }
 
 /// The first columns of a table, as many as a view can be given: it lays out each of them, seen or not.
-class FirstColumns : public QIdentityProxyModel
+class ColumnLimitProxyModel : public QIdentityProxyModel
 {
     Q_OBJECT
 
@@ -84,13 +84,13 @@ private Q_SLOTS:
 
 private:
     void chooseFile(QLineEdit *edit);
-    void handOptionsOver(MapImport &importer);
+    void applyOptions(MapImport &importer);
     void showObjects();
     QAbstractItemModel *shownTable();
 
     DefDelegate defDelegate;             ///< of the list
-    BeginningDelegate cellDelegate;      ///< of the table
-    FirstColumns firstColumns;           ///< of polygonModel, when the host's columns lie very far apart
+    ElidingDelegate cellDelegate;        ///< of the table
+    ColumnLimitProxyModel columnLimit;   ///< of polygonModel, when the host's columns lie very far apart
     std::unique_ptr<MapImport> importer; ///< kept after a run that brought no objects, until the next run
     bool isProcessing = false;           ///< the host may run an event loop while it takes a message
 };

@@ -1,7 +1,7 @@
 #include "importplugin.h"
 
 #include "dialog.h"
-#include "mapimport.h"
+#include "mapimport_status.h"
 
 #include <new>
 

@@ -1,5 +1,7 @@
 #include "mapimport.h"
 
+#include "mapimport_status.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QTextCodec>
@@ -42,7 +44,7 @@ void MapImport::setEncoding(const QByteArray &name)
         codec = found;
 }
 
-bool MapImport::failInFile(const QString &text) const
+bool MapImport::failWithFileName(const QString &text) const
 {
     showStatus(text.arg(QDir::toNativeSeparators(file.fileName())));
     return false;
@@ -59,7 +61,7 @@ bool MapImport::readFile(const QString &fileName, Pass pass)
 {
     file.setFileName(fileName);
     if (!openText(file)) {
-        failInFile(QStringLiteral("Ошибка открытия файла %1"));
+        failWithFileName(QStringLiteral("Ошибка открытия файла %1"));
         return true;
     }
     stream.setDevice(&file, codec);
@@ -75,7 +77,7 @@ bool MapImport::runPass(Pass pass)
     try {
         return (this->*pass)();
     } catch (const std::bad_alloc &) {
-        return failInFile(QStringLiteral("Недостаточно памяти для чтения файла %1"));
+        return failWithFileName(QStringLiteral("Недостаточно памяти для чтения файла %1"));
     }
 }
 
@@ -86,20 +88,7 @@ bool MapImport::importMap()
         return false;
     sortPoints(points);
     points.erase(std::unique(points.begin(), points.end()), points.end());
-    const bool ok = readFile(objectFileName, &MapImport::loadPolygons);
-    closePoints = CloseSearch();
-    sortAppended(points, points.size() - appendedCount);
-    appendedCount = 0;
-    return ok;
-}
-
-// Inserting each new point at its place would move half of the others each time. So they wait at the end, and are
-// sorted in when somebody asks for the order.
-QVector<DefPoint> MapImport::knownPoints() const
-{
-    QVector<DefPoint> sorted = points;
-    sortAppended(sorted, sorted.size() - appendedCount);
-    return sorted;
+    return readFile(objectFileName, &MapImport::loadPolygons);
 }
 
 void MapImport::appendEmptyPolygon()
@@ -123,14 +112,13 @@ void MapImport::reserveVerts(int count)
 
 QString MapImport::vertexDef(double x, double y)
 {
-    if (closePoints.count() != points.size())
-        closePoints.reset(points);
-    const DefPoint *const known = closePoints.find(points, x, y);
+    if (pointIndex.count() != points.size())
+        pointIndex.reset(points);
+    const DefPoint *const known = pointIndex.find(points, x, y);
     if (known != nullptr)
         return known->def;
     points.append(DefPoint{numbered(pointPref, pointStartNum), x, y});
-    ++appendedCount;
-    closePoints.addLast(points);
+    pointIndex.addLast(points);
     return points.last().def;
 }
 

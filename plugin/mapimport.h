@@ -1,27 +1,15 @@
 #pragma once
 
 #include "defpolygon.h"
-#include "defpolygon_search.h"
-#include "defpolygon_walk.h"
+#include "defpolygon_index.h"
 #include "mapimport_lines.h"
 
 #include <QByteArray>
 #include <QFile>
-#include <QHash>
-#include <QSet>
 #include <QString>
 #include <QVector>
 
-#include <array>
-#include <memory>
-
 class QTextCodec;
-
-/// Remembers the host's callback for showStatus(); null means that messages are dropped.
-void setStatusFunc(void (*func)(const QString &));
-
-/// Hands one message to the host, as it stands.
-void showStatus(const QString &text);
 
 /// Reads a file of objects, and the known points before it, into objects with numbered vertices.
 ///
@@ -54,9 +42,9 @@ public:
 
     QVector<DefPolygon> *objects = nullptr; ///< where the run appends its objects; the caller's
 
-    /// The known points: in order those that were read and all that were numbered since; in the order of the file
-    /// after a points pass that failed.
-    QVector<DefPoint> knownPoints() const;
+    /// The known points: those that were read, sorted, then those that appendVert() numbered, in that order. After a
+    /// points pass that failed they are in file order.
+    QVector<DefPoint> points;
 
 protected:
     /// Reads known points from the start of `stream` into `points`, in any order.
@@ -81,14 +69,13 @@ protected:
     /// Opens \a file for reading, if it is a file that has an end.
     static bool openText(QFile &file);
     /// Tells the host \a text with the name of the file being read as its %1; always false.
-    bool failInFile(const QString &text) const;
+    bool failWithFileName(const QString &text) const;
 
-    QVector<DefPoint> points; ///< known points; sorted, but for those that appendVert() has put at the end since
-    LineReader stream;        ///< reads `file`
-    QStringView line;         ///< the last line read; valid until the next line but one is read
-    int lineNum = 0;          ///< its number, from 1
-    QTextCodec *codec;        ///< of the files; never null, not owned
-    QByteArray encoding;      ///< the name last given to setEncoding(), as it was given
+    LineReader stream;   ///< reads `file`
+    QStringView line;    ///< the last line read; valid until the next line but one is read
+    int lineNum = 0;     ///< its number, from 1
+    QTextCodec *codec;   ///< of the files; never null, not owned
+    QByteArray encoding; ///< the name last given to setEncoding(), as it was given
     QFile file;
 
 private:
@@ -99,141 +86,5 @@ private:
     QString vertexDef(double x, double y);
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 
-    CloseSearch closePoints; ///< finds among `points` while vertices are numbered
-    int appendedCount = 0;   ///< how many of `points` appendVert() has put at the end
-};
-
-/// Reads a MIF file and the MID file of the same name.
-class MifImport : public MapImport
-{
-public:
-    MifImport();
-
-protected:
-    bool loadPoints() override;
-    bool loadPolygons() override;
-
-private:
-    using Reader = bool (MifImport::*)();
-    using Readers = QHash<QString, Reader>;
-
-    bool readTokenizeMifLine(bool tokenize);
-    bool checkMifFile();
-    bool checkHeaderLine(const QString &keyword);
-
-    bool openMidFile();
-    bool readMidLine();
-    bool readMidDef(QString *def);
-    QString extractDef(QStringView record) const;
-    bool hasToken(int i, double &number) const;
-    bool hasToken(int i, int &number) const;
-
-    bool readPoint();
-    bool readLine();
-    bool readVert(bool closing);
-    bool readSub(int count, bool closeLast);
-    bool readCountedSub(int minCount, bool closeLast);
-    bool readPline();
-    bool readPlineMultiple();
-    bool readRegion();
-
-    bool loadPoint();
-    bool loadLine();
-    bool loadPline();
-    bool loadRegion();
-    bool loadObjectDef();
-    bool skipRecord();
-
-    bool loadPass(bool searchDefs, const Readers &readers);
-    void skipHeader();
-    bool readData(const Readers &readers);
-
-    QSet<QString> objectKeywords; ///< first words of lines that begin an object
-    QChar delimiter;              ///< of the fields of a MID record; from the header
-    QChar tokenSeparator;         ///< of the words of a MIF line
-    Words tokens;                 ///< words of the last line that was split; valid as long as the line
-    QString keyword;              ///< first word of such a line, in upper case
-    QFile midFile;                ///< open while designations are looked up
-    LineReader midStream;
-    QStringView midLine; ///< the last record, trimmed; valid until the next but one is read
-    int midLineNo = 0;   ///< its number, from 1
-};
-
-/// Reads an ASCII DXF drawing: designations are the texts that lie nearest.
-class DxfImport : public MapImport
-{
-public:
-    /// Adds every vertex of every object to the known points, without duplicates.
-    void pointsFromPolygons();
-
-protected:
-    bool loadPoints() override;
-    bool loadPolygons() override;
-
-private:
-    using Reader = bool (DxfImport::*)();
-    struct Entity
-    {
-        QLatin1String name;
-        Reader read;
-    };
-    using Entities = QVector<Entity>; ///< the few that a pass reads
-
-    /// The group codes that mean something here; the coordinates come first, as they stand in Coordinates.
-    enum Group { X, Y, X2, Y2, Begin, Text, Name, Flags, HorizontalAlignment, VerticalAlignment, Count, Other };
-    using Coordinates = std::array<double, 4>;
-
-    /// The groups of one TEXT; of a group that is repeated the last.
-    struct TextGroups
-    {
-        unsigned present = 0; ///< which there are, a bit for each group
-        unsigned numbers = 0; ///< of which coordinates the value is a number
-        Coordinates at{};
-        int alignment[2] = {0, 0};
-        QString text;
-    };
-
-    static Group groupOf(unsigned tens, unsigned ones);
-    bool readCode();
-    bool readCodeValue();
-    QStringView anyValue() const { return trimmedLine(value); } ///< of the current pair, whatever its code
-    void pushBack();
-    bool checkDxfFile();
-    QString decodeText(const QString &s) const;
-
-    bool readCoordinates(Coordinates &coordinates, int count);
-    bool readPoint();
-    bool readVertex();
-    bool readVertices(bool &closed);
-    bool readLine();
-    bool readPolyline();
-    bool readLwpolyline();
-    bool readLwVertices(bool &closed);
-    bool finishContour(bool closed);
-    bool readText();
-    bool readTextGroups(TextGroups &groups);
-    void takeTextGroup(TextGroups &groups) const;
-
-    bool loadPoint();
-    bool loadLine();
-    bool loadPolyline();
-    bool loadLwpolyline();
-
-    bool loadTextsOnly();
-    bool loadEntities(const Entities &entities);
-    bool scanSections(const Entities &entities);
-    bool readEntity(const Entities &entities);
-    void filterObjectDefs();
-    void updatePointsDefs();
-    void updateLastPolygonDef();
-
-    const DefPoint *lastPolygonText();
-
-    Group code = Other;      ///< of the current pair
-    QStringView value;       ///< of the current pair; valid until the next is read; trimmed, unless the code is Other
-    bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
-    QString pushedBackValue; ///< what value points to then
-    QVector<DefPoint> texts; ///< what the drawing says, and where
-    std::unique_ptr<NearestSearch> textSearch; ///< over the texts, once they stay as they are, if they are sorted
-    std::unique_ptr<WalkSearch> textWalk;      ///< if they are not
+    KnownPointIndex pointIndex; ///< of `points` while vertices are numbered
 };

@@ -10,7 +10,7 @@
 //
 // The functions stand in the order in which the data travels: pair, text, entity; the passes have a file of their own.
 
-#include "mapimport.h"
+#include "mapimport_dxf.h"
 
 #include <QRegularExpression>
 #include <QTextCodec>
@@ -125,7 +125,7 @@ bool DxfImport::checkDxfFile()
 {
     const bool ok = readCodeValue() && code == Begin && value == QLatin1String("SECTION") && readCodeValue() &&
                     code == Name && value == QLatin1String("HEADER");
-    return ok || failInFile(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"));
+    return ok || failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"));
 }
 
 // Replaces the codes of special characters and of single bytes; all other formatting stays as it is written.

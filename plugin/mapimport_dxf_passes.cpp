@@ -1,8 +1,8 @@
 // The passes over a DXF drawing: points and texts, texts alone, objects; and how texts become designations.
 
-#include "mapimport.h"
-
 #include "digit.h"
+#include "mapimport_dxf.h"
+#include "mapimport_status.h"
 
 #include <algorithm>
 
@@ -129,10 +129,8 @@ bool DxfImport::loadPolygons()
             loadTextsOnly();
         }
         filterObjectDefs();
-        if (std::is_sorted(texts.begin(), texts.end(), sortsBefore))
-            textSearch = std::make_unique<NearestSearch>(texts);
-        else
-            textWalk = std::make_unique<WalkSearch>(texts);
+        if (std::is_sorted(texts.begin(), texts.end(), lessNanLast))
+            textIndex = std::make_unique<NearestPointIndex>(texts);
     }
     return loadEntities({{QLatin1String("LINE"), &DxfImport::loadLine},
                          {QLatin1String("POLYLINE"), &DxfImport::loadPolyline},
@@ -145,7 +143,7 @@ void DxfImport::updatePointsDefs()
     if (points.isEmpty() || texts.isEmpty())
         return;
     sortPoints(texts);
-    const NearestSearch search(texts);
+    const NearestPointIndex search(texts);
     for (DefPoint &point : points) {
         const DefPoint *const text = search.find(QPointF(point.x, point.y));
         if (text != nullptr)
@@ -170,7 +168,7 @@ const DefPoint *DxfImport::lastPolygonText()
     // Stored vertices may have been exchanged, texts never are.
     const QPointF m = objects->last().centroid();
     const QPointF p = swapXY ? QPointF(m.y(), m.x()) : m;
-    return textSearch ? textSearch->find(p) : textWalk->find(p);
+    return textIndex ? textIndex->find(p) : findNearestPoint(texts, p);
 }
 
 void DxfImport::updateLastPolygonDef()

@@ -1,7 +1,7 @@
 #include "mapimport_lines.h"
 
 #include "digit.h"
-#include "mapimport_codepage.h"
+#include "mapimport_decoder.h"
 
 #include <QIODevice>
 #include <QString>
@@ -81,11 +81,11 @@ bool LineReader::fill()
     const int size = static_cast<int>(count);
     if (m_detectUnicode) { // a byte-order mark at the start of the text has the last word
         m_codec = QTextCodec::codecForUtfText(QByteArray::fromRawData(bytes, size), m_codec);
-        m_codePage = std::make_unique<CodePage>(m_codec);
+        m_decoder = std::make_unique<SingleByteDecoder>(m_codec);
     }
     m_detectUnicode = false;
-    if (m_codePage->isValid())
-        m_codePage->appendTo(m_buffer, bytes, size);
+    if (m_decoder->isValid())
+        m_decoder->appendTo(m_buffer, bytes, size);
     else
         m_buffer += m_codec->toUnicode(bytes, size, m_state.get()).remove(QLatin1Char('\r'));
     return true;
@@ -94,7 +94,7 @@ bool LineReader::fill()
 // A line that the buffer does not hold to its end.
 QStringView LineReader::readLongLine()
 {
-    m_kept.swap(m_buffer); // both keep their memory
+    m_previousBuffer.swap(m_buffer); // both keep their memory
     m_buffer.setUnicode(m_next, static_cast<int>(m_end - m_next));
     int searched = 0;
     int end = -1;
@@ -107,7 +107,7 @@ QStringView LineReader::readLongLine()
     return m_next == m_buffer.constData() ? QStringView() : QStringView(m_buffer).left(end < 0 ? searched : end);
 }
 
-void Words::split(QStringView line)
+void Tokens::split(QStringView line)
 {
     const QChar *const end = line.end();
     m_size = 0;

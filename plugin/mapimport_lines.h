@@ -8,7 +8,7 @@
 #include <cstring>
 #include <memory>
 
-class CodePage;
+class SingleByteDecoder;
 class QIODevice;
 
 /// As QChar::isSpace(); what ASCII prints is told with one comparison, European letters with one more.
@@ -82,15 +82,15 @@ private:
     bool m_detectUnicode = true; ///< the text may still begin with a byte-order mark
     bool m_exhausted = false;    ///< the device gives no more, be it at its end or broken
     std::unique_ptr<QTextCodec::ConverterState> m_state;
-    std::unique_ptr<const CodePage> m_codePage; ///< of the codec, from the first piece on
-    QString m_buffer;              ///< what has been decoded, from the line that m_kept does not hold to its end
-    QString m_kept;                ///< the piece before, in which the line before may still be looked at
+    std::unique_ptr<const SingleByteDecoder> m_decoder; ///< of the codec, from the first piece on
+    QString m_buffer;         ///< what has been decoded, from the line that m_previousBuffer does not hold to its end
+    QString m_previousBuffer; ///< the piece before, in which the line before may still be looked at
     const QChar *m_next = nullptr; ///< where the next line begins in m_buffer
     const QChar *m_end = nullptr;  ///< the end of m_buffer
 };
 
 /// The words of a line, which stand between white space. They point into the line.
-class Words
+class Tokens
 {
 public:
     /// Splits \a line; an empty line has one empty word.

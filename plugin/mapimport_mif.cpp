@@ -11,7 +11,9 @@
 //
 // The functions stand in the order in which the data travels: line, header, record, vertex, object, pass.
 
-#include "mapimport.h"
+#include "mapimport_mif.h"
+
+#include "mapimport_status.h"
 
 #include <QDir>
 #include <QTextCodec>
@@ -56,7 +58,7 @@ bool MifImport::checkMifFile()
 {
     if (!checkHeaderLine(QStringLiteral("VERSION")) || !checkHeaderLine(QStringLiteral("CHARSET")) ||
         !checkHeaderLine(QStringLiteral("DELIMITER")))
-        return failInFile(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF"));
+        return failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF"));
     QString quoted = tokens[1].toString();
     quoted.remove(QLatin1Char('"')).remove(QLatin1Char(' '));
     delimiter = quoted.isEmpty() ? QChar() : quoted.at(0);

@@ -97,7 +97,7 @@ public:
     }
 
     QStringList objects() const { return described(polygons); }
-    QStringList points() const { return described(import.knownPoints()); }
+    QStringList points() const { return described(knownPoints(import)); }
     QStringList messages() const { return host.messages(); }
 
     DxfImport import;

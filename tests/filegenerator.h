@@ -1,6 +1,6 @@
 #pragma once
 
-#include "naiveimport.h"
+#include "referenceimport.h"
 
 #include <QPair>
 #include <QRandomGenerator>

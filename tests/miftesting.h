@@ -30,7 +30,7 @@ struct MifRun
     }
 
     QString objectText() const { return described(objects).join(QLatin1Char('\n')); }
-    QString pointText() const { return described(import.knownPoints()).join(QLatin1Char('\n')); }
+    QString pointText() const { return described(knownPoints(import)).join(QLatin1Char('\n')); }
 
     const StatusRecorder host;
     const TextFixture files;

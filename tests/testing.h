@@ -1,12 +1,16 @@
 #pragma once
 
-#include "mapimport.h"
+#include "mapimport_dxf.h"
+#include "mapimport_mif.h"
+#include "mapimport_status.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTextCodec>
+
+#include <algorithm>
 
 /// \a count characters out of \a alphabet; the same for the same \a random.
 inline QString randomText(QRandomGenerator &random, const QString &alphabet, int count)
@@ -39,6 +43,21 @@ private:
         return texts;
     }
 };
+
+/// \a points in the order of sortPoints(), equal ones by designation.
+inline QVector<DefPoint> sortedByDef(QVector<DefPoint> points)
+{
+    std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) {
+        return lessNanLast(a, b) || (!lessNanLast(b, a) && a.def < b.def);
+    });
+    return points;
+}
+
+/// The known points of \a import after a run, sorted.
+inline QVector<DefPoint> knownPoints(const MapImport &import)
+{
+    return sortedByDef(import.points);
+}
 
 /// Writes input files into a folder of its own, which goes with it.
 class TextFixture

@@ -69,8 +69,6 @@ private Q_SLOTS:
     void pointsAreSorted_data();
     void pointsAreSorted();
     void manyPointsWithoutNumbersAreSorted();
-    void pointIsInserted_data();
-    void pointIsInserted();
 };
 
 void tst_DefPolygonSort::objectsAreSorted_data()
@@ -242,40 +240,6 @@ void tst_DefPolygonSort::manyPointsWithoutNumbersAreSorted()
     QCOMPARE(xs.mid(429, 143), QVector<double>(143, infinite));
     for (int i = 572; i < 1001; ++i)
         QVERIFY(std::isnan(xs.at(i)));
-}
-
-void tst_DefPolygonSort::pointIsInserted_data()
-{
-    QTest::addColumn<Places>("places");
-    QTest::addColumn<QPointF>("place");
-    QTest::addColumn<QString>("order");
-
-    const Places row{{1, 0}, {2, 0}, {2, 0}, {2, 5}, {3, 0}};
-    const Places mixed{{-infinite, 0}, {0, 0},          {0, notANumber},
-                       {infinite, 0},  {notANumber, 0}, {notANumber, notANumber}};
-    QTest::newRow("into none") << Places{} << QPointF(1, 1) << QStringLiteral("new");
-    QTest::newRow("before all") << row << QPointF(0, 9) << QStringLiteral("new 0 1 2 3 4");
-    QTest::newRow("between two") << row << QPointF(1.5, 0) << QStringLiteral("0 new 1 2 3 4");
-    QTest::newRow("by y") << row << QPointF(2, 4) << QStringLiteral("0 1 2 new 3 4");
-    QTest::newRow("before its equals") << row << QPointF(2, 0) << QStringLiteral("0 new 1 2 3 4");
-    QTest::newRow("after all") << row << QPointF(3, 1) << QStringLiteral("0 1 2 3 4 new");
-    QTest::newRow("number among others") << mixed << QPointF(1, 0) << QStringLiteral("0 1 2 new 3 4 5");
-    QTest::newRow("y after infinity") << mixed << QPointF(infinite, 1) << QStringLiteral("0 1 2 3 new 4 5");
-    QTest::newRow("x not a number") << mixed << QPointF(notANumber, 1) << QStringLiteral("0 1 2 3 4 new 5");
-    QTest::newRow("neither a number") << mixed << QPointF(notANumber, notANumber) << QStringLiteral("0 1 2 3 4 new 5");
-    QTest::newRow("y not a number") << mixed << QPointF(-infinite, notANumber) << QStringLiteral("0 new 1 2 3 4 5");
-}
-
-void tst_DefPolygonSort::pointIsInserted()
-{
-    QFETCH(Places, places);
-    QFETCH(QPointF, place);
-    QVector<DefPoint> points = pointsAt(places);
-
-    points.append(pointAt(place, QStringLiteral("new")));
-    sortAppended(points, places.size());
-
-    QTEST(orderOf(points), "order");
 }
 
 QTEST_GUILESS_MAIN(tst_DefPolygonSort)

@@ -261,7 +261,7 @@ void tst_DefPolygonTableModelEdit::droppedObjectIsEmpty()
     Table table(QStringLiteral("н1 0 0 | н1 9 9"));
     const ModelLog log(table.model);
 
-    table.model.dropPolygon();
+    table.model.detachPolygon();
 
     QCOMPARE(table.model.rowCount(), 3);
     QCOMPARE(table.model.columnCount(), 3);
@@ -280,7 +280,7 @@ void tst_DefPolygonTableModelEdit::droppedObjectIsEmpty()
 void tst_DefPolygonTableModelEdit::anotherObjectIsShownAfterDrop()
 {
     Table table(QStringLiteral("н1 0 0, н2 1 1"));
-    table.model.dropPolygon();
+    table.model.detachPolygon();
     table.object = objectOf(QStringLiteral("н5 0 0"));
     const ModelLog log(table.model);
 
@@ -306,7 +306,7 @@ void tst_DefPolygonTableModelEdit::refreshShowsWhatStandsThereNow()
 void tst_DefPolygonTableModelEdit::refreshAfterDropDoesNothing()
 {
     Table table(QStringLiteral("н1 0 0"));
-    table.model.dropPolygon();
+    table.model.detachPolygon();
     const ModelLog log(table.model);
 
     table.model.refresh();

@@ -80,7 +80,7 @@ bool isDuplicate(const Objects &objects, int row)
 }
 
 /// The rows of which counts and a scan say different things.
-QVector<int> contested(const DefCounts &counts, const Objects &objects)
+QVector<int> contested(const DuplicateIndex &counts, const Objects &objects)
 {
     QVector<int> rows;
     for (int row = 0; row < objects.size(); ++row) {
@@ -122,7 +122,7 @@ void tst_DefPolygonTableModelIndex::sameDesignationsHaveOneHash()
     std::sort(texts.begin(), texts.end(),
               [](const QString &a, const QString &b) { return QString::compare(a, b, Qt::CaseInsensitive) < 0; });
 
-    const DefHash hash;
+    const CaseFoldHash hash;
     int alike = 0;
     for (int i = 1; i < texts.size(); ++i) {
         if (!isSame(texts.at(i - 1), texts.at(i)))
@@ -138,7 +138,7 @@ void tst_DefPolygonTableModelIndex::pairsOfSurrogatesHaveHashesOfTheirOwn()
 {
     QSet<std::size_t> hashes;
     for (uint codePoint = 0x20000; codePoint < 0x20400; ++codePoint)
-        hashes.insert(DefHash()(textOf(codePoint)));
+        hashes.insert(CaseFoldHash()(textOf(codePoint)));
 
     QCOMPARE(hashes.size(), 0x400);
 }
@@ -170,7 +170,7 @@ void tst_DefPolygonTableModelIndex::foldingIsThatOfTheComparison()
     QFETCH(QString, b);
     QFETCH(bool, same);
 
-    const DefCounts counts({DefPolygon{a, {}}, DefPolygon{b, {}}});
+    const DuplicateIndex counts({DefPolygon{a, {}}, DefPolygon{b, {}}});
 
     QCOMPARE(counts.isDuplicate(0), same);
     QCOMPARE(counts.isDuplicate(1), same);
@@ -216,14 +216,14 @@ void tst_DefPolygonTableModelIndex::countsAreThoseOfAScan()
     QFETCH(int, size);
     Numbers numbers(1);
     Objects objects = anyObjects(numbers, size);
-    DefCounts counts(objects);
+    DuplicateIndex counts(objects);
     QCOMPARE(contested(counts, objects), QVector<int>());
 
     for (int renamed = 0; renamed < 40; ++renamed) {
         const int row = static_cast<int>(numbers() % static_cast<unsigned>(size));
         objects[row].def = anyDef(numbers);
         counts.rename(row, objects.at(row).def);
-        QVERIFY(counts.isOf(objects, row));
+        QVERIFY(counts.isCurrent(objects, row));
         QCOMPARE(contested(counts, objects), QVector<int>());
     }
 }
@@ -271,38 +271,38 @@ void tst_DefPolygonTableModelIndex::changedObjectsAreOthers()
     Objects objects;
     for (int i = 1; i <= 4; ++i)
         objects.append(DefPolygon{QStringLiteral("н%1").arg(i), {}});
-    const DefCounts counts(objects);
-    QVERIFY(counts.isOf(objects, 0));
+    const DuplicateIndex counts(objects);
+    QVERIFY(counts.isCurrent(objects, 0));
 
     change(objects);
 
-    QTEST(counts.isOf(objects, 0), "same");
+    QTEST(counts.isCurrent(objects, 0), "same");
 }
 
 // Of many objects only the row that is asked for is looked at, which finds another order and another import.
 void tst_DefPolygonTableModelIndex::changedTextIsFoundInManyObjects()
 {
     Objects objects;
-    for (int i = 0; i <= DefCounts::fullCheckSize; ++i)
+    for (int i = 0; i <= DuplicateIndex::fullCheckSize; ++i)
         objects.append(DefPolygon{QStringLiteral("н%1").arg(i), {}});
-    const DefCounts counts(objects);
+    const DuplicateIndex counts(objects);
 
     objects[2].def = QStringLiteral("н%1").arg(2); // as another import would write it
 
-    QVERIFY(!counts.isOf(objects, 2));
-    QVERIFY(counts.isOf(objects, 1));
+    QVERIFY(!counts.isCurrent(objects, 2));
+    QVERIFY(counts.isCurrent(objects, 1));
     objects.removeLast();
-    QVERIFY(!counts.isOf(objects, 1));
+    QVERIFY(!counts.isCurrent(objects, 1));
 }
 
 void tst_DefPolygonTableModelIndex::textOfAnotherRowIsFoundInFewer()
 {
-    Objects objects(DefCounts::fullCheckSize, DefPolygon{QStringLiteral("н1"), {}});
-    const DefCounts counts(objects);
+    Objects objects(DuplicateIndex::fullCheckSize, DefPolygon{QStringLiteral("н1"), {}});
+    const DuplicateIndex counts(objects);
 
     objects[2].def = QStringLiteral("н2");
 
-    QVERIFY(!counts.isOf(objects, 1));
+    QVERIFY(!counts.isCurrent(objects, 1));
 }
 
 void tst_DefPolygonTableModelIndex::placesAreThoseOfAScan_data()
@@ -327,7 +327,7 @@ void tst_DefPolygonTableModelIndex::placesAreThoseOfAScan()
 
     for (int round = 0; round < 2000; ++round) {
         QVector<DefPoint> vertices;
-        DefPlaces places;
+        ConflictIndex places;
         for (auto i = 1 + numbers() % 5; i > 0; --i) {
             vertices.append(DefPoint{QString(), anyCoordinate(numbers, values), anyCoordinate(numbers, values)});
             places.add(vertices.last());

@@ -364,7 +364,7 @@ void tst_DefMapTableModel::droppedObjectsAreEmpty()
     const QModelIndex kept = list.row(0);
     const ModelLog log(list.model);
 
-    list.model.dropMap();
+    list.model.detachMap();
 
     QCOMPARE(list.model.rowCount(), 0);
     QCOMPARE(list.model.columnCount(), 1);
@@ -379,7 +379,7 @@ void tst_DefMapTableModel::droppedObjectsAreEmpty()
 void tst_DefMapTableModel::objectsAreShownAgainAfterDrop()
 {
     List list({QStringLiteral("н1"), QStringLiteral("н1"), QStringLiteral("н3")});
-    list.model.dropMap();
+    list.model.detachMap();
     list.objects = objectsNamed({QStringLiteral("ЗУ1")});
     const ModelLog log(list.model);
 

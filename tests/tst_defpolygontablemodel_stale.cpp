@@ -216,7 +216,7 @@ void tst_DefPolygonTableModelStale::droppedObjectsMayGo()
         Objects objects = objectsOf(QStringLiteral("н1 Н1 н3"));
         model.setMap(&objects);
         QVERIFY(model.isDuplicateDef(0));
-        model.dropMap();
+        model.detachMap();
     }
     QVERIFY(!model.isDuplicateDef(0));
 
@@ -322,7 +322,7 @@ void tst_DefPolygonTableModelStale::droppedObjectMayGo()
         DefPolygon object = objectOf(QStringLiteral("н1 0 0, н1 5 5"));
         model.setPolygon(&object);
         QCOMPARE(conflictsOf(model), QStringLiteral("xx"));
-        model.dropPolygon();
+        model.detachPolygon();
     }
     QCOMPARE(conflictsOf(model), QStringLiteral(".."));
 

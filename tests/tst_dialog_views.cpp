@@ -1,6 +1,6 @@
 #include "viewtesting.h"
 
-#include "dialog_defdelegate.h"
+#include "dialog_elidingdelegate.h"
 
 #include <QSignalSpy>
 
@@ -191,7 +191,7 @@ void tst_DialogViews::longDesignationIsShownInPart()
     const int width = listOf(dialog)->sizeHintForColumn(0);
 
     for (const QAbstractItemView *const view : viewsOf(dialog)) {
-        const auto *const delegate = qobject_cast<const BeginningDelegate *>(view->itemDelegate());
+        const auto *const delegate = qobject_cast<const ElidingDelegate *>(view->itemDelegate());
         QVERIFY(delegate != nullptr);
         QVERIFY(delegate->displayText(longDef, QLocale::c()).size() < 1000);
     }

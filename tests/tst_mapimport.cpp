@@ -160,7 +160,7 @@ void tst_MapImport::newImporterHasNoOptions()
     QCOMPARE(import.pointStartNum, 0);
     QCOMPARE(import.objectStartNum, 0);
     QVERIFY(import.objects == nullptr);
-    QVERIFY(import.knownPoints().isEmpty());
+    QVERIFY(knownPoints(import).isEmpty());
     QCOMPARE(import.codec, QTextCodec::codecForLocale());
 }
 
@@ -294,7 +294,7 @@ void tst_MapImport::failedPassEndsTheRun()
 
     QCOMPARE(run.import.passes.size(), passes);
     QCOMPARE(described(run.objects), objects);
-    QCOMPARE(described(run.import.knownPoints()), QStringList{QStringLiteral("A 1 2")});
+    QCOMPARE(described(knownPoints(run.import)), QStringList{QStringLiteral("A 1 2")});
     QVERIFY(!run.import.file.isOpen());
     QVERIFY2(host.messages().isEmpty(), "the pass tells its failure itself");
 }
@@ -334,7 +334,7 @@ void tst_MapImport::pointsOfAnEarlierRunAreForgotten()
     QVERIFY(run.import.importMap());
 
     QVERIFY(run.import.pointsBefore.isEmpty());
-    QVERIFY(run.import.knownPoints().isEmpty());
+    QVERIFY(knownPoints(run.import).isEmpty());
     QCOMPARE(run.import.pointStartNum, 0);
 }
 
@@ -389,8 +389,8 @@ void tst_MapImport::oneOfEqualPointsStays()
 
     QVERIFY(run.import.importMap());
 
-    QCOMPARE(run.import.knownPoints().size(), 1);
-    const QString def = run.import.knownPoints().first().def;
+    QCOMPARE(knownPoints(run.import).size(), 1);
+    const QString def = knownPoints(run.import).first().def;
     QVERIFY(def == QLatin1String("A") || def == QLatin1String("B"));
 }
 

@@ -23,9 +23,9 @@ protected:
 };
 
 /// An importer with points from «н1» and objects from «ЗУ5», and the objects it builds.
-struct Building
+struct ImportFixture
 {
-    Building()
+    ImportFixture()
     {
         import.objects = &objects;
         import.pointPref = QStringLiteral("н");
@@ -41,7 +41,7 @@ struct Building
     }
 
     QStringList objectTexts() const { return described(objects); }
-    QStringList pointTexts() const { return described(import.knownPoints()); }
+    QStringList pointTexts() const { return described(knownPoints(import)); }
 
     QVector<DefPolygon> objects;
     OpenImport import;
@@ -83,7 +83,7 @@ private Q_SLOTS:
 
 void tst_MapImportBuild::objectAndContourAreAppended()
 {
-    Building b;
+    ImportFixture b;
     b.objects = {DefPolygon{QStringLiteral("before"), {}}};
 
     b.import.appendEmptyPolygon();
@@ -97,7 +97,7 @@ void tst_MapImportBuild::objectAndContourAreAppended()
 
 void tst_MapImportBuild::ringIsNumbered()
 {
-    Building b;
+    ImportFixture b;
     b.beginObject();
 
     b.import.appendVert(0, 0, false);
@@ -113,7 +113,7 @@ void tst_MapImportBuild::ringIsNumbered()
 
 void tst_MapImportBuild::nextObjectSharesNumbers()
 {
-    Building b;
+    ImportFixture b;
     b.beginObject();
     b.import.appendVert(0, 0, false);
     b.import.appendVert(10, 0, false);
@@ -155,7 +155,7 @@ void tst_MapImportBuild::tolerance()
     QFETCH(QPointF, first);
     QFETCH(QPointF, second);
     QFETCH(bool, shared);
-    Building b;
+    ImportFixture b;
     b.beginObject();
 
     b.import.appendVert(first.x(), first.y(), false);
@@ -165,20 +165,20 @@ void tst_MapImportBuild::tolerance()
     QCOMPARE(contour.at(1).def, shared ? QStringLiteral("н1") : QStringLiteral("н2"));
     QCOMPARE(QPointF(contour.at(1).x, contour.at(1).y), second);
     QCOMPARE(b.import.pointStartNum, shared ? 2 : 3);
-    QCOMPARE(b.import.knownPoints().size(), shared ? 1 : 2);
+    QCOMPARE(knownPoints(b.import).size(), shared ? 1 : 2);
 }
 
 // A lies within the tolerance on both axes, but B is nearer and outside of it.
 void tst_MapImportBuild::onlyTheNearestPointIsTested()
 {
-    Building b;
+    ImportFixture b;
     b.import.points = {pointAt(QStringLiteral("B"), 0, 0.011), pointAt(QStringLiteral("A"), 0.0095, -0.0095)};
     b.beginObject();
 
     b.import.appendVert(0, 0, false);
 
     QCOMPARE(b.objectTexts(), QStringList{QStringLiteral("- [н1 0 0]")});
-    QCOMPARE(b.import.knownPoints().size(), 3);
+    QCOMPARE(knownPoints(b.import).size(), 3);
 }
 
 void tst_MapImportBuild::knownDesignationIsCopied_data()
@@ -195,7 +195,7 @@ void tst_MapImportBuild::knownDesignationIsCopied_data()
 void tst_MapImportBuild::knownDesignationIsCopied()
 {
     QFETCH(QString, def);
-    Building b;
+    ImportFixture b;
     b.import.points = {pointAt(def, 1, 2)};
     b.beginObject();
 
@@ -206,7 +206,7 @@ void tst_MapImportBuild::knownDesignationIsCopied()
     QCOMPARE(vertex.def.isNull(), def.isNull());
     QCOMPARE(vertex.x, 1.005);
     QCOMPARE(b.import.pointStartNum, 1);
-    QCOMPARE(b.import.knownPoints().size(), 1);
+    QCOMPARE(knownPoints(b.import).size(), 1);
 }
 
 void tst_MapImportBuild::closingVertexRepeatsTheFirst_data()
@@ -224,7 +224,7 @@ void tst_MapImportBuild::closingVertexRepeatsTheFirst()
 {
     QFETCH(QPointF, closing);
     QFETCH(QString, contour);
-    Building b;
+    ImportFixture b;
     b.beginObject();
     b.import.appendVert(5, 5, false);
     b.import.appendVert(6, 6, false);
@@ -242,7 +242,7 @@ void tst_MapImportBuild::closingVertexRepeatsTheFirst()
 
 void tst_MapImportBuild::newPointsAreKeptSorted()
 {
-    Building b;
+    ImportFixture b;
     b.beginObject();
 
     b.import.appendVert(5, 5, false);
@@ -269,7 +269,7 @@ void tst_MapImportBuild::vertexThatIsNoNumberIsNumbered_data()
 void tst_MapImportBuild::vertexThatIsNoNumberIsNumbered()
 {
     QFETCH(double, value);
-    Building b;
+    ImportFixture b;
     b.beginObject();
     b.import.appendVert(1, 1, false);
     b.import.appendVert(3, 3, false);
@@ -297,7 +297,7 @@ void tst_MapImportBuild::vertexIsSwappedAndPointIsNot()
 {
     QFETCH(bool, swapXY);
     QFETCH(QString, object);
-    Building b;
+    ImportFixture b;
     b.import.swapXY = swapXY;
     b.import.points = {pointAt(QStringLiteral("A"), 1, 2), pointAt(QStringLiteral("B"), 2, 1)};
     b.beginObject();
@@ -336,7 +336,7 @@ void tst_MapImportBuild::numberFollowsThePrefix()
     QFETCH(QString, prefix);
     QFETCH(int, number);
     QFETCH(QString, def);
-    Building b;
+    ImportFixture b;
     b.import.pointPref = b.import.objectPref = prefix;
     b.import.pointStartNum = b.import.objectStartNum = number;
     b.beginObject();
@@ -345,7 +345,7 @@ void tst_MapImportBuild::numberFollowsThePrefix()
     b.import.setLastPolygonDef(QString());
 
     QCOMPARE(b.objects.last().contours.last().last().def, def);
-    QCOMPARE(b.import.knownPoints().last().def, def);
+    QCOMPARE(knownPoints(b.import).last().def, def);
     QCOMPARE(b.objects.last().def, def);
     QCOMPARE(b.import.pointStartNum, number + 1);
     QCOMPARE(b.import.objectStartNum, number + 1);
@@ -370,7 +370,7 @@ void tst_MapImportBuild::objectIsNamed()
     QFETCH(QString, def);
     QFETCH(QString, name);
     QFETCH(int, next);
-    Building b;
+    ImportFixture b;
     b.import.appendEmptyPolygon();
 
     b.import.setLastPolygonDef(def);
@@ -382,7 +382,7 @@ void tst_MapImportBuild::objectIsNamed()
 
 void tst_MapImportBuild::onlyTheLastObjectIsNamed()
 {
-    Building b;
+    ImportFixture b;
     b.import.appendEmptyPolygon();
     b.import.setLastPolygonDef(QStringLiteral("A"));
     b.import.appendEmptyPolygon();

@@ -122,7 +122,7 @@ void tst_MapImport_DxfEntities::badPointIsToldOnce()
     QVERIFY(!dxf.run(drawing(lineEntity)));
 
     QCOMPARE(dxf.messages(), QStringList{readingError(line + 6)});
-    QCOMPARE(dxf.points().first(), QStringLiteral("(7 8)"));
+    QCOMPARE(described(dxf.import.points.first()), QStringLiteral("(7 8)"));
     QCOMPARE(dxf.objects(), QStringList());
 }
 

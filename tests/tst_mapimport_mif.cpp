@@ -185,7 +185,7 @@ void tst_MapImportMif::withoutDataLineNothingIsRead()
     QVERIFY(run.import.importMap());
 
     QVERIFY(run.objects.isEmpty());
-    QVERIFY(run.import.knownPoints().isEmpty());
+    QVERIFY(knownPoints(run.import).isEmpty());
     QVERIFY(run.host.messages().isEmpty());
 }
 

@@ -60,7 +60,7 @@ void tst_MapImportMifErrors::badPointEndsTheRun_data()
     QTest::newRow("word for y") << QStringLiteral("point 1 y") << 5 << QString();
     QTest::newRow("one word with comma") << QStringLiteral("POINT 1.5,2.5") << 5 << QString();
     QTest::newRow("after others, which stay") << QStringLiteral("POINT 9 9\n\nPOINT 1 1\n    SYMBOL (35,0,12)\nPOINT 2")
-                                              << 9 << QStringLiteral("A 9 9\nB 1 1");
+                                              << 9 << QStringLiteral("B 1 1\nA 9 9");
 }
 
 // The objects are not tried though there is one.

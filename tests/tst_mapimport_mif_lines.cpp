@@ -67,7 +67,7 @@ void tst_MapImportMifLines::numberIsRead()
         QCOMPARE(object.contours.first().at(1).y, number);
     }
     bool known = false;
-    for (const DefPoint &point : run.import.knownPoints())
+    for (const DefPoint &point : knownPoints(run.import))
         known = known || (point.def == QLatin1String("A") && qFuzzyCompare(point.y, 7));
     QVERIFY(known);
 }
@@ -111,7 +111,7 @@ void tst_MapImportMifLines::otherTextIsNoNumber()
         QVERIFY2(!run.import.importMap(), qPrintable(c.first));
 
         QCOMPARE(run.host.messages(), QStringList{c.second});
-        QVERIFY(run.import.knownPoints().isEmpty());
+        QVERIFY(knownPoints(run.import).isEmpty());
     }
 }
 

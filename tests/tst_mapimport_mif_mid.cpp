@@ -80,8 +80,8 @@ void tst_MapImportMifMid::designationIsTheFirstField()
 
     QVERIFY(run.import.importMap());
 
-    QCOMPARE(run.import.knownPoints().first().def, def);
-    QCOMPARE(run.import.knownPoints().first().def.isNull(), def.isEmpty());
+    QCOMPARE(knownPoints(run.import).first().def, def);
+    QCOMPARE(knownPoints(run.import).first().def.isNull(), def.isEmpty());
     QCOMPARE(run.objects.size(), 1);
     QCOMPARE(run.objects.first().def, def.isEmpty() ? QStringLiteral("generated1") : def);
     QVERIFY(run.host.messages().isEmpty());
@@ -210,7 +210,7 @@ void tst_MapImportMifMid::missingFileEndsTheRun()
     const QString name = QDir::toNativeSeparators(run.files.path(told));
     QCOMPARE(run.host.messages(), QStringList{QStringLiteral("Ошибка открытия MID файла ") + name});
     QVERIFY(run.objects.isEmpty());
-    QVERIFY(run.import.knownPoints().isEmpty());
+    QVERIFY(knownPoints(run.import).isEmpty());
 }
 
 void tst_MapImportMifMid::fileIsNotNeededUnlessSearched_data()

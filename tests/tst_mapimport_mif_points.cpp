@@ -106,9 +106,9 @@ void tst_MapImportMifPoints::missingRecordOfAPoint_data()
 
     QTest::newRow("first") << QByteArray() << 1 << QStringLiteral("- 9 9");
     QTest::newRow("first is empty") << QByteArray("\nA\nB\n") << 1 << QStringLiteral("- 9 9");
-    QTest::newRow("second") << QByteArray("A\n") << 2 << QStringLiteral("A 9 9\n- 1 1");
-    QTest::newRow("second is empty") << QByteArray("A\n\nB\n") << 2 << QStringLiteral("A 9 9\n- 1 1");
-    QTest::newRow("second holds spaces") << QByteArray("A\n  \t\nB\n") << 2 << QStringLiteral("A 9 9\n- 1 1");
+    QTest::newRow("second") << QByteArray("A\n") << 2 << QStringLiteral("- 1 1\nA 9 9");
+    QTest::newRow("second is empty") << QByteArray("A\n\nB\n") << 2 << QStringLiteral("- 1 1\nA 9 9");
+    QTest::newRow("second holds spaces") << QByteArray("A\n  \t\nB\n") << 2 << QStringLiteral("- 1 1\nA 9 9");
 }
 
 void tst_MapImportMifPoints::missingRecordOfAPoint()

@@ -147,9 +147,9 @@ bool CommandLine::readColumns()
 // What a person enters in the dialog is not for the command line, unless it does without the person.
 bool CommandLine::checkUse()
 {
-    const QStringList strangers = m_parser.positionalArguments();
-    if (!strangers.isEmpty())
-        return fail(QStringLiteral("Unexpected argument \"%1\".").arg(strangers.first()));
+    const QStringList positional = m_parser.positionalArguments();
+    if (!positional.isEmpty())
+        return fail(QStringLiteral("Unexpected argument \"%1\".").arg(positional.first()));
     if (m_parser.isSet(strObjects)) {
         if (m_parser.value(strObjects).isEmpty())
             return fail(QStringLiteral("--objects needs the name of a file."));

@@ -1,11 +1,11 @@
-#include "naiveimport.h"
+#include "referenceimport.h"
 
 #include <QRegularExpression>
 #include <QTextCodec>
 
 #include <cmath>
 
-bool NaiveDxf::readPair()
+bool ReferenceDxf::readPair()
 {
     if (m_pushedBack) {
         m_pushedBack = false;
@@ -22,7 +22,7 @@ bool NaiveDxf::readPair()
     return true;
 }
 
-bool NaiveDxf::checkFile()
+bool ReferenceDxf::checkFile()
 {
     if (readPair() && m_code == QLatin1String("0") && m_value == QLatin1String("SECTION") && readPair() &&
         m_code == QLatin1String("2") && m_value == QLatin1String("HEADER"))
@@ -30,7 +30,7 @@ bool NaiveDxf::checkFile()
     return fail(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF").arg(fileName()));
 }
 
-QString NaiveDxf::decodeText(const QString &text) const
+QString ReferenceDxf::decodeText(const QString &text) const
 {
     QString decoded = text;
     decoded.replace(QStringLiteral("%%d"), QString(QChar(0xB0)));
@@ -48,7 +48,7 @@ QString NaiveDxf::decodeText(const QString &text) const
     return decoded;
 }
 
-bool NaiveDxf::readCoordinates(QSet<QString> required, QMap<QString, double> &values)
+bool ReferenceDxf::readCoordinates(QSet<QString> required, QMap<QString, double> &values)
 {
     const QSet<QString> wanted = required;
     bool ok = true;
@@ -68,7 +68,7 @@ bool NaiveDxf::readCoordinates(QSet<QString> required, QMap<QString, double> &va
     }
 }
 
-bool NaiveDxf::readPoint()
+bool ReferenceDxf::readPoint()
 {
     QMap<QString, double> at;
     if (!readCoordinates({QStringLiteral("10"), QStringLiteral("20")}, at))
@@ -80,7 +80,7 @@ bool NaiveDxf::readPoint()
     return true;
 }
 
-bool NaiveDxf::readVertex()
+bool ReferenceDxf::readVertex()
 {
     QMap<QString, double> at;
     if (!readCoordinates({QStringLiteral("10"), QStringLiteral("20")}, at))
@@ -89,7 +89,7 @@ bool NaiveDxf::readVertex()
     return true;
 }
 
-bool NaiveDxf::readLine()
+bool ReferenceDxf::readLine()
 {
     QMap<QString, double> at;
     const QSet<QString> required{QStringLiteral("10"), QStringLiteral("20"), QStringLiteral("11"),
@@ -103,7 +103,7 @@ bool NaiveDxf::readLine()
     return true;
 }
 
-bool NaiveDxf::readPolyline()
+bool ReferenceDxf::readPolyline()
 {
     appendEmptyPolygon();
     appendEmptyContour();
@@ -111,7 +111,7 @@ bool NaiveDxf::readPolyline()
     return readPolylineVertices(closed) && finishContour(closed);
 }
 
-bool NaiveDxf::readPolylineVertices(bool &closed)
+bool ReferenceDxf::readPolylineVertices(bool &closed)
 {
     if (m_stream.atEnd())
         return false;
@@ -131,7 +131,7 @@ bool NaiveDxf::readPolylineVertices(bool &closed)
     }
 }
 
-bool NaiveDxf::readLwpolyline()
+bool ReferenceDxf::readLwpolyline()
 {
     appendEmptyPolygon();
     appendEmptyContour();
@@ -139,7 +139,7 @@ bool NaiveDxf::readLwpolyline()
     return readLwpolylineVertices(closed) && finishContour(closed);
 }
 
-bool NaiveDxf::readLwpolylineVertices(bool &closed)
+bool ReferenceDxf::readLwpolylineVertices(bool &closed)
 {
     const QSet<QString> both{QStringLiteral("10"), QStringLiteral("20")};
     QSet<QString> required = both;
@@ -175,7 +175,7 @@ bool NaiveDxf::readLwpolylineVertices(bool &closed)
     }
 }
 
-bool NaiveDxf::finishContour(bool closed)
+bool ReferenceDxf::finishContour(bool closed)
 {
     QVector<DefPoint> &contour = lastContour();
     if (contour.size() < 2)
@@ -188,7 +188,7 @@ bool NaiveDxf::finishContour(bool closed)
     return true;
 }
 
-bool NaiveDxf::collectText(QMap<QString, QString> &groups)
+bool ReferenceDxf::collectText(QMap<QString, QString> &groups)
 {
     while (!m_stream.atEnd()) {
         if (!readPair())
@@ -202,7 +202,7 @@ bool NaiveDxf::collectText(QMap<QString, QString> &groups)
     return true;
 }
 
-bool NaiveDxf::readText()
+bool ReferenceDxf::readText()
 {
     QMap<QString, QString> groups;
     if (!collectText(groups))
@@ -235,12 +235,12 @@ bool NaiveDxf::readText()
     return true;
 }
 
-bool NaiveDxf::readError()
+bool ReferenceDxf::readError()
 {
     return fail(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(m_lineNum));
 }
 
-bool NaiveDxf::scan(Pass pass)
+bool ReferenceDxf::scan(Pass pass)
 {
     bool entities = false;
     bool ok = true;
@@ -260,7 +260,7 @@ bool NaiveDxf::scan(Pass pass)
     return ok || readError();
 }
 
-bool NaiveDxf::readEntity(Pass pass)
+bool ReferenceDxf::readEntity(Pass pass)
 {
     if (pass == Pass::Polygons)
         return readPolygon();
@@ -276,7 +276,7 @@ bool NaiveDxf::readEntity(Pass pass)
     return ok;
 }
 
-bool NaiveDxf::readPolygon()
+bool ReferenceDxf::readPolygon()
 {
     bool ok = false;
     if (m_value == QLatin1String("LINE"))
@@ -292,7 +292,7 @@ bool NaiveDxf::readPolygon()
     return ok;
 }
 
-bool NaiveDxf::loadPoints()
+bool ReferenceDxf::loadPoints()
 {
     if (!checkFile())
         return false;
@@ -300,7 +300,7 @@ bool NaiveDxf::loadPoints()
     return scan(Pass::Points);
 }
 
-bool NaiveDxf::loadPolygons()
+bool ReferenceDxf::loadPolygons()
 {
     if (!checkFile())
         return false;
@@ -315,7 +315,7 @@ bool NaiveDxf::loadPolygons()
     return scan(Pass::Polygons);
 }
 
-bool NaiveDxf::loadTextsOnly()
+bool ReferenceDxf::loadTextsOnly()
 {
     if (!scan(Pass::Texts))
         return false;
@@ -324,7 +324,7 @@ bool NaiveDxf::loadTextsOnly()
     return true;
 }
 
-void NaiveDxf::filterObjectDefs()
+void ReferenceDxf::filterObjectDefs()
 {
     static const QRegularExpression pointDef(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
     QVector<DefPoint> kept;
@@ -336,25 +336,26 @@ void NaiveDxf::filterObjectDefs()
         m_texts = kept;
 }
 
-void NaiveDxf::updatePointsDefs()
+void ReferenceDxf::updatePointsDefs()
 {
     if (m_out.points.isEmpty() || m_texts.isEmpty())
         return;
     sort(m_texts);
     for (DefPoint &point : m_out.points) {
-        const int nearest = naiveNearest(m_texts, point.x, point.y);
+        const int nearest = referenceNearest(m_texts, point.x, point.y);
         if (nearest >= 0)
             point.def = m_texts[nearest].def;
     }
 }
 
-void NaiveDxf::updateLastPolygonDef()
+void ReferenceDxf::updateLastPolygonDef()
 {
     QString def;
     if (m_options.searchObjectDefs) {
-        const QPointF centre = naiveCentroid(m_out.objects.last());
+        const QPointF centre = referenceCentroid(m_out.objects.last());
         const bool swapped = m_options.swapXY;
-        const int nearest = naiveNearest(m_texts, swapped ? centre.y() : centre.x(), swapped ? centre.x() : centre.y());
+        const int nearest =
+            referenceNearest(m_texts, swapped ? centre.y() : centre.x(), swapped ? centre.x() : centre.y());
         if (nearest >= 0)
             def = m_texts[nearest].def;
     }

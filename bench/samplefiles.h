@@ -23,13 +23,13 @@ constexpr std::array<Layout, 6> layouts{Layout::Mosaic, Layout::Disjoint,       
 /// A fifth of \a vertexCount is the number of plots, rings of five vertices; each has a designation, ":ЗУ1" and on.
 /// Nine of ten corners lie on a point with a name, "н1" and on, where a corner that plots share counts once. The outer
 /// border of a mosaic has points at two of its sides only, and a column at one of its ends.
-class MapFiles
+class SampleFiles
 {
 public:
-    MapFiles(Layout layout, int vertexCount);
-    ~MapFiles();
-    MapFiles(const MapFiles &) = delete;
-    MapFiles &operator=(const MapFiles &) = delete;
+    SampleFiles(Layout layout, int vertexCount);
+    ~SampleFiles();
+    SampleFiles(const SampleFiles &) = delete;
+    SampleFiles &operator=(const SampleFiles &) = delete;
 
     /// Writes a MIF file and the MID file beside it; \a path ends in ".mif". Like writeDxf() it ends the program when
     /// the file cannot be written.

@@ -39,7 +39,7 @@ struct Shown
 } // namespace
 
 /// What those see who look at a model as soon as it tells them something.
-class tst_DefPolygonTableModelTold : public QObject
+class tst_DefPolygonTableModelSignals : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private:
     }
 };
 
-void tst_DefPolygonTableModelTold::oldTextIsThereBeforeAReset()
+void tst_DefPolygonTableModelSignals::oldTextIsThereBeforeAReset()
 {
     QFETCH(bool, isTable);
     const Shown shown(isTable);
@@ -76,7 +76,7 @@ void tst_DefPolygonTableModelTold::oldTextIsThereBeforeAReset()
                            : (QStringList{QStringLiteral("ЗУ1"), QStringLiteral("ЗУ2")}));
 }
 
-void tst_DefPolygonTableModelTold::newTextIsThereWhenItIsTold()
+void tst_DefPolygonTableModelSignals::newTextIsThereWhenItIsTold()
 {
     QFETCH(bool, isTable);
     const Shown shown(isTable);
@@ -88,7 +88,7 @@ void tst_DefPolygonTableModelTold::newTextIsThereWhenItIsTold()
     QCOMPARE(seen, (QStringList{QStringLiteral("т"), QStringLiteral("т")}));
 }
 
-void tst_DefPolygonTableModelTold::rowAfterTheLastIsEmpty()
+void tst_DefPolygonTableModelSignals::rowAfterTheLastIsEmpty()
 {
     QFETCH(bool, isTable);
     const Shown shown(isTable);
@@ -100,5 +100,5 @@ void tst_DefPolygonTableModelTold::rowAfterTheLastIsEmpty()
     QVERIFY(!isTable || shown.model->flags(index) == Qt::NoItemFlags);
 }
 
-QTEST_GUILESS_MAIN(tst_DefPolygonTableModelTold)
-#include "tst_defpolygontablemodel_told.moc"
+QTEST_GUILESS_MAIN(tst_DefPolygonTableModelSignals)
+#include "tst_defpolygontablemodel_signals.moc"

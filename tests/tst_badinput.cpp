@@ -1,4 +1,4 @@
-#include "hostiletesting.h"
+#include "badinputfixture.h"
 
 #include <QProcess>
 #include <QTest>
@@ -64,7 +64,7 @@ private:
 };
 
 /// Has \a run read the file \a name of its folder; when that is not its file of objects, it is given one.
-void useFile(HostileRun &run, const QString &name)
+void useFile(BadInputFixture &run, const QString &name)
 {
     const QString objectFile = QFileInfo(run.import->objectFileName).fileName();
     if (name != objectFile)
@@ -77,7 +77,7 @@ void useFile(HostileRun &run, const QString &name)
 
 } // namespace
 
-class tst_HostileFiles : public QObject
+class tst_BadInput : public QObject
 {
     Q_OBJECT
 
@@ -99,7 +99,7 @@ private Q_SLOTS:
     void strangeCountEndsThePass();
 };
 
-void tst_HostileFiles::onlyAFileIsOpened_data()
+void tst_BadInput::onlyAFileIsOpened_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("name"); // of the file that is none
@@ -122,7 +122,7 @@ void tst_HostileFiles::onlyAFileIsOpened_data()
     }
 }
 
-void tst_HostileFiles::onlyAFileIsOpened()
+void tst_BadInput::onlyAFileIsOpened()
 {
     QFETCH(QString, kind);
     QFETCH(QString, name);
@@ -130,7 +130,7 @@ void tst_HostileFiles::onlyAFileIsOpened()
     QFETCH(QString, message);
     QFETCH(QString, objects);
     QFETCH(bool, ok);
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     useFile(run, name);
     const NoFile noFileAtAll(kind, run.files.path(name), run.files);
     if (kind == QLatin1String("locked") && QFile(run.files.path(name)).open(QIODevice::ReadOnly))
@@ -142,7 +142,7 @@ void tst_HostileFiles::onlyAFileIsOpened()
     QCOMPARE(run.objectText(), objects);
 }
 
-void tst_HostileFiles::fileThatGivesNothingIsEmpty_data()
+void tst_BadInput::fileThatGivesNothingIsEmpty_data()
 {
     QTest::addColumn<QString>("name"); // of the file
     QTest::addColumn<QString>("objectFile");
@@ -162,7 +162,7 @@ void tst_HostileFiles::fileThatGivesNothingIsEmpty_data()
 }
 
 // The memory of a process opens as a file, but nothing lies at its beginning.
-void tst_HostileFiles::fileThatGivesNothingIsEmpty()
+void tst_BadInput::fileThatGivesNothingIsEmpty()
 {
     QFETCH(QString, name);
     QFETCH(QString, objectFile);
@@ -171,7 +171,7 @@ void tst_HostileFiles::fileThatGivesNothingIsEmpty()
     QFile memory(QStringLiteral("/proc/self/mem"));
     if (!memory.open(QIODevice::ReadOnly) || memory.read(1).size() == 1)
         QSKIP("there is no file that opens and cannot be read");
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     useFile(run, name);
     QVERIFY(QFile::link(memory.fileName(), run.files.path(name)));
 
@@ -181,9 +181,9 @@ void tst_HostileFiles::fileThatGivesNothingIsEmpty()
     QCOMPARE(run.objectText(), objects);
 }
 
-void tst_HostileFiles::linkToAFileIsAFile()
+void tst_BadInput::linkToAFileIsAFile()
 {
-    HostileRun run(QStringLiteral("plan.mif"));
+    BadInputFixture run(QStringLiteral("plan.mif"));
     run.import->searchObjectDefs = true;
     for (const QString &end : {QStringLiteral(".mif"), QStringLiteral(".mid")}) {
         const QByteArray text = end == QLatin1String(".mif") ? mifHead + mifLine : QByteArray("Лес\n");
@@ -197,7 +197,7 @@ void tst_HostileFiles::linkToAFileIsAFile()
     QCOMPARE(run.objectText(), QStringLiteral("Лес [н1 0 0, н2 1 1]"));
 }
 
-void tst_HostileFiles::strangeDrawingIsSurvived_data()
+void tst_BadInput::strangeDrawingIsSurvived_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QStringList>("messages");
@@ -229,12 +229,12 @@ void tst_HostileFiles::strangeDrawingIsSurvived_data()
         << none << QStringLiteral("°A%").repeated(100000) + QStringLiteral(" [н1 0 0, н2 1 1]");
 }
 
-void tst_HostileFiles::strangeDrawingIsSurvived()
+void tst_BadInput::strangeDrawingIsSurvived()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QStringList, messages);
     QFETCH(QString, objects);
-    HostileRun run(QStringLiteral("plan.dxf"));
+    BadInputFixture run(QStringLiteral("plan.dxf"));
     run.import->searchObjectDefs = true;
     run.files.writeBytes(QStringLiteral("plan.dxf"), bytes);
 
@@ -244,7 +244,7 @@ void tst_HostileFiles::strangeDrawingIsSurvived()
     QVERIFY2(run.objectText() == objects, qPrintable(run.objectText().left(200)));
 }
 
-void tst_HostileFiles::strangeRecordIsSurvived_data()
+void tst_BadInput::strangeRecordIsSurvived_data()
 {
     QTest::addColumn<QByteArray>("records");
     QTest::addColumn<QString>("objects");
@@ -257,11 +257,11 @@ void tst_HostileFiles::strangeRecordIsSurvived_data()
     QTest::newRow("quote without end") << QByteArray("\"Лес,x\nПоле\n") << QStringLiteral("Лес,x [н1 0 0, н2 1 1]");
 }
 
-void tst_HostileFiles::strangeRecordIsSurvived()
+void tst_BadInput::strangeRecordIsSurvived()
 {
     QFETCH(QByteArray, records);
     QFETCH(QString, objects);
-    HostileRun run(QStringLiteral("plan.mif"));
+    BadInputFixture run(QStringLiteral("plan.mif"));
     run.import->searchObjectDefs = true;
     run.files.writeBytes(QStringLiteral("plan.mif"), mifHead + mifLine);
     run.files.writeBytes(QStringLiteral("plan.mid"), records);
@@ -272,7 +272,7 @@ void tst_HostileFiles::strangeRecordIsSurvived()
     QCOMPARE(run.objectText(), objects);
 }
 
-void tst_HostileFiles::markedUnicodeIsRead_data()
+void tst_BadInput::markedUnicodeIsRead_data()
 {
     QTest::addColumn<QString>("objectFile");
     QTest::addColumn<QString>("ends");
@@ -288,7 +288,7 @@ void tst_HostileFiles::markedUnicodeIsRead_data()
     }
 }
 
-void tst_HostileFiles::markedUnicodeIsRead()
+void tst_BadInput::markedUnicodeIsRead()
 {
     QFETCH(QString, objectFile);
     QFETCH(QString, ends);
@@ -300,7 +300,7 @@ void tst_HostileFiles::markedUnicodeIsRead()
         QTextCodec::ConverterState noHeader(QTextCodec::IgnoreHeader);
         return QTextCodec::codecForName(codec)->fromUnicode(marked.constData(), marked.size(), &noHeader);
     };
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     run.import->searchObjectDefs = true;
     run.files.writeBytes(objectFile,
                          encoded(isDxf ? dxfHead + dxfLine + "0\nTEXT\n10\n0\n20\n0\n1\nЛесЊ\n" : mifHead + mifLine));
@@ -312,7 +312,7 @@ void tst_HostileFiles::markedUnicodeIsRead()
     QCOMPARE(run.objectText(), QStringLiteral("ЛесЊ [н1 0 0, н2 1 1]"));
 }
 
-void tst_HostileFiles::strangeNumberInDrawing_data()
+void tst_BadInput::strangeNumberInDrawing_data()
 {
     QTest::addColumn<QByteArray>("x");
     QTest::addColumn<QString>("object"); // none when the number is refused
@@ -330,11 +330,11 @@ void tst_HostileFiles::strangeNumberInDrawing_data()
     QTest::newRow("a million decimals") << "2." + QByteArray(1000000, '0') << object.arg(2);
 }
 
-void tst_HostileFiles::strangeNumberInDrawing()
+void tst_BadInput::strangeNumberInDrawing()
 {
     QFETCH(QByteArray, x);
     QFETCH(QString, object);
-    HostileRun run(QStringLiteral("plan.dxf"));
+    BadInputFixture run(QStringLiteral("plan.dxf"));
     run.files.writeBytes(QStringLiteral("plan.dxf"), dxfHead + "0\nLINE\n10\n" + x + dxfLine.mid(11));
 
     QCOMPARE(run.import->importMap(), !object.isEmpty());
@@ -343,7 +343,7 @@ void tst_HostileFiles::strangeNumberInDrawing()
     QCOMPARE(run.objectText(), object);
 }
 
-void tst_HostileFiles::strangeCountEndsThePass_data()
+void tst_BadInput::strangeCountEndsThePass_data()
 {
     QTest::addColumn<QString>("objectFile");
     QTest::addColumn<QByteArray>("data");
@@ -375,13 +375,13 @@ void tst_HostileFiles::strangeCountEndsThePass_data()
     dxf("nan in a drawing", "nan", 14, QStringLiteral("- []"));
 }
 
-void tst_HostileFiles::strangeCountEndsThePass()
+void tst_BadInput::strangeCountEndsThePass()
 {
     QFETCH(QString, objectFile);
     QFETCH(QByteArray, data);
     QFETCH(QString, message);
     QFETCH(QString, object);
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     run.files.writeBytes(objectFile, data);
 
     QVERIFY(!run.import->importMap());
@@ -390,6 +390,6 @@ void tst_HostileFiles::strangeCountEndsThePass()
     QCOMPARE(run.objectText(), object);
 }
 
-QTEST_GUILESS_MAIN(tst_HostileFiles)
+QTEST_GUILESS_MAIN(tst_BadInput)
 
-#include "tst_hostilefiles.moc"
+#include "tst_badinput.moc"

@@ -1,4 +1,4 @@
-#include "boundtext.h"
+#include "formatbounds.h"
 
 #include <QLocale>
 

@@ -1,4 +1,4 @@
-#include "dialog_defdelegate.h"
+#include "dialog_elidingdelegate.h"
 
 #include <QListView>
 #include <QProxyStyle>
@@ -6,7 +6,7 @@
 #include <QTest>
 
 /// The sizes of rows, held against those that the text of each takes by itself.
-class tst_DialogDefDelegate : public QObject
+class tst_DialogElidingDelegate : public QObject
 {
     Q_OBJECT
 
@@ -87,7 +87,7 @@ QSize sizeOf(const QStyledItemDelegate &delegate, const QString &text, int point
 
 } // namespace
 
-void tst_DialogDefDelegate::textFitsIn_data()
+void tst_DialogElidingDelegate::textFitsIn_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("alike");
@@ -105,7 +105,7 @@ void tst_DialogDefDelegate::textFitsIn_data()
 }
 
 // Whichever is asked for first.
-void tst_DialogDefDelegate::textFitsIn()
+void tst_DialogElidingDelegate::textFitsIn()
 {
     QFETCH(QString, text);
     QFETCH(QString, alike);
@@ -121,7 +121,7 @@ void tst_DialogDefDelegate::textFitsIn()
     }
 }
 
-void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize_data()
+void tst_DialogElidingDelegate::textWithoutDigitsTakesItsSize_data()
 {
     QTest::addColumn<QString>("text");
 
@@ -134,7 +134,7 @@ void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize_data()
     QTest::newRow("long, with digits") << QStringLiteral("Земельный участок 50:21:0110205:1234 ").repeated(6);
 }
 
-void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize()
+void tst_DialogElidingDelegate::textWithoutDigitsTakesItsSize()
 {
     QFETCH(QString, text);
     const DefDelegate delegate;
@@ -143,7 +143,7 @@ void tst_DialogDefDelegate::textWithoutDigitsTakesItsSize()
         QCOMPARE(sizeOf(delegate, text), sizeOf(QStyledItemDelegate(), text));
 }
 
-void tst_DialogDefDelegate::numbersTakeOneSize()
+void tst_DialogElidingDelegate::numbersTakeOneSize()
 {
     const DefDelegate delegate;
 
@@ -153,7 +153,7 @@ void tst_DialogDefDelegate::numbersTakeOneSize()
     QVERIFY(sizeOf(delegate, QStringLiteral("н111")) != sizeOf(delegate, QStringLiteral("н1111")));
 }
 
-void tst_DialogDefDelegate::namesAreMeasuredOnce()
+void tst_DialogElidingDelegate::namesAreMeasuredOnce()
 {
     QStringList names;
     for (int i = 0; i < 100; ++i)
@@ -167,7 +167,7 @@ void tst_DialogDefDelegate::namesAreMeasuredOnce()
     QVERIFY(list.style.count < 10);
 }
 
-void tst_DialogDefDelegate::otherFontIsMeasuredAnew()
+void tst_DialogElidingDelegate::otherFontIsMeasuredAnew()
 {
     const DefDelegate delegate;
     const QString text = QStringLiteral("Участок 7");
@@ -180,7 +180,7 @@ void tst_DialogDefDelegate::otherFontIsMeasuredAnew()
 }
 
 // In a long text differences between digits might add up.
-void tst_DialogDefDelegate::longTextTakesItsSize()
+void tst_DialogElidingDelegate::longTextTakesItsSize()
 {
     const DefDelegate delegate;
     const QStyledItemDelegate plain;
@@ -190,7 +190,7 @@ void tst_DialogDefDelegate::longTextTakesItsSize()
     QCOMPARE(sizeOf(delegate, text + QLatin1Char('1')), sizeOf(plain, text + QLatin1Char('1')));
 }
 
-void tst_DialogDefDelegate::beginningIsShown_data()
+void tst_DialogElidingDelegate::beginningIsShown_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("shown");
@@ -206,15 +206,15 @@ void tst_DialogDefDelegate::beginningIsShown_data()
                                        << QStringLiteral("a\u2028b") + most.left(497) + QStringLiteral("…");
 }
 
-void tst_DialogDefDelegate::beginningIsShown()
+void tst_DialogElidingDelegate::beginningIsShown()
 {
     QFETCH(QString, text);
 
-    QTEST(BeginningDelegate().displayText(text, QLocale::c()), "shown");
+    QTEST(ElidingDelegate().displayText(text, QLocale::c()), "shown");
     QTEST(DefDelegate().displayText(text, QLocale::c()), "shown");
 }
 
-void tst_DialogDefDelegate::beginningTakesItsSize()
+void tst_DialogElidingDelegate::beginningTakesItsSize()
 {
     const QString beginning(500, QLatin1Char('W'));
     const DefDelegate delegate;
@@ -224,7 +224,7 @@ void tst_DialogDefDelegate::beginningTakesItsSize()
     QCOMPARE(size, sizeOf(QStyledItemDelegate(), beginning + QStringLiteral("…")));
 }
 
-void tst_DialogDefDelegate::numbersAreMeasuredOnce()
+void tst_DialogElidingDelegate::numbersAreMeasuredOnce()
 {
     NameList list(numberedNames(1000));
     QVERIFY(list.style.count > 0 && list.style.count < 10);
@@ -235,7 +235,7 @@ void tst_DialogDefDelegate::numbersAreMeasuredOnce()
     QVERIFY(list.style.count < 10);
 }
 
-void tst_DialogDefDelegate::otherStyleIsMeasuredAnew()
+void tst_DialogElidingDelegate::otherStyleIsMeasuredAnew()
 {
     NameList list(numberedNames(3));
     const int height = list.view.sizeHintForRow(2);
@@ -246,5 +246,5 @@ void tst_DialogDefDelegate::otherStyleIsMeasuredAnew()
     QCOMPARE(list.view.sizeHintForRow(2), height + 17);
 }
 
-QTEST_MAIN(tst_DialogDefDelegate)
-#include "tst_dialog_defdelegate.moc"
+QTEST_MAIN(tst_DialogElidingDelegate)
+#include "tst_dialog_elidingdelegate.moc"

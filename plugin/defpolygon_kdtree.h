@@ -3,30 +3,30 @@
 #include <cstddef>
 #include <vector>
 
-/// Places on the map in a k-d tree, for searches whose time is usually logarithmic, wherever the places lie.
-class PlaceTree
+/// Places on the map in a k-d tree, for searches whose time is usually logarithmic, wherever the entries lie.
+class KdTree
 {
 public:
-    struct Place
+    struct Entry
     {
         double x;
         double y;
         int point; ///< the number by which the owner knows it
 
-        /// Along which a place halves its range when it has those before and after it for children: 0 for x, 1 for y.
+        /// Along which a entry halves its range when it has those before and after it for children: 0 for x, 1 for y.
         int axis = 0;
     };
 
-    PlaceTree() = default;
-    /// Takes in \a places, whose coordinates are finite.
-    explicit PlaceTree(std::vector<Place> places);
+    KdTree() = default;
+    /// Takes in \a entries, whose coordinates are finite.
+    explicit KdTree(std::vector<Entry> entries);
 
-    std::size_t size() const { return m_places.size(); }
+    std::size_t size() const { return m_entries.size(); }
 
-    /// Has \a query examine all places that are no farther from it than its best, in no order.
+    /// Has \a query examine all entries that are no farther from it than its best, in no order.
     ///
     /// A query has coordinates x and y, the squared distance best, which it lowers as it finds something, and
-    /// examine(), which takes a place.
+    /// examine(), which takes a entry.
     template <class Query>
     void search(Query &query) const
     {
@@ -43,20 +43,20 @@ private:
     template <class Query>
     void search(std::size_t begin, std::size_t end, Query &query) const;
 
-    std::vector<Place> m_places;
+    std::vector<Entry> m_entries;
 };
 
 template <class Query>
-void PlaceTree::search(std::size_t begin, std::size_t end, Query &query) const
+void KdTree::search(std::size_t begin, std::size_t end, Query &query) const
 {
-    const Place *const places = m_places.data();
+    const Entry *const entries = m_entries.data();
     if (end - begin <= leafSize) {
         for (std::size_t i = begin; i < end; ++i)
-            query.examine(places[i]);
+            query.examine(entries[i]);
         return;
     }
     const std::size_t middle = begin + (end - begin) / 2;
-    const Place &node = places[middle];
+    const Entry &node = entries[middle];
     const double offset = node.axis == 0 ? node.x - query.x : node.y - query.y;
     query.examine(node);
     if (offset > 0)

@@ -1,4 +1,4 @@
-#include "hostiletesting.h"
+#include "badinputfixture.h"
 
 #include <QTest>
 
@@ -56,7 +56,7 @@ void cutAtMessage(const QString & /*text*/)
 } // namespace
 
 /// Files of unusual size, and such that change their size.
-class tst_HostileFilesSize : public QObject
+class tst_BadInputSize : public QObject
 {
     Q_OBJECT
 
@@ -82,13 +82,13 @@ private Q_SLOTS:
 // What a vertex needs, however few bytes it has in the file: 48 for its number, 24 in its contour and 24 among the
 // known points, as much in reserve for both, and up to four places of 24 in the search; the rest is needed while these
 // grow.
-void tst_HostileFilesSize::memoryForAVertexIsBounded()
+void tst_BadInputSize::memoryForAVertexIsBounded()
 {
     constexpr int count = 300000;
     QByteArray vertices;
     for (int i = 0; i < count; ++i)
         vertices += QByteArray::number(i % 1000) + ' ' + QByteArray::number(i / 1000) + '\n';
-    HostileRun run(plan);
+    BadInputFixture run(plan);
     run.files.writeBytes(plan, mifHead + "PLINE " + QByteArray::number(count) + '\n' + vertices);
     vertices.clear();
     forgetPeak();
@@ -101,7 +101,7 @@ void tst_HostileFilesSize::memoryForAVertexIsBounded()
     QCOMPARE(run.import->pointStartNum, count + 1);
 }
 
-void tst_HostileFilesSize::memoryIsBounded_data()
+void tst_BadInputSize::memoryIsBounded_data()
 {
     QTest::addColumn<QString>("objectFile");
     QTest::addColumn<QByteArray>("before");
@@ -135,14 +135,14 @@ void tst_HostileFilesSize::memoryIsBounded_data()
 
 // A character takes two bytes of memory, a line may be held with one copy, and a growing buffer has as much in reserve;
 // the rest is for builds that watch every allocation.
-void tst_HostileFilesSize::memoryIsBounded()
+void tst_BadInputSize::memoryIsBounded()
 {
     QFETCH(QString, objectFile);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, piece);
     QFETCH(QByteArray, records);
     constexpr int megabytes = 16;
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     run.import->searchObjectDefs = true;
     const auto filled = [](const QByteArray &part) {
         return part.isEmpty() ? part : part.repeated(megabytes * 1024 * 1024 / part.size());
@@ -159,7 +159,7 @@ void tst_HostileFilesSize::memoryIsBounded()
     QVERIFY(run.messages().size() <= 2);
 }
 
-void tst_HostileFilesSize::veryLongLineIsRead_data()
+void tst_BadInputSize::veryLongLineIsRead_data()
 {
     QTest::addColumn<QString>("objectFile");
     QTest::addColumn<QByteArray>("begin");
@@ -172,13 +172,13 @@ void tst_HostileFilesSize::veryLongLineIsRead_data()
 
 // The zeros of the line take no room on the disk. In memory a character takes two bytes, a line may be held with one
 // copy, and a growing buffer has as much in reserve.
-void tst_HostileFilesSize::veryLongLineIsRead()
+void tst_BadInputSize::veryLongLineIsRead()
 {
     QFETCH(QString, objectFile);
     QFETCH(QByteArray, begin);
     QFETCH(QByteArray, end);
     constexpr int megabytes = 200;
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     QFile file(run.files.writeBytes(objectFile, begin));
     QVERIFY(file.resize(megabytes * 1024 * 1024));
     QVERIFY(file.open(QIODevice::Append));
@@ -195,7 +195,7 @@ void tst_HostileFilesSize::veryLongLineIsRead()
     QCOMPARE(run.objects.size(), 2);
 }
 
-void tst_HostileFilesSize::manyTinyThingsAreRead_data()
+void tst_BadInputSize::manyTinyThingsAreRead_data()
 {
     QTest::addColumn<QString>("objectFile");
     QTest::addColumn<QByteArray>("head");
@@ -222,7 +222,7 @@ void tst_HostileFilesSize::manyTinyThingsAreRead_data()
                                         << QByteArray("0 0\n") << tail << 2 << 1 << 4;
 }
 
-void tst_HostileFilesSize::manyTinyThingsAreRead()
+void tst_BadInputSize::manyTinyThingsAreRead()
 {
     QFETCH(QString, objectFile);
     QFETCH(QByteArray, head);
@@ -231,7 +231,7 @@ void tst_HostileFilesSize::manyTinyThingsAreRead()
     QFETCH(int, objects);
     QFETCH(int, contours);
     QFETCH(int, nextPoint);
-    HostileRun run(objectFile);
+    BadInputFixture run(objectFile);
     run.files.writeBytes(objectFile, head + piece.repeated(200000) + tail);
 
     QVERIFY(run.import->importMap());
@@ -243,7 +243,7 @@ void tst_HostileFilesSize::manyTinyThingsAreRead()
     QCOMPARE(run.import->pointStartNum, nextPoint);
 }
 
-void tst_HostileFilesSize::placesWithoutNumbersAreAllDifferent_data()
+void tst_BadInputSize::placesWithoutNumbersAreAllDifferent_data()
 {
     QTest::addColumn<QByteArray>("vertex");
 
@@ -255,11 +255,11 @@ void tst_HostileFilesSize::placesWithoutNumbersAreAllDifferent_data()
 }
 
 // Among a hundred thousand such vertices three lie at one place.
-void tst_HostileFilesSize::placesWithoutNumbersAreAllDifferent()
+void tst_BadInputSize::placesWithoutNumbersAreAllDifferent()
 {
     QFETCH(QByteArray, vertex);
     const QByteArray some = vertex.repeated(50000);
-    HostileRun run(plan);
+    BadInputFixture run(plan);
     run.files.writeBytes(plan, mifHead + "PLINE 100003\n1 1\n" + some + "1 1\n" + some + "1 1\n");
 
     QVERIFY(run.import->importMap());
@@ -270,10 +270,10 @@ void tst_HostileFilesSize::placesWithoutNumbersAreAllDifferent()
     QCOMPARE(vertices.at(50001).def, QStringLiteral("н1"));
     QCOMPARE(vertices.at(100001).def, QStringLiteral("н100001"));
     QCOMPARE(vertices.at(100002).def, QStringLiteral("н1"));
-    QCOMPARE(run.import->knownPoints().size(), 100001);
+    QCOMPARE(knownPoints(*run.import).size(), 100001);
 }
 
-void tst_HostileFilesSize::shrunkFileEnds_data()
+void tst_BadInputSize::shrunkFileEnds_data()
 {
     QTest::addColumn<int>("size"); // of 200 000 bytes
     QTest::addColumn<int>("fewest");
@@ -285,7 +285,7 @@ void tst_HostileFilesSize::shrunkFileEnds_data()
     QTest::newRow("not at all") << 200000 << 19990 << 19990;
 }
 
-void tst_HostileFilesSize::shrunkFileEnds()
+void tst_BadInputSize::shrunkFileEnds()
 {
     QFETCH(int, size);
     QFETCH(int, fewest);
@@ -306,7 +306,7 @@ void tst_HostileFilesSize::shrunkFileEnds()
     QVERIFY(reader.readLine().isEmpty());
 }
 
-void tst_HostileFilesSize::brokenDeviceEnds()
+void tst_BadInputSize::brokenDeviceEnds()
 {
     BrokenDevice device("first\nsecond\nbroken o");
     LineReader reader;
@@ -320,7 +320,7 @@ void tst_HostileFilesSize::brokenDeviceEnds()
     QVERIFY(reader.readLine().isEmpty());
 }
 
-void tst_HostileFilesSize::brokenDeviceIsReadAgain()
+void tst_BadInputSize::brokenDeviceIsReadAgain()
 {
     BrokenDevice broken("first\n");
     BrokenDevice other("second\n");
@@ -337,7 +337,7 @@ void tst_HostileFilesSize::brokenDeviceIsReadAgain()
     QCOMPARE(reader.readLine(), QStringLiteral("second"));
 }
 
-void tst_HostileFilesSize::fileIsCutBetweenThePasses_data()
+void tst_BadInputSize::fileIsCutBetweenThePasses_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("message");
@@ -348,11 +348,11 @@ void tst_HostileFilesSize::fileIsCutBetweenThePasses_data()
 }
 
 // The pass over the points tells of the collection, and while it is told the file is emptied.
-void tst_HostileFilesSize::fileIsCutBetweenThePasses()
+void tst_BadInputSize::fileIsCutBetweenThePasses()
 {
     QFETCH(QString, name);
     QFETCH(QString, message);
-    HostileRun run(plan);
+    BadInputFixture run(plan);
     run.import->searchPointDefs = true;
     run.import->searchObjectDefs = true;
     run.files.writeBytes(plan, mifHead + mifLine + "COLLECTION 1\n");
@@ -366,9 +366,9 @@ void tst_HostileFilesSize::fileIsCutBetweenThePasses()
 }
 
 // A pass over the texts that fails hands the rest of the drawing to the pass over the objects.
-void tst_HostileFilesSize::drawingIsCutWithinThePass()
+void tst_BadInputSize::drawingIsCutWithinThePass()
 {
-    HostileRun run(QStringLiteral("plan.dxf"));
+    BadInputFixture run(QStringLiteral("plan.dxf"));
     run.import->searchObjectDefs = true;
     cutFile = run.files.writeBytes(QStringLiteral("plan.dxf"),
                                    dxfHead + "0\nTEXT\n10\n0\n0\nSECTION\n2\nENTITIES\n" + dxfLine.repeated(10000));
@@ -380,6 +380,6 @@ void tst_HostileFilesSize::drawingIsCutWithinThePass()
     QVERIFY2(run.objects.size() > 100 && run.objects.size() < 1000, qPrintable(QString::number(run.objects.size())));
 }
 
-QTEST_GUILESS_MAIN(tst_HostileFilesSize)
+QTEST_GUILESS_MAIN(tst_BadInputSize)
 
-#include "tst_hostilefiles_size.moc"
+#include "tst_badinput_size.moc"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "defpolygon.h"
-#include "defpolygon_tree.h"
+#include "defpolygon_kdtree.h"
 
 #include <QVector>
 
@@ -14,7 +14,7 @@
 /// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them.
 /// What is too much for a cell, as in a map in degrees, lies in trees through which every query goes. Finite points
 /// must be distinct, as the known points of an import are.
-class CloseSearch
+class KnownPointIndex
 {
 public:
     /// How many points have been taken in.
@@ -31,32 +31,32 @@ public:
     const DefPoint *find(const QVector<DefPoint> &points, double x, double y);
 
 private:
-    using Place = PlaceTree::Place;
+    using Entry = KdTree::Entry;
     using Order = bool (*)(const DefPoint &, const DefPoint &);
     struct Query;
 
     std::size_t slotOf(qint64 column, qint64 row) const;
     void insert(const DefPoint &point);
     void searchCell(qint64 column, qint64 row, Query &query);
-    void plantCrowd();
+    void rebuildOverflowTrees();
     bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
 
     /// A power of two of them, at most half filled; the points of a cell follow its slot. An empty one has no x.
-    std::vector<Place> m_slots;
+    std::vector<Entry> m_slots;
     int m_count = 0;
-    std::vector<Place> m_crowd;          ///< of points that found no empty slot near their own
-    std::vector<PlaceTree> m_crowdTrees; ///< of the crowd, each of fewer than half as many as the one before
-    std::size_t m_plantedCount = 0;      ///< how many of the crowd are in the trees
-    std::set<DefPoint, Order> m_ordered{sortsBefore}; ///< all points, once a tie has asked for their order
+    std::vector<Entry> m_overflow;       ///< of points that found no empty slot near their own
+    std::vector<KdTree> m_overflowTrees; ///< of the crowd, each of fewer than half as many as the one before
+    std::size_t m_treeCount = 0;         ///< how many of the crowd are in the trees
+    std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points, once a tie has asked for their order
 };
 
 /// Answers findNearestPoint() for a sorted list that stays as it is, in a time that is usually logarithmic, wherever
 /// the points lie.
-class NearestSearch
+class NearestPointIndex
 {
 public:
     /// Takes in \a points, sorted as sortPoints() does.
-    explicit NearestSearch(const QVector<DefPoint> &points);
+    explicit NearestPointIndex(const QVector<DefPoint> &points);
 
     /// What findNearestPoint() gives for the points and \a p; the pointer is good for the life of this object.
     const DefPoint *find(const QPointF &p) const;
@@ -64,8 +64,8 @@ public:
 private:
     struct Query;
 
-    int firstExamined(const PlaceTree::Place &place, double x) const;
+    int firstExamined(const KdTree::Entry &place, double x) const;
 
     QVector<DefPoint> m_points;
-    PlaceTree m_tree; ///< of the places where they lie, each with the first point there
+    KdTree m_tree; ///< of the places where they lie, each with the first point there
 };

@@ -10,11 +10,11 @@ class QTextCodec;
 /// Decodes the text of a code page: each byte is one character, and what ASCII prints stands for itself.
 ///
 /// Nearly all maps are written in one, and a codec takes its time.
-class CodePage
+class SingleByteDecoder
 {
 public:
     /// The code page of \a codec, if it has one.
-    explicit CodePage(const QTextCodec *codec);
+    explicit SingleByteDecoder(const QTextCodec *codec);
 
     /// False when the codec is of another kind: then nothing can be decoded here.
     bool isValid() const { return m_isValid; }
@@ -26,6 +26,6 @@ private:
     bool isPlain(const char *bytes) const;
 
     bool m_isValid = true;
-    bool m_exchanges = false; ///< some control characters do not stand for themselves
+    bool m_permutesControls = false; ///< some control characters do not stand for themselves
     std::array<QChar, 256> m_characters;
 };

@@ -1,4 +1,4 @@
-#include "mapimport_codepage.h"
+#include "mapimport_decoder.h"
 
 #include <QString>
 #include <QTextCodec>
@@ -39,7 +39,7 @@ constexpr bool isAscii(quint64 block)
 
 } // namespace
 
-CodePage::CodePage(const QTextCodec *codec)
+SingleByteDecoder::SingleByteDecoder(const QTextCodec *codec)
 {
     for (int byte = 0; byte < 256 && m_isValid; ++byte) {
         const char c = static_cast<char>(byte);
@@ -47,20 +47,20 @@ CodePage::CodePage(const QTextCodec *codec)
         const QString text = codec->toUnicode(&c, 1, &state);
         const bool isItself = text.size() == 1 && text.at(0) == QChar(byte);
         m_isValid = text.size() == 1 && (isItself || byte >= 0x80 || isExchangeable(byte));
-        m_exchanges = m_exchanges || (byte < 0x80 && !isItself);
+        m_permutesControls = m_permutesControls || (byte < 0x80 && !isItself);
         m_characters.at(static_cast<std::size_t>(byte)) = m_isValid ? text.at(0) : QChar();
     }
 }
 
 // True when the bytes of a block stand for themselves and none is a carriage return.
-bool CodePage::isPlain(const char *bytes) const
+bool SingleByteDecoder::isPlain(const char *bytes) const
 {
     quint64 block = 0;
     std::memcpy(&block, bytes, blockSize);
-    return isAscii(block) && !(m_exchanges && hasExchangeable(block));
+    return isAscii(block) && !(m_permutesControls && hasExchangeable(block));
 }
 
-void CodePage::appendTo(QString &text, const char *bytes, int size) const
+void SingleByteDecoder::appendTo(QString &text, const char *bytes, int size) const
 {
     const int before = text.size();
     text.resize(before + size);

@@ -1,4 +1,4 @@
-#include "naiveimport.h"
+#include "referenceimport.h"
 
 #include <QDir>
 #include <QTextCodec>
@@ -44,7 +44,7 @@ double square(double a)
 
 } // namespace
 
-int naiveNearest(const QVector<DefPoint> &points, double x, double y)
+int referenceNearest(const QVector<DefPoint> &points, double x, double y)
 {
     int bound = 0;
     int high = points.size();
@@ -76,7 +76,7 @@ int naiveNearest(const QVector<DefPoint> &points, double x, double y)
     return taken;
 }
 
-QPointF naiveCentroid(const DefPolygon &object)
+QPointF referenceCentroid(const DefPolygon &object)
 {
     if (object.contours.isEmpty() || object.contours[0].isEmpty())
         return {0, 0};
@@ -106,7 +106,7 @@ QPointF naiveCentroid(const DefPolygon &object)
     return {momentX / (6 * area), momentY / (6 * area)};
 }
 
-NaiveImport::NaiveImport(const ImportOptions &options)
+ReferenceImport::ReferenceImport(const ImportOptions &options)
     : m_options(options),
       m_codec(QTextCodec::codecForName(options.encoding))
 {
@@ -114,7 +114,7 @@ NaiveImport::NaiveImport(const ImportOptions &options)
         m_codec = QTextCodec::codecForLocale();
 }
 
-ImportOutcome NaiveImport::run()
+ImportOutcome ReferenceImport::run()
 {
     m_out.result = readPoints() && readPolygons();
     m_out.pointStartNum = m_options.pointStartNum;
@@ -122,7 +122,7 @@ ImportOutcome NaiveImport::run()
     return m_out;
 }
 
-bool NaiveImport::readPoints()
+bool ReferenceImport::readPoints()
 {
     if (m_options.searchPointDefs) {
         const bool own = !m_options.pointFileName.isEmpty();
@@ -144,7 +144,7 @@ bool NaiveImport::readPoints()
     return true;
 }
 
-bool NaiveImport::readPolygons()
+bool ReferenceImport::readPolygons()
 {
     if (!open(m_options.objectFileName))
         return true;
@@ -153,7 +153,7 @@ bool NaiveImport::readPolygons()
     return ok;
 }
 
-bool NaiveImport::open(const QString &name)
+bool ReferenceImport::open(const QString &name)
 {
     m_file.setFileName(name);
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Text))
@@ -164,33 +164,33 @@ bool NaiveImport::open(const QString &name)
     return true;
 }
 
-bool NaiveImport::fail(const QString &message)
+bool ReferenceImport::fail(const QString &message)
 {
     m_out.messages.append(message);
     return false;
 }
 
-QString NaiveImport::fileName() const
+QString ReferenceImport::fileName() const
 {
     return QDir::toNativeSeparators(m_file.fileName());
 }
 
-void NaiveImport::appendEmptyPolygon()
+void ReferenceImport::appendEmptyPolygon()
 {
     m_out.objects.append(DefPolygon());
 }
 
-void NaiveImport::appendEmptyContour()
+void ReferenceImport::appendEmptyContour()
 {
     m_out.objects.last().contours.append(QVector<DefPoint>());
 }
 
-QVector<DefPoint> &NaiveImport::lastContour()
+QVector<DefPoint> &ReferenceImport::lastContour()
 {
     return m_out.objects.last().contours.last();
 }
 
-void NaiveImport::appendVert(double x, double y, bool closing)
+void ReferenceImport::appendVert(double x, double y, bool closing)
 {
     DefPoint vertex;
     vertex.def = closing ? lastContour().first().def : vertexDef(x, y);
@@ -199,10 +199,10 @@ void NaiveImport::appendVert(double x, double y, bool closing)
     lastContour().append(vertex);
 }
 
-QString NaiveImport::vertexDef(double x, double y)
+QString ReferenceImport::vertexDef(double x, double y)
 {
     QVector<DefPoint> &points = m_out.points;
-    const int nearest = naiveNearest(points, x, y);
+    const int nearest = referenceNearest(points, x, y);
     if (nearest >= 0 && isWithinBox(points[nearest], x, y))
         return points[nearest].def;
 
@@ -218,7 +218,7 @@ QString NaiveImport::vertexDef(double x, double y)
     return added.def;
 }
 
-void NaiveImport::setLastPolygonDef(const QString &def)
+void ReferenceImport::setLastPolygonDef(const QString &def)
 {
     QString name = def;
     if (name.isEmpty()) {
@@ -230,7 +230,7 @@ void NaiveImport::setLastPolygonDef(const QString &def)
 
 // The importers sort unstably: which of two points at exactly one place comes first is theirs to choose. That is told
 // by orderIsOpen when the choice could be seen.
-void NaiveImport::sort(QVector<DefPoint> &points)
+void ReferenceImport::sort(QVector<DefPoint> &points)
 {
     std::stable_sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return isBefore(a, b); });
     for (int i = 1; i < points.size(); ++i) {
@@ -242,7 +242,7 @@ void NaiveImport::sort(QVector<DefPoint> &points)
     }
 }
 
-void NaiveImport::rewind()
+void ReferenceImport::rewind()
 {
     m_file.seek(0);
     m_stream.seek(0);

@@ -1,22 +1,22 @@
-#include "naiveimport.h"
+#include "referenceimport.h"
 
 #include <QDir>
 
-bool NaiveMif::loadPoints()
+bool ReferenceMif::loadPoints()
 {
     const bool ok = beginPass(m_options.searchPointDefs) && scan(true);
     m_midFile.close();
     return ok;
 }
 
-bool NaiveMif::loadPolygons()
+bool ReferenceMif::loadPolygons()
 {
     const bool ok = beginPass(m_options.searchObjectDefs) && scan(false);
     m_midFile.close();
     return ok;
 }
 
-bool NaiveMif::readMifLine(bool tokenize)
+bool ReferenceMif::readMifLine(bool tokenize)
 {
     m_line = m_stream.readLine().simplified();
     ++m_lineNum;
@@ -25,7 +25,7 @@ bool NaiveMif::readMifLine(bool tokenize)
     return !m_line.isEmpty();
 }
 
-bool NaiveMif::checkFile()
+bool ReferenceMif::checkFile()
 {
     for (const char *const word : {"VERSION", "CHARSET", "DELIMITER"}) {
         readMifLine(true);
@@ -38,7 +38,7 @@ bool NaiveMif::checkFile()
     return true;
 }
 
-bool NaiveMif::openMid()
+bool ReferenceMif::openMid()
 {
     QString name = m_file.fileName();
     name.chop(1);
@@ -53,14 +53,14 @@ bool NaiveMif::openMid()
     return true;
 }
 
-bool NaiveMif::readMidLine()
+bool ReferenceMif::readMidLine()
 {
     m_midLine = m_midStream.readLine().trimmed();
     ++m_midLineNum;
     return !m_midLine.isEmpty();
 }
 
-bool NaiveMif::readMidDef(QString *def)
+bool ReferenceMif::readMidDef(QString *def)
 {
     if (!m_midFile.isOpen())
         return true;
@@ -71,7 +71,7 @@ bool NaiveMif::readMidDef(QString *def)
     return true;
 }
 
-QString NaiveMif::extractDef(const QString &line) const
+QString ReferenceMif::extractDef(const QString &line) const
 {
     QString def;
     bool skipping = true;
@@ -97,7 +97,7 @@ QString NaiveMif::extractDef(const QString &line) const
     return def;
 }
 
-bool NaiveMif::beginPass(bool useMid)
+bool ReferenceMif::beginPass(bool useMid)
 {
     if (!checkFile() || (useMid && !openMid()))
         return false;
@@ -108,7 +108,7 @@ bool NaiveMif::beginPass(bool useMid)
     return true;
 }
 
-bool NaiveMif::scan(bool points)
+bool ReferenceMif::scan(bool points)
 {
     static const QSet<QString> skipped{
         QStringLiteral("NONE"),      QStringLiteral("POINT"),   QStringLiteral("LINE"),       QStringLiteral("PLINE"),
@@ -137,14 +137,14 @@ bool NaiveMif::scan(bool points)
     return true;
 }
 
-bool NaiveMif::skipRecord()
+bool ReferenceMif::skipRecord()
 {
     if (readMidDef(nullptr))
         return true;
     return fail(QStringLiteral("Ошибка чтения данных объекта из строки: %1").arg(m_midLineNum));
 }
 
-bool NaiveMif::readPointObject()
+bool ReferenceMif::readPointObject()
 {
     if (!readPoint())
         return fail(QStringLiteral("Ошибка чтения координат точки из строки: %1").arg(m_lineNum));
@@ -155,7 +155,7 @@ bool NaiveMif::readPointObject()
     return true;
 }
 
-bool NaiveMif::readPolygonObject(const QString &keyword)
+bool ReferenceMif::readPolygonObject(const QString &keyword)
 {
     if (keyword == QLatin1String("LINE")) {
         if (!readLine())
@@ -174,7 +174,7 @@ bool NaiveMif::readPolygonObject(const QString &keyword)
     return true;
 }
 
-bool NaiveMif::readPoint()
+bool ReferenceMif::readPoint()
 {
     bool okX = false;
     bool okY = false;
@@ -187,7 +187,7 @@ bool NaiveMif::readPoint()
     return true;
 }
 
-bool NaiveMif::readLine()
+bool ReferenceMif::readLine()
 {
     double numbers[4] = {};
     for (int i = 0; i < 4; ++i) {
@@ -203,7 +203,7 @@ bool NaiveMif::readLine()
     return true;
 }
 
-bool NaiveMif::readVert(bool closing)
+bool ReferenceMif::readVert(bool closing)
 {
     readMifLine(true);
     if (m_tokens.size() != 2)
@@ -218,7 +218,7 @@ bool NaiveMif::readVert(bool closing)
     return true;
 }
 
-bool NaiveMif::readSub(int count, bool closeLast)
+bool ReferenceMif::readSub(int count, bool closeLast)
 {
     appendEmptyContour();
     bool ok = true;
@@ -230,7 +230,7 @@ bool NaiveMif::readSub(int count, bool closeLast)
     return ok && count == 0;
 }
 
-bool NaiveMif::readPline()
+bool ReferenceMif::readPline()
 {
     appendEmptyPolygon();
     bool ok = false;
@@ -238,7 +238,7 @@ bool NaiveMif::readPline()
     return ok && count >= 2 && readSub(count, false);
 }
 
-bool NaiveMif::readPlineMultiple()
+bool ReferenceMif::readPlineMultiple()
 {
     appendEmptyPolygon();
     bool ok = false;
@@ -255,7 +255,7 @@ bool NaiveMif::readPlineMultiple()
     return sections == 0;
 }
 
-bool NaiveMif::readRegion()
+bool ReferenceMif::readRegion()
 {
     appendEmptyPolygon();
     bool ok = false;

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class tst_MapImportWords : public QObject
+class tst_MapImportTokens : public QObject
 {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ private Q_SLOTS:
     void upperCaseIsThatOfString();
 };
 
-void tst_MapImportWords::wordsAreThoseOfSimplifiedLine()
+void tst_MapImportTokens::wordsAreThoseOfSimplifiedLine()
 {
     const QString alphabet = QStringLiteral("ab  \t\r\v\f") + QChar(0xA0) + QChar(0x85) + QChar(0x2003) +
                              QChar(0x3000) + QChar(0x200B) + QChar(0x1C) + QChar(0);
@@ -23,7 +23,7 @@ void tst_MapImportWords::wordsAreThoseOfSimplifiedLine()
     for (int i = 0; i < 100000; ++i) {
         const QString line = randomText(random, alphabet, random.bounded(12));
         const QStringList expected = line.simplified().split(QLatin1Char(' '));
-        Words words;
+        Tokens words;
         words.split(trimmedLine(line));
 
         QCOMPARE(words.size(), expected.size());
@@ -32,10 +32,10 @@ void tst_MapImportWords::wordsAreThoseOfSimplifiedLine()
     }
 }
 
-void tst_MapImportWords::wordsPastTheKeptAreCounted()
+void tst_MapImportTokens::wordsPastTheKeptAreCounted()
 {
     const QString line = QStringLiteral("1 2 3 4 5 6 7");
-    Words words;
+    Tokens words;
     words.split(line);
 
     QCOMPARE(words.size(), 7);
@@ -44,7 +44,7 @@ void tst_MapImportWords::wordsPastTheKeptAreCounted()
     QVERIFY(words[7].isNull());
 }
 
-void tst_MapImportWords::lineIsTrimmedLikeString()
+void tst_MapImportTokens::lineIsTrimmedLikeString()
 {
     for (int code = 0; code <= 0xFFFF; ++code) {
         const QString line = QChar(code) + QStringLiteral(" a ") + QChar(code);
@@ -54,7 +54,7 @@ void tst_MapImportWords::lineIsTrimmedLikeString()
     QVERIFY(trimmedLine(QStringView(u" \t ")).isEmpty());
 }
 
-void tst_MapImportWords::upperCaseIsThatOfString()
+void tst_MapImportTokens::upperCaseIsThatOfString()
 {
     QString upper;
     for (int code = 0; code <= 0xFFFF; ++code) {
@@ -70,5 +70,5 @@ void tst_MapImportWords::upperCaseIsThatOfString()
     QCOMPARE(upper, russian.toUpper());
 }
 
-QTEST_GUILESS_MAIN(tst_MapImportWords)
-#include "tst_mapimport_words.moc"
+QTEST_GUILESS_MAIN(tst_MapImportTokens)
+#include "tst_mapimport_tokens.moc"

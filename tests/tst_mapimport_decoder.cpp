@@ -1,4 +1,4 @@
-#include "mapimport_codepage.h"
+#include "mapimport_decoder.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -30,7 +30,7 @@ QString decoded(QTextCodec *codec, const QByteArray &bytes)
 
 } // namespace
 
-class tst_MapImportCodePage : public QObject
+class tst_MapImportDecoder : public QObject
 {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ private Q_SLOTS:
     void textIsThatOfTheCodec();
 };
 
-void tst_MapImportCodePage::codecsAreToldApart_data()
+void tst_MapImportDecoder::codecsAreToldApart_data()
 {
     QTest::addColumn<bool>("isCodePage");
 
@@ -52,32 +52,32 @@ void tst_MapImportCodePage::codecsAreToldApart_data()
         QTest::newRow(name) << false;
 }
 
-void tst_MapImportCodePage::codecsAreToldApart()
+void tst_MapImportDecoder::codecsAreToldApart()
 {
     QFETCH(bool, isCodePage);
     const QTextCodec *const codec = QTextCodec::codecForName(QTest::currentDataTag());
     QVERIFY(codec != nullptr);
 
-    QCOMPARE(CodePage(codec).isValid(), isCodePage);
+    QCOMPARE(SingleByteDecoder(codec).isValid(), isCodePage);
 }
 
-void tst_MapImportCodePage::textIsThatOfTheCodec_data()
+void tst_MapImportDecoder::textIsThatOfTheCodec_data()
 {
     QTest::addColumn<int>("mib");
 
     const QList<int> mibs = QTextCodec::availableMibs();
     for (const int mib : mibs) {
         QTextCodec *const codec = QTextCodec::codecForMib(mib);
-        if (codec != nullptr && CodePage(codec).isValid())
+        if (codec != nullptr && SingleByteDecoder(codec).isValid())
             QTest::addRow("%s, %d", codec->name().constData(), mib) << mib;
     }
 }
 
-void tst_MapImportCodePage::textIsThatOfTheCodec()
+void tst_MapImportDecoder::textIsThatOfTheCodec()
 {
     QFETCH(int, mib);
     QTextCodec *const codec = QTextCodec::codecForMib(mib);
-    const CodePage codePage(codec);
+    const SingleByteDecoder codePage(codec);
     QRandomGenerator random(1);
     for (int i = 0; i < 2000; ++i) {
         const QByteArray bytes = randomBytes(random);
@@ -88,5 +88,5 @@ void tst_MapImportCodePage::textIsThatOfTheCodec()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_MapImportCodePage)
-#include "tst_mapimport_codepage.moc"
+QTEST_GUILESS_MAIN(tst_MapImportDecoder)
+#include "tst_mapimport_decoder.moc"

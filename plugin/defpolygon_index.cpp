@@ -1,4 +1,4 @@
-#include "defpolygon_search.h"
+#include "defpolygon_index.h"
 
 #include <algorithm>
 #include <cstring>
@@ -53,45 +53,45 @@ bool isSamePlace(const DefPoint &a, const DefPoint &b)
 
 } // namespace
 
-std::size_t CloseSearch::slotOf(qint64 column, qint64 row) const
+std::size_t KnownPointIndex::slotOf(qint64 column, qint64 row) const
 {
     const quint64 hash =
         (static_cast<quint64>(column) * 0x9E3779B97F4A7C15U) ^ (static_cast<quint64>(row) * 0xC2B2AE3D27D4EB4FU);
     return static_cast<std::size_t>(hash >> 32U) & (m_slots.size() - 1);
 }
 
-void CloseSearch::insert(const DefPoint &point)
+void KnownPointIndex::insert(const DefPoint &point)
 {
-    const Place place{point.x, point.y, m_count++};
+    const Entry place{point.x, point.y, m_count++};
     if (!isFinite(point.x, point.y)) // is equal to no query
         return;
     const std::size_t own = slotOf(cellOf(point.x), cellOf(point.y));
     for (std::size_t probe = 0; probe < maxProbes; ++probe) {
-        Place &slot = m_slots[(own + probe) & (m_slots.size() - 1)];
+        Entry &slot = m_slots[(own + probe) & (m_slots.size() - 1)];
         if (std::isnan(slot.x)) {
             slot = place;
             return;
         }
     }
-    m_crowd.push_back(place);
+    m_overflow.push_back(place);
 }
 
-void CloseSearch::reset(const QVector<DefPoint> &points)
+void KnownPointIndex::reset(const QVector<DefPoint> &points)
 {
     std::size_t size = maxProbes;
     while (size < 2 * static_cast<std::size_t>(points.size()))
         size *= 2;
-    m_slots.assign(size, Place{nowhere, nowhere, -1});
+    m_slots.assign(size, Entry{nowhere, nowhere, -1});
     m_count = 0;
-    m_crowd.clear();
-    m_crowdTrees.clear();
-    m_plantedCount = 0;
+    m_overflow.clear();
+    m_overflowTrees.clear();
+    m_treeCount = 0;
     m_ordered.clear();
     for (const DefPoint &point : points)
         insert(point);
 }
 
-void CloseSearch::addLast(const QVector<DefPoint> &points)
+void KnownPointIndex::addLast(const QVector<DefPoint> &points)
 {
     if (2 * static_cast<std::size_t>(points.size()) > m_slots.size()) {
         reset(points);
@@ -104,28 +104,28 @@ void CloseSearch::addLast(const QVector<DefPoint> &points)
 
 // Puts those of the crowd that are in no tree yet into a tree, together with smaller trees: so a point changes trees
 // seldom, and the trees stay few.
-void CloseSearch::plantCrowd()
+void KnownPointIndex::rebuildOverflowTrees()
 {
-    std::size_t first = m_plantedCount;
-    while (!m_crowdTrees.empty() && m_crowdTrees.back().size() <= 2 * (m_crowd.size() - first)) {
-        first -= m_crowdTrees.back().size();
-        m_crowdTrees.pop_back();
+    std::size_t first = m_treeCount;
+    while (!m_overflowTrees.empty() && m_overflowTrees.back().size() <= 2 * (m_overflow.size() - first)) {
+        first -= m_overflowTrees.back().size();
+        m_overflowTrees.pop_back();
     }
-    m_crowdTrees.emplace_back(std::vector<Place>(m_crowd.data() + first, m_crowd.data() + m_crowd.size()));
-    m_plantedCount = m_crowd.size();
+    m_overflowTrees.emplace_back(std::vector<Entry>(m_overflow.data() + first, m_overflow.data() + m_overflow.size()));
+    m_treeCount = m_overflow.size();
 }
 
 /// A query on its way.
-struct CloseSearch::Query
+struct KnownPointIndex::Query
 {
-    CloseSearch &search;
+    KnownPointIndex &search;
     const QVector<DefPoint> &points;
     double x;
     double y;
     double best = reach * reach; ///< squared; what lies farther away is not equal, whoever is nearer
     int found = -1;
 
-    void examine(const Place &place)
+    void examine(const Entry &place)
     {
         const double distance = squaredDistance(place.x, place.y, x, y);
         if (!(distance <= best) || place.point == found)
@@ -139,12 +139,12 @@ struct CloseSearch::Query
 
 // Of two points at one distance from the query. The sorted points are examined from the first that is not left of it:
 // that one, the one before it, then on to the right, then on to the left.
-bool CloseSearch::isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
+bool KnownPointIndex::isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
 {
     const bool aLeft = a.x < query.x;
     const bool bLeft = b.x < query.x;
     if (aLeft == bLeft)
-        return aLeft ? sortsBefore(b, a) : sortsBefore(a, b);
+        return aLeft ? lessNanLast(b, a) : lessNanLast(a, b);
     if (m_ordered.empty())
         m_ordered.insert(query.points.begin(), query.points.end());
     const DefPoint lowest{QString(), query.x, -std::numeric_limits<double>::infinity()};
@@ -155,18 +155,18 @@ bool CloseSearch::isExaminedFirst(const Query &query, const DefPoint &a, const D
     return leftFirst == aLeft;
 }
 
-void CloseSearch::searchCell(qint64 column, qint64 row, Query &query)
+void KnownPointIndex::searchCell(qint64 column, qint64 row, Query &query)
 {
     const std::size_t own = slotOf(column, row);
     for (std::size_t probe = 0; probe < maxProbes; ++probe) {
-        const Place &place = m_slots[(own + probe) & (m_slots.size() - 1)];
+        const Entry &place = m_slots[(own + probe) & (m_slots.size() - 1)];
         if (std::isnan(place.x))
             return;
         query.examine(place);
     }
 }
 
-const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, double y)
+const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x, double y)
 {
     if (m_count == 0 || !isFinite(x, y))
         return nullptr;
@@ -182,9 +182,9 @@ const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, dou
         searchCell(left, top, query);
     if (right != left && top != bottom)
         searchCell(right, top, query);
-    if (m_plantedCount < m_crowd.size())
-        plantCrowd();
-    for (const PlaceTree &tree : m_crowdTrees)
+    if (m_treeCount < m_overflow.size())
+        rebuildOverflowTrees();
+    for (const KdTree &tree : m_overflowTrees)
         tree.search(query);
     if (query.found < 0)
         return nullptr;
@@ -192,41 +192,41 @@ const DefPoint *CloseSearch::find(const QVector<DefPoint> &points, double x, dou
     return nearest == DefPoint{QString(), x, y} ? &nearest : nullptr;
 }
 
-NearestSearch::NearestSearch(const QVector<DefPoint> &points) : m_points(points)
+NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points) : m_points(points)
 {
-    std::vector<PlaceTree::Place> places;
+    std::vector<KdTree::Entry> places;
     places.reserve(static_cast<std::size_t>(points.size()));
     for (int i = 0; i < points.size(); ++i) {
         const DefPoint &point = points.at(i);
         if (isFinite(point.x, point.y) && (i == 0 || !isSamePlace(points.at(i - 1), point)))
-            places.push_back(PlaceTree::Place{point.x, point.y, i});
+            places.push_back(KdTree::Entry{point.x, point.y, i});
     }
-    m_tree = PlaceTree(std::move(places));
+    m_tree = KdTree(std::move(places));
 }
 
 // Of the points at one place the first that findNearestPoint() examines; from the left it comes to the last of them.
-int NearestSearch::firstExamined(const PlaceTree::Place &place, double x) const
+int NearestPointIndex::firstExamined(const KdTree::Entry &place, double x) const
 {
     const auto first = m_points.begin() + place.point;
     if (!(place.x < x) || first + 1 == m_points.end() || !isSamePlace(*(first + 1), *first))
         return place.point;
-    return static_cast<int>(std::upper_bound(first, m_points.end(), *first, sortsBefore) - m_points.begin()) - 1;
+    return static_cast<int>(std::upper_bound(first, m_points.end(), *first, lessNanLast) - m_points.begin()) - 1;
 }
 
 /// A query on its way.
-struct NearestSearch::Query
+struct NearestPointIndex::Query
 {
-    const NearestSearch &search;
+    const NearestPointIndex &search;
     double x;
     double y;
     double best = std::numeric_limits<double>::max();
-    const PlaceTree::Place *found = nullptr;
+    const KdTree::Entry *found = nullptr;
     int turn = unknown;  ///< in which findNearestPoint() comes to what is found, once a tie has asked
     int bound = unknown; ///< the first point that is not left of the query, once a tie has asked
 
     static constexpr int unknown = -1;
 
-    void examine(const PlaceTree::Place &place)
+    void examine(const KdTree::Entry &place)
     {
         // A distance that is not finite is never less, and the largest finite one is not less than itself.
         const double distance = squaredDistance(place.x, place.y, x, y);
@@ -239,20 +239,20 @@ struct NearestSearch::Query
         }
     }
 
-    void examineTie(const PlaceTree::Place &place)
+    void examineTie(const KdTree::Entry &place)
     {
         if (bound == unknown)
-            bound = lowerBound(search.m_points, x);
+            bound = bisectByX(search.m_points, x);
         if (turn == unknown)
-            turn = turnOf(*found);
-        const int otherTurn = turnOf(place);
+            turn = visitRank(*found);
+        const int otherTurn = visitRank(place);
         if (otherTurn < turn) {
             found = &place;
             turn = otherTurn;
         }
     }
 
-    int turnOf(const PlaceTree::Place &place) const
+    int visitRank(const KdTree::Entry &place) const
     {
         const int index = search.firstExamined(place, x);
         if (index >= bound)
@@ -261,7 +261,7 @@ struct NearestSearch::Query
     }
 };
 
-const DefPoint *NearestSearch::find(const QPointF &p) const
+const DefPoint *NearestPointIndex::find(const QPointF &p) const
 {
     Query query{*this, p.x(), p.y()};
     if (isFinite(p.x(), p.y()))

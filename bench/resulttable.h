@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mapfiles.h"
+#include "samplefiles.h"
 
 #include <QVector>
 
@@ -23,4 +23,4 @@ struct SpeedRow
 
 /// A table in Markdown of \a rows; \a vertexCounts are in ascending order. A figure that has a bound shows it, and is
 /// bold when it is out of bounds.
-QString speedTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts);
+QString resultTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts);

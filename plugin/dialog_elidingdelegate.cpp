@@ -1,4 +1,4 @@
-#include "dialog_defdelegate.h"
+#include "dialog_elidingdelegate.h"
 
 #include "digit.h"
 
@@ -33,7 +33,7 @@ bool isLikeOthers(const QString &def)
 
 } // namespace
 
-QString BeginningDelegate::displayText(const QVariant &value, const QLocale &locale) const
+QString ElidingDelegate::displayText(const QVariant &value, const QLocale &locale) const
 {
     const QString text = value.toString();
     if (text.size() <= mostShown)

@@ -1,5 +1,5 @@
 #include "imported.h"
-#include "mapfiles.h"
+#include "samplefiles.h"
 #include "testing.h"
 
 #include <QTest>
@@ -9,7 +9,7 @@
 Q_DECLARE_METATYPE(Layout)
 
 /// The made-up drawings that are measured: figures mean something only when the import finds in them what it should.
-class tst_MapFiles : public QObject
+class tst_SampleFiles : public QObject
 {
     Q_OBJECT
 
@@ -52,11 +52,11 @@ Result imported(const QString &path)
     import.setEncoding("Windows-1251");
     result.ok = import.importMap();
     result.messages = host.messages();
-    result.points = import.knownPoints();
+    result.points = knownPoints(import);
     return result;
 }
 
-Result imported(const MapFiles &files, const QString &extension)
+Result imported(const SampleFiles &files, const QString &extension)
 {
     const TextFixture folder;
     const QString path = folder.path(QStringLiteral("a.") + extension);
@@ -97,17 +97,17 @@ QByteArray contentOf(const QString &path)
 
 } // namespace
 
-void tst_MapFiles::mosaicIsImported_data()
+void tst_SampleFiles::mosaicIsImported_data()
 {
     addFormats();
 }
 
 // A hundred plots, ten by ten, have eleven by eleven corners; ninety of these are points in the file.
-void tst_MapFiles::mosaicIsImported()
+void tst_SampleFiles::mosaicIsImported()
 {
     QFETCH(QString, extension);
 
-    const Result result = imported(MapFiles(Layout::Mosaic, 500), extension);
+    const Result result = imported(SampleFiles(Layout::Mosaic, 500), extension);
 
     QVERIFY(result.ok);
     QCOMPARE(result.messages, QStringList());
@@ -122,17 +122,17 @@ void tst_MapFiles::mosaicIsImported()
     }
 }
 
-void tst_MapFiles::mosaicSharesItsNumbers_data()
+void tst_SampleFiles::mosaicSharesItsNumbers_data()
 {
     addFormats();
 }
 
 // The tenth node has no point. The second side of a plot is the fourth of the next one, from the other end.
-void tst_MapFiles::mosaicSharesItsNumbers()
+void tst_SampleFiles::mosaicSharesItsNumbers()
 {
     QFETCH(QString, extension);
 
-    const Result result = imported(MapFiles(Layout::Mosaic, 500), extension);
+    const Result result = imported(SampleFiles(Layout::Mosaic, 500), extension);
 
     QCOMPARE(result.objects.size(), 100);
     const QVector<DefPoint> first = result.objects[0].contours[0];
@@ -150,7 +150,7 @@ void tst_MapFiles::mosaicSharesItsNumbers()
     QCOMPARE(result.objects[9].contours[0][0].def, QStringLiteral("new1"));
 }
 
-void tst_MapFiles::layoutIsImported_data()
+void tst_SampleFiles::layoutIsImported_data()
 {
     QTest::addColumn<Layout>("layout");
     QTest::addColumn<QString>("extension");
@@ -169,14 +169,14 @@ void tst_MapFiles::layoutIsImported_data()
     }
 }
 
-void tst_MapFiles::layoutIsImported()
+void tst_SampleFiles::layoutIsImported()
 {
     QFETCH(Layout, layout);
     QFETCH(QString, extension);
     QFETCH(int, knownPoints);
     QFETCH(int, namedPoints);
 
-    const Result result = imported(MapFiles(layout, 500), extension);
+    const Result result = imported(SampleFiles(layout, 500), extension);
 
     QVERIFY(result.ok);
     QCOMPARE(result.messages, QStringList());
@@ -185,7 +185,7 @@ void tst_MapFiles::layoutIsImported()
     QCOMPARE(countOf(result.points, QStringLiteral("н")), namedPoints);
 }
 
-void tst_MapFiles::plotsHaveTheirOwnDesignations_data()
+void tst_SampleFiles::plotsHaveTheirOwnDesignations_data()
 {
     QTest::addColumn<Layout>("layout");
 
@@ -197,11 +197,11 @@ void tst_MapFiles::plotsHaveTheirOwnDesignations_data()
 }
 
 // In the jittered column rings cross themselves, so that their centroids may lie anywhere.
-void tst_MapFiles::plotsHaveTheirOwnDesignations()
+void tst_SampleFiles::plotsHaveTheirOwnDesignations()
 {
     QFETCH(Layout, layout);
 
-    const Result result = imported(MapFiles(layout, 500), QStringLiteral("dxf"));
+    const Result result = imported(SampleFiles(layout, 500), QStringLiteral("dxf"));
 
     QStringList designations;
     for (const DefPolygon &object : result.objects)
@@ -210,7 +210,7 @@ void tst_MapFiles::plotsHaveTheirOwnDesignations()
     QCOMPARE(designations.removeDuplicates(), 0);
 }
 
-void tst_MapFiles::columnIsNarrow_data()
+void tst_SampleFiles::columnIsNarrow_data()
 {
     QTest::addColumn<Layout>("layout");
     QTest::addColumn<double>("maxWidth");
@@ -220,13 +220,13 @@ void tst_MapFiles::columnIsNarrow_data()
     QTest::newRow("jittered column") << Layout::JitteredColumn << 0.1 << 40002;
 }
 
-void tst_MapFiles::columnIsNarrow()
+void tst_SampleFiles::columnIsNarrow()
 {
     QFETCH(Layout, layout);
     QFETCH(double, maxWidth);
     QFETCH(int, differentX);
 
-    const Result result = imported(MapFiles(layout, 100000), QStringLiteral("mif"));
+    const Result result = imported(SampleFiles(layout, 100000), QStringLiteral("mif"));
 
     QCOMPARE(result.points.size(), 40002);
     QVERIFY(widthOf(result.points) <= maxWidth);
@@ -236,12 +236,12 @@ void tst_MapFiles::columnIsNarrow()
     QCOMPARE(x.size(), differentX);
 }
 
-void tst_MapFiles::filesAreTheSameEachTime()
+void tst_SampleFiles::filesAreTheSameEachTime()
 {
     const TextFixture folder;
     QVector<QByteArray> written;
     for (const QString &name : {QStringLiteral("a"), QStringLiteral("b")}) {
-        const MapFiles files(Layout::Disjoint, 500);
+        const SampleFiles files(Layout::Disjoint, 500);
         files.writeMif(folder.path(name + QStringLiteral(".mif")));
         files.writeDxf(folder.path(name + QStringLiteral(".dxf")));
         for (const QString &extension : {QStringLiteral(".mif"), QStringLiteral(".mid"), QStringLiteral(".dxf")})
@@ -254,5 +254,5 @@ void tst_MapFiles::filesAreTheSameEachTime()
     QCOMPARE(written[5], written[2]);
 }
 
-QTEST_GUILESS_MAIN(tst_MapFiles)
-#include "tst_mapfiles.moc"
+QTEST_GUILESS_MAIN(tst_SampleFiles)
+#include "tst_samplefiles.moc"

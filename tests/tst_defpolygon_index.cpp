@@ -1,4 +1,4 @@
-#include "defpolygon_search.h"
+#include "defpolygon_index.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -74,7 +74,7 @@ QString told(const DefPoint *point, double x, double y)
 Q_DECLARE_METATYPE(Layout)
 
 /// The searches beside findNearestPoint() are to answer as it does, ties and odd numbers included.
-class tst_DefPolygonSearch : public QObject
+class tst_DefPolygonIndex : public QObject
 {
     Q_OBJECT
 
@@ -84,7 +84,6 @@ private Q_SLOTS:
     void textIsTheNearest_data() { layouts(); }
     void textIsTheNearest();
     void appendedPointsAreSortedIn_data() { layouts(); }
-    void appendedPointsAreSortedIn();
     void emptyListHasNoNearest();
     void tenThousandTextsAtOnePlace();
     void otherPointsTakeTheirPlace();
@@ -93,7 +92,7 @@ private:
     static void layouts();
 };
 
-void tst_DefPolygonSearch::layouts()
+void tst_DefPolygonIndex::layouts()
 {
     QTest::addColumn<Layout>("layout");
 
@@ -118,14 +117,14 @@ void tst_DefPolygonSearch::layouts()
 }
 
 // The known points grow as in an import: a vertex that is equal to none becomes one.
-void tst_DefPolygonSearch::closePointIsTheNearest()
+void tst_DefPolygonIndex::closePointIsTheNearest()
 {
     QFETCH(Layout, layout);
     QRandomGenerator random(1);
     for (int run = 0; run < 1100; ++run) {
         QVector<DefPoint> sorted = drawKnownPoints(random, layout, random.bounded(layout.knownPoints));
         QVector<DefPoint> points = sorted;
-        CloseSearch search;
+        KnownPointIndex search;
         search.reset(points);
         for (int query = 0; query < 60; ++query) {
             const DefPoint p = drawPoint(random, layout, 1000 + query);
@@ -138,19 +137,19 @@ void tst_DefPolygonSearch::closePointIsTheNearest()
                 continue;
             points.append(p);
             search.addLast(points);
-            sorted.insert(std::lower_bound(sorted.begin(), sorted.end(), p, sortsBefore), p);
+            sorted.insert(std::lower_bound(sorted.begin(), sorted.end(), p, lessNanLast), p);
         }
         QCOMPARE(search.count(), points.size());
     }
 }
 
-void tst_DefPolygonSearch::textIsTheNearest()
+void tst_DefPolygonIndex::textIsTheNearest()
 {
     QFETCH(Layout, layout);
     QRandomGenerator random(2);
     for (int run = 0; run < 500; ++run) {
         const QVector<DefPoint> texts = drawTexts(random, layout, random.bounded(run % 10 == 0 ? 1000 : 60));
-        const NearestSearch search(texts);
+        const NearestPointIndex search(texts);
         for (int query = 0; query < 100; ++query) {
             const DefPoint p = drawPoint(random, layout, 0);
             const QPointF place =
@@ -161,44 +160,23 @@ void tst_DefPolygonSearch::textIsTheNearest()
     }
 }
 
-void tst_DefPolygonSearch::appendedPointsAreSortedIn()
+void tst_DefPolygonIndex::emptyListHasNoNearest()
 {
-    QFETCH(Layout, layout);
-    QRandomGenerator random(3);
-    for (int run = 0; run < 200; ++run) {
-        QVector<DefPoint> points = drawTexts(random, layout, random.bounded(30));
-        QVector<DefPoint> expected = points;
-        const int sortedCount = points.size();
-        for (int i = random.bounded(30); i > 0; --i) {
-            const DefPoint p = drawPoint(random, layout, 1000 + i);
-            points.append(p);
-            expected.insert(std::lower_bound(expected.begin(), expected.end(), p, sortsBefore), p);
-        }
-
-        sortAppended(points, sortedCount);
-
-        for (int i = 0; i < points.size(); ++i)
-            QCOMPARE(points.at(i).def, expected.at(i).def);
-    }
-}
-
-void tst_DefPolygonSearch::emptyListHasNoNearest()
-{
-    CloseSearch closeSearch;
+    KnownPointIndex closeSearch;
     QVERIFY(closeSearch.find({}, 0, 0) == nullptr);
     closeSearch.reset({});
     QVERIFY(closeSearch.find({}, 0, 0) == nullptr);
     QCOMPARE(closeSearch.count(), 0);
-    QVERIFY(NearestSearch({}).find(QPointF(0, 0)) == nullptr);
+    QVERIFY(NearestPointIndex({}).find(QPointF(0, 0)) == nullptr);
 }
 
 // From the left the last of them is examined first, from the right the first.
-void tst_DefPolygonSearch::tenThousandTextsAtOnePlace()
+void tst_DefPolygonIndex::tenThousandTextsAtOnePlace()
 {
     QVector<DefPoint> texts;
     for (int i = 0; i < 10000; ++i)
         texts.append(DefPoint{QString::number(i), 5, 5});
-    const NearestSearch search(texts);
+    const NearestPointIndex search(texts);
 
     QCOMPARE(search.find(QPointF(4, 5))->def, QStringLiteral("0"));
     QCOMPARE(search.find(QPointF(5, 5))->def, QStringLiteral("0"));
@@ -206,13 +184,13 @@ void tst_DefPolygonSearch::tenThousandTextsAtOnePlace()
 }
 
 // A crowd, and a tie in it, leave nothing behind.
-void tst_DefPolygonSearch::otherPointsTakeTheirPlace()
+void tst_DefPolygonIndex::otherPointsTakeTheirPlace()
 {
     QVector<DefPoint> crowd;
     for (int i = 0; i < 400; ++i)
         crowd.append(DefPoint{QString::number(i), i / 20 * 0.0102, i % 20 * 0.0102});
     const QVector<DefPoint> others{DefPoint{QStringLiteral("far"), 100, 100}};
-    CloseSearch search;
+    KnownPointIndex search;
     search.reset(crowd);
     QVERIFY(search.find(crowd, 0.0051, 0.0051) != nullptr);
 
@@ -224,5 +202,5 @@ void tst_DefPolygonSearch::otherPointsTakeTheirPlace()
     QVERIFY(search.find(others, 100, 100) == &others.first());
 }
 
-QTEST_GUILESS_MAIN(tst_DefPolygonSearch)
-#include "tst_defpolygon_search.moc"
+QTEST_GUILESS_MAIN(tst_DefPolygonIndex)
+#include "tst_defpolygon_index.moc"

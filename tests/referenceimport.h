@@ -41,22 +41,22 @@ struct ImportOutcome
 };
 
 /// Index of the point nearest to (\a x, \a y), -1 without one; bisects and walks, also in points without order.
-int naiveNearest(const QVector<DefPoint> &points, double x, double y);
+int referenceNearest(const QVector<DefPoint> &points, double x, double y);
 
 /// Area centroid of the first contour, or the mean of its vertices.
-QPointF naiveCentroid(const DefPolygon &object);
+QPointF referenceCentroid(const DefPolygon &object);
 
 /// The import in its plainest form: no index, no buffer, each list searched as it stands.
 ///
 /// It shares nothing with the importers but the records, so that what both give is right or wrong for two reasons. One
 /// reader serves one run.
-class NaiveImport
+class ReferenceImport
 {
 public:
-    explicit NaiveImport(const ImportOptions &options);
-    virtual ~NaiveImport() = default;
-    NaiveImport(const NaiveImport &) = delete;
-    NaiveImport &operator=(const NaiveImport &) = delete;
+    explicit ReferenceImport(const ImportOptions &options);
+    virtual ~ReferenceImport() = default;
+    ReferenceImport(const ReferenceImport &) = delete;
+    ReferenceImport &operator=(const ReferenceImport &) = delete;
 
     ImportOutcome run();
 
@@ -90,10 +90,10 @@ private:
 };
 
 /// Reads a MIF and its MID.
-class NaiveMif : public NaiveImport
+class ReferenceMif : public ReferenceImport
 {
 public:
-    using NaiveImport::NaiveImport;
+    using ReferenceImport::ReferenceImport;
 
 protected:
     bool loadPoints() override;
@@ -129,10 +129,10 @@ private:
 };
 
 /// Reads a DXF.
-class NaiveDxf : public NaiveImport
+class ReferenceDxf : public ReferenceImport
 {
 public:
-    using NaiveImport::NaiveImport;
+    using ReferenceImport::ReferenceImport;
 
 protected:
     bool loadPoints() override;

@@ -8,7 +8,7 @@
 #include <optional>
 
 /// Shows the beginning of a text that is longer than any screen is wide: to lay out all of it takes very long.
-class BeginningDelegate : public QStyledItemDelegate
+class ElidingDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 
@@ -22,12 +22,12 @@ public:
 ///
 /// Designations that differ in their digits only are measured once, with a digit more than they have; long ones and
 /// those without digits each as it is.
-class DefDelegate : public BeginningDelegate
+class DefDelegate : public ElidingDelegate
 {
     Q_OBJECT
 
 public:
-    using BeginningDelegate::BeginningDelegate;
+    using ElidingDelegate::ElidingDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 

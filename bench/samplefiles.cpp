@@ -1,7 +1,7 @@
 // A drawing is made up as plots first; points and names follow from their corners. The same random numbers come with
 // every compiler and library, so that figures can be compared.
 
-#include "mapfiles.h"
+#include "samplefiles.h"
 
 #include <QFile>
 #include <QPointF>
@@ -159,7 +159,7 @@ void openForWriting(QFile &file)
 
 } // namespace
 
-struct MapFiles::Drawing
+struct SampleFiles::Drawing
 {
     Drawing(Layout layout, int plotCount);
 
@@ -180,7 +180,7 @@ struct MapFiles::Drawing
     QByteArray dxfLayer = "  8\n" + windows1251(QStringLiteral("Участки")) + '\n';
 };
 
-MapFiles::Drawing::Drawing(Layout layout, int plotCount) : plots(plotsOf(layout, plotCount))
+SampleFiles::Drawing::Drawing(Layout layout, int plotCount) : plots(plotsOf(layout, plotCount))
 {
     int corners = 0;
     for (const Plot &plot : plots) {
@@ -200,39 +200,41 @@ MapFiles::Drawing::Drawing(Layout layout, int plotCount) : plots(plotsOf(layout,
         xDecimals = 8;
 }
 
-void MapFiles::Drawing::appendPoint(const QPointF &place)
+void SampleFiles::Drawing::appendPoint(const QPointF &place)
 {
     static const QByteArray prefix = windows1251(QStringLiteral("н"));
     points.append(Named{place, prefix + QByteArray::number(points.size() + 1)});
 }
 
-void MapFiles::Drawing::appendName(const QPointF &place)
+void SampleFiles::Drawing::appendName(const QPointF &place)
 {
     static const QByteArray prefix = windows1251(QStringLiteral(":ЗУ"));
     names.append(Named{place, prefix + QByteArray::number(names.size() + 1)});
 }
 
-QByteArray MapFiles::Drawing::mifPlace(const QPointF &p) const
+QByteArray SampleFiles::Drawing::mifPlace(const QPointF &p) const
 {
     return x(p.x()) + ' ' + y(p.y()) + '\n';
 }
 
-QByteArray MapFiles::Drawing::dxfPlace(const QPointF &p) const
+QByteArray SampleFiles::Drawing::dxfPlace(const QPointF &p) const
 {
     return " 10\n" + x(p.x()) + "\n 20\n" + y(p.y()) + '\n';
 }
 
-QByteArray MapFiles::Drawing::dxfText(const Named &named, const QPointF &offset) const
+QByteArray SampleFiles::Drawing::dxfText(const Named &named, const QPointF &offset) const
 {
     return "  0\nTEXT\n" + dxfLayer + dxfPlace(named.place + offset) + " 30\n0.0\n 40\n2.5\n  1\n" + named.name + '\n';
 }
 
-MapFiles::MapFiles(Layout layout, int vertexCount) : m_drawing(std::make_unique<Drawing>(layout, vertexCount / 5)) {}
+SampleFiles::SampleFiles(Layout layout, int vertexCount) : m_drawing(std::make_unique<Drawing>(layout, vertexCount / 5))
+{
+}
 
-MapFiles::~MapFiles() = default;
+SampleFiles::~SampleFiles() = default;
 
 // MIF has no texts, so the stray text is not in it.
-void MapFiles::writeMif(const QString &path) const
+void SampleFiles::writeMif(const QString &path) const
 {
     QFile mif(path);
     QFile mid(path.chopped(1) + QLatin1Char('d'));
@@ -253,7 +255,7 @@ void MapFiles::writeMif(const QString &path) const
     }
 }
 
-void MapFiles::writeDxf(const QString &path) const
+void SampleFiles::writeDxf(const QString &path) const
 {
     QFile dxf(path);
     openForWriting(dxf);

@@ -1,6 +1,6 @@
-#include "speedtable.h"
+#include "resulttable.h"
 
-#include "boundtext.h"
+#include "formatbounds.h"
 
 #include <QStringList>
 
@@ -91,7 +91,7 @@ QString tableLine(const QStringList &cells)
 
 } // namespace
 
-QString speedTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts)
+QString resultTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts)
 {
     const QStringList head = heading(vertexCounts);
     QString rule = QStringLiteral("|---|---|");

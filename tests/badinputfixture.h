@@ -38,9 +38,9 @@ inline void forgetPeak()
 }
 
 /// A run over a file of its folder, in the format that its name tells; numbers from «н1» and «ЗУ1».
-struct HostileRun
+struct BadInputFixture
 {
-    explicit HostileRun(const QString &objectFile)
+    explicit BadInputFixture(const QString &objectFile)
     {
         if (objectFile.endsWith(QLatin1String(".dxf")))
             import = std::make_unique<DxfImport>();
