@@ -8,19 +8,19 @@
 
 namespace {
 
-// Two points that are equal lie no further apart than this, and neither does one that is nearer than an equal one.
+// Equal points lie no farther apart than this, and neither does a point that is nearer than an equal one.
 constexpr double reach = 1.5 * DefPoint::epsilon;
 
-/// Cells a unit of length: a cell is longer than the reach to both sides, so that a query touches two at most.
+// A power of two, so that scaling a coordinate is exact.
 constexpr double cellsPerUnit = 4;
-static_assert(2 * reach * cellsPerUnit < 1);
+static_assert(2 * reach * cellsPerUnit < 1, "the box searched for a query must span at most two cells on each axis");
 
-/// How far a point may be put off from the slot of its cell.
-constexpr std::size_t maxProbes = 64;
+// Coordinates in degrees put all points of a town into a few cells. Points beyond this number in a cell go to the k-d
+// tree when the index is filled; otherwise 200,000 of them would be searched linearly for each vertex. Points that are
+// added later lie more than the tolerance apart, so a cell holds only some hundreds of them.
+constexpr int maxInCell = 32;
 
-constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
-
-/// The cell of a coordinate. Far out, where neighbouring numbers lie further apart than the reach, each has its own.
+/// The cell of a coordinate. Where neighbouring doubles are farther apart than the reach, each has a cell of its own.
 qint64 cellOf(double coordinate)
 {
     constexpr double limit = 1e15;
@@ -34,15 +34,24 @@ qint64 cellOf(double coordinate)
     return static_cast<double>(cell) > scaled ? cell - 1 : cell;
 }
 
+// Multiplicative hashing: both factors are odd constants with evenly mixed bits, 2^64 divided by the golden ratio and a
+// prime. The high half of the products depends on all bits of both coordinates.
+quint32 hashOf(qint64 column, qint64 row)
+{
+    const quint64 hash =
+        (static_cast<quint64>(column) * 0x9E3779B97F4A7C15U) ^ (static_cast<quint64>(row) * 0xC2B2AE3D27D4EB4FU);
+    return static_cast<quint32>(hash >> 32U);
+}
+
 bool isFinite(double x, double y)
 {
     return std::isfinite(x) && std::isfinite(y);
 }
 
-double squaredDistance(double x, double y, double px, double py)
+double squaredDistance(double x1, double y1, double x2, double y2)
 {
-    const double dx = x - px;
-    const double dy = y - py;
+    const double dx = x1 - x2;
+    const double dy = y1 - y2;
     return dx * dx + dy * dy;
 }
 
@@ -53,93 +62,95 @@ bool isSamePlace(const DefPoint &a, const DefPoint &b)
 
 } // namespace
 
-std::size_t KnownPointIndex::slotOf(qint64 column, qint64 row) const
+// Linear probing. False when the cell already has as many points as allowed.
+bool KnownPointIndex::insert(Slot entry, int allowed)
 {
-    const quint64 hash =
-        (static_cast<quint64>(column) * 0x9E3779B97F4A7C15U) ^ (static_cast<quint64>(row) * 0xC2B2AE3D27D4EB4FU);
-    return static_cast<std::size_t>(hash >> 32U) & (m_slots.size() - 1);
-}
-
-void KnownPointIndex::insert(const DefPoint &point)
-{
-    const Entry place{point.x, point.y, m_count++};
-    if (!isFinite(point.x, point.y)) // is equal to no query
-        return;
-    const std::size_t own = slotOf(cellOf(point.x), cellOf(point.y));
-    for (std::size_t probe = 0; probe < maxProbes; ++probe) {
-        Entry &slot = m_slots[(own + probe) & (m_slots.size() - 1)];
-        if (std::isnan(slot.x)) {
-            slot = place;
-            return;
-        }
+    const std::size_t last = m_slots.size() - 1;
+    int inCell = 0;
+    std::size_t i = entry.hash & last;
+    for (; !m_slots[i].isFree(); i = (i + 1) & last) {
+        if (m_slots[i].hash == entry.hash && ++inCell == allowed)
+            return false;
     }
-    m_overflow.push_back(place);
+    m_slots[i] = entry;
+    return true;
 }
 
 void KnownPointIndex::reset(const QVector<DefPoint> &points)
 {
-    std::size_t size = maxProbes;
+    std::size_t size = smallestTable;
     while (size < 2 * static_cast<std::size_t>(points.size()))
         size *= 2;
-    m_slots.assign(size, Entry{nowhere, nowhere, -1});
-    m_count = 0;
-    m_overflow.clear();
-    m_overflowTrees.clear();
-    m_treeCount = 0;
+    m_slots.assign(size, Slot());
     m_ordered.clear();
-    for (const DefPoint &point : points)
-        insert(point);
+    m_count = points.size();
+    std::vector<KdTree::Entry> overflow;
+    for (int i = 0; i < points.size(); ++i) {
+        const DefPoint &point = points.at(i);
+        if (!isFinite(point.x, point.y)) // equals no query
+            continue;
+        if (!insert(Slot{hashOf(cellOf(point.x), cellOf(point.y)), i}, maxInCell))
+            overflow.push_back(KdTree::Entry{point.x, point.y, i});
+    }
+    m_overflow = KdTree(std::move(overflow));
+}
+
+void KnownPointIndex::grow()
+{
+    const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(2 * m_slots.size()));
+    for (const Slot &slot : old) {
+        if (!slot.isFree())
+            insert(slot, std::numeric_limits<int>::max());
+    }
 }
 
 void KnownPointIndex::addLast(const QVector<DefPoint> &points)
 {
-    if (2 * static_cast<std::size_t>(points.size()) > m_slots.size()) {
-        reset(points);
-        return;
-    }
+    const DefPoint &point = points.last();
+    ++m_count;
     if (!m_ordered.empty())
-        m_ordered.insert(points.last());
-    insert(points.last());
+        m_ordered.insert(point);
+    if (!isFinite(point.x, point.y))
+        return;
+    if (2 * static_cast<std::size_t>(m_count) > m_slots.size())
+        grow();
+    insert(Slot{hashOf(cellOf(point.x), cellOf(point.y)), m_count - 1}, std::numeric_limits<int>::max());
 }
 
-// Puts those of the crowd that are in no tree yet into a tree, together with smaller trees: so a point changes trees
-// seldom, and the trees stay few.
-void KnownPointIndex::rebuildOverflowTrees()
-{
-    std::size_t first = m_treeCount;
-    while (!m_overflowTrees.empty() && m_overflowTrees.back().size() <= 2 * (m_overflow.size() - first)) {
-        first -= m_overflowTrees.back().size();
-        m_overflowTrees.pop_back();
-    }
-    m_overflowTrees.emplace_back(std::vector<Entry>(m_overflow.data() + first, m_overflow.data() + m_overflow.size()));
-    m_treeCount = m_overflow.size();
-}
-
-/// A query on its way.
+/// State of one search.
 struct KnownPointIndex::Query
 {
-    KnownPointIndex &search;
+    KnownPointIndex &index;
     const QVector<DefPoint> &points;
     double x;
     double y;
-    double best = reach * reach; ///< squared; what lies farther away is not equal, whoever is nearer
+    double best = reach * reach; ///< squared; nothing farther away can be equal or nearer than an equal point
     int found = -1;
+    int steps = 0;
 
-    void examine(const Entry &place)
+    void examine(int i)
     {
-        const double distance = squaredDistance(place.x, place.y, x, y);
-        if (!(distance <= best) || place.point == found)
+        const DefPoint &point = points.at(i);
+        const double distance = squaredDistance(point.x, point.y, x, y);
+        if (!(distance <= best) || i == found)
             return;
-        if (found < 0 || distance < best || search.isExaminedFirst(*this, points.at(place.point), points.at(found))) {
+        if (found < 0 || distance < best || index.isVisitedFirst(*this, point, points.at(found))) {
             best = distance;
-            found = place.point;
+            found = i;
         }
+    }
+
+    void examine(const KdTree::Entry &entry)
+    {
+        ++steps;
+        examine(entry.point);
     }
 };
 
-// Of two points at one distance from the query. The sorted points are examined from the first that is not left of it:
-// that one, the one before it, then on to the right, then on to the left.
-bool KnownPointIndex::isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
+// Breaks a tie by the visiting order of findNearestPoint(): the first point not left of the query, the one before it,
+// the others to the right, the others to the left. That order needs the sorted points only when the two lie on both
+// sides. They are kept in a tree from then on: on a raster of half the tolerance every query has such a tie.
+bool KnownPointIndex::isVisitedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
 {
     const bool aLeft = a.x < query.x;
     const bool bLeft = b.x < query.x;
@@ -155,20 +166,20 @@ bool KnownPointIndex::isExaminedFirst(const Query &query, const DefPoint &a, con
     return leftFirst == aLeft;
 }
 
-void KnownPointIndex::searchCell(qint64 column, qint64 row, Query &query)
+void KnownPointIndex::searchCell(qint64 column, qint64 row, Query &query) const
 {
-    const std::size_t own = slotOf(column, row);
-    for (std::size_t probe = 0; probe < maxProbes; ++probe) {
-        const Entry &place = m_slots[(own + probe) & (m_slots.size() - 1)];
-        if (std::isnan(place.x))
-            return;
-        query.examine(place);
+    const quint32 hash = hashOf(column, row);
+    const std::size_t last = m_slots.size() - 1;
+    for (std::size_t i = hash & last; !m_slots[i].isFree(); i = (i + 1) & last) {
+        ++query.steps;
+        if (m_slots[i].hash == hash)
+            query.examine(m_slots[i].point);
     }
 }
 
-const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x, double y)
+const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x, double y, int *steps)
 {
-    if (m_count == 0 || !isFinite(x, y))
+    if (!isFinite(x, y))
         return nullptr;
     const qint64 left = cellOf(x - reach);
     const qint64 right = cellOf(x + reach);
@@ -182,10 +193,9 @@ const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x,
         searchCell(left, top, query);
     if (right != left && top != bottom)
         searchCell(right, top, query);
-    if (m_treeCount < m_overflow.size())
-        rebuildOverflowTrees();
-    for (const KdTree &tree : m_overflowTrees)
-        tree.search(query);
+    m_overflow.search(query);
+    if (steps != nullptr)
+        *steps = query.steps;
     if (query.found < 0)
         return nullptr;
     const DefPoint &nearest = points.at(query.found);
@@ -194,77 +204,82 @@ const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x,
 
 NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points) : m_points(points)
 {
-    std::vector<KdTree::Entry> places;
-    places.reserve(static_cast<std::size_t>(points.size()));
+    std::vector<KdTree::Entry> entries;
+    entries.reserve(static_cast<std::size_t>(points.size()));
     for (int i = 0; i < points.size(); ++i) {
         const DefPoint &point = points.at(i);
         if (isFinite(point.x, point.y) && (i == 0 || !isSamePlace(points.at(i - 1), point)))
-            places.push_back(KdTree::Entry{point.x, point.y, i});
+            entries.push_back(KdTree::Entry{point.x, point.y, i});
     }
-    m_tree = KdTree(std::move(places));
+    m_tree = KdTree(std::move(entries));
 }
 
-// Of the points at one place the first that findNearestPoint() examines; from the left it comes to the last of them.
-int NearestPointIndex::firstExamined(const KdTree::Entry &place, double x) const
+// Of several points at one position findNearestPoint() visits the first, or the last when it comes from the right.
+int NearestPointIndex::firstVisited(const KdTree::Entry &entry, double x) const
 {
-    const auto first = m_points.begin() + place.point;
-    if (!(place.x < x) || first + 1 == m_points.end() || !isSamePlace(*(first + 1), *first))
-        return place.point;
+    const auto first = m_points.begin() + entry.point;
+    if (!(entry.x < x) || first + 1 == m_points.end() || !isSamePlace(*(first + 1), *first))
+        return entry.point;
     return static_cast<int>(std::upper_bound(first, m_points.end(), *first, lessNanLast) - m_points.begin()) - 1;
 }
 
-/// A query on its way.
+/// State of one search.
 struct NearestPointIndex::Query
 {
-    const NearestPointIndex &search;
+    const NearestPointIndex &index;
     double x;
     double y;
     double best = std::numeric_limits<double>::max();
     const KdTree::Entry *found = nullptr;
-    int turn = unknown;  ///< in which findNearestPoint() comes to what is found, once a tie has asked
-    int bound = unknown; ///< the first point that is not left of the query, once a tie has asked
+    int foundRank = unknown; ///< visitRank() of what is found; computed at a tie
+    int bound = unknown;     ///< the first point not left of the query; computed at a tie
+    int steps = 0;
 
     static constexpr int unknown = -1;
 
-    void examine(const KdTree::Entry &place)
+    void examine(const KdTree::Entry &entry)
     {
-        // A distance that is not finite is never less, and the largest finite one is not less than itself.
-        const double distance = squaredDistance(place.x, place.y, x, y);
+        ++steps;
+        // Infinite and NaN distances are never less. Neither is the largest finite one, so it is not found at all.
+        const double distance = squaredDistance(entry.x, entry.y, x, y);
         if (distance < best) {
             best = distance;
-            found = &place;
-            turn = unknown;
+            found = &entry;
+            foundRank = unknown;
         } else if (distance == best && found != nullptr) {
-            examineTie(place);
+            examineTie(entry);
         }
     }
 
-    void examineTie(const KdTree::Entry &place)
+    void examineTie(const KdTree::Entry &entry)
     {
         if (bound == unknown)
-            bound = bisectByX(search.m_points, x);
-        if (turn == unknown)
-            turn = visitRank(*found);
-        const int otherTurn = visitRank(place);
-        if (otherTurn < turn) {
-            found = &place;
-            turn = otherTurn;
+            bound = bisectByX(index.m_points, x);
+        if (foundRank == unknown)
+            foundRank = visitRank(*found);
+        const int rank = visitRank(entry);
+        if (rank < foundRank) {
+            found = &entry;
+            foundRank = rank;
         }
     }
 
-    int visitRank(const KdTree::Entry &place) const
+    /// Position of an entry in the visiting order of findNearestPoint(), from 0; gaps do not matter.
+    int visitRank(const KdTree::Entry &entry) const
     {
-        const int index = search.firstExamined(place, x);
-        if (index >= bound)
-            return index == bound ? 0 : index - bound + 1;
-        return index == bound - 1 ? 1 : search.m_points.size() - index;
+        const int i = index.firstVisited(entry, x);
+        if (i >= bound)
+            return i == bound ? 0 : i - bound + 1;
+        return i == bound - 1 ? 1 : index.m_points.size() - i;
     }
 };
 
-const DefPoint *NearestPointIndex::find(const QPointF &p) const
+const DefPoint *NearestPointIndex::find(const QPointF &p, int *steps) const
 {
     Query query{*this, p.x(), p.y()};
     if (isFinite(p.x(), p.y()))
         m_tree.search(query);
-    return query.found == nullptr ? nullptr : &m_points.at(firstExamined(*query.found, p.x()));
+    if (steps != nullptr)
+        *steps = query.steps;
+    return query.found == nullptr ? nullptr : &m_points.at(firstVisited(*query.found, p.x()));
 }

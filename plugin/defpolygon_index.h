@@ -5,67 +5,72 @@
 
 #include <QVector>
 
-#include <cstddef>
 #include <set>
 #include <vector>
 
-/// Answers findNearestPoint() for a list that grows, as long as only answers equal to the query count.
+/// Answers findNearestPoint() for a growing list, as far as an answer equal to the query matters.
 ///
-/// The points lie in a hash of square cells larger than the tolerance, so that a query looks into one to four of them.
-/// What is too much for a cell, as in a map in degrees, lies in trees through which every query goes. Finite points
-/// must be distinct, as the known points of an import are.
+/// A spatial hash: the points are hashed by square cells larger than the tolerance, so a query looks into one to four
+/// cells. Finite points must be distinct, as the known points of an import are.
 class KnownPointIndex
 {
 public:
-    /// How many points have been taken in.
+    /// Number of points in the index.
     int count() const { return m_count; }
 
-    /// Takes in \a points, in place of all that was taken in before.
+    /// Replaces the content of the index by \a points.
     void reset(const QVector<DefPoint> &points);
 
-    /// Takes in the last of \a points, which is new.
+    /// Adds the last of \a points, whose others are in the index.
     void addLast(const QVector<DefPoint> &points);
 
-    /// Among \a points, which have been taken in: the one that findNearestPoint() gives for them in order, if it is
-    /// equal to (x, y); else null.
-    const DefPoint *find(const QVector<DefPoint> &points, double x, double y);
+    /// Returns what findNearestPoint() returns for the sorted \a points if that equals (x, y), else null.
+    ///
+    /// \a points are those in the index, in any order. \a steps receives the number of entries looked at.
+    const DefPoint *find(const QVector<DefPoint> &points, double x, double y, int *steps = nullptr);
 
 private:
-    using Entry = KdTree::Entry;
     using Order = bool (*)(const DefPoint &, const DefPoint &);
     struct Query;
+    struct Slot
+    {
+        bool isFree() const { return point < 0; }
 
-    std::size_t slotOf(qint64 column, qint64 row) const;
-    void insert(const DefPoint &point);
-    void searchCell(qint64 column, qint64 row, Query &query);
-    void rebuildOverflowTrees();
-    bool isExaminedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
+        quint32 hash = 0; ///< of the point's cell
+        int point = -1;   ///< index of the point; -1 in a free slot
+    };
 
-    /// A power of two of them, at most half filled; the points of a cell follow its slot. An empty one has no x.
-    std::vector<Entry> m_slots;
+    static constexpr std::size_t smallestTable = 64;
+
+    bool insert(Slot entry, int allowed);
+    void grow();
+    void searchCell(qint64 column, qint64 row, Query &query) const;
+    bool isVisitedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
+
+    /// Open addressing; the size is a power of two, at least half of the slots are free.
+    std::vector<Slot> m_slots = std::vector<Slot>(smallestTable);
     int m_count = 0;
-    std::vector<Entry> m_overflow;       ///< of points that found no empty slot near their own
-    std::vector<KdTree> m_overflowTrees; ///< of the crowd, each of fewer than half as many as the one before
-    std::size_t m_treeCount = 0;         ///< how many of the crowd are in the trees
-    std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points, once a tie has asked for their order
+    KdTree m_overflow;                                ///< points of crowded cells
+    std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points; filled when a tie first asks for their order
 };
 
-/// Answers findNearestPoint() for a sorted list that stays as it is, in a time that is usually logarithmic, wherever
-/// the points lie.
+/// Answers findNearestPoint() for a sorted list that does not change, on average in O(log n).
 class NearestPointIndex
 {
 public:
-    /// Takes in \a points, sorted as sortPoints() does.
+    /// Copies \a points, which are in the order of sortPoints().
     explicit NearestPointIndex(const QVector<DefPoint> &points);
 
-    /// What findNearestPoint() gives for the points and \a p; the pointer is good for the life of this object.
-    const DefPoint *find(const QPointF &p) const;
+    /// Returns what findNearestPoint() returns for the points and \a p. The pointer is valid as long as this object.
+    ///
+    /// \a steps receives the number of entries looked at.
+    const DefPoint *find(const QPointF &p, int *steps = nullptr) const;
 
 private:
     struct Query;
 
-    int firstExamined(const KdTree::Entry &place, double x) const;
+    int firstVisited(const KdTree::Entry &entry, double x) const;
 
     QVector<DefPoint> m_points;
-    KdTree m_tree; ///< of the places where they lie, each with the first point there
+    KdTree m_tree; ///< one entry for each distinct position, with the first point there
 };

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-/// What a range of entries lies in; it may be larger than they need.
+/// Bounds of a range of entries; not necessarily tight.
 struct KdTree::Box
 {
     double low[2];
@@ -22,7 +22,7 @@ KdTree::KdTree(std::vector<Entry> entries) : m_entries(std::move(entries))
     build(0, size(), box);
 }
 
-// Halves the entries between begin and end along the longer side of their box, and goes on with both halves.
+// Splits the range at its median along the longer side of its box, then both halves.
 void KdTree::build(std::size_t begin, std::size_t end, Box box)
 {
     if (end - begin <= leafSize)

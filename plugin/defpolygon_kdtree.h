@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-/// Places on the map in a k-d tree, for searches whose time is usually logarithmic, wherever the entries lie.
+/// A k-d tree of positions: finds near ones in O(log n) on average, however they are distributed.
 class KdTree
 {
 public:
@@ -11,22 +11,21 @@ public:
     {
         double x;
         double y;
-        int point; ///< the number by which the owner knows it
+        int point; ///< the owner's index of the point
 
-        /// Along which a entry halves its range when it has those before and after it for children: 0 for x, 1 for y.
-        int axis = 0;
+        int axis = 0; ///< set by the tree: an inner node splits its range by x (0) or y (1)
     };
 
     KdTree() = default;
-    /// Takes in \a entries, whose coordinates are finite.
+    /// Builds a tree of \a entries, whose coordinates are finite.
     explicit KdTree(std::vector<Entry> entries);
 
     std::size_t size() const { return m_entries.size(); }
 
-    /// Has \a query examine all entries that are no farther from it than its best, in no order.
+    /// Passes every entry that is no farther from \a query than its best to query.examine(), in any order.
     ///
-    /// A query has coordinates x and y, the squared distance best, which it lowers as it finds something, and
-    /// examine(), which takes a entry.
+    /// A query has the coordinates x and y, the squared distance best, which it lowers while it finds entries, and
+    /// examine(const Entry &).
     template <class Query>
     void search(Query &query) const
     {
@@ -36,7 +35,7 @@ public:
 private:
     struct Box;
 
-    /// Places that are looked through one by one rather than halved further.
+    /// Ranges up to this size are searched linearly; halving them further gains nothing.
     static constexpr std::size_t leafSize = 32;
 
     void build(std::size_t begin, std::size_t end, Box box);
