@@ -1,14 +1,14 @@
 // An ASCII DXF drawing is a sequence of pairs of lines, a group code and a value:
 //
-//     0              a pair with code 0 begins something: a section, an entity, the vertex of a polyline
+//     0              code 0 begins a section, an entity or a vertex of a polyline
 //     LWPOLYLINE
-//     90             the other pairs describe it: 10 and 20 are X and Y, 11 and 21 the second X and Y,
-//     4              70 flags, 90 a number of vertices, 1 a text; which mean something depends on the entity
+//     90             other codes describe it: 10 and 20 are X and Y, 11 and 21 the second X and Y, 70 flags,
+//     4              90 a number of vertices, 1 a text; which of them count depends on the entity
 //
-// A file begins with the section HEADER, and only entities of the section ENTITIES are read. There are no attributes:
-// points and objects are named by the texts that lie nearest.
+// A file begins with the section HEADER; only the entities of the section ENTITIES are read. There are no attributes:
+// points and objects are named by the nearest texts.
 //
-// The functions stand in the order in which the data travels: pair, text, entity; the passes have a file of their own.
+// Functions are in data-flow order: pair, text, entity; the passes have a file of their own.
 
 #include "mapimport_dxf.h"
 
@@ -17,26 +17,19 @@
 
 namespace {
 
-/// The first digit of a code that has one only.
-constexpr unsigned noTens = 10;
-
-/// The number that a digit stands for; of other characters more than 9.
-constexpr unsigned digitOf(QChar c)
-{
-    return c.unicode() - unsigned{u'0'};
-}
-
-constexpr unsigned bit(int group)
-{
-    return 1U << static_cast<unsigned>(group);
-}
-
 constexpr bool hasAll(unsigned groups, unsigned wanted)
 {
     return (groups & wanted) == wanted;
 }
 
-/// \a text with \a sign for each \a code. QString::replace() moves the rest of a long text over and over.
+/// A group code of one or two characters as one number. A trimmed code never begins with a space, so a single digit is
+/// keyed with one before it.
+constexpr uint key(char16_t tens, char16_t ones)
+{
+    return uint{tens} << 16U | ones;
+}
+
+/// Replaces every \a code in \a text by \a sign. QString::replace() is quadratic here, as it moves the rest each time.
 QString replaced(const QString &text, QLatin1String code, QChar sign)
 {
     QString result;
@@ -51,73 +44,62 @@ QString replaced(const QString &text, QLatin1String code, QChar sign)
 
 } // namespace
 
-// A code is what is written: 010 is not 10. The table has a row for the codes with each first of two digits, and one
-// for those that have a single digit.
-DxfImport::Group DxfImport::groupOf(unsigned tens, unsigned ones)
+// Codes are compared as text: 010 is not 10.
+DxfImport::Group DxfImport::groupOf(QStringView code)
 {
-    static constexpr std::array<Group, 110> groups = [] {
-        std::array<Group, 110> all{};
-        for (Group &group : all)
-            group = Other;
-        all[10] = X;
-        all[20] = Y;
-        all[11] = X2;
-        all[21] = Y2;
-        all[70] = Flags;
-        all[72] = HorizontalAlignment;
-        all[73] = VerticalAlignment;
-        all[90] = Count;
-        all[noTens * 10 + 0] = Begin;
-        all[noTens * 10 + 1] = Text;
-        all[noTens * 10 + 2] = Name;
-        return all;
-    }();
-    return tens <= noTens && ones < 10 ? groups[tens * 10 + ones] : Other;
-}
-
-// Nearly all programs write a code at the end of three columns. That is told without looking for blanks, of which the
-// processor would never know how many come next.
-bool DxfImport::readCode()
-{
-    line = stream.readLineView();
-    ++lineNum;
-    if (line.size() == 3 && line[0] == QLatin1Char(' ')) {
-        const bool alone = line[1] == QLatin1Char(' ');
-        const unsigned tens = digitOf(line[1]);
-        const unsigned ones = digitOf(line[2]);
-        if ((alone || tens < 10) && ones < 10) {
-            code = groupOf(alone ? noTens : tens, ones);
-            return true;
-        }
+    if (code.size() != 1 && code.size() != 2)
+        return Other;
+    switch (code.size() == 1 ? key(u' ', code[0].unicode()) : key(code[0].unicode(), code[1].unicode())) {
+    case key(u' ', u'0'):
+        return Begin;
+    case key(u' ', u'1'):
+        return Text;
+    case key(u' ', u'2'):
+        return Name;
+    case key(u'1', u'0'):
+        return X;
+    case key(u'2', u'0'):
+        return Y;
+    case key(u'1', u'1'):
+        return X2;
+    case key(u'2', u'1'):
+        return Y2;
+    case key(u'7', u'0'):
+        return Flags;
+    case key(u'7', u'2'):
+        return HorizontalAlignment;
+    case key(u'7', u'3'):
+        return VerticalAlignment;
+    case key(u'9', u'0'):
+        return Count;
+    default:
+        return Other;
     }
-    line = trimmedLine(line);
-    if (line.size() == 1)
-        code = groupOf(noTens, digitOf(line[0]));
-    else
-        code = line.size() == 2 && digitOf(line[0]) < 10 ? groupOf(digitOf(line[0]), digitOf(line[1])) : Other;
-    return !line.isEmpty();
 }
 
-// A blank line in place of a group code ends the reading, as the end of the file does.
+// A blank line in place of a group code ends the reading, as does the end of the file.
 bool DxfImport::readCodeValue()
 {
     if (pushedBack) {
         pushedBack = false;
         return true;
     }
-    if (!readCode())
+    line = trimmedLine(stream.readLineView());
+    ++lineNum;
+    code = groupOf(line);
+    if (line.isEmpty())
         return false;
     line = stream.readLineView();
     ++lineNum;
-    value = code != Other ? trimmedLine(line) : line;
+    value = trimmedLine(line);
     return true;
 }
 
-// Nothing takes a pair back, so it may be asked for after its line is gone.
+// A pushed-back pair can outlive the line buffer, so copy it.
 void DxfImport::pushBack()
 {
     pushedBack = true;
-    pushedBackValue.setUnicode(value.data(), static_cast<int>(value.size())); // into the same memory each time
+    pushedBackValue.setUnicode(value.data(), static_cast<int>(value.size())); // reuses its memory
     value = pushedBackValue;
 }
 
@@ -128,7 +110,7 @@ bool DxfImport::checkDxfFile()
     return ok || failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"));
 }
 
-// Replaces the codes of special characters and of single bytes; all other formatting stays as it is written.
+// Replaces the codes of special characters and single bytes; all other formatting codes stay in the text.
 QString DxfImport::decodeText(const QString &s) const
 {
     static const QRegularExpression re(QStringLiteral("%%(\\d{3})"));
@@ -150,56 +132,72 @@ QString DxfImport::decodeText(const QString &s) const
     return end == 0 ? text : decoded + text.midRef(end);
 }
 
-// Reads on until there are the first count coordinates, if need be into the entities that follow.
-bool DxfImport::readCoordinates(Coordinates &coordinates, int count)
+double *DxfImport::Coordinates::find(Group group)
 {
-    unsigned missing = bit(count) - 1;
+    switch (group) {
+    case X:
+        return &x;
+    case Y:
+        return &y;
+    case X2:
+        return &x2;
+    case Y2:
+        return &y2;
+    default:
+        return nullptr;
+    }
+}
+
+// Reads until all wanted coordinates are there, if necessary from the entities that follow.
+bool DxfImport::readCoordinates(Coordinates &at, unsigned wanted)
+{
+    unsigned missing = wanted;
     while (missing != 0) {
         if (stream.atEnd() || !readCodeValue())
             return false;
-        if (code >= count)
+        if ((code & wanted) == 0)
             continue;
         bool ok = false;
-        coordinates.at(code) = toDouble(value, ok);
+        *at.find(code) = toDouble(value, ok);
         if (!ok)
             return false;
-        missing &= ~bit(code);
+        missing &= ~code;
     }
     return true;
 }
 
 bool DxfImport::readPoint()
 {
-    Coordinates at{};
-    if (!readCoordinates(at, 2))
+    Coordinates at;
+    if (!readCoordinates(at, X | Y))
         return false;
-    points.append(DefPoint{QString(), at[X], at[Y]});
+    points.append(DefPoint{QString(), at.x, at.y});
     return true;
 }
 
 bool DxfImport::readVertex()
 {
-    Coordinates at{};
-    if (!readCoordinates(at, 2))
+    Coordinates at;
+    if (!readCoordinates(at, X | Y))
         return false;
-    appendVert(at[X], at[Y], false);
+    appendVert(at.x, at.y, false);
     return true;
 }
 
 bool DxfImport::readLine()
 {
-    Coordinates at{};
-    if (!readCoordinates(at, 4))
+    Coordinates at;
+    if (!readCoordinates(at, X | Y | X2 | Y2))
         return false;
     appendEmptyPolygon();
     appendEmptyContour();
-    appendVert(at[X], at[Y], false);
-    appendVert(at[X2], at[Y2], false);
+    appendVert(at.x, at.y, false);
+    appendVert(at.x2, at.y2, false);
     return true;
 }
 
-// The vertices of a POLYLINE up to its SEQEND. The flag closes it only when it is 1 and nothing else; the groups that
-// follow the coordinates of a VERTEX are looked at alike.
+// Reads the vertices of a POLYLINE up to its SEQEND. Only the flag value 1 closes it, not 9 or 129; it counts also in
+// the groups after the coordinates of a VERTEX.
 bool DxfImport::readVertices(bool &closed)
 {
     while (!stream.atEnd() && readCodeValue()) {
@@ -223,14 +221,14 @@ bool DxfImport::readPolyline()
     return readVertices(closed) && finishContour(closed);
 }
 
-// The vertices of an LWPOLYLINE, as many as it declares before the first; its flag closes it when bit 0 is set.
+// Reads the vertices of an LWPOLYLINE, whose number must precede them. Bit 0 of the flags closes it.
 bool DxfImport::readLwVertices(bool &closed)
 {
-    Coordinates at{};
-    unsigned missing = bit(X) | bit(Y);
+    Coordinates at;
+    unsigned missing = X | Y;
     bool first = true;
     bool ok = true;
-    qint64 count = 0; // wide enough to be counted down however often the file changes it
+    qint64 count = 0; // 64 bits: a file may count down from -2^31
     while (ok && !stream.atEnd() && readCodeValue()) {
         if (code == Begin)
             return false;
@@ -242,18 +240,18 @@ bool DxfImport::readLwVertices(bool &closed)
             reserveVerts(announced);
             count = announced;
         } else if (code == X || code == Y) {
-            at.at(code) = toDouble(value, ok);
-            missing &= ~bit(code);
+            *at.find(code) = toDouble(value, ok);
+            missing &= ~code;
         }
         if (!ok || missing != 0)
             continue;
         if (first && count <= 1)
             return false;
         first = false;
-        appendVert(at[X], at[Y], false);
+        appendVert(at.x, at.y, false);
         if (--count == 0)
             return true;
-        missing = bit(X) | bit(Y);
+        missing = X | Y;
     }
     return false;
 }
@@ -266,7 +264,7 @@ bool DxfImport::readLwpolyline()
     return readLwVertices(closed) && finishContour(closed);
 }
 
-// A ring ends with a copy of its first vertex, unless it is drawn so already.
+// A closed contour ends with a copy of its first vertex, unless the last vertex already lies there.
 bool DxfImport::finishContour(bool closed)
 {
     QVector<DefPoint> &contour = objects->last().contours.last();
@@ -277,20 +275,22 @@ bool DxfImport::finishContour(bool closed)
     return true;
 }
 
-void DxfImport::takeTextGroup(TextGroups &groups) const
+void DxfImport::storeTextGroup(TextGroups &groups) const
 {
     bool ok = false;
-    if (code <= Y2)
-        groups.at.at(code) = toDouble(value, ok);
+    if (double *const coordinate = groups.at.find(code))
+        *coordinate = toDouble(value, ok);
     else if (code == Text)
         groups.text = value.toString();
-    else if (code == HorizontalAlignment || code == VerticalAlignment)
-        groups.alignment[code - HorizontalAlignment] = toInt(value, ok);
-    groups.present |= bit(code);
-    groups.numbers = ok ? groups.numbers | bit(code) : groups.numbers & ~bit(code);
+    else if (code == HorizontalAlignment)
+        groups.horizontal = toInt(value, ok);
+    else if (code == VerticalAlignment)
+        groups.vertical = toInt(value, ok);
+    groups.present |= code;
+    groups.numbers = ok ? groups.numbers | code : groups.numbers & ~code;
 }
 
-// The groups of a TEXT up to the next pair with code 0, which is left for the caller.
+// Reads the groups of a TEXT up to the next pair with code 0, which is pushed back.
 bool DxfImport::readTextGroups(TextGroups &groups)
 {
     while (!stream.atEnd()) {
@@ -300,24 +300,21 @@ bool DxfImport::readTextGroups(TextGroups &groups)
             pushBack();
             break;
         }
-        takeTextGroup(groups);
+        storeTextGroup(groups);
     }
     return true;
 }
 
-// A text with an alignment other than left on the baseline is placed by its second point, when it has one.
+// A text whose alignment is not left/baseline is positioned by its second point, if it has one.
 bool DxfImport::readText()
 {
-    constexpr unsigned firstPoint = bit(X) | bit(Y);
-    constexpr unsigned secondPoint = bit(X2) | bit(Y2);
     TextGroups groups;
-    if (!readTextGroups(groups) || !hasAll(groups.present, firstPoint | bit(Text)) ||
-        !hasAll(groups.numbers, firstPoint))
+    if (!readTextGroups(groups) || !hasAll(groups.present, X | Y | Text) || !hasAll(groups.numbers, X | Y))
         return false;
-    const bool aligned = groups.alignment[0] != 0 || groups.alignment[1] != 0;
-    const bool second = aligned && hasAll(groups.present, secondPoint);
-    if (second && !hasAll(groups.numbers, secondPoint))
+    const bool second = groups.isAligned() && hasAll(groups.present, X2 | Y2);
+    if (second && !hasAll(groups.numbers, X2 | Y2))
         return false;
-    texts.append(DefPoint{decodeText(groups.text), groups.at[second ? X2 : X], groups.at[second ? Y2 : Y]});
+    const Coordinates &at = groups.at;
+    texts.append(DefPoint{decodeText(groups.text), second ? at.x2 : at.x, second ? at.y2 : at.y});
     return true;
 }

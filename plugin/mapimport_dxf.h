@@ -5,14 +5,13 @@
 #include <QLatin1String>
 #include <QVector>
 
-#include <array>
 #include <memory>
 
-/// Reads an ASCII DXF drawing: designations are the texts that lie nearest.
+/// Reads an ASCII DXF drawing. Points and objects are named by the nearest texts.
 class DxfImport : public MapImport
 {
 public:
-    /// Adds every vertex of every object to the known points, without duplicates.
+    /// Adds every vertex of every object to the known points, without duplicates. No pass uses it.
     void pointsFromPolygons();
 
 protected:
@@ -26,31 +25,55 @@ private:
         QLatin1String name;
         Reader read;
     };
-    using Entities = QVector<Entity>; ///< the few that a pass reads
+    using Entities = QVector<Entity>; ///< those that a pass reads
 
-    /// The group codes that mean something here; the coordinates come first, as they stand in Coordinates.
-    enum Group { X, Y, X2, Y2, Begin, Text, Name, Flags, HorizontalAlignment, VerticalAlignment, Count, Other };
-    using Coordinates = std::array<double, 4>;
+    /// The group codes that are read; their values are bits, so that a set of groups is a mask.
+    enum Group : unsigned {
+        Other = 0,
+        X = 1U << 0U,
+        Y = 1U << 1U,
+        X2 = 1U << 2U,
+        Y2 = 1U << 3U,
+        Begin = 1U << 4U,
+        Text = 1U << 5U,
+        Name = 1U << 6U,
+        Flags = 1U << 7U,
+        HorizontalAlignment = 1U << 8U,
+        VerticalAlignment = 1U << 9U,
+        Count = 1U << 10U
+    };
 
-    /// The groups of one TEXT; of a group that is repeated the last.
+    struct Coordinates
+    {
+        /// The coordinate with this group code; null for other groups.
+        double *find(Group group);
+
+        double x = 0;
+        double y = 0;
+        double x2 = 0;
+        double y2 = 0;
+    };
+
+    /// The groups of one TEXT; the last value of a repeated group counts.
     struct TextGroups
     {
-        unsigned present = 0; ///< which there are, a bit for each group
-        unsigned numbers = 0; ///< of which coordinates the value is a number
-        Coordinates at{};
-        int alignment[2] = {0, 0};
+        unsigned present = 0; ///< mask of the groups that occurred
+        unsigned numbers = 0; ///< mask of the coordinates whose value is a number
+        Coordinates at;
+        bool isAligned() const { return horizontal != 0 || vertical != 0; }
+
+        int horizontal = 0;
+        int vertical = 0;
         QString text;
     };
 
-    static Group groupOf(unsigned tens, unsigned ones);
-    bool readCode();
+    static Group groupOf(QStringView code);
     bool readCodeValue();
-    QStringView anyValue() const { return trimmedLine(value); } ///< of the current pair, whatever its code
     void pushBack();
     bool checkDxfFile();
     QString decodeText(const QString &s) const;
 
-    bool readCoordinates(Coordinates &coordinates, int count);
+    bool readCoordinates(Coordinates &at, unsigned wanted);
     bool readPoint();
     bool readVertex();
     bool readVertices(bool &closed);
@@ -61,12 +84,11 @@ private:
     bool finishContour(bool closed);
     bool readText();
     bool readTextGroups(TextGroups &groups);
-    void takeTextGroup(TextGroups &groups) const;
+    void storeTextGroup(TextGroups &groups) const;
 
     bool loadPoint();
-    bool loadLine();
-    bool loadPolyline();
-    bool loadLwpolyline();
+    template <Reader read>
+    bool loadObject();
 
     bool loadTextsOnly();
     bool loadEntities(const Entities &entities);
@@ -76,13 +98,12 @@ private:
     void updatePointsDefs();
     void updateLastPolygonDef();
 
-    const DefPoint *lastPolygonText();
+    const DefPoint *nearestText(const QPointF &p) const;
 
-    Group code = Other;      ///< of the current pair
-    QStringView value;       ///< of the current pair; valid until the next is read; trimmed, unless the code is Other
-    bool pushedBack = false; ///< the next readCodeValue() delivers the current pair again
-    QString pushedBackValue; ///< what value points to then
-    QVector<DefPoint> texts; ///< what the drawing says, and where
-    std::unique_ptr<NearestPointIndex>
-        textIndex; ///< over the texts during the objects pass; null when they are unsorted
+    Group code = Other;                           ///< of the current pair
+    QStringView value;                            ///< of the current pair, trimmed; valid until the next pair is read
+    bool pushedBack = false;                      ///< the next readCodeValue() delivers the current pair again
+    QString pushedBackValue;                      ///< owns the value of a pushed-back pair
+    QVector<DefPoint> texts;                      ///< texts of the drawing with their positions
+    std::unique_ptr<NearestPointIndex> textIndex; ///< of the texts during the objects pass; null if they are unsorted
 };

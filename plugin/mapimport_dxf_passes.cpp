@@ -1,4 +1,4 @@
-// The passes over a DXF drawing: points and texts, texts alone, objects; and how texts become designations.
+// The passes over a DXF drawing (points and texts, texts only, objects) and how texts become designations.
 
 #include "digit.h"
 #include "mapimport_dxf.h"
@@ -14,7 +14,7 @@ bool isLetter(QChar c)
     return (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || (u >= 0x410 && u <= 0x44F) || u == 0x401 || u == 0x451;
 }
 
-// Digits after at most one Latin or Russian letter; a line feed at the end does no harm.
+// Equivalent to ^[A-Za-zА-Яа-яЁё]?\d+$, whose $ also matches before a final line feed.
 bool isPointNumber(const QString &def)
 {
     const QChar *c = def.begin();
@@ -28,32 +28,17 @@ bool isPointNumber(const QString &def)
 
 } // namespace
 
-// A point that breaks off with TEXT for its value is read on as a text.
+// The name test for TEXT comes after the point reader: a point that breaks off at the value TEXT is read as a text.
 bool DxfImport::loadPoint()
 {
     const bool ok = readPoint();
-    return anyValue() == QLatin1String("TEXT") ? readText() : ok;
+    return value == QLatin1String("TEXT") ? readText() : ok;
 }
 
-bool DxfImport::loadLine()
+template <DxfImport::Reader read>
+bool DxfImport::loadObject()
 {
-    if (!readLine())
-        return false;
-    updateLastPolygonDef();
-    return true;
-}
-
-bool DxfImport::loadPolyline()
-{
-    if (!readPolyline())
-        return false;
-    updateLastPolygonDef();
-    return true;
-}
-
-bool DxfImport::loadLwpolyline()
-{
-    if (!readLwpolyline())
+    if (!(this->*read)())
         return false;
     updateLastPolygonDef();
     return true;
@@ -79,7 +64,7 @@ bool DxfImport::scanSections(const Entities &entities)
         if (value == QLatin1String("SECTION")) {
             if (!readCodeValue())
                 return false;
-            inEntities = anyValue() == QLatin1String("ENTITIES");
+            inEntities = value == QLatin1String("ENTITIES");
         } else if (inEntities && !readEntity(entities)) {
             return false;
         }
@@ -107,7 +92,7 @@ bool DxfImport::loadPoints()
                          {QLatin1String("TEXT"), &DxfImport::readText}});
 }
 
-// After a failure the objects pass goes on from where this one stopped.
+// After a failure the stream is not rewound: the objects pass continues where this one stopped.
 bool DxfImport::loadTextsOnly()
 {
     if (!loadEntities({{QLatin1String("TEXT"), &DxfImport::readText}}))
@@ -132,26 +117,26 @@ bool DxfImport::loadPolygons()
         if (std::is_sorted(texts.begin(), texts.end(), lessNanLast))
             textIndex = std::make_unique<NearestPointIndex>(texts);
     }
-    return loadEntities({{QLatin1String("LINE"), &DxfImport::loadLine},
-                         {QLatin1String("POLYLINE"), &DxfImport::loadPolyline},
-                         {QLatin1String("LWPOLYLINE"), &DxfImport::loadLwpolyline}});
+    return loadEntities({{QLatin1String("LINE"), &DxfImport::loadObject<&DxfImport::readLine>},
+                         {QLatin1String("POLYLINE"), &DxfImport::loadObject<&DxfImport::readPolyline>},
+                         {QLatin1String("LWPOLYLINE"), &DxfImport::loadObject<&DxfImport::readLwpolyline>}});
 }
 
-// Every point takes the nearest text, however far; a text may serve several points.
+// Every point takes the nearest text at any distance; a text may name several points.
 void DxfImport::updatePointsDefs()
 {
     if (points.isEmpty() || texts.isEmpty())
         return;
     sortPoints(texts);
-    const NearestPointIndex search(texts);
+    const NearestPointIndex index(texts);
     for (DefPoint &point : points) {
-        const DefPoint *const text = search.find(QPointF(point.x, point.y));
+        const DefPoint *const text = index.find(QPointF(point.x, point.y));
         if (text != nullptr)
             point.def = text->def;
     }
 }
 
-// Drops the texts that look like point numbers, unless all of them do: then they are what there is.
+// Drops the texts that look like point numbers, unless all of them do.
 void DxfImport::filterObjectDefs()
 {
     const auto isNumber = [](const DefPoint &text) { return isPointNumber(text.def); };
@@ -159,25 +144,23 @@ void DxfImport::filterObjectDefs()
         texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
-// The text that names the last object; null without one. Without points the texts of the drawing have never been
-// sorted, and are searched in the order in which they stand.
-const DefPoint *DxfImport::lastPolygonText()
+// Without points the texts of a drawing are never sorted; findNearestPoint() is applied to them in file order.
+const DefPoint *DxfImport::nearestText(const QPointF &p) const
 {
-    if (!searchObjectDefs)
-        return nullptr;
-    // Stored vertices may have been exchanged, texts never are.
-    const QPointF m = objects->last().centroid();
-    const QPointF p = swapXY ? QPointF(m.y(), m.x()) : m;
     return textIndex ? textIndex->find(p) : findNearestPoint(texts, p);
 }
 
 void DxfImport::updateLastPolygonDef()
 {
-    const DefPoint *const text = lastPolygonText();
-    if (text != nullptr)
-        setLastPolygonDef(text->def);
-    else
-        setLastPolygonDef(QString());
+    QString def;
+    if (searchObjectDefs) {
+        const QPointF m = objects->last().centroid();
+        // swapXY applies to stored vertices, never to texts.
+        const DefPoint *const text = nearestText(swapXY ? QPointF(m.y(), m.x()) : m);
+        if (text != nullptr)
+            def = text->def;
+    }
+    setLastPolygonDef(def);
 }
 
 void DxfImport::pointsFromPolygons()
