@@ -6,7 +6,6 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -58,22 +57,33 @@ void DefPolygonTableModel::detachPolygon()
 
 void DefPolygonTableModel::refresh()
 {
-    if (polygon != nullptr)
+    if (polygon == nullptr)
+        return;
+    if (layoutRows() != rows) {
         setPolygon(polygon);
+        return;
+    }
+    invalidateConflictIndex();
+    if (!rows.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(rows.size() - 1, columnCount() - 1));
+}
+
+QVector<RowInfo> DefPolygonTableModel::layoutRows() const
+{
+    QVector<RowInfo> layout;
+    for (int c = 0; polygon != nullptr && c < polygon->contours.size(); ++c) {
+        if (c > 0)
+            layout.append(separatorRow);
+        for (int v = 0; v < polygon->contours.at(c).size(); ++v)
+            layout.append(RowInfo{c, v});
+    }
+    return layout;
 }
 
 void DefPolygonTableModel::rebuildRows()
 {
-    rows.clear();
     invalidateConflictIndex();
-    if (polygon == nullptr)
-        return;
-    for (int c = 0; c < polygon->contours.size(); ++c) {
-        if (c > 0)
-            rows.append(separatorRow);
-        for (int v = 0; v < polygon->contours.at(c).size(); ++v)
-            rows.append(RowInfo{c, v});
-    }
+    rows = layoutRows();
 }
 
 bool DefPolygonTableModel::isSeparator(int row) const
@@ -81,7 +91,7 @@ bool DefPolygonTableModel::isSeparator(int row) const
     return rows.at(row).contourIndex < 0;
 }
 
-// The object may have lost the vertex since the rows were laid out.
+// The row layout may be older than the object, which may have lost vertices since.
 bool DefPolygonTableModel::hasVertex(int row) const
 {
     if (polygon == nullptr || row < 0 || row >= rows.size() || isSeparator(row))
@@ -97,12 +107,12 @@ const DefPoint &DefPolygonTableModel::vertex(int row) const
     return polygon->contours.at(info.contourIndex).at(info.vertexIndex);
 }
 
-// Whoever changes the contours gets contours of its own, as long as they are shared.
+// Holding a copy makes every outside edit detach, so isSharedWith() detects edits.
 void DefPolygonTableModel::ensureConflictIndex() const
 {
     if (placedContours.isSharedWith(polygon->contours))
         return;
-    conflictIndex.emplace(rows.size());
+    conflictIndex.emplace();
     for (int row = 0; row < rows.size(); ++row) {
         if (hasVertex(row))
             (*conflictIndex)[vertex(row).def].add(vertex(row));
@@ -124,9 +134,10 @@ bool DefPolygonTableModel::isConflictingPoint(int row) const
     return conflictIndex->at(vertex(row).def).isConflict(vertex(row));
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): an operation of the model
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): published as a member
 QString DefPolygonTableModel::formatCoord(double v, bool localized) const
 {
+    // Locale and decimals are frozen at first use: coordinates of one process are never formatted in two ways.
     static const QLocale userLocale;
     static int decimals = 0;
     if (decimals == 0) {
@@ -146,7 +157,7 @@ int DefPolygonTableModel::rowCount(const QModelIndex &parent) const
 
 int DefPolygonTableModel::columnCount(const QModelIndex & /*parent*/) const
 {
-    return maxColNum < std::numeric_limits<int>::max() ? maxColNum + 1 : maxColNum;
+    return std::min(maxColNum < std::numeric_limits<int>::max() ? maxColNum + 1 : maxColNum, columnLimit);
 }
 
 QVariant DefPolygonTableModel::vertexBackground(int row) const
@@ -159,7 +170,7 @@ bool DefPolygonTableModel::hasValue(int column) const
     return column == nColNum || column == xColNum || column == yColNum || fieldNumValueMap.contains(column);
 }
 
-// The host may have given one column to two things; the first in this order has it.
+// Where columns coincide, the first in this order wins.
 QString DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
 {
     if (column == nColNum)
@@ -202,7 +213,7 @@ bool DefPolygonTableModel::setData(const QModelIndex &index, const QVariant &val
     const RowInfo info = rows.at(index.row());
     polygon->contours[info.contourIndex][info.vertexIndex].def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
-    // A rename makes and ends conflicts anywhere in the object.
+    // A rename can create or remove conflicts anywhere in the object.
     Q_EMIT dataChanged(this->index(0, 0), this->index(rows.size() - 1, columnCount() - 1), {Qt::BackgroundRole});
     return true;
 }

@@ -7,9 +7,10 @@
 #include <QMap>
 #include <QVector>
 
+#include <limits>
 #include <optional>
 
-/// The list of objects: one row an object, one column, the designation. Designations that occur twice are coloured.
+/// The list of objects: one row per object, with its designation. Designations that occur twice are coloured.
 class DefMapTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -17,17 +18,16 @@ class DefMapTableModel : public QAbstractTableModel
 public:
     explicit DefMapTableModel(QObject *parent = nullptr);
 
-    /// Shows and edits \a map, which stays the caller's and has to live as long as it is shown; null shows nothing.
+    /// Shows and edits \a map, which the caller owns and keeps alive while it is shown; null shows nothing.
     void setMap(QVector<DefPolygon> *map);
 
-    /// Lets go of the objects before their owner replaces them. Nothing is signalled: views keep what they have
-    /// painted, and every row they still ask for is empty until the next setMap().
+    /// Detaches from the objects before their owner replaces them. Nothing is signalled: views keep what they have
+    /// painted, and the rows that they still ask for are empty until the next setMap().
     void detachMap();
 
-    /// True when another object has the designation of this \a row, ignoring case; an empty one is never a duplicate.
+    /// True when another object has the designation of \a row, ignoring case. An empty one is never a duplicate.
     ///
-    /// Another import and another order of the objects are noticed; for a designation that is written past the model
-    /// see DuplicateIndex::isCurrent().
+    /// Changes of the objects outside the model are noticed as far as DuplicateIndex::isCurrent() documents.
     bool isDuplicateDef(int row) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -39,23 +39,28 @@ public:
 
 private:
     bool hasObject(int row) const { return map != nullptr && row >= 0 && row < map->size(); }
-    bool isCounted(int row) const { return duplicateIndex.has_value() && duplicateIndex->isCurrent(*map, row); }
+    bool isIndexed(int row) const { return duplicateIndex.has_value() && duplicateIndex->isCurrent(*map, row); }
 
     QVector<DefPolygon> *map = nullptr;
-    mutable std::optional<DuplicateIndex> duplicateIndex; ///< of the map; made when they are asked for
+    mutable std::optional<DuplicateIndex> duplicateIndex; ///< of the map; built at the first question
 };
 
-/// Which vertex a row of the vertex table shows; both -1 in the row that separates two contours.
+/// The vertex shown in a row of the vertex table; both indexes are -1 in a separator between two contours.
 struct RowInfo
 {
+    bool operator==(const RowInfo &other) const
+    {
+        return contourIndex == other.contourIndex && vertexIndex == other.vertexIndex;
+    }
+
     int contourIndex;
     int vertexIndex;
 };
 
 /// The vertices of one object in the columns of the host's coordinate table.
 ///
-/// An empty row separates two contours. A vertex whose designation stands at another place too is coloured. The
-/// designation can be edited; the change goes into the object.
+/// An empty row separates two contours. Vertices are coloured when their designation also occurs at another place.
+/// Designations can be edited; the change is stored in the object.
 class DefPolygonTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -63,41 +68,48 @@ class DefPolygonTableModel : public QAbstractTableModel
 public:
     explicit DefPolygonTableModel(QObject *parent = nullptr);
 
-    /// Sets the zero-based columns of designation, X and Y. The table grows to hold them and never shrinks; nothing is
+    /// Sets the zero-based columns of designation, X and Y. The table grows to hold them and never shrinks. Nothing is
     /// signalled.
     void setNxyColNum(int n, int x, int y);
 
-    /// Sets texts that fill whole columns, by zero-based column. Nothing is signalled.
+    /// Sets constant texts of whole columns, by zero-based column. Nothing is signalled.
     void setFieldNumValueMap(const QMap<int, QString> &values);
 
-    /// Shows and edits \a p, which stays the caller's and has to live as long as it is shown; null shows nothing.
+    /// The limit for views: they lay out every column of a model, visible or not.
+    static constexpr int maxShownColumns = 10000;
+    /// Limits columnCount() to \a count. Nothing is signalled.
+    void setColumnLimit(int count) { columnLimit = count; }
+
+    /// Shows and edits \a p, which the caller owns and keeps alive while it is shown; null shows nothing.
     void setPolygon(DefPolygon *p);
 
-    /// Lets go of the object before its owner destroys it. Nothing is signalled: the rows stay, empty and read-only,
+    /// Detaches from the object before its owner destroys it. Nothing is signalled: the rows stay, empty and read-only,
     /// until the next setPolygon().
     void detachPolygon();
 
-    /// Shows what now stands where the object stood, after its owner has put another there. Without an object it does
-    /// nothing.
+    /// Shows the object that now is at the address of the one shown, after its owner has moved objects. Views keep
+    /// their current cell if it has as many vertices in each contour. Does nothing without an object.
     void refresh();
 
-    /// Lays out the rows anew after the shape of the object has changed.
+    /// Rebuilds the row layout from the contours of the object. Nothing is signalled.
     void rebuildRows();
 
-    /// True when the designation of this \a row, ignoring case, stands in another row at another place.
+    /// True when the designation of \a row, ignoring case, occurs in another row at another place.
     ///
-    /// A change of the object past the model is noticed, but not one through a reference to a vertex or a contour that
-    /// was taken before the first question: the model shares the contours.
+    /// Changes of the object outside the model are noticed, except through a reference to a contour or vertex that was
+    /// taken before the first question: the model shares the contours.
     bool isConflictingPoint(int row) const;
 
-    /// The text of a cell as it is edited, without the detour over an index; null where data() has no value.
+    /// Same as data() for Qt::EditRole, without the cost of an index and a variant; null where data() has no value.
     QString text(int row, int column) const;
 
-    /// \a v with the decimals of coordPrecision(): for people in the default locale, else with a decimal point.
+    /// Formats \a v with the decimals of coordPrecision(), in the default locale if \a localized, else in the C locale.
+    ///
+    /// Locale and number of decimals are fixed at the first call and kept for the life of the process.
     QString formatCoord(double v, bool localized) const;
 
     static double coordPrecision() { return s_coordPrecision; }
-    /// Takes effect only for \a p above 0 and before the first coordinate has been formatted with decimals.
+    /// Takes effect only for \a p above 0 and before formatCoord() has fixed the number of decimals.
     static void setCoordPrecision(double p);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -108,6 +120,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
+    QVector<RowInfo> layoutRows() const;
     bool isSeparator(int row) const;
     bool hasVertex(int row) const;
     const DefPoint &vertex(int row) const;
@@ -121,12 +134,13 @@ private:
     int nColNum = 0;
     int xColNum = 1;
     int yColNum = 2;
-    int maxColNum = 2; ///< the last column of the table
+    int maxColNum = 2; ///< the highest column in use
+    int columnLimit = std::numeric_limits<int>::max();
     QVector<RowInfo> rows;
     QMap<int, QString> fieldNumValueMap;
     mutable std::optional<DefMap<ConflictIndex>>
-        conflictIndex;                                 ///< of the vertices in the rows; made when they are asked for
-    mutable QVector<QVector<DefPoint>> placedContours; ///< where they were found; shared with those of the object
+        conflictIndex;                                 ///< of the vertices in the rows; built at the first question
+    mutable QVector<QVector<DefPoint>> placedContours; ///< the contours that were indexed
 
     static double s_coordPrecision;
 };

@@ -1,5 +1,5 @@
-// What the models colour depends on all their rows. It is found out once for all rows, and not for each row that is
-// painted by looking through the others.
+// The models colour rows by what stands in all other rows. An index answers that for every row; scanning the other rows
+// for each painted row would be quadratic.
 
 #include "defpolygontablemodel_index.h"
 
@@ -17,13 +17,13 @@ bool isFinite(const DefPoint &vertex)
 
 } // namespace
 
-// A comparison folds each code unit by itself, ß never to two, and the second half of a surrogate pair as the character
-// that the pair stands for.
-quint32 CaseFoldHash::operator()(const QString &def) const
+// FNV-1a over case-folded characters, with its 32-bit offset basis and prime. Folds like QString::compare(): one code
+// unit at a time (ß never becomes ss), and the second half of a surrogate pair as the character of the pair.
+std::size_t CaseFoldHash::operator()(const QString &def) const
 {
-    // Nobody who writes a file knows the seed, by which he could give all designations one hash.
-    static const auto seed = static_cast<quint32>(qGlobalQHashSeed());
-    quint32 hash = 2166136261U ^ seed;
+    // Randomised per process, so that a crafted file cannot force collisions.
+    static const auto start = static_cast<quint32>(qGlobalQHashSeed());
+    quint32 hash = 2166136261U ^ start;
     QChar previous;
     for (const QChar unit : def) {
         const bool endsPair = previous.isHighSurrogate() && unit.isLowSurrogate();
@@ -31,14 +31,13 @@ quint32 CaseFoldHash::operator()(const QString &def) const
         hash = (hash ^ QChar::toCaseFolded(code)) * 16777619U;
         previous = unit;
     }
-    return hash ^ (hash >> 16U); // the lowest bits, which choose a slot, have seen the lowest bits only
+    return hash;
 }
 
-DuplicateIndex::DuplicateIndex(const QVector<DefPolygon> &objects)
-    : m_first(objects.constData()),
-      m_counts(objects.size())
+DuplicateIndex::DuplicateIndex(const QVector<DefPolygon> &objects) : m_first(objects.constData())
 {
     m_defs.reserve(objects.size());
+    m_counts.reserve(static_cast<std::size_t>(objects.size()));
     for (const DefPolygon &object : objects) {
         m_defs.append(object.def);
         ++m_counts[object.def];
@@ -49,7 +48,7 @@ bool DuplicateIndex::isCurrent(const QVector<DefPolygon> &objects, int row) cons
 {
     if (objects.constData() != m_first || objects.size() != m_defs.size())
         return false;
-    // A text that is shared with the one kept here has not been changed since.
+    // A string that still shares its data with the counted one has not been changed.
     const auto isCounted = [](const DefPolygon &object, const QString &def) { return object.def.isSharedWith(def); };
     if (objects.size() > fullCheckSize)
         return isCounted(objects.at(row), m_defs.at(row));
@@ -76,7 +75,7 @@ void ConflictIndex::add(const DefPoint &vertex)
     m_top = std::max(m_top, vertex.y);
 }
 
-// No vertex differs more from this one than a side of the box does, also as rounded. It does not conflict with itself.
+// The vertex that differs most from this one touches a side of the bounding box; rounding keeps that order.
 bool ConflictIndex::isConflict(const DefPoint &vertex) const
 {
     if (!isFinite(vertex))

@@ -28,7 +28,7 @@ bool DefMapTableModel::isDuplicateDef(int row) const
 {
     if (!hasObject(row) || map->at(row).def.isEmpty())
         return false;
-    if (!isCounted(row))
+    if (!isIndexed(row))
         duplicateIndex.emplace(*map);
     return duplicateIndex->isDuplicate(row);
 }
@@ -62,13 +62,13 @@ bool DefMapTableModel::setData(const QModelIndex &index, const QVariant &value, 
     const QString text = value.toString();
     if (text == def)
         return false;
-    if (isCounted(index.row()))
+    if (isIndexed(index.row()))
         duplicateIndex->rename(index.row(), text);
     else
         duplicateIndex.reset();
     def = text;
     Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
-    // A rename makes and ends duplicates anywhere in the list.
+    // A rename can create or remove duplicates anywhere in the list.
     Q_EMIT dataChanged(this->index(0, 0), this->index(rowCount() - 1, 0), {Qt::BackgroundRole});
     return true;
 }
