@@ -1,4 +1,4 @@
-# What every target of the project is compiled with.
+# Compiler and linker options of every target.
 
 add_library(build_flags INTERFACE)
 target_compile_definitions(build_flags INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
@@ -19,7 +19,7 @@ else()
                   -Wold-style-cast
                   -Wcast-align
                   -Wformat=2
-                  -ffp-contract=off # a product and a sum rounded together would number vertices otherwise elsewhere
+                  -ffp-contract=off # fused multiply-add would number vertices differently on other processors
                   $<$<BOOL:${IMPORT_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         target_compile_options(build_flags INTERFACE -Wno-unknown-warning-option)
@@ -31,4 +31,12 @@ if(IMPORT_SANITIZERS)
                                                  -fno-omit-frame-pointer)
     target_link_options(build_flags INTERFACE -fsanitize=${IMPORT_SANITIZERS})
     target_compile_definitions(build_flags INTERFACE QT_FORCE_ASSERTS)
+endif()
+
+# The readers call small functions of other files for every line and vertex. All targets need the property: clang cannot
+# link the objects of importcore without it.
+include(CheckIPOSupported)
+check_ipo_supported(RESULT HAVE_IPO OUTPUT ipo_output LANGUAGES CXX)
+if(HAVE_IPO)
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
 endif()
