@@ -1,4 +1,4 @@
-"""Finds the places of a source where one small change ought to be noticed by a test."""
+"""Finds the mutants of a source: small changes that a test should notice."""
 
 import re
 from dataclasses import dataclass
@@ -9,16 +9,14 @@ _COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=
 _OPPOSITES = {"true": "false", "false": "true"}
 _CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
 _NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
-_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # whatever the order of arguments
+_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # the order of the arguments is irrelevant
 _CONVERSIONS = {"hasToken", "toDouble", "toInt"}
-_PURE = "(?:trimmedLine|bit|min|max)"  # functions that look at their arguments alone
-_CONTAINER_CHANGES = "(?:append|assign|clear|push_back|reset|truncate)"
-_LONG_LIST = 6  # beyond this a list is a table, whose rows may stand in any order
+_LONG_LIST = 6  # a longer list is a table, whose rows can usually be in any order
 
 
 @dataclass
 class Mutant:
-    """One change of one file: the text from start to end becomes another."""
+    """One change of one file: the text between two offsets is replaced."""
 
     number: int
     source: Source
@@ -26,7 +24,7 @@ class Mutant:
     end: int
     after: str
     kind: str
-    nth: int = 1  # of the changes that read alike on one line
+    nth: int = 1  # numbers identical changes on one line
 
     @property
     def before(self):
@@ -34,7 +32,7 @@ class Mutant:
 
     @property
     def change(self):
-        """What changes, on one line."""
+        """The old and the new text, on one line."""
         change = f"{_on_one_line(self.before)} -> {_on_one_line(self.after) or 'nothing'}"
         return change if self.nth == 1 else f"{change} ({self.nth})"
 
@@ -47,7 +45,7 @@ class Mutant:
         return self.source.line_at(self.start)
 
     def apply(self):
-        """The text of the whole file with the change."""
+        """The whole file with the change."""
         return self.source.text[: self.start] + self.after + self.source.text[self.end :]
 
 
@@ -56,7 +54,7 @@ def _on_one_line(text):
 
 
 def find_mutants(sources):
-    """All mutants of the sources, numbered from 1 in the order of the text."""
+    """All mutants of the sources, numbered from 1 in source order."""
     mutants = []
     for source in sources:
         found = {}
@@ -106,7 +104,7 @@ def _conditions(source):
             yield token.start, token.end, "", "condition"
 
 
-# What a function of type bool returns, unless it is a constant.
+# The value returned by a bool function, unless it is a constant.
 def _returns(source):
     for match in re.finditer(r"^(?:inline |constexpr )*bool .*?^}", source.text, re.MULTILINE | re.DOTALL):
         for found in re.finditer(r"\breturn ((?!true;|false;|!)[^;]+);", match.group()):
@@ -115,7 +113,7 @@ def _returns(source):
                 yield start, end, f"!({found.group(1)})", "condition"
 
 
-# Where the sign of a condition or its only comparison is mutated, to negate it is the same again.
+# True if mutating the leading "!" or the only comparison already negates the condition.
 def _is_negated_elsewhere(condition):
     return not re.search(r"&&|\|\||\?", condition) and bool(re.search(r"^!| [=!]= ", condition))
 
@@ -146,7 +144,7 @@ def _is_value(source, i):
     return source.tokens[i - 1].kind == "word" and _closes_on_line(source, i)
 
 
-# The arguments, or a list that is the argument, of a function to which all of them are alike.
+# Arguments, or the elements of a list argument, of a function that treats them all alike.
 def _is_symmetrical(source, i):
     call = i - 1 if source.token(i) == "{" and source.token(i - 1) == "(" else i
     return source.token(call - 1) in _SYMMETRICAL
@@ -164,7 +162,8 @@ def _swapped_elements(source, elements):
             yield first[0], second[1], texts[1] + source.text[first[1] : second[0]] + texts[0], "order"
 
 
-# What is plainly of another type cannot be exchanged, and the ends of a range are never out of order.
+# Only texts of the same shape are swapped: obviously different types do not compile, and a reversed range is no
+# plausible mistake.
 def _shape(text):
     if text.endswith((".begin()", ".end()")):
         return text
@@ -176,7 +175,7 @@ def _shape(text):
     )
 
 
-# Both values of a conditional operator.
+# Swaps both values of a conditional operator.
 def _choices(source):
     for i, token in enumerate(source.tokens):
         if token.text != "?":
@@ -188,19 +187,12 @@ def _choices(source):
         yield first[0], second[1], source.text[slice(*second)] + between + source.text[slice(*first)], "order"
 
 
-# Simple statements: each can go, and two that follow each other can change places.
+# Removes a simple statement, or a break or continue.
 def _statements(source):
-    last = None
     for first, semicolon in _simple_statements(source):
         start, end = source.span(first, semicolon)
-        text = source.text[start:end]
-        if "reserve" not in text:
+        if "reserve" not in source.text[start:end]:
             yield start, end, ";", "removal"
-        if last and last[2] == first and not _commute(source.text[last[0] : last[1]], text):
-            swapped = text + source.text[last[1] : start] + source.text[last[0] : last[1]]
-            yield last[0], end, swapped, "order"
-        # One that belongs to an if or a loop without braces has no neighbour.
-        last = (start, end, semicolon + 1) if source.token(first - 1) in (";", "{", "}") else None
     for token in source.tokens:
         if token.text in ("break", "continue"):
             yield token.start, token.end, "", "removal"
@@ -236,7 +228,7 @@ def _in_function(source, i):
     return source.text[line_start : line_start + 4] == "    "
 
 
-# False for a declaration, where two words stand side by side, and for a list of rows.
+# False for a declaration, which has two adjacent words, and for a list of rows.
 def _is_expression(source, first, last):
     if last < first or source.token(first) == "Q_EMIT":
         return last >= first
@@ -255,23 +247,6 @@ def _is_expression(source, first, last):
         if a.text == ">" and b.kind == "word" and not source.is_spaced(i):
             return False
     return True
-
-
-# Two assignments, or changes of containers, commute when neither mentions what the other sets and nothing is read off a
-# stream; so do setters of different widgets and settings.
-def _commute(a, b):
-    change = rf"(?:\+\+|--)?([\w.>\[\]-]+?)(?: [-+*/%&|^]?= .*|\.{_CONTAINER_CHANGES}\(.*\))?;"
-    first, second = (re.fullmatch(change, statement, re.DOTALL) for statement in (a, b))
-    if first and second:
-        targets = [re.escape(match.group(1)) for match in (first, second)]
-        if re.search(rf"(?<![\w.>]){targets[0]}\b", b) or re.search(rf"(?<![\w.>]){targets[1]}\b", a):
-            return False
-        return not re.search(rf"(?<![\w.>])(?!{_PURE}\()\w+\(|\b(read|next|take)\w*\(", a + b)
-    for setter in (r"ui->(\w+)->set\w+\(", r"\w+\.setValue\((\w+\([^)]*\)),"):
-        calls = [re.match(setter, s) for s in (a, b)]
-        if all(calls):
-            return calls[0].group(1) not in b and calls[1].group(1) not in a
-    return False
 
 
 def _end_of_value(source, i, ends):
@@ -299,7 +274,7 @@ def _in_assertion(source, i):
     return "static_assert" in source.text[statement : source.tokens[i].start]
 
 
-# The value of a new variable that is set anew before it is read: the functions that convert do so whatever they find.
+# True if a variable is overwritten before its initial value is read. The conversion functions always set theirs.
 def _is_overwritten(source, i):
     name = source.token(i - 2)
     if source.token(i - 1) != "=" or source.token(i - 3) not in ("bool", "int", "double") or source.token(i + 1) != ";":
@@ -313,14 +288,14 @@ def _is_overwritten(source, i):
     return source.token(call) == "(" and source.token(call - 1) in _CONVERSIONS and source.token(use + 1) == ")"
 
 
-# The size of a container or a reservation: how much memory there is does not show.
+# A template argument or a reservation: tests cannot observe the capacity.
 def _is_capacity(source, i):
     if source.token(i + 1) == ">" and not source.is_spaced(i + 1):
         return True
     return "reserve" in source.line_at(source.tokens[i].start)
 
 
-# Minus one is what stands for nothing; minus two would do as well.
+# -1 means "none" and becomes 0, because -2 would mean the same.
 def _is_minus_one(source, i):
     return source.token(i) == "1" and source.token(i - 1) == "-" and not source.is_spaced(i - 1)
 
@@ -343,7 +318,7 @@ def _other_char(text):
     return f"{prefix}'{chr(ord(body) + 1)}'" if len(body) == 1 and body.isalnum() else f"{prefix}'x'"
 
 
-# A letter near the middle becomes the next; else any other character does, apart from escapes and place markers.
+# Replaces the middle letter by the next one, or else another character that is not part of an escape or a placeholder.
 def _other_text(text):
     plain = [i for i in range(len(text)) if not re.search(r"[\\%]$", text[:i]) and text[i] not in "\\%"]
     letters = [i for i in plain if text[i].isalpha()]

@@ -1,4 +1,4 @@
-"""A C++ source as a list of tokens, each with its place; comments and preprocessor lines are left out."""
+"""A C++ source as a list of tokens with their offsets, without comments and preprocessor lines."""
 
 import re
 from dataclasses import dataclass
@@ -30,7 +30,7 @@ class Token:
 
 
 class Source:
-    """The tokens of one file, and what lies around a place in it."""
+    """The tokens of one file, with queries about brackets, lines and lists."""
 
     def __init__(self, name, text):
         self.name = name
@@ -40,8 +40,8 @@ class Source:
             for match in _TOKEN.finditer(text)
             if match.lastgroup != "skip"
         ]
-        self.partner = {}  # of each bracket the other
-        self.around = []  # of each token the bracket that was opened last; -1 outside
+        self.partner = {}  # maps the index of each bracket to its match
+        self.around = []  # for each token the innermost open bracket, or -1
         self._pair_brackets()
 
     def _pair_brackets(self):
@@ -57,15 +57,15 @@ class Source:
                 self.partner[begin], self.partner[i] = i, begin
 
     def token(self, i):
-        """The text of a token; empty beyond both ends."""
+        """The text of a token, empty if the index is out of range."""
         return self.tokens[i].text if 0 <= i < len(self.tokens) else ""
 
     def span(self, first, last):
-        """Where the tokens from first to last stand."""
+        """The offsets of the tokens from first to last."""
         return self.tokens[first].start, self.tokens[last].end
 
     def is_spaced(self, i):
-        """Binary operators stand between spaces here, unlike the brackets of templates and references."""
+        """True for binary operators, unlike template brackets and references: the formatter puts spaces around them."""
         token = self.tokens[i]
         return self.text[token.start - 1].isspace() and self.text[token.end : token.end + 1].isspace()
 
@@ -73,12 +73,12 @@ class Source:
         return self.text.count("\n", 0, place) + 1
 
     def line_at(self, place):
-        """The line around a place, without its indentation."""
+        """The line at an offset, without its indentation."""
         end = self.text.find("\n", place)
         return self.text[self.text.rfind("\n", 0, place) + 1 : end if end >= 0 else None].strip()
 
     def split_list(self, opening):
-        """The elements between an opening bracket and its partner, as first and last tokens."""
+        """The elements of a bracketed list, each as its first and last token."""
         elements, first, i = [], opening + 1, opening + 1
         closing = self.partner[opening]
         while i <= closing:

@@ -1,7 +1,7 @@
-"""Builds the plug-in with a change and tries the tests on it until one fails.
+"""Builds a mutant and runs tests on it.
 
-The tests are built once, with the core as a shared library. A mutant needs one object and one library, which a job puts
-into a copy of the build folder; the compiler and the linker are called with the very commands of the build.
+The tests are built once, with the core as a shared library. A mutant needs one object file and one library. Each job
+writes them into its own copy of the build folder, with the compiler and linker commands of the build.
 """
 
 import json
@@ -17,14 +17,14 @@ import threading
 import time
 from pathlib import Path
 
-_MEMORY = 6 << 30  # a mutant that takes more has gone wild
+_MEMORY = 6 << 30  # stops mutants that allocate endlessly
 _COMPILE_SECONDS = 120
-_SHORTEST_LIMIT = 10.0
-_LONGEST_OUTPUT = 1 << 16  # what went before is of no use
+_SHORTEST_LIMIT = 5.0
+_LONGEST_OUTPUT = 1 << 16
 
 
 class Stopped(Exception):
-    """The user has had enough."""
+    """The user has interrupted the run."""
 
 
 stop = threading.Event()
@@ -36,9 +36,9 @@ def _limit():
 
 
 def run(command, folder, seconds, environment=None, until=None):
-    """Runs a command with all that it starts; the exit code, or None when its time is over, and the output.
+    """Runs a command; returns its exit code, or None after a timeout, and its output.
 
-    It is ended early, with exit code 1, when its output has a line that begins with until.
+    A line of output that begins with until ends it early with exit code 1. All its child processes are killed.
     """
     process = subprocess.Popen(
         command,
@@ -78,16 +78,20 @@ def run(command, folder, seconds, environment=None, until=None):
 
 
 class Base:
-    """The build folder that all jobs start from, and the commands that made it."""
+    """The build folder that all jobs copy, and its build commands."""
 
-    def __init__(self, root, folder):
+    def __init__(self, root, folder, tests):
         self.root = root
         self.folder = folder
+        subprocess.check_call(["cmake", "--preset", "mutation"], cwd=root, stdout=2)
+        targets = ["importplugin", "importhost", *tests]
+        subprocess.check_call(["cmake", "--build", "--preset", "mutation", "--target", *targets], cwd=root, stdout=2)
         commands = json.loads((folder / "compile_commands.json").read_text())
         plugin = [entry for entry in commands if Path(entry["file"]).parent == root / "plugin"]
-        self.compile = {Path(entry["file"]).name: shlex.split(entry["command"]) for entry in plugin}
-        self.links = {name: self._link_command(f"plugin/lib{name}.so") for name in ("importcore", "importplugin")}
-        self.tests = sorted(name for entry in commands if (name := Path(entry["file"]).stem).startswith("tst_"))
+        # Compiling a mutant takes longer than running it, so it is not optimised.
+        self.compile = {Path(entry["file"]).name: [*shlex.split(entry["command"]), "-O0"] for entry in plugin}
+        self.links = {name: self._link_command(f"plugin/lib{name}.so") for name in ("sharedcore", "importplugin")}
+        self.programs = [f"tests/{test}" for test in tests] + ["tools/importhost/importhost"]
         self.header = folder / "system.h"
         self._precompile()
 
@@ -96,14 +100,15 @@ class Base:
         words = shlex.split(lines[-1])
         return [word for word in words if word not in (":", "&&")]
 
-    # The headers of the libraries take most of the time of a compilation.
+    # Most of the compile time is spent on Qt's headers.
     def _precompile(self):
         texts = [path.read_text() for path in (self.root / "plugin").iterdir() if path.suffix in (".cpp", ".h")]
         includes = sorted({line for text in texts for line in re.findall(r"^#include <.*>$", text, re.MULTILINE)})
         compiled = self.folder / "system.h.gch"
         command = list(self.compile["mapimport.cpp"])
         command[command.index("-o") + 1] = str(compiled)
-        command[command.index("-c") :] = ["-x", "c++-header", "-c", str(self.header)]
+        source = command.index("-c") + 1
+        command[source : source + 1] = ["-x", "c++-header", str(self.header)]
         text = "\n".join(["// " + shlex.join(command), *includes, ""])
         if compiled.exists() and self.header.read_text() == text:
             return
@@ -117,7 +122,7 @@ class Base:
 
 
 class Job:
-    """A copy of the base in which one mutant after the other is built and tried."""
+    """A copy of the base for building and trying one mutant at a time."""
 
     def __init__(self, base, number):
         self.base = base
@@ -131,12 +136,11 @@ class Job:
             shutil.copy(path, self.sources)
         self.temporary = self.folder / "tmp"
 
-    # The programs name the libraries by their paths. The job's are as long, so that they can take their places.
+    # The programs contain the paths of the libraries. The job's paths have the same length, so they can be patched in.
     def _copy_programs(self):
         old, new = str(self.base.folder), str(self.folder)
-        programs = [path for path in self.base.folder.glob("tests/tst_*") if path.is_file()]
-        programs += [*self.base.folder.glob("plugin/*.so"), *self.base.folder.glob("tools/importhost/importhost")]
-        for path in programs:
+        programs = [self.base.folder / program for program in self.base.programs]
+        for path in [*programs, *self.base.folder.glob("plugin/*.so")]:
             data = path.read_bytes()
             for encoding in ("utf-8", "utf-16-le"):
                 data = data.replace(old.encode(encoding), new.encode(encoding))
@@ -146,7 +150,7 @@ class Job:
             copy.chmod(0o755)
 
     def build(self, name, text):
-        """Builds with another text of one file of the plug-in; false when that does not compile."""
+        """Builds the plug-in with a changed file; returns False if it does not compile."""
         original = (self.base.root / "plugin" / name).read_bytes()
         changed = self.sources / name
         changed.write_text(text)
@@ -157,14 +161,14 @@ class Job:
         return all(objects) and self._link({user: path for user, path in objects})
 
     def restore(self):
-        """Puts the libraries of the base back."""
+        """Restores the libraries of the base."""
         for path in self.base.folder.glob("plugin/*.so"):
             data = path.read_bytes().replace(str(self.base.folder).encode(), str(self.folder).encode())
             target = self.folder / "plugin" / path.name
             if not target.exists() or target.read_bytes() != data:
                 target.write_bytes(data)
 
-    # The files that are compiled anew for a change of this one.
+    # The sources to recompile after a change of this file.
     def _users(self, name):
         if name.endswith(".cpp"):
             return [name]
@@ -192,7 +196,7 @@ class Job:
     def _succeeds(self, command):
         code, _ = run(command, self.base.folder, _COMPILE_SECONDS)
         if code is None:
-            raise TimeoutError(f"{command[0]} takes more than {_COMPILE_SECONDS} s: is this machine busy?")
+            raise TimeoutError(f"{command[0]} takes more than {_COMPILE_SECONDS} s: is the machine busy?")
         return code == 0
 
     def _link(self, objects):
@@ -211,10 +215,10 @@ class Job:
         return True
 
     def try_test(self, test, seconds):
-        """Runs one test: None when it passes, else what it does; and how long it took."""
+        """Runs one test; returns None if it passes, otherwise how it fails, and its duration."""
         shutil.rmtree(self.temporary, ignore_errors=True)
         self.temporary.mkdir()
-        # What a mutant writes into settings or temporary files is gone before the next test.
+        # Settings and temporary files that a mutant writes must not reach the next test.
         own = {name: str(self.temporary) for name in ("TMPDIR", "HOME", "XDG_CONFIG_HOME")}
         environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", **own)
         begin = time.monotonic()
@@ -222,5 +226,5 @@ class Job:
         code, _ = run([f"./{test}"], self.folder / "tests", limit, environment, until=b"FAIL!")
         took = time.monotonic() - begin
         if code is None:
-            return "timed out", took
+            return "times out", took
         return ("crashes" if code < 0 else "fails" if code > 0 else None), took

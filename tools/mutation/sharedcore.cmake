@@ -1,0 +1,22 @@
+# Links the tests and the plug-in against the core as a shared library, so that a mutant replaces one library and no test
+# is linked again. The preset "mutation" includes this file after project(); no other build does.
+
+function(link_shared_core)
+    get_target_property(libraries importcore INTERFACE_LINK_LIBRARIES)
+    get_target_property(folders importcore INTERFACE_INCLUDE_DIRECTORIES)
+    add_library(sharedcore SHARED $<TARGET_OBJECTS:importcore>)
+    set_target_properties(sharedcore PROPERTIES AUTOMOC OFF LINKER_LANGUAGE CXX LIBRARY_OUTPUT_DIRECTORY plugin)
+    target_include_directories(sharedcore INTERFACE ${folders})
+    target_link_libraries(sharedcore PUBLIC ${libraries})
+    # The tests call functions that the plug-in does not export.
+    set_target_properties(importcore PROPERTIES CXX_VISIBILITY_PRESET default)
+
+    get_property(users DIRECTORY tests PROPERTY BUILDSYSTEM_TARGETS)
+    foreach(user importplugin ${users})
+        get_target_property(libraries ${user} LINK_LIBRARIES)
+        list(TRANSFORM libraries REPLACE "^importcore$" sharedcore)
+        set_target_properties(${user} PROPERTIES LINK_LIBRARIES "${libraries}")
+    endforeach()
+endfunction()
+
+cmake_language(DEFER CALL link_shared_core)
