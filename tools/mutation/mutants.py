@@ -9,7 +9,7 @@ _COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=
 _OPPOSITES = {"true": "false", "false": "true"}
 _CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
 _NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
-_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # the order of the arguments is irrelevant
+_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # functions of unordered arguments
 _CONVERSIONS = {"hasToken", "toDouble", "toInt"}
 _LONG_LIST = 6  # a longer list is a table, whose rows can usually be in any order
 
@@ -85,9 +85,11 @@ def _constants(source):
             yield token.start, token.end, _OPPOSITES[token.text], "constant"
         elif token.kind == "char":
             yield token.start, token.end, _other_char(token.text), "constant"
+        elif _is_minus_one(source, i):
+            yield source.tokens[i - 1].start, token.end, "0", "constant"
         elif token.kind == "number" and not _is_capacity(source, i):
-            sign = source.tokens[i - 1] if _is_minus_one(source, i) else token
-            yield sign.start, token.end, "0" if sign is not token else _next_number(token.text), "constant"
+            other = str(abs(int(token.text) - 1)) if _is_index(source, i) else _next_number(token.text)
+            yield token.start, token.end, other, "constant"
 
 
 def _conditions(source):
@@ -288,9 +290,20 @@ def _is_overwritten(source, i):
     return source.token(call) == "(" and source.token(call - 1) in _CONVERSIONS and source.token(use + 1) == ")"
 
 
-# A template argument or a reservation: tests cannot observe the capacity.
+# A constant index, or the 1 that a conditional operator chooses: becomes smaller, because an index past the end of an
+# array is undefined behaviour.
+def _is_index(source, i):
+    if source.token(i - 1) in ("?", ":"):
+        return source.token(i) == "1"
+    return source.token(i - 1) == "[" and source.token(i + 1) == "]" and source.token(i).isdigit()
+
+
+# The size of an array or a reservation: tests cannot observe the capacity.
 def _is_capacity(source, i):
     if source.token(i + 1) == ">" and not source.is_spaced(i + 1):
+        return True
+    is_declaration = source.tokens[i - 3].kind == "word" and source.token(i - 3) not in _NO_EXPRESSION
+    if source.token(i - 1) == "[" and _is_index(source, i) and is_declaration:
         return True
     return "reserve" in source.line_at(source.tokens[i].start)
 

@@ -218,12 +218,12 @@ def try_all(mutants, arguments, log):
         in_parallel(jobs, mutants, work)
 
 
-def summarize(mutants, results):
+def summarize(mutants, results, list_survivors):
     tried = [mutant for mutant in mutants if mutant.number in results]
     survivors = [mutant for mutant in tried if results[mutant.number] == SURVIVED]
     uncompiled = sum(results[mutant.number] == UNCOMPILED for mutant in tried)
     killed = len(tried) - uncompiled - len(survivors)
-    for mutant in survivors:
+    for mutant in survivors if list_survivors else []:
         print(f"{mutant.source.name}:{mutant.line}: {mutant.change}\n    {mutant.line_text}")
     if len(tried) < len(mutants):
         print(f"{len(mutants) - len(tried)} of {len(mutants)} mutants are left: continue with --resume")
@@ -233,7 +233,8 @@ def summarize(mutants, results):
         f"{share} killed"
     )
     ways = Counter(results[m.number].split()[-1] for m in tried if results[m.number].startswith("killed"))
-    print("Killed by a test that " + ", ".join(f"{_WAYS[way]}: {count}" for way, count in ways.most_common()))
+    if ways:
+        print("Killed by a test that " + ", ".join(f"{_WAYS[way]}: {count}" for way, count in ways.most_common()))
 
 
 def report_wrong_explanations(mutants, explanations, results):
@@ -261,7 +262,7 @@ def main():
         signal.signal(interruption, lambda *_: workshop.stop.set())
     if left:
         try_all(left, arguments, log)
-    summarize(mutants, log.results)
+    summarize(mutants, log.results, not arguments.explained)
     report_wrong_explanations(everything, explanations, log.results)
     if workshop.stop.is_set():
         sys.exit(130)
