@@ -24,7 +24,7 @@ class Mutant:
     end: int
     after: str
     kind: str
-    nth: int = 1  # numbers identical changes on one line
+    nth: int = 1  # numbers identical changes of identical lines
 
     @property
     def before(self):
@@ -64,7 +64,7 @@ def find_mutants(sources):
         alike = {}
         for (start, end, after), kind in sorted(found.items()):
             mutant = Mutant(len(mutants) + 1, source, start, end, after, kind)
-            key = (mutant.line, mutant.change)
+            key = (mutant.line_text, mutant.change)
             alike[key] = mutant.nth = alike.get(key, 0) + 1
             mutants.append(mutant)
     return mutants

@@ -74,11 +74,14 @@ def explain_key(mutant):
 
 
 def read_explanations():
-    """Maps the change and the source line of each mutant in equivalent.txt to the line number of its block."""
-    explanations, lines = {}, EXPLAINED.read_text().splitlines()
-    for i, line in enumerate(lines):
+    """Maps the change and the source line of each mutant in equivalent.txt to its line number there."""
+    explanations, changes = {}, {}
+    for number, line in enumerate(EXPLAINED.read_text().splitlines(), 1):
         if line.startswith("plugin/"):
-            explanations[line, lines[i + 1].strip()] = i + 1
+            changes[line] = number
+        elif line.startswith(" ") and changes:
+            explanations.update({(change, line.strip()): place for change, place in changes.items()})
+            changes = {}
     return explanations
 
 
