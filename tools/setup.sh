@@ -1,14 +1,14 @@
-# Sourced by ./run, ./test and the other commands: makes a machine ready to build the project, and stands in the
-# project's root.
+# Sourced by ./run, ./test and the other commands: changes to the project's root and provides functions that prepare the
+# machine for a build.
 # shellcheck shell=bash
 
 cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/.." || exit
 
-# What a build needs beyond Debian's and Ubuntu's base system. qtbase5-dev brings Qt's test library and, with
-# libqt5gui5, the offscreen platform; DejaVu has the Cyrillic letters that a minimal system cannot draw.
+# The packages for a build on a minimal Debian or Ubuntu. qtbase5-dev includes Qt Test and depends on libqt5gui5, which
+# has the offscreen platform. DejaVu contains Cyrillic letters.
 packages=(g++ cmake ninja-build qtbase5-dev fonts-dejavu-core)
 
-# Progress goes to the error output, which leaves the standard output to what a script is asked for.
+# Progress goes to stderr; stdout is reserved for results.
 say() {
     printf '== %s\n' "$*" >&2
 }
@@ -18,7 +18,7 @@ stop() {
     exit 1
 }
 
-# True on the systems whose packages are known to build the project.
+# True on the supported systems, whose package names are known.
 is_known_system() {
     [[ -r /etc/os-release ]] || return 1
     local system
@@ -38,7 +38,7 @@ as_root() {
     fi
 }
 
-# Packages come unasked for and without their recommendations; another package manager at work is waited for.
+# Installs without questions and recommended packages, and waits for the lock of another package manager.
 apt_get() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" >/dev/null
 }
@@ -52,13 +52,13 @@ install_missing() {
     if ((EUID != 0)) && ! command -v sudo >/dev/null; then
         stop "these packages are missing, and there is no sudo to install them: ${missing[*]}"
     fi
-    say "Refreshing the lists of packages"
-    apt_get update || stop "the lists of packages cannot be refreshed"
-    say "Installing ${missing[*]}, which may take some minutes"
+    say "Updating the package lists"
+    apt_get update || stop "cannot update the package lists"
+    say "Installing ${missing[*]}, which can take some minutes"
     apt_get install -y --no-install-recommends "${missing[@]}" || stop "cannot install: ${missing[*]}"
 }
 
-# True when CMake, Ninja, a compiler and Qt are here, wherever they come from: CMake itself has to find them.
+# True if CMake finds Ninja, a compiler and Qt, wherever they are installed.
 can_build() {
     command -v cmake >/dev/null || return 1
     local probe found=0
@@ -73,17 +73,17 @@ PROBE
     return "$found"
 }
 
-# Makes sure that the project can be built, or stops.
+# Ensures that the project can be built, or exits with an error.
 prepare_machine() {
     if is_known_system; then
         install_missing
     else
         say "Neither Debian 12 nor Ubuntu 24.04: looking for CMake 3.25, Ninja, a C++ compiler and Qt 5.15"
-        can_build || stop "some are missing. Install what these packages of Debian 12 hold: ${packages[*]}"
+        can_build || stop "some are missing. Install the equivalents of these Debian 12 packages: ${packages[*]}"
     fi
 }
 
-# Qt takes arguments and file names in the locale's encoding, and both are Russian here.
+# Qt decodes arguments and file names in the locale's encoding, and both contain Cyrillic letters here.
 use_utf8() {
     [[ $(locale charmap 2>/dev/null) == UTF-8 ]] || export LC_ALL=C.UTF-8
 }
