@@ -1,5 +1,5 @@
 #include "filegenerator.h"
-#include "testing.h"
+#include "importcomparison.h"
 
 #include <QDir>
 #include <QMap>
@@ -7,125 +7,10 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <memory>
 
 Q_DECLARE_METATYPE(RunKind)
 
 namespace {
-
-bool isSame(double a, double b)
-{
-    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-bool isSame(const QVector<DefPoint> &a, const QVector<DefPoint> &b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const DefPoint &p, const DefPoint &q) {
-        return p.def == q.def && isSame(p.x, q.x) && isSame(p.y, q.y);
-    });
-}
-
-bool isSame(const DefPolygon &a, const DefPolygon &b)
-{
-    return a.def == b.def &&
-           std::equal(a.contours.begin(), a.contours.end(), b.contours.begin(), b.contours.end(),
-                      [](const QVector<DefPoint> &p, const QVector<DefPoint> &q) { return isSame(p, q); });
-}
-
-bool isSame(const QVector<DefPolygon> &a, const QVector<DefPolygon> &b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const DefPolygon &p, const DefPolygon &q) { return isSame(p, q); });
-}
-
-QString described(const QVector<DefPoint> &points)
-{
-    QStringList texts;
-    for (const DefPoint &point : points)
-        texts.append(QStringLiteral("%1 (%2 %3)")
-                         .arg(point.def, QString::number(point.x, 'g', 17), QString::number(point.y, 'g', 17)));
-    return texts.join(QStringLiteral(", "));
-}
-
-QString described(const DefPolygon &object)
-{
-    QString text = QStringLiteral("\"%1\"").arg(object.def);
-    for (const QVector<DefPoint> &contour : object.contours)
-        text += QStringLiteral(" [%1]").arg(described(contour));
-    return text;
-}
-
-QString described(const char *what, const QString &given, const QString &expected)
-{
-    return QStringLiteral("%1\n   given: %2\nexpected: %3").arg(QLatin1String(what), given, expected);
-}
-
-QString objectDifference(const QVector<DefPolygon> &given, const QVector<DefPolygon> &expected)
-{
-    for (int i = 0; i < qMin(given.size(), expected.size()); ++i) {
-        if (!isSame(given[i], expected[i]))
-            return described("object", described(given[i]), described(expected[i]));
-    }
-    return described("objects", QString::number(given.size()), QString::number(expected.size()));
-}
-
-/// What differs first, in words; empty when nothing does.
-QString difference(const ImportOutcome &given, const ImportOutcome &expected)
-{
-    if (given.messages != expected.messages)
-        return described("messages", given.messages.join(QLatin1Char('|')), expected.messages.join(QLatin1Char('|')));
-    if (given.result != expected.result)
-        return described("result", QString::number(given.result), QString::number(expected.result));
-    if (!isSame(given.objects, expected.objects))
-        return objectDifference(given.objects, expected.objects);
-    if (!isSame(given.points, expected.points))
-        return described("points", described(given.points), described(expected.points));
-    if (given.pointStartNum != expected.pointStartNum)
-        return described("next point", QString::number(given.pointStartNum), QString::number(expected.pointStartNum));
-    if (given.objectStartNum != expected.objectStartNum)
-        return described("next object", QString::number(given.objectStartNum),
-                         QString::number(expected.objectStartNum));
-    return {};
-}
-
-void configure(MapImport &import, const ImportOptions &options)
-{
-    import.swapXY = options.swapXY;
-    import.searchPointDefs = options.searchPointDefs;
-    import.pointPref = options.pointPref;
-    import.pointStartNum = options.pointStartNum;
-    import.searchObjectDefs = options.searchObjectDefs;
-    import.objectPref = options.objectPref;
-    import.objectStartNum = options.objectStartNum;
-    import.objectFileName = options.objectFileName;
-    import.pointFileName = options.pointFileName;
-    import.setEncoding(options.encoding);
-}
-
-ImportOutcome imported(const ImportOptions &options)
-{
-    const StatusRecorder host;
-    const std::unique_ptr<MapImport> import =
-        options.dxf ? std::unique_ptr<MapImport>(new DxfImport) : std::unique_ptr<MapImport>(new MifImport);
-    ImportOutcome out;
-    configure(*import, options);
-    import->objects = &out.objects;
-    out.result = import->importMap();
-    out.points = knownPoints(*import);
-    out.pointStartNum = import->pointStartNum;
-    out.objectStartNum = import->objectStartNum;
-    out.messages = host.messages();
-    return out;
-}
-
-ImportOutcome referenceImported(const ImportOptions &options)
-{
-    ImportOutcome out = options.dxf ? ReferenceDxf(options).run() : ReferenceMif(options).run();
-    out.points = sortedByDef(out.points);
-    return out;
-}
 
 int numberFromEnvironment(const char *name, int byDefault)
 {
@@ -183,13 +68,13 @@ void tst_MapImportDifferential::readsAsTheNaiveReader()
     for (int number = first; number < first + size; ++number) {
         GeneratedRun run = FileGenerator(static_cast<quint32>(number)).run(kind);
         write(run);
-        const ImportOutcome expected = referenceImported(run.options);
+        const ImportOutcome expected = runReference(run.options);
         count(expected, run.options.pointStartNum);
         open += expected.orderIsOpen ? 1 : 0;
         filled += expected.objects.isEmpty() ? 0 : 1;
         if (expected.orderIsOpen)
             continue;
-        const QString told = difference(imported(run.options), expected);
+        const QString told = difference(runImporter(run.options), expected);
         QVERIFY2(told.isEmpty(), qPrintable(QStringLiteral("file %1: %2").arg(number).arg(told)));
     }
     qInfo("files drawn with %d to %d: %d with objects, %d not compared, as their points have no order", first,
