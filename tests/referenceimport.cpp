@@ -1,35 +1,22 @@
 #include "referenceimport.h"
 
-#include <QDir>
 #include <QTextCodec>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <tuple>
 
 namespace {
 
-const double tolerance = 0.01;
-
-bool isWithinBox(const DefPoint &a, double x, double y)
-{
-    return std::fabs(a.x - x) <= tolerance && std::fabs(a.y - y) <= tolerance;
-}
-
-// What is not a number stands after all numbers; a plain comparison would leave such a list without any order.
-bool isBefore(double a, double b)
-{
-    if (std::isnan(a) || std::isnan(b))
-        return !std::isnan(a) && std::isnan(b);
-    return a < b;
-}
-
+// NaN after all numbers: operator< alone is not a strict weak ordering for NaN.
 bool isBefore(const DefPoint &a, const DefPoint &b)
 {
-    if (isBefore(a.x, b.x))
-        return true;
-    return !isBefore(b.x, a.x) && isBefore(a.y, b.y);
+    const auto key = [](const DefPoint &p) {
+        return std::make_tuple(std::isnan(p.x), std::isnan(p.x) ? 0 : p.x, std::isnan(p.y), std::isnan(p.y) ? 0 : p.y);
+    };
+    return key(a) < key(b);
 }
 
 bool isSameNumber(double a, double b)
@@ -44,7 +31,7 @@ double square(double a)
 
 } // namespace
 
-int referenceNearest(const QVector<DefPoint> &points, double x, double y)
+int ReferenceImport::nearest(const QVector<DefPoint> &points, double x, double y)
 {
     int bound = 0;
     int high = points.size();
@@ -57,53 +44,28 @@ int referenceNearest(const QVector<DefPoint> &points, double x, double y)
     }
 
     double best = std::numeric_limits<double>::max();
-    int taken = -1;
-    const auto look = [&](int i) {
+    int found = -1;
+    const auto examine = [&](int i) {
         const double distance = square(points[i].x - x) + square(points[i].y - y);
         if (distance < best) {
             best = distance;
-            taken = i;
+            found = i;
         }
     };
     if (bound < points.size())
-        look(bound);
+        examine(bound);
     if (bound > 0)
-        look(bound - 1);
+        examine(bound - 1);
     for (int i = bound + 1; i < points.size() && !(square(points[i].x - x) > best); ++i)
-        look(i);
+        examine(i);
     for (int i = bound - 2; i >= 0 && !(square(x - points[i].x) > best); --i)
-        look(i);
-    return taken;
+        examine(i);
+    return found;
 }
 
-QPointF referenceCentroid(const DefPolygon &object)
+bool ReferenceImport::isWithinTolerance(const DefPoint &a, const DefPoint &b)
 {
-    if (object.contours.isEmpty() || object.contours[0].isEmpty())
-        return {0, 0};
-    const QVector<DefPoint> &ring = object.contours[0];
-    const int n = ring.size();
-    if (n == 1)
-        return {ring[0].x, ring[0].y};
-
-    double crosses = 0;
-    double momentX = 0;
-    double momentY = 0;
-    double sumX = 0;
-    double sumY = 0;
-    for (int i = 0; i < n; ++i) {
-        const DefPoint &a = ring[i];
-        const DefPoint &b = ring[(i + 1) % n];
-        const double cross = a.x * b.y - b.x * a.y;
-        crosses += cross;
-        momentX += (a.x + b.x) * cross;
-        momentY += (a.y + b.y) * cross;
-        sumX += a.x;
-        sumY += a.y;
-    }
-    const double area = 0.5 * crosses;
-    if (std::fabs(area) <= 1e-12)
-        return {sumX / n, sumY / n};
-    return {momentX / (6 * area), momentY / (6 * area)};
+    return std::fabs(a.x - b.x) <= 0.01 && std::fabs(a.y - b.y) <= 0.01;
 }
 
 ReferenceImport::ReferenceImport(const ImportOptions &options)
@@ -116,48 +78,24 @@ ReferenceImport::ReferenceImport(const ImportOptions &options)
 
 ImportOutcome ReferenceImport::run()
 {
-    m_out.result = readPoints() && readPolygons();
+    const bool ownFile = !m_options.pointFileName.isEmpty();
+    m_out.result = !m_options.searchPointDefs || !open(ownFile ? m_options.pointFileName : m_options.objectFileName) ||
+                   loadPoints();
+    if (m_out.result) {
+        removeDuplicatePoints();
+        m_out.result = !open(m_options.objectFileName) || loadPolygons();
+    }
     m_out.pointStartNum = m_options.pointStartNum;
     m_out.objectStartNum = m_options.objectStartNum;
     return m_out;
 }
 
-bool ReferenceImport::readPoints()
-{
-    if (m_options.searchPointDefs) {
-        const bool own = !m_options.pointFileName.isEmpty();
-        if (open(own ? m_options.pointFileName : m_options.objectFileName)) {
-            const bool ok = loadPoints();
-            m_file.close();
-            if (!ok)
-                return false;
-        }
-    }
-
-    sort(m_out.points);
-    QVector<DefPoint> kept;
-    for (const DefPoint &point : m_out.points) {
-        if (kept.isEmpty() || !isWithinBox(kept.last(), point.x, point.y))
-            kept.append(point);
-    }
-    m_out.points = kept;
-    return true;
-}
-
-bool ReferenceImport::readPolygons()
-{
-    if (!open(m_options.objectFileName))
-        return true;
-    const bool ok = loadPolygons();
-    m_file.close();
-    return ok;
-}
-
 bool ReferenceImport::open(const QString &name)
 {
+    m_file.close();
     m_file.setFileName(name);
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return fail(QStringLiteral("Ошибка открытия файла %1").arg(fileName()));
+        return failWithFileName(QStringLiteral("Ошибка открытия файла %1"), m_file);
     m_stream.setDevice(&m_file);
     m_stream.setCodec(m_codec);
     m_lineNum = 0;
@@ -170,80 +108,58 @@ bool ReferenceImport::fail(const QString &message)
     return false;
 }
 
-QString ReferenceImport::fileName() const
+bool ReferenceImport::failWithFileName(const QString &message, const QFile &file)
 {
-    return QDir::toNativeSeparators(m_file.fileName());
+    return fail(message.arg(QDir::toNativeSeparators(file.fileName())));
 }
 
-void ReferenceImport::appendEmptyPolygon()
+void ReferenceImport::removeDuplicatePoints()
 {
-    m_out.objects.append(DefPolygon());
-}
-
-void ReferenceImport::appendEmptyContour()
-{
-    m_out.objects.last().contours.append(QVector<DefPoint>());
-}
-
-QVector<DefPoint> &ReferenceImport::lastContour()
-{
-    return m_out.objects.last().contours.last();
+    sort(m_out.points);
+    QVector<DefPoint> kept;
+    for (const DefPoint &point : qAsConst(m_out.points)) {
+        if (kept.isEmpty() || !isWithinTolerance(kept.last(), point))
+            kept.append(point);
+    }
+    m_out.points = kept;
 }
 
 void ReferenceImport::appendVert(double x, double y, bool closing)
 {
-    DefPoint vertex;
-    vertex.def = closing ? lastContour().first().def : vertexDef(x, y);
-    vertex.x = m_options.swapXY ? y : x;
-    vertex.y = m_options.swapXY ? x : y;
-    lastContour().append(vertex);
+    const QString def = closing ? lastContour().first().def : vertexDef(x, y);
+    lastContour().append(m_options.swapXY ? DefPoint{def, y, x} : DefPoint{def, x, y});
 }
 
 QString ReferenceImport::vertexDef(double x, double y)
 {
     QVector<DefPoint> &points = m_out.points;
-    const int nearest = referenceNearest(points, x, y);
-    if (nearest >= 0 && isWithinBox(points[nearest], x, y))
-        return points[nearest].def;
+    DefPoint vertex{QString(), x, y};
+    const int known = nearest(points, x, y);
+    if (known >= 0 && isWithinTolerance(points[known], vertex))
+        return points[known].def;
 
-    DefPoint added;
-    added.def = QStringLiteral("%1%2").arg(m_options.pointPref).arg(m_options.pointStartNum);
-    added.x = x;
-    added.y = y;
-    ++m_options.pointStartNum;
+    vertex.def = QStringLiteral("%1%2").arg(m_options.pointPref).arg(m_options.pointStartNum++);
     int place = 0;
-    while (place < points.size() && isBefore(points[place], added))
+    while (place < points.size() && isBefore(points[place], vertex))
         ++place;
-    points.insert(place, added);
-    return added.def;
+    points.insert(place, vertex);
+    return vertex.def;
 }
 
 void ReferenceImport::setLastPolygonDef(const QString &def)
 {
-    QString name = def;
-    if (name.isEmpty()) {
-        name = QStringLiteral("%1%2").arg(m_options.objectPref).arg(m_options.objectStartNum);
-        ++m_options.objectStartNum;
-    }
-    m_out.objects.last().def = name;
+    m_out.objects.last().def =
+        def.isEmpty() ? QStringLiteral("%1%2").arg(m_options.objectPref).arg(m_options.objectStartNum++) : def;
 }
 
-// The importers sort unstably: which of two points at exactly one place comes first is theirs to choose. That is told
-// by orderIsOpen when the choice could be seen.
 void ReferenceImport::sort(QVector<DefPoint> &points)
 {
-    std::stable_sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return isBefore(a, b); });
+    std::stable_sort(points.begin(), points.end(), isBefore);
     for (int i = 1; i < points.size(); ++i) {
         const DefPoint &a = points[i - 1];
         const DefPoint &b = points[i];
-        const bool alike = a.def == b.def && isSameNumber(a.x, b.x) && isSameNumber(a.y, b.y);
-        if (!isBefore(a, b) && !isBefore(b, a) && !alike)
+        const bool same = a.def == b.def && isSameNumber(a.x, b.x) && isSameNumber(a.y, b.y);
+        if (!isBefore(a, b) && !same)
             m_out.orderIsOpen = true;
     }
-}
-
-void ReferenceImport::rewind()
-{
-    m_file.seek(0);
-    m_stream.seek(0);
 }

@@ -2,15 +2,15 @@
 
 #include "defpolygon.h"
 
+#include <QDir>
 #include <QFile>
 #include <QMap>
 #include <QPointF>
-#include <QSet>
 #include <QStringList>
 #include <QTextStream>
 #include <QVector>
 
-/// What a run is told; the options of an importer by their names, and the format.
+/// The options of an importer, under the same names, and the format.
 struct ImportOptions
 {
     bool dxf = false;
@@ -26,7 +26,7 @@ struct ImportOptions
     QByteArray encoding;
 };
 
-/// What a run leaves.
+/// The state after a run.
 struct ImportOutcome
 {
     bool result = false;
@@ -36,20 +36,14 @@ struct ImportOutcome
     int objectStartNum = 0;
     QStringList messages;
 
-    /// Points that an unstable sort may leave in either order had to be sorted: the run has more than one right end.
+    /// True when points at exactly one place had to be sorted: the sort is unstable, so more than one outcome is right.
     bool orderIsOpen = false;
 };
 
-/// Index of the point nearest to (\a x, \a y), -1 without one; bisects and walks, also in points without order.
-int referenceNearest(const QVector<DefPoint> &points, double x, double y);
-
-/// Area centroid of the first contour, or the mean of its vertices.
-QPointF referenceCentroid(const DefPolygon &object);
-
-/// The import in its plainest form: no index, no buffer, each list searched as it stands.
+/// Reference implementation of the import: no index, no buffer, linear searches.
 ///
-/// It shares nothing with the importers but the records, so that what both give is right or wrong for two reasons. One
-/// reader serves one run.
+/// It shares nothing with the importers but the records, so a mistake would have to be made twice to stay unnoticed.
+/// Use one reader per run.
 class ReferenceImport
 {
 public:
@@ -64,71 +58,69 @@ protected:
     virtual bool loadPoints() = 0;
     virtual bool loadPolygons() = 0;
 
+    /// Index of the point nearest to (\a x, \a y), or -1. Bisects and walks, also through unsorted points.
+    static int nearest(const QVector<DefPoint> &points, double x, double y);
+    static bool isWithinTolerance(const DefPoint &a, const DefPoint &b);
+
     bool fail(const QString &message);
-    QString fileName() const;
-    void appendEmptyPolygon();
-    void appendEmptyContour();
-    QVector<DefPoint> &lastContour();
-    void appendVert(double x, double y, bool closing);
+    bool failWithFileName(const QString &message, const QFile &file);
+    void beginObject() { m_out.objects.append(DefPolygon()); }
+    void beginContour() { m_out.objects.last().contours.append(QVector<DefPoint>()); }
+    QVector<DefPoint> &lastContour() { return m_out.objects.last().contours.last(); }
+    void appendVert(double x, double y, bool closing = false);
     void setLastPolygonDef(const QString &def);
     void sort(QVector<DefPoint> &points);
-    void rewind();
 
     ImportOptions m_options;
     ImportOutcome m_out;
     QTextCodec *m_codec;
     QFile m_file;
     QTextStream m_stream;
-    QString m_line;
     int m_lineNum = 0;
 
 private:
     bool open(const QString &name);
-    bool readPoints();
-    bool readPolygons();
+    void removeDuplicatePoints();
     QString vertexDef(double x, double y);
 };
 
-/// Reads a MIF and its MID.
+/// Reads a MIF file and its MID file.
 class ReferenceMif : public ReferenceImport
 {
 public:
     using ReferenceImport::ReferenceImport;
 
 protected:
-    bool loadPoints() override;
-    bool loadPolygons() override;
+    bool loadPoints() override { return load(m_options.searchPointDefs, true); }
+    bool loadPolygons() override { return load(m_options.searchObjectDefs, false); }
 
 private:
-    bool readMifLine(bool tokenize);
-    bool checkFile();
+    bool load(bool useMid, bool points);
+    bool readHeader();
     bool openMid();
-    bool readMidLine();
-    bool readMidDef(QString *def);
-    QString extractDef(const QString &line) const;
-
-    bool beginPass(bool useMid);
     bool scan(bool points);
-    bool readPointObject();
-    bool readPolygonObject(const QString &keyword);
-    bool skipRecord();
-    bool readPoint();
-    bool readLine();
-    bool readVert(bool closing);
-    bool readSub(int count, bool closeLast);
-    bool readPline();
-    bool readPlineMultiple();
-    bool readRegion();
+    bool readMifLine();
+    bool readMidDef(QString &def);
+    QString firstField(const QString &record) const;
+    QVector<double> numbers(int first, int count) const;
 
-    QChar m_delimiter = QLatin1Char(',');
+    bool readPoint();
+    bool readObject(const QString &keyword);
+    bool readLine();
+    bool readPline();
+    bool readRegion();
+    bool readSubs(int count, int minVertices, bool closeLast);
+    bool readSub(int count, bool closeLast);
+
+    QChar m_delimiter;
+    QString m_line;
     QStringList m_tokens;
     QFile m_midFile;
     QTextStream m_midStream;
-    QString m_midLine;
     int m_midLineNum = 0;
 };
 
-/// Reads a DXF.
+/// Reads a DXF drawing.
 class ReferenceDxf : public ReferenceImport
 {
 public:
@@ -140,31 +132,31 @@ protected:
 
 private:
     enum class Pass { Points, Texts, Polygons };
+    using Coordinates = QMap<QString, double>;
 
     bool readPair();
-    bool checkFile();
-    QString decodeText(const QString &text) const;
+    bool isPair(const char *code, const char *value) const;
+    bool readHeader();
+    QString decoded(QString text) const;
 
-    bool readCoordinates(QSet<QString> required, QMap<QString, double> &values);
+    bool readCoordinates(const QStringList &codes, Coordinates &values);
     bool readPoint();
     bool readVertex();
     bool readLine();
     bool readPolyline();
-    bool readPolylineVertices(bool &closed);
     bool readLwpolyline();
-    bool readLwpolylineVertices(bool &closed);
     bool finishContour(bool closed);
     bool readText();
-    bool collectText(QMap<QString, QString> &groups);
+    bool readTextGroups(QMap<QString, QString> &groups);
 
+    bool load(Pass pass);
     bool scan(Pass pass);
     bool readEntity(Pass pass);
     bool readPolygon();
-    bool readError();
-    bool loadTextsOnly();
-    void filterObjectDefs();
-    void updatePointsDefs();
-    void updateLastPolygonDef();
+    void loadTexts();
+    void removePointNumbers();
+    void namePoints();
+    QString nearestText() const;
 
     QString m_code;
     QString m_value;

@@ -3,7 +3,39 @@
 #include <QRegularExpression>
 #include <QTextCodec>
 
-#include <cmath>
+namespace {
+
+const QString codeText = QStringLiteral("1");
+const QString codeX = QStringLiteral("10");
+const QString codeY = QStringLiteral("20");
+const QString codeX2 = QStringLiteral("11");
+const QString codeY2 = QStringLiteral("21");
+
+// Area centroid of the first contour, or the mean of its vertices.
+QPointF centroid(const QVector<DefPoint> &ring)
+{
+    double area = 0;
+    double momentX = 0;
+    double momentY = 0;
+    double sumX = 0;
+    double sumY = 0;
+    for (int i = 0; i < ring.size(); ++i) {
+        const DefPoint &a = ring[i];
+        const DefPoint &b = ring[(i + 1) % ring.size()];
+        const double cross = a.x * b.y - b.x * a.y;
+        area += cross;
+        momentX += (a.x + b.x) * cross;
+        momentY += (a.y + b.y) * cross;
+        sumX += a.x;
+        sumY += a.y;
+    }
+    area *= 0.5;
+    if (qAbs(area) <= 1e-12)
+        return {sumX / ring.size(), sumY / ring.size()};
+    return {momentX / (6 * area), momentY / (6 * area)};
+}
+
+} // namespace
 
 bool ReferenceDxf::readPair()
 {
@@ -11,168 +43,128 @@ bool ReferenceDxf::readPair()
         m_pushedBack = false;
         return true;
     }
-    m_line = m_stream.readLine();
-    m_code = m_line.trimmed();
+    m_code = m_stream.readLine().trimmed();
     ++m_lineNum;
     if (m_code.isEmpty())
         return false;
-    m_line = m_stream.readLine();
-    m_value = m_line.trimmed();
+    m_value = m_stream.readLine().trimmed();
     ++m_lineNum;
     return true;
 }
 
-bool ReferenceDxf::checkFile()
+bool ReferenceDxf::isPair(const char *code, const char *value) const
 {
-    if (readPair() && m_code == QLatin1String("0") && m_value == QLatin1String("SECTION") && readPair() &&
-        m_code == QLatin1String("2") && m_value == QLatin1String("HEADER"))
-        return true;
-    return fail(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF").arg(fileName()));
+    return m_code == QLatin1String(code) && m_value == QLatin1String(value);
 }
 
-QString ReferenceDxf::decodeText(const QString &text) const
+bool ReferenceDxf::readHeader()
 {
-    QString decoded = text;
-    decoded.replace(QStringLiteral("%%d"), QString(QChar(0xB0)));
-    decoded.replace(QStringLiteral("%%p"), QString(QChar(0xB1)));
-    decoded.replace(QStringLiteral("%%c"), QString(QChar(0xD8)));
+    return (readPair() && isPair("0", "SECTION") && readPair() && isPair("2", "HEADER")) ||
+           failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"), m_file);
+}
+
+QString ReferenceDxf::decoded(QString text) const
+{
+    text.replace(QStringLiteral("%%d"), QStringLiteral("°"));
+    text.replace(QStringLiteral("%%p"), QStringLiteral("±"));
+    text.replace(QStringLiteral("%%c"), QStringLiteral("Ø"));
     QVector<QRegularExpressionMatch> matches;
-    QRegularExpressionMatchIterator found = QRegularExpression(QStringLiteral("%%(\\d{3})")).globalMatch(decoded);
+    QRegularExpressionMatchIterator found = QRegularExpression(QStringLiteral("%%(\\d{3})")).globalMatch(text);
     while (found.hasNext())
         matches.prepend(found.next());
     for (const QRegularExpressionMatch &match : qAsConst(matches)) {
         const int number = match.captured(1).toInt();
         if (number <= 255)
-            decoded.replace(match.capturedStart(), 5, m_codec->toUnicode(QByteArray(1, static_cast<char>(number))));
+            text.replace(match.capturedStart(), 5, m_codec->toUnicode(QByteArray(1, static_cast<char>(number))));
     }
-    return decoded;
+    return text;
 }
 
-bool ReferenceDxf::readCoordinates(QSet<QString> required, QMap<QString, double> &values)
+bool ReferenceDxf::readCoordinates(const QStringList &codes, Coordinates &values)
 {
-    const QSet<QString> wanted = required;
-    bool ok = true;
-    while (true) {
-        if (m_stream.atEnd())
-            return ok && required.isEmpty();
-        if (!ok)
+    while (values.size() < codes.size()) {
+        if (m_stream.atEnd() || !readPair())
             return false;
-        if (required.isEmpty())
-            return true;
-        ok = readPair();
-        if (!ok)
-            return false;
-        if (wanted.contains(m_code))
+        bool ok = true;
+        if (codes.contains(m_code))
             values[m_code] = m_value.toDouble(&ok);
-        required.remove(m_code);
+        if (!ok)
+            return false;
     }
+    return true;
 }
 
 bool ReferenceDxf::readPoint()
 {
-    QMap<QString, double> at;
-    if (!readCoordinates({QStringLiteral("10"), QStringLiteral("20")}, at))
+    Coordinates at;
+    if (!readCoordinates({codeX, codeY}, at))
         return false;
-    DefPoint point;
-    point.x = at[QStringLiteral("10")];
-    point.y = at[QStringLiteral("20")];
-    m_out.points.append(point);
+    m_out.points.append(DefPoint{QString(), at[codeX], at[codeY]});
     return true;
 }
 
 bool ReferenceDxf::readVertex()
 {
-    QMap<QString, double> at;
-    if (!readCoordinates({QStringLiteral("10"), QStringLiteral("20")}, at))
+    Coordinates at;
+    if (!readCoordinates({codeX, codeY}, at))
         return false;
-    appendVert(at[QStringLiteral("10")], at[QStringLiteral("20")], false);
+    appendVert(at[codeX], at[codeY]);
     return true;
 }
 
 bool ReferenceDxf::readLine()
 {
-    QMap<QString, double> at;
-    const QSet<QString> required{QStringLiteral("10"), QStringLiteral("20"), QStringLiteral("11"),
-                                 QStringLiteral("21")};
-    if (!readCoordinates(required, at))
+    Coordinates at;
+    if (!readCoordinates({codeX, codeY, codeX2, codeY2}, at))
         return false;
-    appendEmptyPolygon();
-    appendEmptyContour();
-    appendVert(at[QStringLiteral("10")], at[QStringLiteral("20")], false);
-    appendVert(at[QStringLiteral("11")], at[QStringLiteral("21")], false);
+    beginObject();
+    beginContour();
+    appendVert(at[codeX], at[codeY]);
+    appendVert(at[codeX2], at[codeY2]);
     return true;
 }
 
 bool ReferenceDxf::readPolyline()
 {
-    appendEmptyPolygon();
-    appendEmptyContour();
     bool closed = false;
-    return readPolylineVertices(closed) && finishContour(closed);
-}
-
-bool ReferenceDxf::readPolylineVertices(bool &closed)
-{
-    if (m_stream.atEnd())
-        return false;
-    while (true) {
-        if (!readPair())
-            return false;
-        if (m_code == QLatin1String("0")) {
-            if (m_value == QLatin1String("SEQEND"))
-                return true;
-            if (m_value != QLatin1String("VERTEX") || !readVertex())
-                return false;
-        } else if (m_code == QLatin1String("70") && m_value == QLatin1String("1")) {
+    beginObject();
+    beginContour();
+    while (!m_stream.atEnd() && readPair()) {
+        if (isPair("0", "SEQEND"))
+            return finishContour(closed);
+        if (isPair("70", "1"))
             closed = true;
-        }
-        if (m_stream.atEnd())
+        if (m_code == QLatin1String("0") && (m_value != QLatin1String("VERTEX") || !readVertex()))
             return false;
     }
+    return false;
 }
 
 bool ReferenceDxf::readLwpolyline()
 {
-    appendEmptyPolygon();
-    appendEmptyContour();
     bool closed = false;
-    return readLwpolylineVertices(closed) && finishContour(closed);
-}
-
-bool ReferenceDxf::readLwpolylineVertices(bool &closed)
-{
-    const QSet<QString> both{QStringLiteral("10"), QStringLiteral("20")};
-    QSet<QString> required = both;
-    bool ok = true;
-    bool first = true;
     int count = 0;
-    double x = 0;
-    double y = 0;
-    while (true) {
-        if (m_stream.atEnd() || !ok)
-            return false;
-        if (!readPair() || m_code == QLatin1String("0"))
-            return false;
+    Coordinates at;
+    beginObject();
+    beginContour();
+    while (!m_stream.atEnd() && readPair() && m_code != QLatin1String("0")) {
+        bool ok = true;
         if (m_code == QLatin1String("70"))
             closed = (m_value.toInt() & 1) != 0;
         if (m_code == QLatin1String("90"))
             count = m_value.toInt(&ok);
-        if (m_code == QLatin1String("10"))
-            x = m_value.toDouble(&ok);
-        if (m_code == QLatin1String("20"))
-            y = m_value.toDouble(&ok);
-        required.remove(m_code);
-        if (!ok || !required.isEmpty())
-            continue;
-        if (first && count <= 1)
+        if (m_code == codeX || m_code == codeY)
+            at[m_code] = m_value.toDouble(&ok);
+        if (!ok || (at.size() == 2 && lastContour().isEmpty() && count <= 1))
             return false;
-        first = false;
-        appendVert(x, y, false);
-        --count;
-        if (count == 0)
-            return true;
-        required = both;
+        if (at.size() < 2)
+            continue;
+        appendVert(at[codeX], at[codeY]);
+        at.clear();
+        if (--count == 0)
+            return finishContour(closed);
     }
+    return false;
 }
 
 bool ReferenceDxf::finishContour(bool closed)
@@ -180,15 +172,12 @@ bool ReferenceDxf::finishContour(bool closed)
     QVector<DefPoint> &contour = lastContour();
     if (contour.size() < 2)
         return false;
-    const DefPoint first = contour.first();
-    const DefPoint last = contour.last();
-    const bool meets = std::fabs(first.x - last.x) <= 0.01 && std::fabs(first.y - last.y) <= 0.01;
-    if (closed && !meets)
-        contour.append(first);
+    if (closed && !isWithinTolerance(contour.first(), contour.last()))
+        contour.append(DefPoint(contour.first()));
     return true;
 }
 
-bool ReferenceDxf::collectText(QMap<QString, QString> &groups)
+bool ReferenceDxf::readTextGroups(QMap<QString, QString> &groups)
 {
     while (!m_stream.atEnd()) {
         if (!readPair())
@@ -205,59 +194,45 @@ bool ReferenceDxf::collectText(QMap<QString, QString> &groups)
 bool ReferenceDxf::readText()
 {
     QMap<QString, QString> groups;
-    if (!collectText(groups))
-        return false;
-    const QString codeX = QStringLiteral("10");
-    const QString codeY = QStringLiteral("20");
-    const QString alignedX = QStringLiteral("11");
-    const QString alignedY = QStringLiteral("21");
-    const QString codeText = QStringLiteral("1");
-    if (!groups.contains(codeX) || !groups.contains(codeY) || !groups.contains(codeText))
+    if (!readTextGroups(groups) || !groups.contains(codeX) || !groups.contains(codeY) || !groups.contains(codeText))
         return false;
 
-    DefPoint text;
-    bool okX = false;
-    bool okY = false;
-    text.x = groups[codeX].toDouble(&okX);
-    text.y = groups[codeY].toDouble(&okY);
-    if (!okX || !okY)
+    DefPoint text{decoded(groups[codeText]), 0, 0};
+    const auto readPlace = [&](const QString &x, const QString &y) {
+        bool okX = false;
+        bool okY = false;
+        text.x = groups[x].toDouble(&okX);
+        text.y = groups[y].toDouble(&okY);
+        return okX && okY;
+    };
+    const bool isAligned = groups[QStringLiteral("72")].toInt() != 0 || groups[QStringLiteral("73")].toInt() != 0;
+    if (!readPlace(codeX, codeY) ||
+        (isAligned && groups.contains(codeX2) && groups.contains(codeY2) && !readPlace(codeX2, codeY2)))
         return false;
-    text.def = decodeText(groups[codeText]);
-    const int horizontal = groups.value(QStringLiteral("72"), QStringLiteral("0")).toInt();
-    const int vertical = groups.value(QStringLiteral("73"), QStringLiteral("0")).toInt();
-    if ((horizontal != 0 || vertical != 0) && groups.contains(alignedX) && groups.contains(alignedY)) {
-        text.x = groups[alignedX].toDouble(&okX);
-        text.y = groups[alignedY].toDouble(&okY);
-        if (!okX || !okY)
-            return false;
-    }
     m_texts.append(text);
     return true;
 }
 
-bool ReferenceDxf::readError()
+bool ReferenceDxf::load(Pass pass)
 {
-    return fail(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(m_lineNum));
+    return scan(pass) || fail(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(m_lineNum));
 }
 
 bool ReferenceDxf::scan(Pass pass)
 {
-    bool entities = false;
-    bool ok = true;
+    bool inEntities = false;
     while (!m_stream.atEnd()) {
-        if (!ok || !readPair())
-            return readError();
-        if (m_code != QLatin1String("0"))
-            continue;
-        if (m_value == QLatin1String("SECTION")) {
+        if (!readPair())
+            return false;
+        if (isPair("0", "SECTION")) {
             if (!readPair())
-                return readError();
-            entities = m_value == QLatin1String("ENTITIES");
-        } else if (entities) {
-            ok = readEntity(pass);
+                return false;
+            inEntities = m_value == QLatin1String("ENTITIES");
+        } else if (m_code == QLatin1String("0") && inEntities && !readEntity(pass)) {
+            return false;
         }
     }
-    return ok || readError();
+    return true;
 }
 
 bool ReferenceDxf::readEntity(Pass pass)
@@ -265,15 +240,10 @@ bool ReferenceDxf::readEntity(Pass pass)
     if (pass == Pass::Polygons)
         return readPolygon();
 
-    static const QSet<QString> places{QStringLiteral("INSERT"), QStringLiteral("POINT"), QStringLiteral("CIRCLE"),
-                                      QStringLiteral("ELLIPSE")};
-    bool ok = true;
-    if (pass == Pass::Points && places.contains(m_value))
-        ok = readPoint();
-    // The value is looked at again: a place that broke off at the name of a text is read on as that text.
-    if (m_value == QLatin1String("TEXT"))
-        ok = readText();
-    return ok;
+    static const QStringList points = QStringLiteral("INSERT POINT CIRCLE ELLIPSE").split(QLatin1Char(' '));
+    const bool ok = pass == Pass::Texts || !points.contains(m_value) || readPoint();
+    // A point that runs into the value TEXT is read on as that text.
+    return m_value == QLatin1String("TEXT") ? readText() : ok;
 }
 
 bool ReferenceDxf::readPolygon()
@@ -288,76 +258,67 @@ bool ReferenceDxf::readPolygon()
     else
         return true;
     if (ok)
-        updateLastPolygonDef();
+        setLastPolygonDef(m_options.searchObjectDefs ? nearestText() : QString());
     return ok;
 }
 
 bool ReferenceDxf::loadPoints()
 {
-    if (!checkFile())
-        return false;
-    m_texts.clear();
-    return scan(Pass::Points);
+    return readHeader() && load(Pass::Points);
 }
 
 bool ReferenceDxf::loadPolygons()
 {
-    if (!checkFile())
+    if (!readHeader())
         return false;
-    updatePointsDefs();
+    namePoints();
     if (m_options.searchObjectDefs) {
-        if (!m_options.searchPointDefs || !m_options.pointFileName.isEmpty()) {
-            m_texts.clear();
-            loadTextsOnly();
-        }
-        filterObjectDefs();
+        if (!m_options.searchPointDefs || !m_options.pointFileName.isEmpty())
+            loadTexts();
+        removePointNumbers();
     }
-    return scan(Pass::Polygons);
+    return load(Pass::Polygons);
 }
 
-bool ReferenceDxf::loadTextsOnly()
+// After a failure the objects pass continues where this one stopped.
+void ReferenceDxf::loadTexts()
 {
-    if (!scan(Pass::Texts))
-        return false;
+    m_texts.clear();
+    if (!load(Pass::Texts))
+        return;
     sort(m_texts);
-    rewind();
-    return true;
+    m_file.seek(0);
+    m_stream.seek(0);
 }
 
-void ReferenceDxf::filterObjectDefs()
+void ReferenceDxf::removePointNumbers()
 {
-    static const QRegularExpression pointDef(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
+    static const QRegularExpression pointNumber(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
     QVector<DefPoint> kept;
     for (const DefPoint &text : qAsConst(m_texts)) {
-        if (!pointDef.match(text.def).hasMatch())
+        if (!pointNumber.match(text.def).hasMatch())
             kept.append(text);
     }
     if (!kept.isEmpty())
         m_texts = kept;
 }
 
-void ReferenceDxf::updatePointsDefs()
+void ReferenceDxf::namePoints()
 {
     if (m_out.points.isEmpty() || m_texts.isEmpty())
         return;
     sort(m_texts);
     for (DefPoint &point : m_out.points) {
-        const int nearest = referenceNearest(m_texts, point.x, point.y);
-        if (nearest >= 0)
-            point.def = m_texts[nearest].def;
+        const int text = nearest(m_texts, point.x, point.y);
+        if (text >= 0)
+            point.def = m_texts[text].def;
     }
 }
 
-void ReferenceDxf::updateLastPolygonDef()
+QString ReferenceDxf::nearestText() const
 {
-    QString def;
-    if (m_options.searchObjectDefs) {
-        const QPointF centre = referenceCentroid(m_out.objects.last());
-        const bool swapped = m_options.swapXY;
-        const int nearest =
-            referenceNearest(m_texts, swapped ? centre.y() : centre.x(), swapped ? centre.x() : centre.y());
-        if (nearest >= 0)
-            def = m_texts[nearest].def;
-    }
-    setLastPolygonDef(def);
+    const QPointF centre = centroid(m_out.objects.last().contours.first());
+    const int text =
+        m_options.swapXY ? nearest(m_texts, centre.y(), centre.x()) : nearest(m_texts, centre.x(), centre.y());
+    return text < 0 ? QString() : m_texts[text].def;
 }

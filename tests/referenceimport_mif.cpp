@@ -1,82 +1,90 @@
 #include "referenceimport.h"
 
-#include <QDir>
-
-bool ReferenceMif::loadPoints()
+bool ReferenceMif::load(bool useMid, bool points)
 {
-    const bool ok = beginPass(m_options.searchPointDefs) && scan(true);
     m_midFile.close();
-    return ok;
+    if (!readHeader() || (useMid && !openMid()))
+        return false;
+    while (!m_stream.atEnd()) {
+        if (readMifLine() && m_line.compare(QLatin1String("DATA"), Qt::CaseInsensitive) == 0)
+            break;
+    }
+    return scan(points);
 }
 
-bool ReferenceMif::loadPolygons()
-{
-    const bool ok = beginPass(m_options.searchObjectDefs) && scan(false);
-    m_midFile.close();
-    return ok;
-}
-
-bool ReferenceMif::readMifLine(bool tokenize)
-{
-    m_line = m_stream.readLine().simplified();
-    ++m_lineNum;
-    if (tokenize)
-        m_tokens = m_line.split(QLatin1Char(' '));
-    return !m_line.isEmpty();
-}
-
-bool ReferenceMif::checkFile()
+bool ReferenceMif::readHeader()
 {
     for (const char *const word : {"VERSION", "CHARSET", "DELIMITER"}) {
-        readMifLine(true);
+        readMifLine();
         if (m_tokens.size() != 2 || m_tokens[0].toUpper() != QLatin1String(word))
-            return fail(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF").arg(fileName()));
+            return failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF"), m_file);
     }
-    QString value = m_tokens[1];
-    value.remove(QLatin1Char('"'));
-    m_delimiter = value.isEmpty() ? QChar() : value[0];
+    m_delimiter = m_tokens[1].remove(QLatin1Char('"')).append(QChar()).at(0);
     return true;
 }
 
 bool ReferenceMif::openMid()
 {
-    QString name = m_file.fileName();
-    name.chop(1);
-    m_midFile.setFileName(name + QLatin1Char('d'));
-    if (!m_midFile.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        const QString native = QDir::toNativeSeparators(m_midFile.fileName());
-        return fail(QStringLiteral("Ошибка открытия MID файла %1").arg(native));
-    }
+    m_midFile.setFileName(m_file.fileName().chopped(1) + QLatin1Char('d'));
+    if (!m_midFile.open(QIODevice::ReadOnly | QIODevice::Text))
+        return failWithFileName(QStringLiteral("Ошибка открытия MID файла %1"), m_midFile);
     m_midStream.setDevice(&m_midFile);
     m_midStream.setCodec(m_codec);
     m_midLineNum = 0;
     return true;
 }
 
-bool ReferenceMif::readMidLine()
+bool ReferenceMif::scan(bool points)
 {
-    m_midLine = m_midStream.readLine().trimmed();
-    ++m_midLineNum;
-    return !m_midLine.isEmpty();
-}
-
-bool ReferenceMif::readMidDef(QString *def)
-{
-    if (!m_midFile.isOpen())
-        return true;
-    if (!readMidLine())
-        return false;
-    if (def != nullptr)
-        *def = extractDef(m_midLine);
+    static const QStringList objects{QStringLiteral("LINE"), QStringLiteral("PLINE"), QStringLiteral("REGION")};
+    static const QStringList others =
+        QStringLiteral("NONE ARC TEXT RECT ROUNDRECT ELLIPSE MULTIPOINT").split(QLatin1Char(' '));
+    while (!m_stream.atEnd()) {
+        readMifLine();
+        const QString keyword = m_tokens[0].toUpper();
+        const bool isPoint = keyword == QLatin1String("POINT");
+        bool ok = true;
+        QString unused;
+        if (keyword == QLatin1String("COLLECTION")) {
+            fail(QStringLiteral("Ошибка в стоке %1. Коллекции в MIF файлах не поддерживаются.").arg(m_lineNum)); // sic
+            return true;
+        }
+        if (points && isPoint)
+            ok = readPoint();
+        else if (!points && objects.contains(keyword))
+            ok = readObject(keyword);
+        else if ((isPoint || objects.contains(keyword) || others.contains(keyword)) && !readMidDef(unused))
+            ok = fail(QStringLiteral("Ошибка чтения данных объекта из строки: %1").arg(m_midLineNum));
+        if (!ok)
+            return false;
+    }
     return true;
 }
 
-QString ReferenceMif::extractDef(const QString &line) const
+bool ReferenceMif::readMifLine()
 {
-    QString def;
+    m_line = m_stream.readLine().simplified();
+    m_tokens = m_line.split(QLatin1Char(' '));
+    ++m_lineNum;
+    return !m_line.isEmpty();
+}
+
+bool ReferenceMif::readMidDef(QString &def)
+{
+    if (!m_midFile.isOpen())
+        return true;
+    const QString record = m_midStream.readLine().trimmed();
+    ++m_midLineNum;
+    def = firstField(record);
+    return !record.isEmpty();
+}
+
+QString ReferenceMif::firstField(const QString &record) const
+{
+    QString field;
     bool skipping = true;
     bool quoted = false;
-    for (const QChar c : line) {
+    for (const QChar c : record) {
         if (c != QLatin1Char(' '))
             skipping = false;
         if (skipping)
@@ -90,185 +98,103 @@ QString ReferenceMif::extractDef(const QString &line) const
         }
         if (c == m_delimiter && !quoted)
             break;
-        def.append(c);
+        field.append(c);
     }
-    while (def.endsWith(QLatin1Char(' ')))
-        def.chop(1);
-    return def;
+    while (field.endsWith(QLatin1Char(' ')))
+        field.chop(1);
+    return field;
 }
 
-bool ReferenceMif::beginPass(bool useMid)
+// Empty unless all of the words are numbers.
+QVector<double> ReferenceMif::numbers(int first, int count) const
 {
-    if (!checkFile() || (useMid && !openMid()))
-        return false;
-    while (!m_stream.atEnd()) {
-        if (readMifLine(false) && m_line.compare(QLatin1String("DATA"), Qt::CaseInsensitive) == 0)
-            break;
-    }
-    return true;
-}
-
-bool ReferenceMif::scan(bool points)
-{
-    static const QSet<QString> skipped{
-        QStringLiteral("NONE"),      QStringLiteral("POINT"),   QStringLiteral("LINE"),       QStringLiteral("PLINE"),
-        QStringLiteral("REGION"),    QStringLiteral("ARC"),     QStringLiteral("TEXT"),       QStringLiteral("RECT"),
-        QStringLiteral("ROUNDRECT"), QStringLiteral("ELLIPSE"), QStringLiteral("MULTIPOINT"),
-    };
-    while (!m_stream.atEnd()) {
-        if (!readMifLine(true))
-            continue;
-        const QString keyword = m_tokens[0].toUpper();
-        bool ok = true;
-        if (keyword == QLatin1String("COLLECTION")) {
-            fail(QStringLiteral("Ошибка в стоке %1. Коллекции в MIF файлах не поддерживаются.").arg(m_lineNum)); // sic
-            return true;
-        }
-        if (points && keyword == QLatin1String("POINT"))
-            ok = readPointObject();
-        else if (!points && (keyword == QLatin1String("LINE") || keyword == QLatin1String("PLINE") ||
-                             keyword == QLatin1String("REGION")))
-            ok = readPolygonObject(keyword);
-        else if (skipped.contains(keyword))
-            ok = skipRecord();
+    QVector<double> values;
+    for (int i = first; i < first + count; ++i) {
+        bool ok = false;
+        values.append(m_tokens.value(i).toDouble(&ok));
         if (!ok)
-            return false;
+            return {};
     }
-    return true;
+    return values;
 }
 
-bool ReferenceMif::skipRecord()
+bool ReferenceMif::readPoint()
 {
-    if (readMidDef(nullptr))
-        return true;
-    return fail(QStringLiteral("Ошибка чтения данных объекта из строки: %1").arg(m_midLineNum));
-}
-
-bool ReferenceMif::readPointObject()
-{
-    if (!readPoint())
+    const QVector<double> at = numbers(1, 2);
+    if (at.isEmpty())
         return fail(QStringLiteral("Ошибка чтения координат точки из строки: %1").arg(m_lineNum));
-    QString def;
-    if (!readMidDef(&def))
-        return fail(QStringLiteral("Ошибка чтения обозначения точки из строки: %1").arg(m_midLineNum));
-    m_out.points.last().def = def;
-    return true;
+    m_out.points.append(DefPoint{QString(), at[0], at[1]});
+    return readMidDef(m_out.points.last().def) ||
+           fail(QStringLiteral("Ошибка чтения обозначения точки из строки: %1").arg(m_midLineNum));
 }
 
-bool ReferenceMif::readPolygonObject(const QString &keyword)
+bool ReferenceMif::readObject(const QString &keyword)
 {
-    if (keyword == QLatin1String("LINE")) {
-        if (!readLine())
-            return fail(QStringLiteral("Ошибка чтения линии из строки: %1").arg(m_lineNum));
-    } else if (keyword == QLatin1String("PLINE")) {
-        const bool multiple = m_tokens.value(1).toUpper() == QLatin1String("MULTIPLE");
-        if (!(multiple ? readPlineMultiple() : readPline()))
-            return fail(QStringLiteral("Ошибка чтения полилинии из строки: %1").arg(m_lineNum));
-    } else if (!readRegion()) {
+    if (keyword == QLatin1String("LINE") && !readLine())
+        return fail(QStringLiteral("Ошибка чтения линии из строки: %1").arg(m_lineNum));
+    if (keyword == QLatin1String("PLINE") && !readPline())
+        return fail(QStringLiteral("Ошибка чтения полилинии из строки: %1").arg(m_lineNum));
+    if (keyword == QLatin1String("REGION") && !readRegion())
         return fail(QStringLiteral("Ошибка чтения области из строки: %1").arg(m_lineNum));
-    }
     QString def;
-    if (!readMidDef(&def))
+    if (!readMidDef(def))
         return fail(QStringLiteral("Ошибка чтения обозначения объекта из строки: %1").arg(m_midLineNum));
     setLastPolygonDef(def);
     return true;
 }
 
-bool ReferenceMif::readPoint()
-{
-    bool okX = false;
-    bool okY = false;
-    DefPoint point;
-    point.x = m_tokens.value(1).toDouble(&okX);
-    point.y = m_tokens.value(2).toDouble(&okY);
-    if (!okX || !okY)
-        return false;
-    m_out.points.append(point);
-    return true;
-}
-
 bool ReferenceMif::readLine()
 {
-    double numbers[4] = {};
-    for (int i = 0; i < 4; ++i) {
-        bool ok = false;
-        numbers[i] = m_tokens.value(i + 1).toDouble(&ok);
-        if (!ok)
-            return false;
-    }
-    appendEmptyPolygon();
-    appendEmptyContour();
-    appendVert(numbers[0], numbers[1], false);
-    appendVert(numbers[2], numbers[3], false);
+    const QVector<double> ends = numbers(1, 4);
+    if (ends.isEmpty())
+        return false;
+    beginObject();
+    beginContour();
+    appendVert(ends[0], ends[1]);
+    appendVert(ends[2], ends[3]);
     return true;
 }
 
-bool ReferenceMif::readVert(bool closing)
+bool ReferenceMif::readPline()
 {
-    readMifLine(true);
-    if (m_tokens.size() != 2)
-        return false;
-    bool okX = false;
-    bool okY = false;
-    const double x = m_tokens[0].toDouble(&okX);
-    const double y = m_tokens[1].toDouble(&okY);
-    if (!okX || !okY)
-        return false;
-    appendVert(x, y, closing);
+    const bool multiple = m_tokens.value(1).toUpper() == QLatin1String("MULTIPLE");
+    const int count = m_tokens.value(multiple ? 2 : 1).toInt();
+    beginObject();
+    return count >= 2 && (multiple ? readSubs(count, 2, false) : readSub(count, false));
+}
+
+bool ReferenceMif::readRegion()
+{
+    bool ok = false;
+    const int count = m_tokens.value(1).toInt(&ok);
+    beginObject();
+    return ok && count >= 0 && readSubs(count, 3, true);
+}
+
+bool ReferenceMif::readSubs(int count, int minVertices, bool closeLast)
+{
+    for (int i = 0; i < count; ++i) {
+        if (m_stream.atEnd())
+            return false;
+        readMifLine();
+        const int size = m_line.toInt();
+        if (size < minVertices || !readSub(size, closeLast))
+            return false;
+    }
     return true;
 }
 
 bool ReferenceMif::readSub(int count, bool closeLast)
 {
-    appendEmptyContour();
-    bool ok = true;
-    while (!m_stream.atEnd() && count > 0 && ok) {
-        ok = readVert(closeLast && count == 1);
-        if (ok)
-            --count;
-    }
-    return ok && count == 0;
-}
-
-bool ReferenceMif::readPline()
-{
-    appendEmptyPolygon();
-    bool ok = false;
-    const int count = m_tokens.value(1).toInt(&ok);
-    return ok && count >= 2 && readSub(count, false);
-}
-
-bool ReferenceMif::readPlineMultiple()
-{
-    appendEmptyPolygon();
-    bool ok = false;
-    int sections = m_tokens.value(2).toInt(&ok);
-    if (!ok || sections < 2)
-        return false;
-    while (!m_stream.atEnd() && sections > 0) {
-        readMifLine(false);
-        const int count = m_line.toInt(&ok);
-        if (!ok || count < 2 || !readSub(count, false))
+    beginContour();
+    for (int i = 1; i <= count; ++i) {
+        if (m_stream.atEnd())
             return false;
-        --sections;
-    }
-    return sections == 0;
-}
-
-bool ReferenceMif::readRegion()
-{
-    appendEmptyPolygon();
-    bool ok = false;
-    int rings = m_tokens.value(1).toInt(&ok);
-    while (rings > 0 && !m_stream.atEnd()) {
-        if (!ok)
+        readMifLine();
+        const QVector<double> at = numbers(0, 2);
+        if (m_tokens.size() != 2 || at.isEmpty())
             return false;
-        readMifLine(false);
-        const int count = m_line.toInt(&ok);
-        if (!ok || count < 3)
-            return false;
-        ok = readSub(count, true);
-        --rings;
+        appendVert(at[0], at[1], closeLast && i == count);
     }
-    return ok && rings == 0;
+    return true;
 }
