@@ -7,21 +7,21 @@
 #include <QStringList>
 #include <QVector>
 
-/// One file of a run, as bytes.
+/// One input file, named without folder.
 struct GeneratedFile
 {
     QString name;
     QByteArray bytes;
 };
 
-/// The files of a run and what the importer is told; the names of the files are without folder.
+/// The files and options of a run; file names have no folder.
 struct GeneratedRun
 {
     ImportOptions options;
     QVector<GeneratedFile> files;
 };
 
-/// Which designations a run looks for, and whether the points have a file of their own.
+/// Which designations a run looks up, and whether the points have a file of their own.
 struct RunKind
 {
     bool dxf = false;
@@ -30,7 +30,7 @@ struct RunKind
     bool ownPointFile = false;
 };
 
-/// Makes files that are mostly right, with a few slips; one number gives the same files on every machine.
+/// Generates files that are mostly correct, with a few errors. A number gives the same files on every machine.
 class FileGenerator
 {
 public:
@@ -44,22 +44,23 @@ private:
     int below(int limit) { return m_random.bounded(limit); }
     bool chance(int percent) { return below(100) < percent; }
     QString oneOf(const QStringList &texts) { return texts[below(texts.size())]; }
+    /// One of \a texts, which are separated by slashes.
+    QString oneOf(const char *texts) { return oneOf(QString::fromUtf8(texts).split(QLatin1Char('/'))); }
 
     double coordinate();
     Place freshPlace();
     Place place();
-    Place placeOfItsOwn();
+    Place ownPlace();
     QString number(double value);
     QString count(int value);
     QString oddNumber();
-    QString extremeNumber();
     QString def();
     QString padding();
     QByteArray encoded(const QStringList &lines);
     void stretch(QStringList &lines, int at, int end);
-    void spoilBytes(QByteArray &bytes);
+    void corruptBytes(QByteArray &bytes);
 
-    void setStyles();
+    void setStyle();
     void setOptions(ImportOptions &options);
     void addMif(GeneratedRun &run, const QString &name);
     void addDxf(GeneratedRun &run, const QString &name);
@@ -68,23 +69,21 @@ private:
     QStringList mifHeader();
     void mifObject(QStringList &lines, QStringList &records);
     void mifSkipped(QStringList &lines);
-    void mifRing(QStringList &lines, int size, bool closed);
-    QString mifVertex(const Place &at, const QString &before);
+    void mifRings(QStringList &lines, int count, int minSize, int closedPercent);
+    QString mifVertex(const Place &at);
     QString record();
-    void spoilLines(QStringList &lines, int from);
+    void corruptLines(QStringList &lines, int from);
 
     QStringList dxf();
-    void dxfEntities(QStringList &lines, int size);
+    void dxfSection(QStringList &lines, const QString &name, int size);
     void dxfEntity(QStringList &lines);
-    void dxfOther(QStringList &lines);
-    void dxfPlace(QStringList &lines, const Place &at, int code);
+    void dxfPlace(QStringList &lines, const Place &at, int code = 0);
     void dxfText(QStringList &lines);
     void dxfPolyline(QStringList &lines);
     void dxfLwpolyline(QStringList &lines);
-    void dxfNoise(QStringList &lines);
+    void dxfExtraPairs(QStringList &lines);
     QVector<Place> outline();
-    void spoilPairs(QStringList &lines);
-    static void add(QStringList &lines, const QString &code, const QString &value);
+    void corruptPairs(QStringList &lines);
 
     QRandomGenerator m_random;
     QVector<Place> m_places;
@@ -95,9 +94,9 @@ private:
     int m_extremePercent = 0;
     int m_pointPercent = 0;
     int m_textPercent = 0;
-    int m_slipPercent = 0;
+    int m_errorPercent = 0;
     double m_offset = 0;
     QString m_delimiter;
     QString m_lineEnd;
-    QByteArray m_fileCodec;
+    QByteArray m_codec;
 };

@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-/// \a count characters out of \a alphabet; the same for the same \a random.
+/// A random text of \a count characters from \a alphabet.
 inline QString randomText(QRandomGenerator &random, const QString &alphabet, int count)
 {
     QString text;
@@ -21,30 +21,30 @@ inline QString randomText(QRandomGenerator &random, const QString &alphabet, int
     return text;
 }
 
-/// Takes the messages of the code under test while it lives; one at a time.
+/// Records status messages for its lifetime. Only one may exist at a time.
 class StatusRecorder
 {
 public:
     StatusRecorder()
     {
-        taken().clear();
-        setStatusFunc([](const QString &text) { taken().append(text); });
+        recorded().clear();
+        setStatusFunc([](const QString &text) { recorded().append(text); });
     }
     ~StatusRecorder() { setStatusFunc(nullptr); }
     StatusRecorder(const StatusRecorder &) = delete;
     StatusRecorder &operator=(const StatusRecorder &) = delete;
 
-    QStringList messages() const { return taken(); }
+    QStringList messages() const { return recorded(); }
 
 private:
-    static QStringList &taken()
+    static QStringList &recorded()
     {
         static QStringList texts;
         return texts;
     }
 };
 
-/// \a points in the order of sortPoints(), equal ones by designation.
+/// Sorts \a points as sortPoints() does, points at one place by designation.
 inline QVector<DefPoint> sortedByDef(QVector<DefPoint> points)
 {
     std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) {
@@ -59,13 +59,13 @@ inline QVector<DefPoint> knownPoints(const MapImport &import)
     return sortedByDef(import.points);
 }
 
-/// Writes input files into a folder of its own, which goes with it.
+/// Writes input files into a temporary folder that it owns.
 class TextFixture
 {
 public:
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    /// Writes \a bytes as they are and gives the file's path.
+    /// Writes \a bytes unchanged and returns the path of the file.
     QString writeBytes(const QString &name, const QByteArray &bytes) const
     {
         QFile file(path(name));
@@ -74,7 +74,7 @@ public:
         return file.fileName();
     }
 
-    /// Writes \a lines, each with a line feed, in the encoding \a codec, and gives the file's path.
+    /// Writes \a lines, each with a line feed, in the encoding \a codec. Returns the path of the file.
     QString write(const QString &name, const QStringList &lines, const char *codec = "UTF-8") const
     {
         const QString text = lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
