@@ -1,32 +1,24 @@
-// A MIF file with its MID file, and another pair for the points:
+// The MIF importer against the reference implementation:
 //
-//     000000000      options, a digit each, see Options
-//     0              1: there is no MID file
-//     ...            MIF, MID, MIF of the points, MID of the points; lines of === between them
+//     000000000      options, a digit each, see readOptions()
+//     0              1: the MID file is missing
+//     ...            MIF and MID of the objects, MIF and MID of the points, separated by lines of ===
 
-#include "invariants.h"
-
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    prepareResults(argc, *argv);
-    return 0;
-}
+#include "importfiles.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     Input input(data, size);
-    Options options(input);
-    const bool hasMid = !input.flag();
+    const ImportOptions options = readOptions(input, QStringLiteral(".mif"));
+    const bool midIsMissing = input.flag();
     const QList<QByteArray> contents = input.files(4);
-    options.objectFileName = files().writeBytes(QStringLiteral("plan.mif"), contents.at(0));
-    if (hasMid)
-        files().writeBytes(QStringLiteral("plan.mid"), contents.at(1));
-    else
-        QFile::remove(files().path(QStringLiteral("plan.mid")));
-    if (options.usePointFile) {
-        options.pointFileName = files().writeBytes(QStringLiteral("points.mif"), contents.at(2));
-        files().writeBytes(QStringLiteral("points.mid"), contents.at(3));
-    }
-    checkResult(checkedRun<MifImport>(options, Format::Mif).objects);
+    const auto writePair = [&](const QString &mif, int first, bool isMissing) {
+        writeFile(mif, contents.at(first));
+        writeFile(mif.chopped(1) + QLatin1Char('d'), contents.at(first + 1), isMissing);
+    };
+    writePair(options.objectFileName, 0, midIsMissing);
+    if (!options.pointFileName.isEmpty())
+        writePair(options.pointFileName, 2, false);
+    compareImports(options);
     return 0;
 }

@@ -1,22 +1,74 @@
-// Both models over objects that change in their hands, as the dialog's do:
+// Both models and the result document over objects that change while they are shown:
 //
 //     000            columns of the designation, of X and of Y
-//     ...            actions, a digit each with its own options behind it; see actions below
+//     ...            actions, a digit each, followed by its own options; see Session::run()
 
-#include "invariants.h"
-
-#include "defpolygontablemodel.h"
+#include "dialogtesting.h"
+#include "input.h"
+#include "require.h"
+#include "resultoutline.h"
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
 #include <QBrush>
 #include <QLocale>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
-/// Models over objects, and what the actions do to them.
+Dialog *dialog = nullptr;
+
+bool isAlike(const QString &a, const QString &b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+bool isWithinTolerance(const DefPoint &a, const DefPoint &b)
+{
+    return std::fabs(a.x - b.x) <= 0.01 && std::fabs(a.y - b.y) <= 0.01;
+}
+
+/// The designation \a def as an XML reader returns it: without characters that XML cannot represent, and with line
+/// feeds for all line ends.
+QString throughXml(const QString &def)
+{
+    const auto isXml = [](QChar c) {
+        return (c.unicode() >= 0x20 && c.unicode() < 0xFFFE) || QStringLiteral("\t\n\r").contains(c);
+    };
+    QString read;
+    std::copy_if(def.begin(), def.end(), std::back_inserter(read), isXml);
+    return read.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+QString coordinateText(double coordinate)
+{
+    return QString::asprintf("%.2f", coordinate);
+}
+
+void checkResult(const QVector<DefPolygon> &objects)
+{
+    QStringList expected;
+    for (const DefPolygon &object : objects) {
+        expected << throughXml(object.def);
+        for (int i = 0; i < object.contours.size(); ++i) {
+            if (i > 0)
+                expected << QStringLiteral("  -");
+            for (const DefPoint &v : object.contours.at(i))
+                expected << QStringLiteral("  ") + throughXml(v.def) + QLatin1Char('|') + coordinateText(v.x) +
+                                QLatin1Char('|') + coordinateText(v.y);
+        }
+    }
+    dialog->objects = objects;
+    const QStringList actual = ResultOutline::lines(dialog->stringResult());
+    // In UTF-8 a lone surrogate is a question mark, as in the result.
+    require(actual.join(QLatin1Char('\n')).toUtf8() == expected.join(QLatin1Char('\n')).toUtf8(),
+            "the result document lists the objects and their vertices");
+}
+
+/// Models over objects, and the actions that change both.
 class Session
 {
 public:
@@ -43,13 +95,12 @@ public:
             (this->*m_input.oneOf(actions))();
             checkList();
             checkVertices();
-            checkTexts();
         }
         checkResult(m_objects);
     }
 
 private:
-    // The colon, which comes after the digits, stands for a text of the input.
+    // The colon, which follows the digits, selects a text from the input.
     QString text()
     {
         static const char *const texts[] = {"", "н1", "Н1", "н2", "ЗУ", "зу", "н99999999999", "1", "<&>", "ß", nullptr};
@@ -66,17 +117,17 @@ private:
 
     int row(int count) { return count == 0 ? 0 : m_input.option(count); }
 
-    void dropObjects()
+    // The vector may move its objects, so the models must not keep pointers to them.
+    void detach()
     {
         m_vertices.detachPolygon();
         m_list.detachMap();
         m_isShown = false;
     }
 
-    // The vector may move its objects, so the models let go of them first and take them up again.
     void addObject()
     {
-        dropObjects();
+        detach();
         m_objects.append(DefPolygon{text(), {}});
         show();
     }
@@ -93,20 +144,23 @@ private:
             refresh();
     }
 
-    void renameObject()
-    {
-        const QModelIndex index = m_list.index(row(m_list.rowCount()), 0);
-        const QString def = text();
-        checkRename(m_list, index, def, index.isValid() && index.data().toString() != def);
-    }
+    void renameObject() { rename(m_list, m_list.index(row(m_list.rowCount()), 0)); }
 
     void renameVertex()
     {
         const int vertexRow = row(m_vertices.rowCount());
-        const QModelIndex index = m_vertices.index(vertexRow, row(m_vertices.columnCount()));
-        const bool editable = (index.flags() & Qt::ItemIsEditable) != 0 && index.data().isValid();
+        rename(m_vertices, m_vertices.index(vertexRow, row(m_vertices.columnCount())));
+    }
+
+    void rename(QAbstractItemModel &model, const QModelIndex &index)
+    {
         const QString def = text();
-        checkRename(m_vertices, index, def, editable && index.data().toString() != def);
+        const bool isEditable = (index.flags() & Qt::ItemIsEditable) != 0 && index.data().isValid();
+        const bool changes = isEditable && index.data().toString() != def;
+        m_signals = 0;
+        require(model.setData(index, def, Qt::EditRole) == changes, "setData() accepts only a new designation");
+        require(m_signals == (changes ? 2 : 0), "a change is signalled for the cell and for the colours");
+        require(!changes || index.data(Qt::EditRole).toString() == def, "setData() stores the designation");
     }
 
     void sort()
@@ -123,7 +177,7 @@ private:
             layOutRows();
     }
 
-    // Without a word to the model.
+    // The model is not notified.
     void removeVertex()
     {
         if (m_objects.isEmpty() || m_objects.at(m_current).contours.isEmpty())
@@ -139,7 +193,7 @@ private:
     {
         if (m_objects.isEmpty())
             return;
-        dropObjects();
+        detach();
         m_objects.removeAt(m_input.option(m_objects.size()));
         m_current = 0;
         if (m_input.flag())
@@ -166,13 +220,13 @@ private:
         m_vertices.setPolygon(m_objects.isEmpty() ? nullptr : &m_objects[m_current]);
         m_isShown = !m_objects.isEmpty();
         layOutRows();
-        if (!m_objects.isEmpty())
-            checkConflicts();
+        for (int i = 0; i < m_rows.size(); ++i)
+            require(m_vertices.isConflictingPoint(i) == isConflict(i), "one number at two places is a conflict");
         QAbstractItemModelTester list(&m_list, QAbstractItemModelTester::FailureReportingMode::Fatal);
         QAbstractItemModelTester vertices(&m_vertices, QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
 
-    // As the object is when the table is told of it.
+    // The rows of the object's present shape, which the model knows only after setPolygon() and refresh().
     void layOutRows()
     {
         m_rows.clear();
@@ -187,7 +241,7 @@ private:
         }
     }
 
-    /// The vertex of a row as it is now; null between two contours, and for one that is gone.
+    /// The present vertex of a row; null between two contours and after the vertex was removed.
     const DefPoint *vertexOf(int row) const
     {
         const RowInfo info = m_rows.at(row);
@@ -199,109 +253,73 @@ private:
         return &contours.at(info.contourIndex).at(info.vertexIndex);
     }
 
-    static QString coordinateText(double coordinate, int role)
+    bool isConflict(int row) const
     {
-        if (role == Qt::DisplayRole)
-            return QLocale().toString(coordinate, 'f', 2);
-        return QString::asprintf("%.2f", coordinate);
+        const DefPoint *const vertex = vertexOf(row);
+        for (int i = 0; i < m_rows.size() && vertex != nullptr && !vertex->def.isEmpty(); ++i) {
+            const DefPoint *const other = i == row ? nullptr : vertexOf(i);
+            if (other != nullptr && isAlike(other->def, vertex->def) && !isWithinTolerance(*other, *vertex))
+                return true;
+        }
+        return false;
     }
 
-    // Of things that have one column the first is shown.
-    QVariant textOf(const DefPoint &vertex, int column, int role) const
+    /// The text of a cell to edit. The first of the things that share a column is shown.
+    QVariant textOf(const DefPoint &vertex, int column) const
     {
         if (column == m_defColumn)
             return vertex.def;
         if (column == m_xColumn)
-            return coordinateText(vertex.x, role);
+            return coordinateText(vertex.x);
         if (column == m_yColumn)
-            return coordinateText(vertex.y, role);
+            return coordinateText(vertex.y);
         return m_fields.contains(column) ? m_fields.value(column) : QVariant();
     }
 
-    void checkCell(int row, int column, const DefPoint *vertex)
+    QString displayTextOf(const DefPoint &vertex, int column) const
     {
+        if (column != m_defColumn && (column == m_xColumn || column == m_yColumn))
+            return QLocale().toString(column == m_xColumn ? vertex.x : vertex.y, 'f', 2);
+        return textOf(vertex, column).toString();
+    }
+
+    void checkCell(int row, int column)
+    {
+        const DefPoint *const vertex = vertexOf(row);
+        const QVariant text = vertex == nullptr ? QVariant() : textOf(*vertex, column);
+        const QString displayText = vertex == nullptr ? QString() : displayTextOf(*vertex, column);
         const QModelIndex index = m_vertices.index(row, column);
-        for (const int role : {Qt::DisplayRole, Qt::EditRole}) {
-            const QVariant text = vertex == nullptr ? QVariant() : textOf(*vertex, column, role);
-            require(index.data(role).isValid() == text.isValid(), "a text is there where there is a vertex");
-            require(index.data(role).toString() == text.toString(), "a cell has the text of its vertex");
-        }
-        const QString edited = index.data(Qt::EditRole).toString();
+        require(index.data(Qt::EditRole).isValid() == text.isValid(), "a cell has a value where its vertex has one");
+        require(index.data().isValid() == text.isValid(), "a cell with a value to edit displays it");
+        require(index.data(Qt::EditRole).toString() == text.toString(), "a cell has the text of its vertex");
+        require(index.data().toString() == displayText, "a cell displays the text of its vertex");
         const QString written = m_vertices.text(row, column);
-        require(written == edited && written.isNull() == edited.isNull(), "the result has what can be edited");
+        require(written == text.toString() && written.isNull() == text.toString().isNull(),
+                "the result has the text to edit");
+        const bool isRed = index.data(Qt::BackgroundRole).value<QBrush>().color() == QColor(255, 220, 220);
+        require(isRed == m_vertices.isConflictingPoint(row), "only conflicts are red");
     }
 
-    void checkTexts()
+    // The rows may be older than the object; every cell can be queried nevertheless.
+    void checkVertices()
     {
-        require(m_vertices.rowCount() == m_rows.size(), "there are rows for the object as the table was told of it");
+        require(m_vertices.rowCount() == m_rows.size(), "the rows follow the object that was set or refreshed");
         for (int row = 0; row < m_rows.size(); ++row) {
-            const DefPoint *const vertex = vertexOf(row);
             for (int column = 0; column < m_vertices.columnCount(); ++column)
-                checkCell(row, column, vertex);
+                checkCell(row, column);
         }
-    }
-
-    void checkRename(QAbstractItemModel &model, const QModelIndex &index, const QString &def, bool changes)
-    {
-        m_signals = 0;
-        require(model.setData(index, def, Qt::EditRole) == changes, "only a new designation is taken");
-        require(m_signals == (changes ? 2 : 0), "the change and its colours are told, or nothing");
-        require(!changes || index.data(Qt::EditRole).toString() == def, "the new designation is there");
     }
 
     void checkList()
     {
         for (int i = 0; i < m_list.rowCount(); ++i) {
-            const auto isAlike = [&](const DefPolygon &object) {
-                return object.def.compare(m_objects.at(i).def, Qt::CaseInsensitive) == 0;
-            };
-            const bool duplicate =
-                !m_objects.at(i).def.isEmpty() && std::count_if(m_objects.cbegin(), m_objects.cend(), isAlike) > 1;
+            const QString def = m_objects.at(i).def;
+            const auto hasDef = [&](const DefPolygon &object) { return isAlike(object.def, def); };
+            const bool duplicate = !def.isEmpty() && std::count_if(m_objects.cbegin(), m_objects.cend(), hasDef) > 1;
             const QModelIndex index = m_list.index(i, 0);
             require(m_list.isDuplicateDef(i) == duplicate, "a designation that occurs twice is a duplicate");
-            require(index.data(Qt::BackgroundRole).isValid() == duplicate, "a duplicate is coloured");
-            require(index.data() == m_objects.at(i).def, "an object is listed with its designation");
-        }
-    }
-
-    // Row by row in the order of the object, when the rows are those of the object as it is.
-    void checkConflicts()
-    {
-        QVector<DefPoint> all;
-        QVector<int> rows;
-        int row = 0;
-        for (const QVector<DefPoint> &contour : m_objects.at(m_current).contours) {
-            for (const DefPoint &vertex : contour) {
-                all.append(vertex);
-                rows.append(row++);
-            }
-            ++row;
-        }
-        for (int i = 0; i < all.size(); ++i) {
-            const auto isElsewhere = [&](const DefPoint &other) {
-                return other.def.compare(all.at(i).def, Qt::CaseInsensitive) == 0 &&
-                       !(std::fabs(other.x - all.at(i).x) <= 0.01 && std::fabs(other.y - all.at(i).y) <= 0.01);
-            };
-            bool conflict = false;
-            for (int j = 0; j < all.size() && !all.at(i).def.isEmpty(); ++j)
-                conflict = conflict || (j != i && isElsewhere(all.at(j)));
-            require(m_vertices.isConflictingPoint(rows.at(i)) == conflict, "a number at two places is a conflict");
-        }
-        require(m_vertices.rowCount() == qMax(0, row - 1), "there is a row for each vertex and between two contours");
-    }
-
-    // The rows may be older than the object; every cell can be asked for all the same.
-    void checkVertices()
-    {
-        for (int i = 0; i < m_vertices.rowCount(); ++i) {
-            const bool conflict = m_vertices.isConflictingPoint(i);
-            for (int column = 0; column < m_vertices.columnCount(); ++column) {
-                const QModelIndex index = m_vertices.index(i, column);
-                const QVariant background = index.data(Qt::BackgroundRole);
-                require(index.data().isValid() == index.data(Qt::EditRole).isValid(), "what is shown can be edited");
-                const bool isRed = background.value<QBrush>().color() == QColor(255, 220, 220);
-                require(isRed == conflict, "a conflict is coloured, and nothing else");
-            }
+            require(index.data(Qt::BackgroundRole).isValid() == duplicate, "only duplicates are coloured");
+            require(index.data() == def, "an object is listed with its designation");
         }
     }
 
@@ -311,7 +329,7 @@ private:
     int m_yColumn;
     QVector<DefPolygon> m_objects;
     int m_current = 0;
-    bool m_isShown = false; ///< the models have hold of the objects
+    bool m_isShown = false; ///< the models point to the objects
     QVector<RowInfo> m_rows;
     int m_signals = 0;
     QMap<int, QString> m_fields;
@@ -321,9 +339,15 @@ private:
 
 } // namespace
 
+// The dialog is never destroyed: it would save its settings.
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    prepareResults(argc, *argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static const QApplication application(*argc, *argv);
+    static const SettingsSandbox settings;
+    dialog = new Dialog; // NOLINT(*-owning-memory)
+    dialog->xColNum = 1;
+    dialog->yColNum = 2;
     return 0;
 }
 

@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The bytes of one run: options from the front, a byte each, and files from what is left.
+/// The input of one run: options, a byte each, then files.
 ///
-/// The digits stand for the choices from 0 on, other bytes for any of them. A line feed may end the options.
+/// The digits stand for the choices from 0, any other byte for one of them. A line feed may end the options.
 class Input
 {
 public:
@@ -20,7 +20,7 @@ public:
 
     bool atEnd() const { return m_next >= m_bytes.size(); }
 
-    /// A number from 0 to \a count - 1; 0 when the bytes are used up.
+    /// A number from 0 to \a count - 1; 0 at the end of the input.
     int option(int count) { return atEnd() ? 0 : static_cast<uint8_t>(m_bytes.at(m_next++) - '0') % count; }
 
     bool flag() { return option(2) == 1; }
@@ -31,7 +31,7 @@ public:
         return choices[option(count)];
     }
 
-    /// A short text: a digit for its length, then the characters in UTF-16, which may be halves of a surrogate pair.
+    /// A short text: a digit for its length, then UTF-16, which may contain lone surrogates.
     QString text()
     {
         const int length = option(10);
@@ -42,10 +42,7 @@ public:
         return text;
     }
 
-    /// All that is left.
-    QByteArray rest() { return take(m_bytes.size()); }
-
-    /// The next \a count files, which stand apart by lines of "==="; those that are not there are empty.
+    /// The next \a count files, separated by lines of "==="; missing ones are empty.
     QList<QByteArray> files(int count)
     {
         if (!atEnd() && m_bytes.at(m_next) == '\n')
