@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// True when the program is built with GDAL.
+/// True when built with GDAL.
 bool hasGdal();
 
-/// Reads all features of the map file \a path into memory, with their geometry and attributes, and gives the seconds of
-/// processor time that it takes. GDAL's warnings are not heard.
+/// Reads all features of \a path into memory, with geometry and attributes. Returns seconds of processor time. GDAL's
+/// warnings are suppressed.
 double secondsOfGdal(const QString &path);

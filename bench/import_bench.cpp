@@ -1,13 +1,12 @@
-// Measures the import of made-up map files beside two other readers of the same files, and prints the table of
-// docs/performance.md:
+// Compares the import of generated map files with two other readers and prints the table of docs/performance.md:
 //
-//     lines    the bare reading of lines
-//     import   the import, which reads each file twice and finds the numbers and the designations
-//     gdal     GDAL, where the program is built with it
+//     lines    bare reading of lines
+//     import   the import, with two passes, point numbers and designations
+//     gdal     GDAL, if available
 //
-// A processor may change its speed from one second to the next. So what is compared runs side by side in one round, and
-// the table has the medians of the ratios of the rounds. Google Benchmark repeats the rounds of all files in a random
-// order. Memory is measured in a process of its own for the largest file of each layout.
+// Processor speed varies over time. Readings to compare therefore run side by side in one round, and the table shows
+// the medians of the ratios. Google Benchmark repeats the rounds of all files in random order. Memory is measured for
+// the largest file of each layout, in a new process.
 
 #include "gdalreader.h"
 #include "machine.h"
@@ -53,15 +52,15 @@ struct SampleFile
     }
 };
 
-/// The files of one format and layout, from the smallest to the largest.
+/// The files of one format and layout in ascending size.
 struct Series
 {
     QString name;
     QVector<SampleFile> files;
-    SampleFile mosaic; ///< the largest of the same format that is one
+    SampleFile mosaic; ///< the largest mosaic of the same format
 };
 
-/// Shows the medians as they come, and keeps them.
+/// Prints and stores the medians.
 class MedianReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -77,7 +76,7 @@ public:
         }
     }
 
-    /// The median of \a counter for \a series; 0 when it has not been measured.
+    /// The median of \a counter for \a series; 0 if not measured.
     double median(const Series &series, const std::string &counter) const
     {
         const benchmark::UserCounters counters = m_medians.value(series.name);
@@ -142,7 +141,7 @@ std::string nameOfGrowth(int vertexCount)
     return "growth_" + std::to_string(vertexCount);
 }
 
-/// Sums up the seconds of imports of one file.
+/// Total seconds of several imports of one file.
 struct Imports
 {
     const SampleFile &file;
@@ -158,17 +157,16 @@ struct Imports
     double meanOfVertex() const { return mean() / file.vertexCount; }
 };
 
-// Smaller files are imported several times before the largest one and as often after it: one import of them is too
-// short to be compared.
+// A single import of a smaller file is too short to compare, so it is repeated before and after the largest file.
 std::vector<Imports> importAll(const QVector<SampleFile> &files, const std::function<void()> &importLargest)
 {
-    constexpr int mostTimes = 10;
+    constexpr int maxTimes = 10;
     std::vector<Imports> smaller;
     for (int i = 0; i + 1 < files.size(); ++i)
         smaller.push_back(Imports{files.at(i)});
     const auto importSmaller = [&] {
         for (Imports &imports : smaller)
-            imports.run(qMin(mostTimes, files.last().vertexCount / imports.file.vertexCount / 2));
+            imports.run(qMin(maxTimes, files.last().vertexCount / imports.file.vertexCount / 2));
     };
     importSmaller();
     importLargest();
@@ -226,7 +224,7 @@ double memoryOfImport(const QString &path)
     return peakMemory() - before;
 }
 
-// The program itself, started anew: `import_bench --memory file`.
+// Runs `import_bench --memory file`.
 double memoryOf(const SampleFile &file)
 {
     QProcess process;
@@ -273,7 +271,7 @@ void printTable(const QVector<int> &vertexCounts, bool tableOnly)
     std::cout << resultTable(rows, vertexCounts).toStdString();
 }
 
-// Google Benchmark takes its own options away, of which this one cannot be set otherwise.
+// Removes the options of Google Benchmark. Random interleaving can be set only as an option.
 QStringList ownArguments(int argc, char **argv)
 {
     std::string interleave = "--benchmark_enable_random_interleaving=true";
@@ -290,10 +288,10 @@ QStringList ownArguments(int argc, char **argv)
 int usage()
 {
     std::cerr << "usage: import_bench [--quick] [--markdown] [--benchmark_...] | --machine | --memory FILE\n\n"
-                 "  --quick     files of 100 000 vertices only\n"
-                 "  --markdown  nothing but the table on the standard output\n"
-                 "  --machine   print what the program runs on\n"
-                 "  --memory    print how much memory, in bytes, the import of FILE takes\n";
+                 "  --quick     import only files of 100 000 vertices\n"
+                 "  --markdown  print only the table on standard output\n"
+                 "  --machine   print processor, system and build\n"
+                 "  --memory    print the memory in bytes that an import of FILE needs\n";
     return 2;
 }
 

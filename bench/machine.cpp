@@ -9,8 +9,8 @@
 
 namespace {
 
-// The value of the first "name : value" line; empty where there is no such file or line. What Linux tells in /proc has
-// no size, so it is read to its end.
+// The value of the first "name : value" line; empty without such a file or line. Files in /proc report size 0, so
+// QFile::atEnd() cannot be used.
 QString lineOf(const QString &path, const QByteArray &name)
 {
     QFile file(path);
@@ -25,7 +25,7 @@ QString lineOf(const QString &path, const QByteArray &name)
     return QString();
 }
 
-// Kilobytes of memory that the system tells of this process, in bytes.
+// The entry is in kilobytes.
 double bytesOf(const QByteArray &name)
 {
     const QString kilobytes = lineOf(QStringLiteral("/proc/self/status"), name);
@@ -50,7 +50,7 @@ double processorSeconds()
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-// Not getrusage(): what it tells a program begins with the memory of the one that has started it.
+// Not getrusage(): its peak includes the memory of the parent process before exec().
 double peakMemory()
 {
     return bytesOf("VmHWM");

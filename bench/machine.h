@@ -2,15 +2,14 @@
 
 #include <QString>
 
-/// The processor, Qt, the compiler and the kind of build, in a line.
+/// Processor, operating system, Qt, compiler and build type in one line.
 QString machineLine();
 
-/// The processor time that the program has used, in seconds. Unlike the time on the wall it does not count what other
-/// programs do meanwhile.
+/// Seconds of processor time used so far. Unlike wall-clock time it does not depend on other processes.
 double processorSeconds();
 
-/// The most memory that the program has held so far, in bytes; 0 where the system does not say.
+/// Peak memory of this process in bytes; 0 where the system does not report it.
 double peakMemory();
 
-/// How much memory this process has now, in bytes; 0 where the system does not tell.
+/// Present memory of this process in bytes; 0 where the system does not report it.
 double presentMemory();

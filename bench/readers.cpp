@@ -35,7 +35,7 @@ double secondsOfLines(const QStringList &paths)
     return size > 0 ? seconds : 0;
 }
 
-// The objects live until the clock has stopped: that they go is the caller's time, as it is with other readers.
+// The objects are destroyed after the measurement, as with the other readers.
 double secondsOfImport(const QString &path)
 {
     setStatusFunc([](const QString &text) { qFatal("%s", qPrintable(text)); });
@@ -52,6 +52,6 @@ double secondsOfImport(const QString &path)
     const bool ok = import->importMap();
     const double seconds = processorSeconds() - begin;
     if (!ok || objects.isEmpty())
-        qFatal("nothing is imported from %s", qPrintable(path));
+        qFatal("no objects imported from %s", qPrintable(path));
     return seconds;
 }

@@ -2,10 +2,9 @@
 
 #include <QStringList>
 
-/// Reads the lines of \a paths, one file after the other, and drops them: the least that a reader of text has to do.
-/// Gives the seconds of processor time that it takes.
+/// Reads and discards the lines of all \a paths, the minimum for any reader of text. Returns seconds of processor time.
 double secondsOfLines(const QStringList &paths);
 
-/// Imports the MIF or DXF file \a path with the point numbers and the designations that are in it, and gives the
-/// seconds of processor time that it takes. A message ends the program: what is cut short has no time worth comparing.
+/// Imports the MIF or DXF file \a path with its point numbers and designations. Returns seconds of processor time. A
+/// status message ends the program, because an incomplete import must not be compared.
 double secondsOfImport(const QString &path);

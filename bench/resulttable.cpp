@@ -13,21 +13,21 @@ constexpr double megabyte = 1e6;
 struct Bounds
 {
     QString format;
-    double lines; ///< an import of a mosaic takes at most this many times the reading of its lines
-    double gdal;  ///< and GDAL at least this many times the import
+    double maxTimesLines;  ///< import of a mosaic to bare reading of its lines
+    double minTimesFaster; ///< GDAL to import of a mosaic
 };
 
 const Bounds &boundsOf(const QString &format)
 {
-    static const Bounds mif{QStringLiteral("MIF"), 4, 5};
-    static const Bounds dxf{QStringLiteral("DXF"), 1.5, 4};
+    static const Bounds mif{QStringLiteral("MIF"), 3, 4.5};
+    static const Bounds dxf{QStringLiteral("DXF"), 1.6, 3.3};
     return format == mif.format ? mif : dxf;
 }
 
-// Of any layout.
-constexpr double maxGrowth = 1.4;
+// Bounds of every layout.
+constexpr double maxGrowth = 1.7; // of the time per vertex, from one file size to the next
 constexpr double maxTimesMosaic = 3;
-constexpr double maxMemory = 6;
+constexpr double maxTimesFileSize = 6;
 
 QString cell(double value, int decimals)
 {
@@ -69,19 +69,16 @@ QStringList cellsOf(const SpeedRow &row)
 {
     const bool isMosaic = row.layout == Layout::Mosaic;
     const Bounds &bounds = boundsOf(row.format);
-    const int largest = row.imports.size() - 1;
     QStringList cells{row.format, layoutName(row.layout), cell(row.fileSize / megabyte, 0)};
     for (const double seconds : row.imports)
         cells << cell(seconds * 1000, 0);
     cells << cell(row.lines * 1000, 0) << cell(row.gdal * 1000, 0);
-    cells << (isMosaic ? atMost(row.toLines, bounds.lines) : cell(row.toLines, 2));
-    cells << atLeast(row.gdalToImport, bounds.gdal);
-    for (int i = 1; i < largest; ++i)
-        cells << cell(row.growths.at(i), 2);
-    if (largest > 0)
-        cells << atMost(row.growths.at(largest), maxGrowth);
+    cells << (isMosaic ? atMost(row.toLines, bounds.maxTimesLines) : cell(row.toLines, 2));
+    cells << atLeast(row.gdalToImport, bounds.minTimesFaster);
+    for (int i = 1; i < row.growths.size(); ++i)
+        cells << atMost(row.growths.at(i), maxGrowth);
     cells << (isMosaic ? cell(1, 0) : atMost(row.toMosaic, maxTimesMosaic));
-    return cells << atMost(row.memory / row.fileSize, maxMemory);
+    return cells << atMost(row.memory / row.fileSize, maxTimesFileSize);
 }
 
 QString tableLine(const QStringList &cells)

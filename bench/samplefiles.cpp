@@ -1,5 +1,5 @@
-// A drawing is made up as plots first; points and names follow from their corners. The same random numbers come with
-// every compiler and library, so that figures can be compared.
+// Plots are generated first; points and names are derived from their corners. Random numbers are the same with every
+// compiler and library, so that figures can be compared.
 
 #include "samplefiles.h"
 
@@ -30,7 +30,7 @@ struct Named
 
 using Random = std::mt19937;
 
-// std::uniform_real_distribution may differ between libraries; this does not.
+// Unlike std::uniform_real_distribution the same with every library.
 double uniform(Random &random, double below)
 {
     return below * static_cast<double>(random()) / 4294967296.0;
@@ -68,7 +68,7 @@ QVector<Plot> mosaic(int plotCount, double jitter)
     return plots;
 }
 
-// Each plot has a cell to itself, and the cells stand in the file in no order.
+// Each plot has its own cell; their order in the file is random.
 QVector<Plot> scattered(int plotCount)
 {
     constexpr double cellSize = 2 * plotSize;
@@ -87,8 +87,8 @@ QVector<Plot> scattered(int plotCount)
     return plots;
 }
 
-// Plots without width, one above the other, each with two corners of the one before. Multiples of the golden ratio,
-// taken without their whole part, fill the width evenly and never meet.
+// Narrow plots, one above the other, each sharing two corners with the previous one. The fractional parts of the
+// multiples of the golden ratio fill the width evenly and never repeat.
 QVector<Plot> column(int plotCount, double width)
 {
     const auto node = [width](int i) {
@@ -121,7 +121,7 @@ QVector<Plot> plotsOf(Layout layout, int plotCount)
     return mosaic(plotCount, 6);
 }
 
-// How many corners of each plot, from the first on, stand for all that it shares with its neighbours.
+// Number of corners to count per plot, starting with the first, so that shared corners count once.
 size_t ownCorners(Layout layout)
 {
     switch (layout) {
@@ -233,7 +233,7 @@ SampleFiles::SampleFiles(Layout layout, int vertexCount) : m_drawing(std::make_u
 
 SampleFiles::~SampleFiles() = default;
 
-// MIF has no texts, so the stray text is not in it.
+// MIF has no texts, so the stray text is omitted.
 void SampleFiles::writeMif(const QString &path) const
 {
     QFile mif(path);

@@ -5,24 +5,24 @@
 #include <array>
 #include <memory>
 
-/// How the plots of a made-up drawing lie.
+/// Arrangement of the plots of a synthetic drawing.
 enum class Layout {
     Mosaic,         ///< neighbouring plots that share their vertices
-    Disjoint,       ///< plots at random places that share nothing
-    Grid,           ///< a mosaic whose vertices share their X in columns
-    Column,         ///< all vertices, points and texts on one X, in plots that share two corners with the next
-    JitteredColumn, ///< the same within 0.1 in X, every X different
-    MosaicAndStray, ///< the mosaic with one more point and its text at the origin, and a designation
+    Disjoint,       ///< plots at random places that share no vertices
+    Grid,           ///< a mosaic on a regular grid, so that whole columns of vertices share one X
+    Column,         ///< all vertices, points and texts at one X; each plot shares two corners with the next
+    JitteredColumn, ///< a column whose X values all differ, within 0.1
+    MosaicAndStray, ///< the mosaic with a point, its text and a designation far away at the origin
 };
 
 constexpr std::array<Layout, 6> layouts{Layout::Mosaic, Layout::Disjoint,       Layout::Grid,
                                         Layout::Column, Layout::JitteredColumn, Layout::MosaicAndStray};
 
-/// Makes up a drawing and writes it as map files in Windows-1251, always the same for the same arguments.
+/// Writes a synthetic drawing as map files in Windows-1251. The same arguments always give the same files.
 ///
-/// A fifth of \a vertexCount is the number of plots, rings of five vertices; each has a designation, ":ЗУ1" and on.
-/// Nine of ten corners lie on a point with a name, "н1" and on, where a corner that plots share counts once. The outer
-/// border of a mosaic has points at two of its sides only, and a column at one of its ends.
+/// The drawing has \a vertexCount / 5 plots, rings of five vertices, designated ":ЗУ1" and so on. Nine of ten corners
+/// lie on a point named "н1" and so on; a shared corner counts once. The outer border of a mosaic has points on two of
+/// its sides only, a column at one of its ends.
 class SampleFiles
 {
 public:
@@ -31,9 +31,9 @@ public:
     SampleFiles(const SampleFiles &) = delete;
     SampleFiles &operator=(const SampleFiles &) = delete;
 
-    /// Writes a MIF file and the MID file beside it; \a path ends in ".mif". Like writeDxf() it ends the program when
-    /// the file cannot be written.
+    /// Writes a MIF file and its MID file; \a path ends in ".mif". A file that cannot be written ends the program.
     void writeMif(const QString &path) const;
+    /// Writes a DXF file. A file that cannot be written ends the program.
     void writeDxf(const QString &path) const;
 
 private:
