@@ -6,7 +6,7 @@
 
 namespace {
 
-// QTextStream and the importers decode as many bytes at a time.
+// Number of bytes that QTextStream and the importers decode at a time.
 constexpr int chunkSize = 16384;
 
 } // namespace
@@ -94,8 +94,10 @@ FileGenerator::Place FileGenerator::place()
     const int kind = m_places.isEmpty() ? 100 : below(100);
     Place at = kind < 65 ? m_places[below(m_places.size())] : freshPlace();
     if (kind < 20) {
-        at.first += shifts[below(8)] * (below(3) - 1);
-        at.second += shifts[below(8)] * (below(3) - 1);
+        const double shiftX = shifts[below(8)];
+        const double shiftY = shifts[below(8)];
+        at.first += shiftX * (below(3) - 1);
+        at.second += shiftY * (below(3) - 1);
     }
     m_places.append(at);
     return at;
@@ -160,7 +162,8 @@ QString FileGenerator::def()
 // A line about as long as a chunk, so that a chunk ends within the next lines.
 QString FileGenerator::padding()
 {
-    return oneOf("x/ж").repeated(chunkSize / (1 + below(2)) - below(300));
+    const int size = chunkSize / (1 + below(2));
+    return oneOf("x/ж").repeated(size - below(300));
 }
 
 // Lengthens the line \a at until the first chunk ends about where the line \a end begins.

@@ -30,7 +30,8 @@ struct RunKind
     bool ownPointFile = false;
 };
 
-/// Generates files that are mostly correct, with a few errors. A number gives the same files on every machine.
+/// Generates files that are mostly correct, with a few errors. A number gives the same files on every machine, so no
+/// expression may draw two random numbers in unspecified order.
 class FileGenerator
 {
 public:

@@ -179,8 +179,9 @@ void FileGenerator::dxfLwpolyline(QStringList &lines)
     lines += lineList("0/LWPOLYLINE");
     dxfExtraPairs(lines);
     QStringList head{QStringLiteral("90"), count(places.size())};
+    const int flagsAt = chance(30) ? 0 : 2;
     if (chance(85))
-        insertPair(head, chance(30) ? 0 : 2, QStringLiteral("70"), oneOf("1/0/129/128/-1/abc/1.0"));
+        insertPair(head, flagsAt, QStringLiteral("70"), oneOf("1/0/129/128/-1/abc/1.0"));
     lines += head;
     for (const Place &at : places) {
         dxfPlace(lines, at);

@@ -68,9 +68,11 @@ void FileGenerator::mifObject(QStringList &lines, QStringList &records)
 {
     const int kind = below(100);
     if (kind < 35) {
-        lines.append(oneOf("Point /POINT ") + mifVertex(ownPlace()));
+        lines.append(oneOf("Point /POINT "));
+        lines.last() += mifVertex(ownPlace());
     } else if (kind < 45) {
-        lines.append(QStringLiteral("Line ") + mifVertex(place()) + QLatin1Char(' ') + mifVertex(place()));
+        lines.append(QStringLiteral("Line ") + mifVertex(place()));
+        lines.last() += QLatin1Char(' ') + mifVertex(place());
     } else if (kind < 56) {
         const int at = lines.size();
         mifRings(lines, 1, 2, 30);
@@ -81,7 +83,8 @@ void FileGenerator::mifObject(QStringList &lines, QStringList &records)
         mifRings(lines, sections, 2, 0);
     } else if (kind < 88) {
         const int rings = chance(5) ? 0 : 1 + below(3);
-        lines.append(oneOf("Region /REGION  ") + count(rings));
+        lines.append(oneOf("Region /REGION  "));
+        lines.last() += count(rings);
         mifRings(lines, rings, 3, 90);
     } else if (below(m_size > 20 ? 2000 : 60) == 0) {
         lines.append(QStringLiteral("Collection 2"));
@@ -96,7 +99,8 @@ void FileGenerator::mifRings(QStringList &lines, int count, int minSize, int clo
 {
     for (; count > 0; --count) {
         const int size = minSize + below(5);
-        lines.append(oneOf("/  ") + this->count(size));
+        lines.append(oneOf("/  "));
+        lines.last() += this->count(size);
         const Place first = place();
         lines.append(mifVertex(first));
         for (int i = 2; i < size; ++i)
@@ -107,8 +111,10 @@ void FileGenerator::mifRings(QStringList &lines, int count, int minSize, int clo
 
 QString FileGenerator::mifVertex(const Place &at)
 {
-    const QString x = number(at.first);
-    return x + (chance(95) ? QStringLiteral(" ") : QStringLiteral(" \t ")) + number(at.second);
+    QString text = number(at.first);
+    text += chance(95) ? QStringLiteral(" ") : QStringLiteral(" \t ");
+    text += number(at.second);
+    return text;
 }
 
 void FileGenerator::mifSkipped(QStringList &lines)
