@@ -10,7 +10,7 @@
 
 namespace {
 
-// NaN after all numbers: operator< alone is not a strict weak ordering for NaN.
+// NaN comes after all numbers: operator< alone is not a strict weak ordering for NaN.
 bool isBefore(const DefPoint &a, const DefPoint &b)
 {
     const auto key = [](const DefPoint &p) {

@@ -42,7 +42,7 @@ struct ImportOutcome
 
 /// Reference implementation of the import: no index, no buffer, linear searches.
 ///
-/// It shares nothing with the importers but the records, so a mistake would have to be made twice to stay unnoticed.
+/// It shares nothing with the importers but the records, so a mistake goes unnoticed only if it is made twice.
 /// Use one reader per run.
 class ReferenceImport
 {

@@ -19,7 +19,8 @@ bool ReferenceMif::readHeader()
         if (m_tokens.size() != 2 || m_tokens[0].toUpper() != QLatin1String(word))
             return failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF"), m_file);
     }
-    m_delimiter = m_tokens[1].remove(QLatin1Char('"')).append(QChar()).at(0);
+    const QString value = m_tokens[1].remove(QLatin1Char('"'));
+    m_delimiter = value.isEmpty() ? QChar() : value[0];
     return true;
 }
 
