@@ -20,7 +20,7 @@ inline QStringList described(const QVector<DefPoint> &points)
     return texts;
 }
 
-/// "ЗУ1 [н1 0 0, н2 1 1] [...]", brackets around each contour; an object without designation is "-".
+/// "ЗУ1 [н1 0 0, н2 1 1] [...]" with brackets around each contour; an object without designation is "-".
 inline QString described(const DefPolygon &object)
 {
     QStringList texts{object.def.isEmpty() ? QStringLiteral("-") : object.def};
@@ -29,7 +29,7 @@ inline QString described(const DefPolygon &object)
     return texts.join(QLatin1Char(' '));
 }
 
-/// What a run left, a line for each object.
+/// One text for each object.
 inline QStringList described(const QVector<DefPolygon> &objects)
 {
     QStringList texts;

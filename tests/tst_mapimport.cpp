@@ -8,65 +8,73 @@
 
 namespace {
 
-/// Stands for the reader of a format: reads one line in each pass and notes what it was given.
+/// A reader that notes all lines of each pass, and those of the objects pass twice.
 class LineImport : public MapImport
 {
 public:
     using MapImport::codec;
+    using MapImport::encoding;
     using MapImport::file;
     using MapImport::points;
 
-    QVector<DefPoint> found; ///< what the points pass finds
-    bool pointsResult = true;
-    bool polygonsResult = true;
-    QString tooMuch; ///< the pass for which there is not enough memory
-
-    QStringList passes;       ///< "pass, lineNum: first line"
-    QStringList pointsBefore; ///< known when the objects pass begins
-    QVector<QIODevice::OpenMode> modes;
-    QVector<bool> streamSet; ///< the stream reads the file with the chosen codec
+    QVector<DefPoint> found;  ///< what the points pass finds
+    QString failingPass;      ///< the pass that returns false
+    QString passOutOfMemory;  ///< the pass that throws std::bad_alloc
+    QStringList passes;       ///< "pass from number of the first line to that after the last: lines"
+    QStringList pointsBefore; ///< the known points at the start of the objects pass
 
 protected:
     bool loadPoints() override
     {
-        note(QStringLiteral("points"));
         points += found;
-        return pointsResult;
+        return readLines(QStringLiteral("points"));
     }
 
     bool loadPolygons() override
     {
         pointsBefore = described(points);
-        note(QStringLiteral("polygons"));
         appendEmptyPolygon();
-        return polygonsResult;
+        const bool ok = readLines(QStringLiteral("objects"));
+        resetInFileStream();
+        return readLines(QStringLiteral("again")) && ok;
     }
 
 private:
-    void note(const QString &pass)
+    bool readLines(const QString &pass)
     {
-        modes.append(file.openMode());
-        streamSet.append(stream.device() == &file && stream.codec() == codec);
-        const QString text = stream.readLine();
-        passes.append(QStringLiteral("%1, %2: %3").arg(pass, QString::number(lineNum), text));
-        ++lineNum;
-        if (pass == tooMuch)
+        if (file.openMode() != (QIODevice::ReadOnly | QIODevice::Text))
+            qFatal("the file is not open in text mode");
+        const int first = lineNum;
+        QStringList lines;
+        for (; !stream.atEnd(); ++lineNum)
+            lines.append(stream.readLine());
+        passes.append(QStringLiteral("%1 %2-%3: ").arg(pass).arg(first).arg(lineNum) + lines.join(QLatin1Char('|')));
+        if (pass == passOutOfMemory)
             throw std::bad_alloc();
+        return pass != failingPass;
     }
 };
 
-/// An importer and what it builds.
-struct LineRun
+/// An import of plan.txt, which looks up points.
+struct LineFixture
 {
-    LineRun() { import.objects = &objects; }
+    LineFixture()
+    {
+        import.setEncoding("UTF-8");
+        import.searchPointDefs = true;
+        import.objectFileName = files.write(QStringLiteral("plan.txt"), {QStringLiteral("a"), QStringLiteral("b")});
+        import.objects = &objects;
+    }
 
+    const StatusRecorder host;
+    const TextFixture files;
     QVector<DefPolygon> objects;
     LineImport import;
 };
 
-DefPoint pointAt(const QString &def, double x, double y)
+DefPoint pointAt(const char *def, double x, double y)
 {
-    return DefPoint{def, x, y};
+    return DefPoint{QString::fromLatin1(def), x, y};
 }
 
 } // namespace
@@ -78,80 +86,40 @@ class tst_MapImport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void messageGoesToTheHostAsItStands_data();
-    void messageGoesToTheHostAsItStands();
-    void onlyTheLastCallbackIsCalled();
-    void withoutCallbackTheRunGoesOn();
+    void cleanup() { QTextCodec::setCodecForLocale(nullptr); }
 
+    void messageReachesTheLatestCallbackUnchanged();
     void newImporterHasNoOptions();
-    void passesReadFromTheStart_data();
-    void passesReadFromTheStart();
-    void fileIsOpenOnlyDuringAPass();
-    void fileThatDoesNotOpenIsOnlyTold_data();
-    void fileThatDoesNotOpenIsOnlyTold();
+    void unknownEncodingChangesNothing_data();
+    void unknownEncodingChangesNothing();
+    void passesReadWholeFiles_data();
+    void passesReadWholeFiles();
+    void filesAreDecoded();
+    void fileThatCannotBeOpenedIsSkipped_data();
+    void fileThatCannotBeOpenedIsSkipped();
     void failedPassEndsTheRun_data();
     void failedPassEndsTheRun();
-    void passWithoutMemoryFails_data();
-    void passWithoutMemoryFails();
     void pointsOfAnEarlierRunAreForgotten();
     void knownPointsAreSortedAndThinned_data();
     void knownPointsAreSortedAndThinned();
-    void oneOfEqualPointsStays();
 };
 
-void tst_MapImport::messageGoesToTheHostAsItStands_data()
+void tst_MapImport::messageReachesTheLatestCallbackUnchanged()
 {
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("sentence") << QStringLiteral("Ошибка открытия файла /tmp/план.mif");
-    QTest::newRow("place marker") << QStringLiteral("100%1");
-    QTest::newRow("spaces around") << QStringLiteral("  текст\n");
-    QTest::newRow("empty") << QStringLiteral("");
-}
-
-void tst_MapImport::messageGoesToTheHostAsItStands()
-{
-    QFETCH(QString, text);
-    const StatusRecorder host;
-
-    showStatus(text);
-
-    QCOMPARE(host.messages(), QStringList{text});
-}
-
-void tst_MapImport::onlyTheLastCallbackIsCalled()
-{
-    static int calls = 0;
-    calls = 0;
-    setStatusFunc([](const QString &) { ++calls; });
-    showStatus(QStringLiteral("первое"));
+    const QString text = QStringLiteral(" 100%1\n");
+    setStatusFunc([](const QString &) { QFAIL("an earlier callback is called"); });
     {
         const StatusRecorder host;
-        showStatus(QStringLiteral("второе"));
-        showStatus(QStringLiteral("третье"));
-        QCOMPARE(host.messages(), (QStringList{QStringLiteral("второе"), QStringLiteral("третье")}));
+        showStatus(text);
+        QCOMPARE(host.messages(), QStringList{text});
     }
-    showStatus(QStringLiteral("четвёртое"));
-
-    QCOMPARE(calls, 1);
-}
-
-void tst_MapImport::withoutCallbackTheRunGoesOn()
-{
     setStatusFunc(nullptr);
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.pointFileName = files.path(QStringLiteral("missing.txt"));
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {QStringLiteral("первая")});
-
-    QVERIFY(run.import.importMap());
-
-    QCOMPARE(run.import.passes, QStringList{QStringLiteral("polygons, 0: первая")});
+    showStatus(text);
 }
 
 void tst_MapImport::newImporterHasNoOptions()
 {
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-5"));
     const LineImport import;
 
     QVERIFY(!import.swapXY && !import.searchPointDefs && !import.searchObjectDefs);
@@ -160,182 +128,155 @@ void tst_MapImport::newImporterHasNoOptions()
     QCOMPARE(import.pointStartNum, 0);
     QCOMPARE(import.objectStartNum, 0);
     QVERIFY(import.objects == nullptr);
-    QVERIFY(knownPoints(import).isEmpty());
-    QCOMPARE(import.codec, QTextCodec::codecForLocale());
+    QVERIFY(import.points.isEmpty());
+    QCOMPARE(import.codec->name(), QByteArray("ISO-8859-5"));
+    QVERIFY(import.encoding.isEmpty());
 }
 
-void tst_MapImport::passesReadFromTheStart_data()
+void tst_MapImport::unknownEncodingChangesNothing_data()
+{
+    QTest::addColumn<QList<QByteArray>>("names");
+    QTest::addColumn<QByteArray>("codec");
+
+    QTest::newRow("unknown") << QList<QByteArray>{"no-such-encoding"} << QByteArray("ISO-8859-5");
+    QTest::newRow("known, then empty") << QList<QByteArray>{"IBM866", ""} << QByteArray("IBM866");
+    QTest::newRow("two known") << QList<QByteArray>{"IBM866", "KOI8-R"} << QByteArray("KOI8-R");
+}
+
+void tst_MapImport::unknownEncodingChangesNothing()
+{
+    QFETCH(QList<QByteArray>, names);
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-5"));
+    const StatusRecorder host;
+    LineImport import;
+
+    for (const QByteArray &name : qAsConst(names))
+        import.setEncoding(name);
+
+    QTEST(import.codec->name(), "codec");
+    QCOMPARE(import.encoding, names.last());
+    QVERIFY(host.messages().isEmpty());
+}
+
+void tst_MapImport::passesReadWholeFiles_data()
 {
     QTest::addColumn<bool>("searchPointDefs");
     QTest::addColumn<QString>("pointFile");
     QTest::addColumn<QStringList>("passes");
 
-    const QString objects = QStringLiteral("polygons, 0: of objects");
-    QTest::newRow("objects only") << false << QString() << QStringList{objects};
-    QTest::newRow("points are not looked up though there is a file of them")
-        << false << QStringLiteral("points.txt") << QStringList{objects};
-    QTest::newRow("points from their own file")
-        << true << QStringLiteral("points.txt") << QStringList{QStringLiteral("points, 0: of points"), objects};
+    const QStringList objects{QStringLiteral("objects 0-2: a|b"), QStringLiteral("again 2-4: a|b")};
+    const QString pointFile = QStringLiteral("points.txt");
+    QTest::newRow("points are not looked up") << false << pointFile << objects;
+    QTest::newRow("points from a separate file")
+        << true << pointFile << QStringList{QStringLiteral("points 0-1: p")} + objects;
     QTest::newRow("points from the file of objects")
-        << true << QString() << QStringList{QStringLiteral("points, 0: of objects"), objects};
+        << true << QString() << QStringList{QStringLiteral("points 0-2: a|b")} + objects;
 }
 
-void tst_MapImport::passesReadFromTheStart()
+void tst_MapImport::passesReadWholeFiles()
 {
     QFETCH(bool, searchPointDefs);
     QFETCH(QString, pointFile);
-    QFETCH(QStringList, passes);
-    const StatusRecorder host;
-    const TextFixture files;
-    files.write(QStringLiteral("points.txt"), {QStringLiteral("of points"), QStringLiteral("second")});
-    LineRun run;
-    run.import.searchPointDefs = searchPointDefs;
-    run.import.pointFileName = pointFile.isEmpty() ? QString() : files.path(pointFile);
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {QStringLiteral("of objects"), QString()});
+    LineFixture f;
+    f.files.write(QStringLiteral("points.txt"), {QStringLiteral("p")});
+    f.import.searchPointDefs = searchPointDefs;
+    f.import.pointFileName = pointFile.isEmpty() ? QString() : f.files.path(pointFile);
 
-    QVERIFY(run.import.importMap());
+    QVERIFY(f.import.importMap());
 
-    QCOMPARE(run.import.passes, passes);
-    QCOMPARE(described(run.objects), QStringList{QStringLiteral("-")});
-    QVERIFY(host.messages().isEmpty());
+    QTEST(f.import.passes, "passes");
+    QCOMPARE(f.objects.size(), 1);
+    QVERIFY(f.host.messages().isEmpty());
+    QVERIFY(!f.import.file.isOpen());
 }
 
-void tst_MapImport::fileIsOpenOnlyDuringAPass()
+void tst_MapImport::filesAreDecoded()
 {
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.setEncoding("IBM866");
+    LineFixture f;
+    f.import.setEncoding("IBM866");
+    f.files.writeBytes(QStringLiteral("plan.txt"), "\x8F\xAB\xA0\xAD");
 
-    QVERIFY(run.import.importMap());
+    QVERIFY(f.import.importMap());
 
-    QCOMPARE(run.import.modes, QVector<QIODevice::OpenMode>(2, QIODevice::ReadOnly | QIODevice::Text));
-    QCOMPARE(run.import.streamSet, QVector<bool>(2, true));
-    QVERIFY(!run.import.file.isOpen());
+    const QString line = QStringLiteral(": План");
+    QCOMPARE(f.import.passes, (QStringList{QStringLiteral("points 0-1") + line, QStringLiteral("objects 0-1") + line,
+                                           QStringLiteral("again 1-2") + line}));
 }
 
-void tst_MapImport::fileThatDoesNotOpenIsOnlyTold_data()
+void tst_MapImport::fileThatCannotBeOpenedIsSkipped_data()
 {
     QTest::addColumn<QString>("pointFile");
     QTest::addColumn<QString>("objectFile");
-    QTest::addColumn<QStringList>("told");
-    QTest::addColumn<QStringList>("passes");
+    QTest::addColumn<QStringList>("reported");
+    QTest::addColumn<int>("passes");
 
     const QString plan = QStringLiteral("plan.txt");
-    const QString missing = QStringLiteral("missing.txt");
-    const QString marked = QStringLiteral("%1 %2.txt");
-    const QString folder = QStringLiteral("folder");
-    const QStringList objects{QStringLiteral("polygons, 0: first")};
-    QTest::newRow("points are missing") << missing << plan << QStringList{missing} << objects;
-    QTest::newRow("points are a folder") << folder << plan << QStringList{folder} << objects;
-    QTest::newRow("objects are missing") << plan << missing << QStringList{missing}
-                                         << QStringList{QStringLiteral("points, 0: first")};
-    QTest::newRow("objects are a folder")
-        << plan << folder << QStringList{folder} << QStringList{QStringLiteral("points, 0: first")};
-    QTest::newRow("both are missing") << missing << marked << QStringList{missing, marked} << QStringList{};
-    QTest::newRow("one file for both is missing")
-        << QString() << missing << QStringList{missing, missing} << QStringList{};
+    const QString missing = QStringLiteral("%1 %2.txt");
+    QTest::newRow("file of points") << missing << plan << QStringList{missing} << 2;
+    QTest::newRow("file of objects") << plan << missing << QStringList{missing} << 1;
+    QTest::newRow("one file for both") << QString() << missing << QStringList{missing, missing} << 0;
 }
 
-void tst_MapImport::fileThatDoesNotOpenIsOnlyTold()
+void tst_MapImport::fileThatCannotBeOpenedIsSkipped()
 {
     QFETCH(QString, pointFile);
     QFETCH(QString, objectFile);
-    QFETCH(QStringList, told);
-    QFETCH(QStringList, passes);
-    const StatusRecorder host;
-    const TextFixture files;
-    files.write(QStringLiteral("plan.txt"), {QStringLiteral("first")});
-    QVERIFY(QDir(files.path(QString())).mkdir(QStringLiteral("folder")));
+    QFETCH(QStringList, reported);
+    LineFixture f;
     QStringList messages;
-    for (const QString &name : qAsConst(told))
-        messages.append(QStringLiteral("Ошибка открытия файла ") + QDir::toNativeSeparators(files.path(name)));
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.pointFileName = pointFile.isEmpty() ? QString() : files.path(pointFile);
-    run.import.objectFileName = files.path(objectFile);
+    for (const QString &name : qAsConst(reported))
+        messages.append(QStringLiteral("Ошибка открытия файла ") + QDir::toNativeSeparators(f.files.path(name)));
+    f.import.pointFileName = pointFile.isEmpty() ? QString() : f.files.path(pointFile);
+    f.import.objectFileName = f.files.path(objectFile);
 
-    QVERIFY(run.import.importMap());
+    QVERIFY(f.import.importMap());
 
-    QCOMPARE(host.messages(), messages);
-    QCOMPARE(run.import.passes, passes);
-    QCOMPARE(run.objects.isEmpty(), objectFile != QLatin1String("plan.txt"));
+    QCOMPARE(f.host.messages(), messages);
+    QTEST(f.import.passes.size(), "passes");
 }
 
 void tst_MapImport::failedPassEndsTheRun_data()
 {
-    QTest::addColumn<bool>("pointsResult");
-    QTest::addColumn<bool>("polygonsResult");
+    QTest::addColumn<QString>("pass");
+    QTest::addColumn<bool>("isOutOfMemory");
     QTest::addColumn<int>("passes");
-    QTest::addColumn<QStringList>("objects");
 
-    QTest::newRow("points") << false << true << 1 << QStringList{};
-    QTest::newRow("objects, what was read stays") << true << false << 2 << QStringList{QStringLiteral("-")};
-    QTest::newRow("both, the objects are not tried") << false << false << 1 << QStringList{};
+    QTest::newRow("points") << QStringLiteral("points") << false << 1;
+    QTest::newRow("objects") << QStringLiteral("objects") << false << 3;
+    QTest::newRow("no memory for points") << QStringLiteral("points") << true << 1;
+    QTest::newRow("no memory for objects") << QStringLiteral("objects") << true << 2;
 }
 
+// A reader reports its failures itself; only the lack of memory is reported by the base class.
 void tst_MapImport::failedPassEndsTheRun()
 {
-    QFETCH(bool, pointsResult);
-    QFETCH(bool, polygonsResult);
-    QFETCH(int, passes);
-    QFETCH(QStringList, objects);
-    const StatusRecorder host;
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.found = {pointAt(QStringLiteral("A"), 1, 2)};
-    run.import.pointsResult = pointsResult;
-    run.import.polygonsResult = polygonsResult;
-
-    QVERIFY(!run.import.importMap());
-
-    QCOMPARE(run.import.passes.size(), passes);
-    QCOMPARE(described(run.objects), objects);
-    QCOMPARE(described(knownPoints(run.import)), QStringList{QStringLiteral("A 1 2")});
-    QVERIFY(!run.import.file.isOpen());
-    QVERIFY2(host.messages().isEmpty(), "the pass tells its failure itself");
-}
-
-void tst_MapImport::passWithoutMemoryFails_data()
-{
-    QTest::addColumn<QString>("pass");
-    QTest::addColumn<int>("passes");
-
-    QTest::newRow("points") << QStringLiteral("points") << 1;
-    QTest::newRow("objects") << QStringLiteral("polygons") << 2;
-}
-
-void tst_MapImport::passWithoutMemoryFails()
-{
     QFETCH(QString, pass);
-    const StatusRecorder host;
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.tooMuch = pass;
-    QVERIFY(!run.import.importMap());
-    QTEST(run.import.passes.size(), "passes");
-    QCOMPARE(host.messages(), QStringList{QStringLiteral("Недостаточно памяти для чтения файла ") +
-                                          QDir::toNativeSeparators(run.import.objectFileName)});
-    QVERIFY(!run.import.file.isOpen());
+    QFETCH(bool, isOutOfMemory);
+    QFETCH(int, passes);
+    LineFixture f;
+    f.import.found = {pointAt("A", 1, 2)};
+    (isOutOfMemory ? f.import.passOutOfMemory : f.import.failingPass) = pass;
+    const QString noMemory =
+        QStringLiteral("Недостаточно памяти для чтения файла ") + QDir::toNativeSeparators(f.import.objectFileName);
+
+    QVERIFY(!f.import.importMap());
+
+    QCOMPARE(f.import.passes.size(), passes);
+    QCOMPARE(f.host.messages(), isOutOfMemory ? QStringList{noMemory} : QStringList());
+    QCOMPARE(f.objects.size(), passes == 1 ? 0 : 1);
+    QCOMPARE(described(f.import.points), QStringList{QStringLiteral("A 1 2")});
+    QVERIFY(!f.import.file.isOpen());
 }
 
 void tst_MapImport::pointsOfAnEarlierRunAreForgotten()
 {
-    const TextFixture files;
-    LineRun run;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.points = {pointAt(QStringLiteral("old"), 1, 2)};
+    LineFixture f;
+    f.import.searchPointDefs = false;
+    f.import.points = {pointAt("old", 1, 2)};
 
-    QVERIFY(run.import.importMap());
+    QVERIFY(f.import.importMap());
 
-    QVERIFY(run.import.pointsBefore.isEmpty());
-    QVERIFY(knownPoints(run.import).isEmpty());
-    QCOMPARE(run.import.pointStartNum, 0);
+    QVERIFY(f.import.pointsBefore.isEmpty());
 }
 
 void tst_MapImport::knownPointsAreSortedAndThinned_data()
@@ -343,55 +284,26 @@ void tst_MapImport::knownPointsAreSortedAndThinned_data()
     QTest::addColumn<QVector<DefPoint>>("found");
     QTest::addColumn<QStringList>("known");
 
-    const QString a = QStringLiteral("A");
-    const QString b = QStringLiteral("B");
-    const QString c = QStringLiteral("C");
-    const QString d = QStringLiteral("D");
-    QTest::newRow("none") << QVector<DefPoint>{} << QStringList{};
-    QTest::newRow("by x, then by y") << QVector<DefPoint>{pointAt(a, 2, 1), pointAt(b, 1, 9), pointAt(c, 1, 3)}
+    QTest::newRow("by x, then by y") << QVector<DefPoint>{pointAt("A", 2, 1), pointAt("B", 1, 9), pointAt("C", 1, 3)}
                                      << QStringList{QStringLiteral("C 1 3"), QStringLiteral("B 1 9"),
                                                     QStringLiteral("A 2 1")};
     QTest::newRow("each is compared with the last one kept, not with the last one read")
-        << QVector<DefPoint>{pointAt(d, 0.024, 0), pointAt(c, 0.016, 0), pointAt(b, 0.008, 0), pointAt(a, 0, 0)}
-        << QStringList{QStringLiteral("A 0 0"), QStringLiteral("C 0.016 0")};
+        << QVector<DefPoint>{pointAt("D", 0.024, 0), pointAt("C", 0.016, 0), pointAt("B", 0.008, 0), pointAt("", 0, 0)}
+        << QStringList{QStringLiteral("- 0 0"), QStringLiteral("C 0.016 0")};
     QTest::newRow("only neighbours in the order are compared")
-        << QVector<DefPoint>{pointAt(a, 0, 0), pointAt(b, 0, 5), pointAt(c, 0.005, 0)}
+        << QVector<DefPoint>{pointAt("A", 0, 0), pointAt("B", 0, 5), pointAt("C", 0.005, 0)}
         << QStringList{QStringLiteral("A 0 0"), QStringLiteral("B 0 5"), QStringLiteral("C 0.005 0")};
-    QTest::newRow("both axes count") << QVector<DefPoint>{pointAt(a, 0, 0), pointAt(b, 0.01, 0.01),
-                                                          pointAt(c, 0.02, 0.5)}
-                                     << QStringList{QStringLiteral("A 0 0"), QStringLiteral("C 0.02 0.5")};
-    QTest::newRow("the one kept has no designation")
-        << QVector<DefPoint>{pointAt(b, 0.005, 0), pointAt(QString(), 0, 0)} << QStringList{QStringLiteral("- 0 0")};
 }
 
 void tst_MapImport::knownPointsAreSortedAndThinned()
 {
     QFETCH(QVector<DefPoint>, found);
-    QFETCH(QStringList, known);
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.found = found;
+    LineFixture f;
+    f.import.found = found;
 
-    QVERIFY(run.import.importMap());
+    QVERIFY(f.import.importMap());
 
-    QCOMPARE(run.import.pointsBefore, known);
-}
-
-void tst_MapImport::oneOfEqualPointsStays()
-{
-    const TextFixture files;
-    LineRun run;
-    run.import.searchPointDefs = true;
-    run.import.objectFileName = files.write(QStringLiteral("plan.txt"), {});
-    run.import.found = {pointAt(QStringLiteral("A"), 1, 2), pointAt(QStringLiteral("B"), 1, 2)};
-
-    QVERIFY(run.import.importMap());
-
-    QCOMPARE(knownPoints(run.import).size(), 1);
-    const QString def = knownPoints(run.import).first().def;
-    QVERIFY(def == QLatin1String("A") || def == QLatin1String("B"));
+    QTEST(f.import.pointsBefore, "known");
 }
 
 QTEST_GUILESS_MAIN(tst_MapImport)
