@@ -3,10 +3,13 @@
 #include "imported.h"
 #include "testing.h"
 
-/// A run over plan.mif, unless told otherwise, that numbers points from «н1» and objects from «ЗУ1».
-struct MifRun
+/// The three lines that begin every MIF file.
+const QString mifHeader = QStringLiteral("VERSION 300\nCHARSET \"WindowsCyrillic\"\nDELIMITER \",\"\n");
+
+/// An import of plan.mif that numbers points from «н1» and objects from «ЗУ1».
+struct MifFixture
 {
-    MifRun()
+    MifFixture()
     {
         import.setEncoding("UTF-8");
         import.pointPref = QStringLiteral("н");
@@ -17,16 +20,18 @@ struct MifRun
         import.objects = &objects;
     }
 
-    /// Writes a header of four lines, so that \a data begins in line 5.
+    /// Looks up the designations of points and objects in MID files.
+    void searchDefs() { import.searchPointDefs = import.searchObjectDefs = true; }
+
+    /// Writes a MIF file whose header has four lines, so that \a data begins in line 5.
     void writeMif(const QString &data, const QString &name = QStringLiteral("plan.mif")) const
     {
-        const QString header = QStringLiteral("VERSION 300\nCHARSET \"WindowsCyrillic\"\nDELIMITER \",\"\nDATA\n");
-        files.writeBytes(name, (header + data + QLatin1Char('\n')).toUtf8());
+        files.write(name, {mifHeader + QStringLiteral("DATA"), data});
     }
 
     void writeMid(const QString &records, const QString &name = QStringLiteral("plan.mid")) const
     {
-        files.writeBytes(name, (records + QLatin1Char('\n')).toUtf8());
+        files.write(name, {records});
     }
 
     QString objectText() const { return described(objects).join(QLatin1Char('\n')); }

@@ -7,233 +7,196 @@ class tst_MapImportMifErrors : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void badObjectEndsThePass_data();
+    void badObjectEndsThePass();
     void badPointEndsTheRun_data();
     void badPointEndsTheRun();
-    void badLineEndsThePass_data();
-    void badLineEndsThePass();
-    void badPolylineEndsThePass_data();
-    void badPolylineEndsThePass();
-    void badPolylineOfSectionsEndsThePass_data();
-    void badPolylineOfSectionsEndsThePass();
-    void badRegionEndsThePass_data();
-    void badRegionEndsThePass();
-    void hugeCountReservesNothing_data();
-    void hugeCountReservesNothing();
-    void whatWasReadBeforeStays();
+    void everyLineIsCounted();
+    void missingRecordEndsThePass_data();
+    void missingRecordEndsThePass();
 
 private:
-    static void addColumns();
-    static void checkFailure(const QString &message);
+    static void addLines();
+    static void addPolylines();
+    static void addSections();
+    static void addRegions();
 };
 
-void tst_MapImportMifErrors::addColumns()
+namespace {
+
+/// Adds a row whose \a data, which begins in line 5, leaves the objects \a left and a \a message of \a line.
+void addRow(const char *name, const char *data, const QString &message, int line, const char *left)
 {
-    QTest::addColumn<QString>("data");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<QString>("left");
+    QTest::newRow(name) << QString::fromUtf8(data) << message.arg(line) << QString::fromUtf8(left);
 }
 
-/// The pass fails with one \a message, of the row's line, and leaves the row's objects.
-void tst_MapImportMifErrors::checkFailure(const QString &message)
+} // namespace
+
+void tst_MapImportMifErrors::addLines()
+{
+    const auto row = [](const char *name, const char *data, int line, const char *left = "") {
+        addRow(name, data, QStringLiteral("Ошибка чтения линии из строки: %1"), line, left);
+    };
+    row("line: bad x1", "LINE x 2 3 4", 5);
+    row("line: bad y1", "LINE 1 x 3 4", 5);
+    row("line: bad x2", "LINE 1 2 x 4", 5);
+    row("line: three numbers", "LINE 1 2 3\n4", 5);
+    row("line: second one bad", "LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6", 7, "ЗУ1 [н1 0 0, н2 1 1]");
+}
+
+void tst_MapImportMifErrors::addPolylines()
+{
+    const auto row = [](const char *name, const char *data, int line, const char *left) {
+        addRow(name, data, QStringLiteral("Ошибка чтения полилинии из строки: %1"), line, left);
+    };
+    row("polyline: count in the next line", "PLINE\n2\n0 0\n1 1", 5, "-");
+    row("polyline: one vertex", "PLINE 1\n0 0", 5, "-");
+    row("polyline: count beyond 32 bits", "PLINE 4294967298\n0 0\n1 1", 5, "-");
+    row("polyline: huge count", "PLINE 2147483647\n0 0\nPEN", 7, "- [н1 0 0]");
+    row("polyline: empty line", "PLINE 2\n0 0\n\n1 1", 7, "- [н1 0 0]");
+    row("polyline: three numbers", "PLINE 2\n0 0 0\n1 1 1", 6, "- []");
+    row("polyline: one number", "PLINE 2\n0 0\n1\n1", 7, "- [н1 0 0]");
+    row("polyline: decimal commas", "PLINE 2\n1,5 2,5\n1 1", 6, "- []");
+    row("polyline: bad y", "PLINE 2\n1.5 2,5\n1 1", 6, "- []");
+    row("polyline: keyword for a vertex", "PLINE 3\n0 0\n1 1\nLINE 5 5 6 6", 8, "- [н1 0 0, н2 1 1]");
+    row("polyline: file ends before a vertex", "PLINE 2\n0 0", 6, "- [н1 0 0]");
+    row("polyline: second one bad", "PLINE 2\n0 0\n1 1\n2 2\nPLINE", 9, "ЗУ1 [н1 0 0, н2 1 1]\n-");
+}
+
+void tst_MapImportMifErrors::addSections()
+{
+    const auto row = [](const char *name, const char *data, int line, const char *left) {
+        addRow(name, data, QStringLiteral("Ошибка чтения полилинии из строки: %1"), line, left);
+    };
+    row("sections: count in the next line", "PLINE MULTIPLE\n2\n2\n0 0\n1 1", 5, "-");
+    row("sections: only one", "PLINE MULTIPLE 1\n2\n0 0\n1 1", 5, "-");
+    row("sections: one vertex", "PLINE MULTIPLE 2\n1\n0 0\n2\n1 1\n2 2", 6, "-");
+    row("sections: two numbers for a count", "PLINE MULTIPLE 2\n2 2\n0 0\n1 1", 6, "-");
+    row("sections: surplus vertex", "PLINE MULTIPLE 2\n2\n0 0\n1 1\n2 2\n2\n3 3\n4 4", 9, "- [н1 0 0, н2 1 1]");
+    row("sections: missing vertex", "PLINE MULTIPLE 2\n3\n0 0\n1 1\n2\n3 3\n4 4", 9, "- [н1 0 0, н2 1 1]");
+    row("sections: file ends before one", "PLINE MULTIPLE 2\n2\n0 0\n1 1", 8, "- [н1 0 0, н2 1 1]");
+}
+
+void tst_MapImportMifErrors::addRegions()
+{
+    const auto row = [](const char *name, const char *data, int line, const char *left) {
+        addRow(name, data, QStringLiteral("Ошибка чтения области из строки: %1"), line, left);
+    };
+    row("region: no count", "REGION\n1\n3\n0 0\n1 0\n0 0", 5, "-");
+    row("region: negative count", "REGION -1\n3\n0 0\n1 0\n0 0", 5, "-");
+    row("region: ring of two vertices", "Region 1\n2\n0 0\n1 1", 6, "-");
+    row("region: bad closing vertex", "REGION 1\n3\n0 0\n1 0\n0 0 0", 9, "- [н1 0 0, н2 1 0]");
+    row("region: attribute for a ring", "REGION 2\n3\n0 0\n1 0\n0 0\nPEN (1,2,0)", 10, "- [н1 0 0, н2 1 0, н1 0 0]");
+    row("region: bad vertex in the second ring", "LINE 0 0 1 1\nREGION 2\n3\n0 0\n1 0\n0 0\n3\n5 5\nx y", 13,
+        "ЗУ1 [н1 0 0, н2 1 1]\n- [н1 0 0, н3 1 0, н1 0 0] [н4 5 5]");
+    row("region: file ends before a ring", "REGION 2147483647", 5, "-");
+    row("region: file ends before a vertex", "REGION 1\n2147483647", 6, "- []");
+}
+
+void tst_MapImportMifErrors::badObjectEndsThePass_data()
+{
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("left");
+
+    addLines();
+    addPolylines();
+    addSections();
+    addRegions();
+}
+
+void tst_MapImportMifErrors::badObjectEndsThePass()
 {
     QFETCH(QString, data);
-    QFETCH(int, line);
+    QFETCH(QString, message);
     QFETCH(QString, left);
-    MifRun run;
-    run.writeMif(data);
+    MifFixture f;
+    f.writeMif(data);
 
-    QVERIFY(!run.import.importMap());
+    QVERIFY(!f.import.importMap());
 
-    QCOMPARE(run.host.messages(), QStringList{message.arg(line)});
-    QCOMPARE(run.objectText(), left);
-    QCOMPARE(run.import.objectStartNum, 1 + left.count(QStringLiteral("ЗУ")));
+    QCOMPARE(f.host.messages(), QStringList{message});
+    QCOMPARE(f.objectText(), left);
+    QCOMPARE(f.import.objectStartNum, 1 + left.count(QStringLiteral("ЗУ")));
 }
 
 void tst_MapImportMifErrors::badPointEndsTheRun_data()
 {
-    addColumns();
+    QTest::addColumn<QString>("line");
 
-    QTest::newRow("no coordinates") << QStringLiteral("POINT") << 5 << QString();
-    QTest::newRow("one coordinate") << QStringLiteral("POINT 5") << 5 << QString();
-    QTest::newRow("coordinates in the next line") << QStringLiteral("POINT\n5 6") << 5 << QString();
-    QTest::newRow("word for x") << QStringLiteral("Point x 1") << 5 << QString();
-    QTest::newRow("word for y") << QStringLiteral("point 1 y") << 5 << QString();
-    QTest::newRow("one word with comma") << QStringLiteral("POINT 1.5,2.5") << 5 << QString();
-    QTest::newRow("after others, which stay") << QStringLiteral("POINT 9 9\n\nPOINT 1 1\n    SYMBOL (35,0,12)\nPOINT 2")
-                                              << 9 << QStringLiteral("B 1 1\nA 9 9");
+    QTest::newRow("one coordinate") << QStringLiteral("POINT 5\n6");
+    QTest::newRow("bad x") << QStringLiteral("POINT x 1");
 }
 
-// The objects are not tried though there is one.
 void tst_MapImportMifErrors::badPointEndsTheRun()
 {
+    QFETCH(QString, line);
+    MifFixture f;
+    f.import.searchPointDefs = true;
+    f.writeMif(QStringLiteral("POINT 9 9\n\nPOINT 1 1\nLINE 0 0 1 1\n%1").arg(line));
+    f.writeMid(QStringLiteral("A\nB\nC\nD"));
+
+    QVERIFY(!f.import.importMap());
+
+    QCOMPARE(f.host.messages(), QStringList{QStringLiteral("Ошибка чтения координат точки из строки: 9")});
+    QCOMPARE(f.pointText(), QStringLiteral("B 1 1\nA 9 9"));
+    QVERIFY(f.objects.isEmpty());
+}
+
+void tst_MapImportMifErrors::everyLineIsCounted()
+{
+    MifFixture f;
+    f.files.writeBytes(QStringLiteral("plan.mif"), mifHeader.toUtf8() + "COLUMNS 0\r\n\n \r\nDATA\n\nREGION 0\nLINE\n");
+
+    QVERIFY(!f.import.importMap());
+
+    QCOMPARE(f.host.messages(), QStringList{QStringLiteral("Ошибка чтения линии из строки: 10")});
+}
+
+void tst_MapImportMifErrors::missingRecordEndsThePass_data()
+{
+    QTest::addColumn<bool>("searchPointDefs");
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QByteArray>("records");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("left");
+
+    const auto row = [](const char *name, bool searchPointDefs, const char *data, const char *records,
+                        const char *message, const char *left) {
+        QTest::newRow(name) << searchPointDefs << QString::fromUtf8(data) << QByteArray(records)
+                            << QString::fromUtf8(message) << QString::fromUtf8(left);
+    };
+    const char *const object = "Ошибка чтения обозначения объекта из строки: 2";
+    row("object", false, "REGION 0\nLINE 0 0 1 1\nREGION 0", "A\n", object, "A\n- [н1 0 0, н2 1 1]");
+    row("object, no last line feed", false, "REGION 0\nREGION 0\nREGION 0", "A", object, "A\n-");
+    row("object, white space for a record", false, "REGION 0\nREGION 0\nREGION 0", "A\n \t\r\nB\n", object, "A\n-");
+    row("first object", false, "REGION 0", "", "Ошибка чтения обозначения объекта из строки: 1", "-");
+    row("unread object", false, "REGION 0\nNONE\nREGION 0", "A\n\nB\n", "Ошибка чтения данных объекта из строки: 2",
+        "A");
+    row("point", true, "POINT 9 9\nPOINT 1 1\nPOINT 5 5", "A\n\nB\n", "Ошибка чтения обозначения точки из строки: 2",
+        "- 1 1\nA 9 9");
+    row("object among points", true, "POINT 9 9\nREGION 0\nPOINT 1 1", "A\n",
+        "Ошибка чтения данных объекта из строки: 2", "A 9 9");
+}
+
+void tst_MapImportMifErrors::missingRecordEndsThePass()
+{
+    QFETCH(bool, searchPointDefs);
     QFETCH(QString, data);
-    QFETCH(int, line);
+    QFETCH(QByteArray, records);
+    QFETCH(QString, message);
     QFETCH(QString, left);
-    MifRun run;
-    run.import.searchPointDefs = true;
-    run.import.pointFileName = run.files.path(QStringLiteral("points.mif"));
-    run.writeMif(data, QStringLiteral("points.mif"));
-    run.writeMid(QStringLiteral("A\nB\nC\nD"), QStringLiteral("points.mid"));
-    run.writeMif(QStringLiteral("LINE 0 0 1 1"));
+    MifFixture f;
+    f.import.searchPointDefs = searchPointDefs;
+    f.import.searchObjectDefs = !searchPointDefs;
+    f.writeMif(data);
+    f.files.writeBytes(QStringLiteral("plan.mid"), records);
 
-    QVERIFY(!run.import.importMap());
+    QVERIFY(!f.import.importMap());
 
-    QCOMPARE(run.host.messages(), QStringList{QStringLiteral("Ошибка чтения координат точки из строки: %1").arg(line)});
-    QCOMPARE(run.pointText(), left);
-    QVERIFY(run.objects.isEmpty());
-}
-
-void tst_MapImportMifErrors::badLineEndsThePass_data()
-{
-    addColumns();
-
-    QTest::newRow("alone") << QStringLiteral("LINE") << 5 << QString();
-    QTest::newRow("three numbers") << QStringLiteral("LINE 1 2 3") << 5 << QString();
-    QTest::newRow("second vertex in the next line") << QStringLiteral("Line 1 2\n3 4") << 5 << QString();
-    QTest::newRow("word") << QStringLiteral("line 1 2 3 y") << 5 << QString();
-    QTest::newRow("commas between the numbers") << QStringLiteral("LINE 1,2 3,4") << 5 << QString();
-    QTest::newRow("after another") << QStringLiteral("LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6") << 7
-                                   << QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]");
-}
-
-void tst_MapImportMifErrors::badLineEndsThePass()
-{
-    checkFailure(QStringLiteral("Ошибка чтения линии из строки: %1"));
-}
-
-void tst_MapImportMifErrors::badPolylineEndsThePass_data()
-{
-    addColumns();
-
-    QTest::newRow("count in the next line") << QStringLiteral("PLINE\n2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("one vertex") << QStringLiteral("PLINE 1\n0 0") << 5 << QStringLiteral("-");
-    QTest::newRow("no vertices") << QStringLiteral("PLINE 0") << 5 << QStringLiteral("-");
-    QTest::newRow("count below zero") << QStringLiteral("PLINE -2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("word for a count") << QStringLiteral("Pline two\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("sections without a space")
-        << QStringLiteral("PLINE MULTIPLE2\n2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("empty line for a vertex")
-        << QStringLiteral("PLINE 2\n0 0\n\n1 1") << 7 << QStringLiteral("- [н1 0 0]");
-    QTest::newRow("empty line for the first vertex")
-        << QStringLiteral("PLINE 2\n \t\n0 0\n1 1") << 6 << QStringLiteral("- []");
-    QTest::newRow("three numbers") << QStringLiteral("PLINE 2\n0 0 0\n1 1 1") << 6 << QStringLiteral("- []");
-    QTest::newRow("one number") << QStringLiteral("PLINE 2\n0 0\n1\n1") << 7 << QStringLiteral("- [н1 0 0]");
-    QTest::newRow("one word with comma") << QStringLiteral("PLINE 2\n1.5,2.5\n1 1") << 6 << QStringLiteral("- []");
-    QTest::newRow("decimal commas") << QStringLiteral("PLINE 2\n1,5 2,5\n1 1") << 6 << QStringLiteral("- []");
-    QTest::newRow("attribute for a vertex")
-        << QStringLiteral("PLINE 3\n0 0\n1 1\n    PEN (1,2,0)") << 8 << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("keyword for a vertex")
-        << QStringLiteral("PLINE 3\n0 0\n1 1\nLINE 5 5 6 6") << 8 << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("after another") << QStringLiteral("PLINE 2\n0 0\n1 1\nPLINE 2\n0 0\nx") << 10
-                                   << QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]\n- [н1 0 0]");
-    QTest::newRow("after another with a vertex too many")
-        << QStringLiteral("PLINE 2\n0 0\n1 1\n2 2\nPLINE") << 9 << QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]\n-");
-}
-
-void tst_MapImportMifErrors::badPolylineEndsThePass()
-{
-    checkFailure(QStringLiteral("Ошибка чтения полилинии из строки: %1"));
-}
-
-void tst_MapImportMifErrors::badPolylineOfSectionsEndsThePass_data()
-{
-    addColumns();
-
-    QTest::newRow("count in the next line")
-        << QStringLiteral("PLINE MULTIPLE\n2\n2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("one section") << QStringLiteral("PLINE MULTIPLE 1\n2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("no sections") << QStringLiteral("Pline Multiple 0") << 5 << QStringLiteral("-");
-    QTest::newRow("count below zero") << QStringLiteral("pline multiple -2") << 5 << QStringLiteral("-");
-    QTest::newRow("word for a count") << QStringLiteral("PLINE MULTIPLE x\n2\n0 0\n1 1") << 5 << QStringLiteral("-");
-    QTest::newRow("section of one vertex")
-        << QStringLiteral("PLINE MULTIPLE 2\n1\n0 0\n2\n1 1\n2 2") << 6 << QStringLiteral("-");
-    QTest::newRow("empty line for a section")
-        << QStringLiteral("PLINE MULTIPLE 2\n\n2\n0 0\n1 1") << 6 << QStringLiteral("-");
-    QTest::newRow("two numbers for a section")
-        << QStringLiteral("PLINE MULTIPLE 2\n2 2\n0 0\n1 1") << 6 << QStringLiteral("-");
-    QTest::newRow("vertex too many") << QStringLiteral("PLINE MULTIPLE 2\n2\n0 0\n1 1\n2 2\n2\n3 3\n4 4") << 9
-                                     << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("vertex too few") << QStringLiteral("PLINE MULTIPLE 2\n3\n0 0\n1 1\n2\n3 3\n4 4") << 9
-                                    << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("second section of one vertex")
-        << QStringLiteral("PLINE MULTIPLE 2\n2\n0 0\n1 1\n1\n2 2") << 9 << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("keyword for the second section")
-        << QStringLiteral("PLINE MULTIPLE 2\n2\n0 0\n1 1\nLINE 5 5 6 6") << 9 << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("bad vertex in the second section") << QStringLiteral("PLINE MULTIPLE 2\n2\n0 0\n1 1\n2\n2 2\n3 3 3")
-                                                      << 11 << QStringLiteral("- [н1 0 0, н2 1 1] [н3 2 2]");
-}
-
-void tst_MapImportMifErrors::badPolylineOfSectionsEndsThePass()
-{
-    checkFailure(QStringLiteral("Ошибка чтения полилинии из строки: %1"));
-}
-
-void tst_MapImportMifErrors::badRegionEndsThePass_data()
-{
-    addColumns();
-
-    QTest::newRow("alone") << QStringLiteral("REGION\n1\n3\n0 0\n1 0\n0 0") << 5 << QStringLiteral("-");
-    QTest::newRow("count below zero") << QStringLiteral("REGION -1\n3\n0 0\n1 0\n0 0") << 5 << QStringLiteral("-");
-    QTest::newRow("word for a count") << QStringLiteral("Region one\n3\n0 0\n1 0\n0 0") << 5 << QStringLiteral("-");
-    QTest::newRow("ring of two vertices") << QStringLiteral("Region 1\n2\n0 0\n1 1") << 6 << QStringLiteral("-");
-    QTest::newRow("ring of no vertices") << QStringLiteral("REGION 1\n0\n") << 6 << QStringLiteral("-");
-    QTest::newRow("empty line for a ring")
-        << QStringLiteral("REGION 1\n\n3\n0 0\n1 0\n0 0") << 6 << QStringLiteral("-");
-    QTest::newRow("two numbers for a ring")
-        << QStringLiteral("REGION 1\n3 3\n0 0\n1 0\n0 0") << 6 << QStringLiteral("-");
-    QTest::newRow("empty line for a vertex")
-        << QStringLiteral("REGION 1\n3\n0 0\n\n1 0\n0 0") << 8 << QStringLiteral("- [н1 0 0]");
-    QTest::newRow("one word with comma") << QStringLiteral("REGION 1\n3\n1.5,2.5\n1 0\n0 0") << 7
-                                         << QStringLiteral("- []");
-    QTest::newRow("decimal commas") << QStringLiteral("REGION 1\n3\n0 0\n1,5 2,5\n0 0") << 8
-                                    << QStringLiteral("- [н1 0 0]");
-    QTest::newRow("bad closing vertex") << QStringLiteral("REGION 1\n3\n0 0\n1 0\n0 0 0") << 9
-                                        << QStringLiteral("- [н1 0 0, н2 1 0]");
-    QTest::newRow("attribute for the second ring")
-        << QStringLiteral("REGION 2\n3\n0 0\n1 0\n0 0\n    PEN (1,2,0)\nLINE 5 5 6 6") << 10
-        << QStringLiteral("- [н1 0 0, н2 1 0, н1 0 0]");
-    QTest::newRow("second ring of two vertices") << QStringLiteral("REGION 2\n3\n0 0\n1 0\n0 0\n2\n5 5\n6 6") << 10
-                                                 << QStringLiteral("- [н1 0 0, н2 1 0, н1 0 0]");
-    QTest::newRow("bad vertex in the second ring") << QStringLiteral("REGION 2\n3\n0 0\n1 0\n0 0\n3\n5 5\nx y") << 12
-                                                   << QStringLiteral("- [н1 0 0, н2 1 0, н1 0 0] [н3 5 5]");
-    QTest::newRow("after another") << QStringLiteral("LINE 0 0 1 1\nREGION x") << 6
-                                   << QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]\n-");
-}
-
-void tst_MapImportMifErrors::badRegionEndsThePass()
-{
-    checkFailure(QStringLiteral("Ошибка чтения области из строки: %1"));
-}
-
-void tst_MapImportMifErrors::hugeCountReservesNothing_data()
-{
-    addColumns();
-
-    QTest::newRow("polyline") << QStringLiteral("PLINE 2147483647\n0 0\nPEN") << 7 << QStringLiteral("- [н1 0 0]");
-    QTest::newRow("sections") << QStringLiteral("PLINE MULTIPLE 2147483647\n2\n0 0\n1 1\nPEN") << 9
-                              << QStringLiteral("- [н1 0 0, н2 1 1]");
-    QTest::newRow("section") << QStringLiteral("PLINE MULTIPLE 2\n2147483647\n0 0\nPEN") << 8
-                             << QStringLiteral("- [н1 0 0]");
-}
-
-void tst_MapImportMifErrors::hugeCountReservesNothing()
-{
-    checkFailure(QStringLiteral("Ошибка чтения полилинии из строки: %1"));
-}
-
-void tst_MapImportMifErrors::whatWasReadBeforeStays()
-{
-    MifRun run;
-    run.objects = {DefPolygon{QStringLiteral("before"), {}}};
-    run.writeMif(QStringLiteral("LINE 0 0 1 1\nREGION 2\n3\n2 2\n3 2\n2 2\n3\n4 4\n1 1\n9"));
-
-    QVERIFY(!run.import.importMap());
-
-    QCOMPARE(run.objectText(),
-             QStringLiteral("before\nЗУ1 [н1 0 0, н2 1 1]\n- [н3 2 2, н4 3 2, н3 2 2] [н5 4 4, н2 1 1]"));
-    QCOMPARE(run.pointText(), QStringLiteral("н1 0 0\nн2 1 1\nн3 2 2\nн4 3 2\nн5 4 4"));
-    QCOMPARE(run.import.pointStartNum, 6);
-    QCOMPARE(run.import.objectStartNum, 2);
+    QCOMPARE(f.host.messages(), QStringList{message});
+    QCOMPARE(searchPointDefs ? f.pointText() : f.objectText(), left);
+    QCOMPARE(f.import.objectStartNum, 1);
 }
 
 QTEST_GUILESS_MAIN(tst_MapImportMifErrors)
