@@ -20,8 +20,7 @@ private Q_SLOTS:
     void unreadObjectTakesOneRecord_data();
     void unreadObjectTakesOneRecord();
     void collectionEndsEachPassWithSuccess();
-    void lineEndsDoNotMatter_data();
-    void lineEndsDoNotMatter();
+    void signaturesAndCarriageReturnsAreIgnored();
 };
 
 void tst_MapImportMif::headerEndsWithDataLine_data()
@@ -94,7 +93,7 @@ void tst_MapImportMif::objectIsRead_data()
     const auto row = [](const char *name, const char *data, const char *objects) {
         QTest::newRow(name) << QString::fromUtf8(data) << QString::fromUtf8(objects);
     };
-    row("line", " \tline  0 \t0   1 1 ", "ЗУ1 [н1 0 0, н2 1 1]");
+    row("line", " \tline  0 \t2   1 3 ", "ЗУ1 [н1 0 2, н2 1 3]");
     row("keyword whose upper case is ASCII", "lıne 0 0 1 1", "ЗУ1 [н1 0 0, н2 1 1]");
     row("words after the numbers", "LINE 0 0 1 1 2 x\nPLINE 2 MULTIPLE 2\n0 0\n1 1\nREGION 0 1",
         "ЗУ1 [н1 0 0, н2 1 1]\nЗУ2 [н1 0 0, н2 1 1]\nЗУ3");
@@ -119,6 +118,7 @@ void tst_MapImportMif::objectIsRead()
     QVERIFY(f.host.messages().isEmpty());
 }
 
+// The exchange of X and Y leaves points alone.
 void tst_MapImportMif::pointIsRead()
 {
     MifFixture f;
@@ -174,7 +174,7 @@ void tst_MapImportMif::unreadObjectTakesOneRecord_data()
     QTest::newRow("points in one object") << QStringLiteral("MULTIPOINT 2\n1 1\n2 2");
 }
 
-// Each pass skips the objects that only the other one reads as well.
+// An object that only the other pass reads takes its record as well.
 void tst_MapImportMif::unreadObjectTakesOneRecord()
 {
     QFETCH(QString, data);
@@ -189,7 +189,7 @@ void tst_MapImportMif::unreadObjectTakesOneRecord()
     QVERIFY(f.host.messages().isEmpty());
 }
 
-// There is no record for the collection, and it needs none.
+// The collection takes no record: there are only two.
 void tst_MapImportMif::collectionEndsEachPassWithSuccess()
 {
     MifFixture f;
@@ -204,33 +204,17 @@ void tst_MapImportMif::collectionEndsEachPassWithSuccess()
     QCOMPARE(f.objectText(), QStringLiteral("B [н1 0 0, A 1 1]"));
 }
 
-void tst_MapImportMif::lineEndsDoNotMatter_data()
+void tst_MapImportMif::signaturesAndCarriageReturnsAreIgnored()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("between");
-    QTest::addColumn<QByteArray>("after");
-
-    QTest::newRow("carriage return and line feed") << QByteArray() << QByteArray("\r\n") << QByteArray("\r\n");
-    QTest::newRow("no last line feed") << QByteArray() << QByteArray("\n") << QByteArray();
-    QTest::newRow("empty lines at the end") << QByteArray() << QByteArray("\n") << QByteArray("\n\n  \n\n");
-    QTest::newRow("UTF-8 signature") << QByteArray("\xEF\xBB\xBF") << QByteArray("\n") << QByteArray("\n");
-}
-
-void tst_MapImportMif::lineEndsDoNotMatter()
-{
-    QFETCH(QByteArray, before);
-    QFETCH(QByteArray, between);
-    QFETCH(QByteArray, after);
     MifFixture f;
     f.import.searchObjectDefs = true;
-    QByteArray mif = mifHeader.toUtf8() + "DATA\nREGION 1\n3\n0 0\n1 0\n0 0\nPLINE 2\n2 2\n3 3";
-    QByteArray mid("\"Участок 1\",a\nУчасток 2");
-    f.files.writeBytes(QStringLiteral("plan.mif"), before + mif.replace("\n", between) + after);
-    f.files.writeBytes(QStringLiteral("plan.mid"), before + mid.replace("\n", between) + after);
+    const auto written = [](const QByteArray &text) { return "\xEF\xBB\xBF" + QByteArray(text).replace("\n", "\r\n"); };
+    f.files.writeBytes(QStringLiteral("plan.mif"), written(mifHeader.toUtf8() + "DATA\nPLINE 2\n2 2\n3 3\n\n  \n"));
+    f.files.writeBytes(QStringLiteral("plan.mid"), written("Участок 2\n"));
 
     QVERIFY(f.import.importMap());
 
-    QCOMPARE(f.objectText(), QStringLiteral("Участок 1 [н1 0 0, н2 1 0, н1 0 0]\nУчасток 2 [н3 2 2, н4 3 3]"));
+    QCOMPARE(f.objectText(), QStringLiteral("Участок 2 [н1 2 2, н2 3 3]"));
     QVERIFY(f.host.messages().isEmpty());
 }
 
