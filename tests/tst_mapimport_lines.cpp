@@ -51,6 +51,33 @@ struct TextBuffer : QBuffer
     }
 };
 
+/// Decodes each byte to one character, but raises a byte above ASCII by one if it follows another such byte.
+class StatefulCodec : public QTextCodec
+{
+public:
+    QByteArray name() const override { return "X-Stateful"; }
+    int mibEnum() const override { return -1; }
+
+protected:
+    QString convertToUnicode(const char *bytes, int size, ConverterState *state) const override
+    {
+        QString text;
+        uint previous = state != nullptr ? state->state_data[0] : 0;
+        for (int i = 0; i < size; ++i) {
+            const uint byte = static_cast<uchar>(bytes[i]);
+            text.append(QChar(byte >= 0x80 && previous >= 0x80 ? byte + 1 : byte));
+            previous = byte;
+        }
+        if (state != nullptr)
+            state->state_data[0] = previous;
+        return text;
+    }
+    QByteArray convertFromUnicode(const QChar * /*text*/, int /*size*/, ConverterState * /*state*/) const override
+    {
+        return {};
+    }
+};
+
 /// Compares the bits, so that -0 differs from 0.
 bool isSameNumber(double a, double b)
 {
@@ -80,6 +107,7 @@ private Q_SLOTS:
     void codePagesAreDecodedByTable_data();
     void codePagesAreDecodedByTable();
     void everyCodePageDecodesLikeItsCodec();
+    void statefulCodecIsNoCodePage();
     void linesAreThoseOfTextStream_data();
     void linesAreThoseOfTextStream();
     void randomLinesAreThoseOfTextStream_data();
@@ -129,6 +157,17 @@ void tst_MapImportLines::everyCodePageDecodesLikeItsCodec()
 
         QVERIFY2(text == expected.remove(QLatin1Char('\r')), codec->name().constData());
     }
+}
+
+void tst_MapImportLines::statefulCodecIsNoCodePage()
+{
+    auto *const codec = new StatefulCodec; // owned by Qt
+    TextBuffer device("a\xC0\xC0\n");
+    LineReader lines;
+    lines.setDevice(&device, codec);
+
+    QCOMPARE(lines.readLine(), QStringLiteral("a\u00C0\u00C1"));
+    QVERIFY(!SingleByteDecoder(codec).isValid());
 }
 
 void tst_MapImportLines::linesAreThoseOfTextStream_data()
