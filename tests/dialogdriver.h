@@ -1,50 +1,30 @@
 #pragma once
 
+#include "dialogwidgets.h"
+
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
 
-/// Uses the import dialog as a person does, by mouse and keys; its widgets are known by their names alone.
-class DialogDriver
+/// Operates the import dialog with mouse and keys.
+class DialogDriver : public DialogWidgets
 {
 public:
     /// How an editor in a view is opened.
     enum class Open { WithF2, WithDoubleClick };
 
-    explicit DialogDriver(QWidget *dialog) : m_dialog(dialog) {}
+    using DialogWidgets::DialogWidgets;
 
-    QWidget *dialog() const { return m_dialog; }
-
-    template <typename Widget>
-    Widget *find(const char *name) const
-    {
-        auto *const widget = m_dialog->findChild<Widget *>(QLatin1String(name));
-        if (widget == nullptr)
-            qFatal("the dialog has no widget %s of this class", name);
-        return widget;
-    }
-
-    QAbstractItemView *list() const { return find<QAbstractItemView>("listView"); }
     QAbstractItemView *table() const { return find<QAbstractItemView>("tableView"); }
 
     /// Replaces the text of a line edit.
     void type(const char *edit, const QString &text) const { typeInto(find<QLineEdit>(edit), text); }
-    void setNumber(const char *spin, int number) const { find<QSpinBox>(spin)->setValue(number); }
 
-    void setChecked(const char *check, bool checked) const
-    {
-        if (find<QCheckBox>(check)->isChecked() != checked)
-            find<QCheckBox>(check)->click();
-    }
-
-    void press(const char *button) const { QTest::mouseClick(find<QAbstractButton>(button), Qt::LeftButton); }
-
-    /// Chooses an entry of the list of encodings.
+    /// Selects an encoding from the list.
     void chooseEncoding(const QString &name) const
     {
         auto *const combo = find<QComboBox>("encodingCombo");
@@ -54,7 +34,7 @@ public:
         combo->setCurrentIndex(entry);
     }
 
-    /// Writes the name of an encoding by hand.
+    /// Types the name of an encoding.
     void typeEncoding(const QString &name) const { typeInto(find<QComboBox>("encodingCombo")->lineEdit(), name); }
 
     void process(const QString &objectFile) const
@@ -63,10 +43,7 @@ public:
         press("startButton");
     }
 
-    void accept() const { pressInBox(QDialogButtonBox::Ok); }
-    void cancel() const { pressInBox(QDialogButtonBox::Cancel); }
-
-    /// Clicks a cell, which makes it the current one.
+    /// Clicks a cell, which makes it current.
     void click(QAbstractItemView *view, int row, int column = 0) const
     {
         const QModelIndex cell = view->model()->index(row, column);
@@ -74,7 +51,7 @@ public:
         QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, view->visualRect(cell).center());
     }
 
-    /// Opens the editor of a cell, types \a text over what stands there and presses Enter. False when none opens.
+    /// Replaces the text of a cell in its editor and presses Enter. Returns false if no editor opens.
     bool edit(QAbstractItemView *view, int row, int column, const QString &text, Open open = Open::WithF2) const
     {
         click(view, row, column);
@@ -88,12 +65,12 @@ public:
             return false;
         typeInto(editor, text);
         QTest::keyClick(editor, Qt::Key_Return);
-        // The text is taken and the editor removed from the event loop.
+        // The event loop commits the text and removes the editor.
         QCoreApplication::processEvents();
         return openEditor(view) == nullptr;
     }
 
-    /// What a view shows: a text a row, with bars between its cells. Empty without a model.
+    /// The texts of each row, joined with bars. Empty without a model.
     static QStringList shown(const QAbstractItemView *view)
     {
         QStringList rows;
@@ -107,7 +84,7 @@ public:
         return rows;
     }
 
-    /// The rows of a view whose cells in \a column have the background \a color.
+    /// The rows whose cell in \a column has the background \a color.
     static QList<int> coloured(const QAbstractItemView *view, const QColor &color, int column = 0)
     {
         QList<int> rows;
@@ -120,7 +97,7 @@ public:
     }
 
 private:
-    // QTest::keyClicks() knows no Cyrillic letters.
+    // QTest::keyClicks() does not support Cyrillic letters.
     static void typeInto(QLineEdit *edit, const QString &text)
     {
         edit->selectAll();
@@ -138,11 +115,4 @@ private:
         }
         return nullptr;
     }
-
-    void pressInBox(QDialogButtonBox::StandardButton button) const
-    {
-        QTest::mouseClick(find<QDialogButtonBox>("buttonBox")->button(button), Qt::LeftButton);
-    }
-
-    QWidget *m_dialog;
 };

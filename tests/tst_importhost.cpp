@@ -1,13 +1,11 @@
-// Runs the built stand-in host as a process; it uses the dialog of the built
-// plug-in by itself.
-
 #include "hosttesting.h"
 
 #include <QDir>
+#include <QImage>
 #include <QLibraryInfo>
 #include <QTest>
 
-/// The calls of the program: help, usage, plug-in, result and messages.
+/// Runs the stand-in host as a process. It loads the built plug-in and operates its dialog.
 class tst_ImportHost : public QObject
 {
     Q_OBJECT
@@ -15,24 +13,30 @@ class tst_ImportHost : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    void helpIsPrinted_data();
-    void helpIsPrinted();
-    void operationsAreListed();
-    void wrongUsageIsTold_data();
-    void wrongUsageIsTold();
-    void unusablePluginIsTold_data();
-    void unusablePluginIsTold();
-    void otherPluginIsUsed();
+    void helpListsEveryOption();
+    void operationsOfAnotherPluginAreListed();
+    void wrongUsageIsReported_data();
+    void wrongUsageIsReported();
+    void failureIsReported_data();
+    void failureIsReported();
 
-    void resultIsPrinted();
     void resultIsSaved();
-    void unwritableFileIsTold_data();
-    void unwritableFileIsTold();
-    void unprintableResultIsTold();
-    void nothingImportedIsTold_data();
-    void nothingImportedIsTold();
-    void unknownOperationIsToldByThePlugin();
-    void partIsKeptAfterAFailure();
+    void unwritableOutputIsReported();
+    void messagesArePrinted_data();
+    void messagesArePrinted();
+
+    void optionsReachTheImport_data();
+    void optionsReachTheImport();
+    void optionsReachTheResult_data();
+    void optionsReachTheResult();
+    void examplesAreImported_data();
+    void examplesAreImported();
+
+    void userSettingsAreNeitherReadNorWritten();
+    void importNeedsNoDisplay();
+    void windowNeedsADisplay();
+    void windowStaysOpen_data();
+    void windowStaysOpen();
 };
 
 void tst_ImportHost::initTestCase()
@@ -40,93 +44,69 @@ void tst_ImportHost::initTestCase()
     useUtf8();
 }
 
-void tst_ImportHost::helpIsPrinted_data()
+void tst_ImportHost::helpListsEveryOption()
 {
-    QTest::addColumn<QStringList>("args");
+    const QStringList options = arguments("-h, --help --plugin --list --operation --form-name --object-table "
+                                          "--point-table --columns --objects --points --encoding --no-search-points "
+                                          "--no-search-objects --point-prefix --object-prefix --point-start "
+                                          "--object-start --field --sort --update --output --screenshot");
 
-    QTest::newRow("long") << arguments("--help");
-    QTest::newRow("short") << arguments("-h");
-    QTest::newRow("with other options, right or not") << arguments("--help --field no");
-}
-
-void tst_ImportHost::helpIsPrinted()
-{
-    QFETCH(QStringList, args);
-
-    const HostRun run = Host().run(args);
+    const HostRun run = Host().run(arguments("--help --field no"));
 
     QCOMPARE(run.status, 0);
     QCOMPARE(run.messages, QStringList());
-    QVERIFY(run.output.startsWith(QLatin1String("Usage: ")));
-    const QStringList options = arguments("--help --plugin --list --operation --form-name --object-table "
-                                          "--point-table --columns --objects --points "
-                                          "--encoding --no-search-points --no-search-objects "
-                                          "--point-prefix --object-prefix --point-start --object-start "
-                                          "--field --sort --update --output --screenshot");
     for (const QString &option : options)
         QVERIFY2(run.output.contains(QLatin1Char(' ') + option), qUtf8Printable(option));
 }
 
-void tst_ImportHost::operationsAreListed()
+// A path without a folder is a file in the working directory.
+void tst_ImportHost::operationsOfAnotherPluginAreListed()
 {
-    const HostRun run = Host().run(arguments("--list"));
+    const Host host;
+    const QDir built(QFileInfo(QStringLiteral(IMPORTHOST_PATH)).dir().filePath(QStringLiteral("../../plugin")));
+    const QStringList names = built.entryList({QStringLiteral("*importplugin*")}, QDir::Files);
+    QCOMPARE(names.size(), 1);
+    QVERIFY(QFile::copy(built.filePath(names.first()), host.files.path(names.first())));
+
+    const HostRun run = host.run({QStringLiteral("--list"), QStringLiteral("--plugin"), names.first()});
 
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.output, QStringLiteral("Объекты из MIF\nОбъекты из DXF\n"));
     QCOMPARE(run.messages, QStringList());
+    QCOMPARE(run.output, QStringLiteral("Объекты из MIF\nОбъекты из DXF\n"));
 }
 
-void tst_ImportHost::wrongUsageIsTold_data()
+void tst_ImportHost::wrongUsageIsReported_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("message");
+    const auto row = [](const QString &args, const QString &message) {
+        QTest::newRow(qUtf8Printable(args)) << args.split(QLatin1Char(' ')) << message;
+    };
+    const auto rows = [&row](const QString &option, const QStringList &values, const QString &message) {
+        for (const QString &value : values)
+            row(QStringLiteral("--operation x --objects x.mif %1 %2").arg(option, value),
+                QString(message).replace(QStringLiteral("%1"), value));
+    };
 
-    const QStringList import = arguments("--operation x --objects x.mif");
-    QTest::newRow("unknown option") << arguments("--nonsense") << QStringLiteral("Unknown option 'nonsense'.");
-    QTest::newRow("option without its value")
-        << arguments("--objects") << QStringLiteral("Missing value after '--objects'.");
-    QTest::newRow("argument without an option")
-        << import + arguments("plan.mif") << QStringLiteral("Unexpected argument \"plan.mif\".");
-    QTest::newRow("objects without an operation")
-        << arguments("--objects x.mif") << QStringLiteral("--objects needs --operation.");
-    QTest::newRow("objects with an empty name")
-        << arguments("--operation x --objects=") << QStringLiteral("--objects needs the name of a file.");
-    QTest::newRow("choice of the dialog without objects")
-        << arguments("--operation x --sort") << QStringLiteral("--sort needs --objects.");
-    QTest::newRow("output without objects")
-        << arguments("--output x.xml") << QStringLiteral("--output needs --objects.");
-
-    const QString field = QStringLiteral("--field takes a column from 1 to 20 "
-                                         "and a text, as in 4=text, not \"%1\".");
-    const QStringList fields{QStringLiteral("4"),   QStringLiteral("=a"), QStringLiteral("0=a"), QStringLiteral("21=a"),
-                             QStringLiteral("x=a"), QStringLiteral("4="), QStringLiteral("-1=a")};
-    for (const QString &value : fields)
-        QTest::newRow(qUtf8Printable(QStringLiteral("field ") + value))
-            << import + QStringList{QStringLiteral("--field"), value} << field.arg(value);
-    QTest::newRow("second of two fields")
-        << import + arguments("--field 4=a --field b") << field.arg(QStringLiteral("b"));
-    QTest::newRow("six fields") << import + arguments("--field 1=a --field 2=a --field 3=a --field 4=a --field 5=a "
-                                                      "--field 6=a")
-                                << QStringLiteral("--field may be given 5 times at most.");
-
-    const QString columns = QStringLiteral("--columns takes four numbers from 0 to 999, not \"%1\".");
-    const QStringList wrongColumns = arguments("0,1,2 0,1,2,3,4 0,1,2,x 0,1,,2 -1,0,1,2 0,1,2,1000 0;1;2;3");
-    for (const QString &value : wrongColumns)
-        QTest::newRow(qUtf8Printable(QStringLiteral("columns ") + value))
-            << import + QStringList{QStringLiteral("--columns"), value} << columns.arg(value);
-    QTest::newRow("columns for the window") << arguments("--columns 1,2") << columns.arg(QStringLiteral("1,2"));
-
-    const QString start = QStringLiteral("--%1 takes a number from 1 to 999999999, not \"%2\".");
-    QTest::newRow("start of the points at zero")
-        << import + arguments("--point-start 0") << start.arg(QStringLiteral("point-start"), QStringLiteral("0"));
-    QTest::newRow("start of the objects beyond the last number")
-        << import + arguments("--object-start 1000000000")
-        << start.arg(QStringLiteral("object-start"), QStringLiteral("1000000000"));
-    QTest::newRow("start that is no number")
-        << import + arguments("--object-start 1x") << start.arg(QStringLiteral("object-start"), QStringLiteral("1x"));
+    row(QStringLiteral("--nonsense"), QStringLiteral("Unknown option 'nonsense'."));
+    row(QStringLiteral("plan.mif"), QStringLiteral("Unexpected argument \"plan.mif\"."));
+    row(QStringLiteral("--objects x.mif"), QStringLiteral("--objects needs --operation."));
+    row(QStringLiteral("--operation x --objects="), QStringLiteral("--objects needs the name of a file."));
+    row(QStringLiteral("--operation x --sort"), QStringLiteral("--sort needs --objects."));
+    row(QStringLiteral("--columns 1,2"), QStringLiteral("--columns takes four numbers from 0 to 999, not \"1,2\"."));
+    rows(QStringLiteral("--columns"), arguments("0,1,2,3,4 0,1,2,x -1,0,1,2 0,1,2,1000"),
+         QStringLiteral("--columns takes four numbers from 0 to 999, not \"%1\"."));
+    rows(QStringLiteral("--field"), arguments("4 =a 0=a 21=a 4="),
+         QStringLiteral("--field takes a column from 1 to 20 and a text, as in 4=text, not \"%1\"."));
+    rows(QStringLiteral("--field 1=a --field 2=a --field 3=a --field 4=a --field 5=a --field"), arguments("6=a"),
+         QStringLiteral("--field can be given at most 5 times."));
+    rows(QStringLiteral("--point-start"), arguments("0 1x"),
+         QStringLiteral("--point-start takes a number from 1 to 999999999, not \"%1\"."));
+    rows(QStringLiteral("--object-start"), arguments("1000000000"),
+         QStringLiteral("--object-start takes a number from 1 to 999999999, not \"%1\"."));
 }
 
-void tst_ImportHost::wrongUsageIsTold()
+void tst_ImportHost::wrongUsageIsReported()
 {
     QFETCH(QStringList, args);
     QFETCH(QString, message);
@@ -138,96 +118,28 @@ void tst_ImportHost::wrongUsageIsTold()
     QCOMPARE(run.messages, QStringList{QStringLiteral("importhost: %1 See importhost --help.").arg(message)});
 }
 
-void tst_ImportHost::unusablePluginIsTold_data()
+void tst_ImportHost::failureIsReported_data()
 {
-    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("message");
 
     const QDir platforms(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
     const QStringList names = platforms.entryList({QStringLiteral("*offscreen*")}, QDir::Files);
     QVERIFY(!names.isEmpty());
     const QString foreign = platforms.filePath(names.first());
-    const QString unreadable = QStringLiteral("importhost: Cannot load \"%1\": ");
-    QTest::newRow("no such file") << QStringLiteral("missing.so") << unreadable.arg(QStringLiteral("missing.so"));
-    QTest::newRow("text") << QStringLiteral("text.so") << unreadable.arg(QStringLiteral("text.so"));
-    QTest::newRow("plug-in of Qt") << foreign
-                                   << QStringLiteral("importhost: \"%1\" is no import plug-in.").arg(foreign);
+    QTest::newRow("missing plug-in") << arguments("--plugin missing.so")
+                                     << QStringLiteral("importhost: Cannot load \"missing.so\": ");
+    QTest::newRow("plug-in of Qt") << QStringList{QStringLiteral("--plugin"), foreign}
+                                   << QStringLiteral("importhost: \"%1\" is not an import plug-in.").arg(foreign);
+    QTest::newRow("result in a missing folder")
+        << arguments("--output missing/result.xml")
+        << QStringLiteral("importhost: Cannot save the result \"missing/result.xml\".");
+    QTest::newRow("picture in a missing folder")
+        << arguments("--screenshot missing/picture.png")
+        << QStringLiteral("importhost: Cannot save the picture \"missing/picture.png\".");
 }
 
-void tst_ImportHost::unusablePluginIsTold()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, message);
-    const Host host;
-    host.writePlan();
-    host.files.write(QStringLiteral("text.so"), {QStringLiteral("no library")});
-
-    const HostRun run = host.importMif(QStringLiteral("plan.mif"), {QStringLiteral("--plugin"), path});
-
-    QCOMPARE(run.status, 2);
-    QCOMPARE(run.output, QString());
-    QCOMPARE(run.messages.size(), 1);
-    QVERIFY2(run.messages.first().startsWith(message), qUtf8Printable(run.messages.first()));
-}
-
-void tst_ImportHost::otherPluginIsUsed()
-{
-    const Host host;
-    const QDir built(QFileInfo(QStringLiteral(IMPORTHOST_PATH)).dir().filePath(QStringLiteral("../../plugin")));
-    const QStringList names = built.entryList({QStringLiteral("*importplugin*")}, QDir::Files);
-    QCOMPARE(names.size(), 1);
-    QVERIFY(QFile::copy(built.filePath(names.first()), host.files.path(names.first())));
-
-    const HostRun run = host.run({QStringLiteral("--list"), QStringLiteral("--plugin"), names.first()});
-
-    QCOMPARE(run.messages, QStringList());
-    QCOMPARE(run.output, QStringLiteral("Объекты из MIF\nОбъекты из DXF\n"));
-}
-
-void tst_ImportHost::resultIsPrinted()
-{
-    const Host host;
-    host.writePlan();
-
-    const HostRun run = host.importMif(QStringLiteral("plan.mif"));
-
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.messages, QStringList());
-    QCOMPARE(compact(run.output), documentOfPlan);
-}
-
-void tst_ImportHost::resultIsSaved()
-{
-    const Host host;
-    host.writePlan();
-    const HostRun printed = host.importMif(QStringLiteral("plan.mif"));
-    host.files.write(QStringLiteral("result.xml"), {QString(100000, QLatin1Char('x'))});
-
-    const HostRun run = host.importMif(QStringLiteral("plan.mif"), arguments("--output result.xml"));
-
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.messages, QStringList());
-    QCOMPARE(run.output, QString());
-    QFile file(host.files.path(QStringLiteral("result.xml")));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromUtf8(file.readAll()) + QLatin1Char('\n'), printed.output);
-}
-
-void tst_ImportHost::unwritableFileIsTold_data()
-{
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("result") << arguments("--output missing/result.xml")
-                            << QStringLiteral("importhost: Cannot save the result \"missing/result.xml\".");
-    QTest::newRow("picture") << arguments("--screenshot missing/picture.png")
-                             << QStringLiteral("importhost: Cannot save the picture \"missing/picture.png\".");
-    QTest::newRow("picture of an unknown kind")
-        << arguments("--screenshot picture.nonsense")
-        << QStringLiteral("importhost: Cannot save the picture \"picture.nonsense\".");
-}
-
-void tst_ImportHost::unwritableFileIsTold()
+void tst_ImportHost::failureIsReported()
 {
     QFETCH(QStringList, args);
     QFETCH(QString, message);
@@ -238,10 +150,27 @@ void tst_ImportHost::unwritableFileIsTold()
 
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QString());
-    QCOMPARE(run.messages, QStringList{message});
+    QCOMPARE(run.messages.size(), 1);
+    QVERIFY2(run.messages.first().startsWith(message), qUtf8Printable(run.messages.first()));
 }
 
-void tst_ImportHost::unprintableResultIsTold()
+void tst_ImportHost::resultIsSaved()
+{
+    const Host host;
+    host.writePlan();
+    host.files.write(QStringLiteral("result.xml"), {QString(100000, QLatin1Char('x'))});
+
+    const HostRun run = host.importMif(QStringLiteral("plan.mif"), arguments("--output result.xml"));
+
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.messages, QStringList());
+    QCOMPARE(run.output, QString());
+    QFile file(host.files.path(QStringLiteral("result.xml")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(compact(QString::fromUtf8(file.readAll())), documentOfPlan);
+}
+
+void tst_ImportHost::unwritableOutputIsReported()
 {
     const Host host;
     host.writePlan();
@@ -256,64 +185,202 @@ void tst_ImportHost::unprintableResultIsTold()
     QCOMPARE(process.readAllStandardError(), QByteArray("importhost: Cannot print the result.\n"));
 }
 
-void tst_ImportHost::nothingImportedIsTold_data()
+void tst_ImportHost::messagesArePrinted_data()
 {
+    QTest::addColumn<QString>("operation");
     QTest::addColumn<QString>("fileName");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("output");
     QTest::addColumn<QStringList>("messages");
 
     const QString notOpened = QStringLiteral("Ошибка открытия файла missing.mif");
-    QTest::newRow("no such file, neither for points nor for objects")
-        << QStringLiteral("missing.mif") << QStringList{notOpened, notOpened};
-    QTest::newRow("another format") << QStringLiteral("text.mif")
-                                    << QStringList{
-                                           QStringLiteral("Ошибка. Файл text.mif не соответствует формату MIF")};
-    QTest::newRow("no file of records") << QStringLiteral("alone.mif")
-                                        << QStringList{QStringLiteral("Ошибка открытия MID файла alone.mid")};
-    QTest::newRow("no objects") << QStringLiteral("empty.mif") << QStringList();
+    QTest::newRow("missing file") << strMif << QStringLiteral("missing.mif") << 1 << QString()
+                                  << QStringList{notOpened, notOpened};
+    QTest::newRow("no objects") << strMif << QStringLiteral("empty.mif") << 1 << QString() << QStringList();
+    QTest::newRow("unknown operation") << QStringLiteral("Объекты") << QStringLiteral("line.mif") << 1 << QString()
+                                       << QStringList{QStringLiteral(
+                                              "Ошибка. Операция импорта \"Объекты\" планином не поддерживается.")};
+    QTest::newRow("failure after the first object") << strMif << QStringLiteral("line.mif") << 0 << documentOfLine
+                                                    << QStringList{QStringLiteral("Ошибка чтения линии из строки: 6")};
 }
 
-void tst_ImportHost::nothingImportedIsTold()
+void tst_ImportHost::messagesArePrinted()
 {
+    QFETCH(QString, operation);
     QFETCH(QString, fileName);
-    QFETCH(QStringList, messages);
     const Host host;
-    host.files.write(QStringLiteral("text.mif"), {QStringLiteral("a text")});
-    host.writeMif(QStringLiteral("alone"), QStringLiteral("LINE 0 0 1 1"), QString());
-    QVERIFY(QFile::remove(host.files.path(QStringLiteral("alone.mid"))));
     host.writeMif(QStringLiteral("empty"), QString(), QString());
-
-    const HostRun run = host.importMif(fileName, arguments("--output result.xml --sort"));
-
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.output, QString());
-    QCOMPARE(run.messages, messages);
-    QVERIFY(!QFile::exists(host.files.path(QStringLiteral("result.xml"))));
-}
-
-void tst_ImportHost::unknownOperationIsToldByThePlugin()
-{
-    const Host host;
-    host.writePlan();
-
-    const HostRun run = host.run(arguments("--operation Объекты --objects plan.mif"));
-
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.output, QString());
-    QCOMPARE(run.messages,
-             QStringList{QStringLiteral("Ошибка. Операция импорта \"Объекты\" планином не поддерживается.")});
-}
-
-void tst_ImportHost::partIsKeptAfterAFailure()
-{
-    const Host host;
     host.writeMif(QStringLiteral("line"), QStringLiteral("LINE 1000 2000 1010.5 2000\nLINE 1 2 x 4"),
                   QStringLiteral("ЗУ1\nЗУ2"));
 
-    const HostRun run = host.importMif(QStringLiteral("line.mif"));
+    const HostRun run = host.run(
+        {QStringLiteral("--operation"), operation, QStringLiteral("--objects"), fileName, QStringLiteral("--sort")});
+
+    QTEST(run.status, "status");
+    QTEST(run.messages, "messages");
+    QTEST(compact(run.output), "output");
+}
+
+void tst_ImportHost::optionsReachTheImport_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("objects");
+    const auto region = [](const QString &vertices, const QString &def = QStringLiteral("ЗУ10")) {
+        return planRegion(def, vertices);
+    };
+    const auto line = [](const QString &vertices, const QString &def = QStringLiteral("ЗУ2")) {
+        return planLine(def, vertices);
+    };
+
+    QTest::newRow("numbering of points") << arguments("--no-search-points --point-prefix тчк --point-start 99")
+                                         << region(QStringLiteral("тчк99 тчк100 тчк101 тчк99")) +
+                                                line(QStringLiteral("тчк101 тчк102"));
+    QTest::newRow("numbering of objects") << arguments("--no-search-objects --object-prefix К --object-start 999999998")
+                                          << region(QStringLiteral("т1 н1 н2 т1"), QStringLiteral("К999999998")) +
+                                                 line(QStringLiteral("н2 н3"), QStringLiteral("К999999999"));
+    QTest::newRow("point file") << arguments("--points points.mif")
+                                << region(QStringLiteral("н1 п5 н2 н1")) + line(QStringLiteral("н2 н3"));
+    QTest::newRow("sorting") << arguments("--sort")
+                             << line(QStringLiteral("н2 н3")) + region(QStringLiteral("т1 н1 н2 т1"));
+}
+
+void tst_ImportHost::optionsReachTheImport()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, objects);
+    const Host host;
+    host.writePlan();
+    host.writeMif(QStringLiteral("points"), QStringLiteral("POINT 1010.5 2000"), QStringLiteral("п5"));
+
+    const HostRun run = host.importMif(QStringLiteral("plan.mif"), args);
+
+    QCOMPARE(run.messages, QStringList());
+    QCOMPARE(compact(run.output), document(objects));
+    QCOMPARE(run.status, 0);
+}
+
+void tst_ImportHost::optionsReachTheResult_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("xml");
+    const QString def = QStringLiteral("ЗУ1");
+    const QString first = QStringLiteral("н1,1000.00,2000.00");
+    const QString last = QStringLiteral("н2,1010.50,2000.00");
+    const QString fields = QStringLiteral(",а,б=2,в,,г,,,,,,,,,,,,д");
+
+    QTest::newRow("five fields") << arguments("--field 20=д --field 4=а --field 5=б=2 --field 6=в --field 8=г")
+                                 << document(object(def, {first + fields, last + fields}));
+    QTest::newRow("columns") << arguments("--columns 3,1,0,2")
+                             << document(object(QStringLiteral(",,ЗУ1"), {QStringLiteral("2000.00,1000.00,,н1"),
+                                                                          QStringLiteral("2000.00,1010.50,,н2")}));
+    QTest::newRow("update and tables") << arguments("--update --object-table А --point-table Б --form-name В")
+                                       << document(object(def, {first, last}, QStringLiteral("Б")),
+                                                   QStringLiteral(" Name=\"А\" Update=\"1\""));
+}
+
+void tst_ImportHost::optionsReachTheResult()
+{
+    QFETCH(QStringList, args);
+    const Host host;
+    host.writeLine();
+
+    const HostRun run = host.importMif(QStringLiteral("line.mif"), args);
+
+    QCOMPARE(run.messages, QStringList());
+    QTEST(compact(run.output), "xml");
+}
+
+void tst_ImportHost::examplesAreImported_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QStringList>("files");
+
+    QTest::newRow("MIF") << strMif << arguments("--objects plan.mif");
+    QTest::newRow("DXF") << QStringLiteral("Объекты из DXF") << arguments("--objects plan.dxf --points points.dxf");
+}
+
+void tst_ImportHost::examplesAreImported()
+{
+    QFETCH(QString, operation);
+    QFETCH(QStringList, files);
+    Host host;
+    host.folder = QFINDTESTDATA("../examples");
+    QVERIFY(!host.folder.isEmpty());
+
+    const HostRun run =
+        host.run(QStringList{QStringLiteral("--operation"), operation} + files + arguments("--encoding Windows-1251"));
 
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.messages, QStringList{QStringLiteral("Ошибка чтения линии из строки: 6")});
-    QCOMPARE(compact(run.output), documentOfLine);
+    QCOMPARE(run.messages, QStringList());
+    QVERIFY(run.output.contains(QStringLiteral(">:ЗУ2<")));
+}
+
+void tst_ImportHost::userSettingsAreNeitherReadNorWritten()
+{
+    const Host host;
+    host.writePlan();
+    const QByteArray stored = "[ImportObjects]\npointPref=z\nupdate=true\nFieldNumValueMap\\3=z\n";
+    QVERIFY(QDir(host.settings.path()).mkdir(QStringLiteral("importhost")));
+    QFile file(host.settings.filePath(QStringLiteral("importhost/importhost.conf")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(stored), stored.size());
+    file.close();
+
+    const HostRun run = host.importMif(QStringLiteral("plan.mif"));
+
+    QCOMPARE(compact(run.output), documentOfPlan);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), stored);
+}
+
+void tst_ImportHost::importNeedsNoDisplay()
+{
+    Host host;
+    host.removeDisplay();
+    host.writePlan();
+
+    const HostRun run = host.importMif(QStringLiteral("plan.mif"), arguments("--screenshot picture.png"));
+
+    QCOMPARE(run.messages, QStringList());
+    QCOMPARE(compact(run.output), documentOfPlan);
+    const QImage picture(host.files.path(QStringLiteral("picture.png")));
+    QVERIFY(picture.width() >= 1000);
+    QVERIFY(picture.height() >= 650);
+}
+
+void tst_ImportHost::windowNeedsADisplay()
+{
+    Host host;
+    host.removeDisplay();
+
+    const HostRun run = host.run({});
+
+    QCOMPARE(run.status, 2);
+    QCOMPARE(run.messages, QStringList{QStringLiteral(
+                               "importhost: No display for the window. Use --objects to import without one.")});
+}
+
+void tst_ImportHost::windowStaysOpen_data()
+{
+    QTest::addColumn<QStringList>("args");
+
+    QTest::newRow("without an operation") << QStringList();
+    QTest::newRow("with an operation") << QStringList{QStringLiteral("--operation"), strMif};
+}
+
+void tst_ImportHost::windowStaysOpen()
+{
+    QFETCH(QStringList, args);
+    const Host host;
+    QProcess process;
+
+    host.start(process, args);
+
+    QVERIFY(process.waitForStarted());
+    QVERIFY(!process.waitForFinished(1500));
+    process.kill();
+    QVERIFY(process.waitForFinished());
+    QVERIFY(!process.readAllStandardError().contains("importhost:"));
 }
 
 QTEST_GUILESS_MAIN(tst_ImportHost)

@@ -8,7 +8,7 @@
 
 namespace {
 
-HostWindow *openWindow = nullptr; // a callback of the interface carries nothing that would lead to its window
+HostWindow *openWindow = nullptr; // the status callback of the interface has no context argument
 
 } // namespace
 
@@ -52,7 +52,7 @@ QLayout *HostWindow::createButtons()
     return layout;
 }
 
-void HostWindow::takeStatus(const QString &text)
+void HostWindow::showStatus(const QString &text)
 {
     if (openWindow != nullptr)
         openWindow->m_log->appendPlainText(text);
@@ -69,7 +69,7 @@ void HostWindow::runOperation(const QString &op)
     m_result->clear();
     m_log->appendPlainText(QStringLiteral("Операция: %1").arg(op));
     const QString result = m_plugin.operation(op, m_options.formName, m_options.objectTable, m_options.pointTable,
-                                              m_options.columns, &HostWindow::takeStatus);
+                                              m_options.columns, &HostWindow::showStatus);
     m_result->setPlainText(result);
     m_log->appendPlainText(result.isEmpty() ? QStringLiteral("Результата нет.") : QStringLiteral("Результат получен."));
 }

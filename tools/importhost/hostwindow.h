@@ -6,22 +6,22 @@
 
 class QPlainTextEdit;
 
-/// The host as a person sees it: a button for each operation, the messages of the plug-in and its last result.
+/// A window with a button for each operation, the messages of the plug-in and its last result.
 class HostWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// \a plugin and \a options stay the caller's and outlive the window.
+    /// \a plugin and \a options must outlive the window.
     HostWindow(ImportGeometryInterface &plugin, const HostOptions &options);
     ~HostWindow() override;
 
 private Q_SLOTS:
-    void runGivenOperation(); ///< the one of the options, if any
+    void runGivenOperation(); ///< the operation of the command line, if any
 
 private:
     void runOperation(const QString &op);
-    static void takeStatus(const QString &text);
+    static void showStatus(const QString &text);
 
     QLayout *createButtons();
 

@@ -1,8 +1,8 @@
-// A host to try the plug-in with: it loads the built library, calls an operation, and shows messages and result.
+// A stand-in host for trying the plug-in: loads the library, calls an operation, shows the messages and the result.
 
-#include "dialogdriver.h"
 #include "hostwindow.h"
 #include "options.h"
+#include "unattendedimport.h"
 
 #include <QApplication>
 #include <QFile>
@@ -17,9 +17,9 @@
 
 namespace {
 
-enum ExitStatus { Imported = 0, NothingImported = 1, WrongUsage = 2 };
+enum ExitStatus { Imported = 0, NothingImported = 1, Failed = 2 };
 
-// At once, so that messages stand in the order in which they came, whatever the output leads to.
+// Unbuffered, so that messages and result keep their order.
 bool printLine(FILE *output, const QString &text)
 {
     const QByteArray line = text.toUtf8() + '\n';
@@ -35,7 +35,7 @@ void printStatus(const QString &text)
 int fail(const QString &text)
 {
     printLine(stderr, QStringLiteral("importhost: %1").arg(text));
-    return WrongUsage;
+    return Failed;
 }
 
 bool hasDisplay()
@@ -48,16 +48,17 @@ bool hasDisplay()
 #endif
 }
 
-// The offscreen platform warns at each window of what it cannot do, which would stand among the plug-in's messages.
+// The offscreen platform warns about each window that it cannot place. These warnings would mix with the messages of
+// the plug-in.
 void showWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (!text.contains(QLatin1String("propagateSizeHints")))
         printLine(stderr, qFormatLogMessage(type, context, text));
 }
 
-// What the plug-in and Qt remember goes with dir. The plug-in's part is kept off the native format, which some systems
-// keep in no folder.
-void keepSettingsIn(const QTemporaryDir &dir)
+// Keeps the settings of the plug-in and of Qt in dir. The default format is INI because the native format of some
+// systems is not a file.
+void redirectSettings(const QTemporaryDir &dir)
 {
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, dir.path());
@@ -71,7 +72,7 @@ bool save(const QString &fileName, const QString &text)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
 }
 
-int giveResult(const QString &result, const QString &fileName)
+int outputResult(const QString &result, const QString &fileName)
 {
     if (result.isEmpty())
         return NothingImported;
@@ -80,15 +81,15 @@ int giveResult(const QString &result, const QString &fileName)
     return save(fileName, result) ? Imported : fail(QStringLiteral("Cannot save the result \"%1\".").arg(fileName));
 }
 
-int importAlone(ImportGeometryInterface &plugin, const HostOptions &options)
+int importUnattended(ImportGeometryInterface &plugin, const HostOptions &options)
 {
     const QTemporaryDir settings;
-    keepSettingsIn(settings);
-    DialogDriver driver(*options.dialog);
-    driver.waitForDialog();
+    redirectSettings(settings);
+    UnattendedImport import(*options.dialog);
+    import.waitForDialog();
     const QString result = plugin.operation(options.operation, options.formName, options.objectTable,
                                             options.pointTable, options.columns, printStatus);
-    return driver.error().isEmpty() ? giveResult(result, options.output) : fail(driver.error());
+    return import.error().isEmpty() ? outputResult(result, options.output) : fail(import.error());
 }
 
 int showWindow(ImportGeometryInterface &plugin, const HostOptions &options)
@@ -109,20 +110,20 @@ int listOperations(const ImportGeometryInterface &plugin)
 
 int run(const HostOptions &options)
 {
-    // With its whole path: Qt looks for a bare name in other folders too.
+    // An absolute path: Qt looks for a bare name in other folders too.
     QPluginLoader loader(QFileInfo(options.plugin).absoluteFilePath());
     QObject *const instance = loader.instance();
     if (instance == nullptr)
         return fail(QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
     auto *const plugin = qobject_cast<ImportGeometryInterface *>(instance);
     if (plugin == nullptr)
-        return fail(QStringLiteral("\"%1\" is no import plug-in.").arg(options.plugin));
+        return fail(QStringLiteral("\"%1\" is not an import plug-in.").arg(options.plugin));
     if (options.list)
         return listOperations(*plugin);
-    return options.dialog ? importAlone(*plugin, options) : showWindow(*plugin, options);
+    return options.dialog ? importUnattended(*plugin, options) : showWindow(*plugin, options);
 }
 
-// Read apart from the QApplication, which would take --plugin for an option of its own.
+// Uses its own QCoreApplication: QApplication would consume -plugin as an option of Qt.
 std::optional<HostOptions> readArguments(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
@@ -135,13 +136,14 @@ std::optional<HostOptions> readArguments(int argc, char **argv)
 
 int runApplication(char **argv, const HostOptions &options)
 {
+    const bool needsWindow = !options.dialog && !options.list;
     if (!hasDisplay()) {
-        if (!options.dialog && !options.list)
-            return fail(QStringLiteral("There is no display for the window; --objects does without."));
+        if (needsWindow)
+            return fail(QStringLiteral("No display for the window. Use --objects to import without one."));
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     qInstallMessageHandler(showWarning);
-    int argc = 1; // the name alone
+    int argc = 1; // the program name only
     const QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("importhost"));
     QCoreApplication::setApplicationName(QStringLiteral("importhost"));
@@ -154,7 +156,7 @@ int main(int argc, char **argv)
 {
     const std::optional<HostOptions> options = readArguments(argc, argv);
     if (!options)
-        return WrongUsage;
+        return Failed;
     if (options->help.isEmpty())
         return runApplication(argv, *options);
     printLine(stdout, options->help);

@@ -38,7 +38,6 @@ const QString strOne = QStringLiteral("1");
 
 constexpr int maxColumn = 999;
 constexpr int maxField = 20;
-constexpr int maxFieldCount = 5;
 constexpr int maxStart = 999999999;
 
 QString defaultPlugin()
@@ -50,14 +49,14 @@ QString defaultPlugin()
 QList<QCommandLineOption> callOptions()
 {
     return {
-        {{QStringLiteral("h"), strHelp}, QStringLiteral("Shows this help and ends.")},
-        {strPlugin, QStringLiteral("The plug-in, if not the one that was built with this program."), strFile,
+        {{QStringLiteral("h"), strHelp}, QStringLiteral("Prints this help and exits.")},
+        {strPlugin, QStringLiteral("Path of the plug-in. The default is the one built with this program."), strFile,
          defaultPlugin()},
-        {strList, QStringLiteral("Lists the operations of the plug-in and ends.")},
-        {strOperation, QStringLiteral("The operation to call. In the window it is called at once."), strName},
-        {strFormName, QStringLiteral("Name of the host's form."), strName, QStringLiteral("Форма")},
-        {strObjectTable, QStringLiteral("Name of the host's table of objects."), strName, QStringLiteral("Участки")},
-        {strPointTable, QStringLiteral("Name of the host's table of points."), strName, QStringLiteral("Координаты")},
+        {strList, QStringLiteral("Lists the operations of the plug-in and exits.")},
+        {strOperation, QStringLiteral("Operation to call. The window calls it at startup."), strName},
+        {strFormName, QStringLiteral("Name of the form in the host."), strName, QStringLiteral("Форма")},
+        {strObjectTable, QStringLiteral("Name of the object table in the host."), strName, QStringLiteral("Участки")},
+        {strPointTable, QStringLiteral("Name of the point table in the host."), strName, QStringLiteral("Координаты")},
         {strColumns,
          QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, counted from 0."),
          QStringLiteral("n,x,y,def"), QStringLiteral("0,1,2,0")},
@@ -67,26 +66,24 @@ QList<QCommandLineOption> callOptions()
 QList<QCommandLineOption> dialogOptions()
 {
     return {
-        {strObjects, QStringLiteral("Imports this file without a person and without the window."), strFile},
-        {strPoints, QStringLiteral("Separate file of points."), strFile},
-        {strEncoding, QStringLiteral("Encoding of the files."), strName, QStringLiteral("Default")},
-        {strNoSearchPoints, QStringLiteral("Numbers all points anew.")},
-        {strNoSearchObjects, QStringLiteral("Names all objects anew.")},
+        {strObjects, QStringLiteral("Imports this file without a user and without a window."), strFile},
+        {strPoints, QStringLiteral("Separate file with the points."), strFile},
+        {strEncoding, QStringLiteral("Encoding of the input files."), strName, QStringLiteral("Default")},
+        {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
+        {strNoSearchObjects, QStringLiteral("Renames all objects.")},
         {strPointPrefix, QStringLiteral("Prefix of new point numbers."), strText, QStringLiteral("н")},
-        {strObjectPrefix, QStringLiteral("Prefix of new designations."), strText, QStringLiteral(":ЗУ")},
-        {strPointStart, QStringLiteral("First of the new point numbers."), strNumber, strOne},
-        {strObjectStart, QStringLiteral("First of the new designations."), strNumber, strOne},
-        {strField,
-         QStringLiteral("Fills a column, 1 to 20, with a text at each vertex. May be given up to five times."),
+        {strObjectPrefix, QStringLiteral("Prefix of new object designations."), strText, QStringLiteral(":ЗУ")},
+        {strPointStart, QStringLiteral("First new point number."), strNumber, strOne},
+        {strObjectStart, QStringLiteral("First number of the new object designations."), strNumber, strOne},
+        {strField, QStringLiteral("Fills a column (1 to 20) with a text for each vertex. Can be given up to 5 times."),
          QStringLiteral("column=text")},
         {strSort, QStringLiteral("Sorts the objects.")},
-        {strUpdate, QStringLiteral("Asks the host to update its objects.")},
+        {strUpdate, QStringLiteral("Requests the host to update existing objects.")},
         {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
         {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import."), strFile},
     };
 }
 
-// True for a whole number within the limits.
 bool toNumber(const QString &text, int min, int max, int &number)
 {
     bool ok = false;
@@ -100,9 +97,9 @@ CommandLine::CommandLine()
 {
     m_parser.setApplicationDescription(
         QStringLiteral("Stand-in host: calls an operation of the import plug-in.\n\n"
-                       "With --objects it fills in the plug-in's dialog by itself, shows the messages on the error\n"
-                       "output and prints the result; without, it opens a window.\n\n"
-                       "Exit status: 0 with a result, 1 when nothing was imported, 2 on wrong usage."));
+                       "With --objects, the program fills in the plug-in's dialog, prints messages to standard error\n"
+                       "and the result to standard output. Without it, the program opens a window.\n\n"
+                       "Exit status: 0 if there is a result, 1 if nothing was imported, 2 on an error."));
     m_parser.addOptions(callOptions());
     m_parser.addOptions(dialogOptions());
 }
@@ -144,7 +141,7 @@ bool CommandLine::readColumns()
            fail(QStringLiteral("--columns takes four numbers from 0 to %1, not \"%2\".").arg(maxColumn).arg(value));
 }
 
-// What a person enters in the dialog is not for the command line, unless it does without the person.
+// The choices of the dialog require --objects: otherwise the user makes them in the dialog.
 bool CommandLine::checkUse()
 {
     const QStringList positional = m_parser.positionalArguments();
@@ -193,8 +190,8 @@ bool CommandLine::readStart(const QString &name, int &number)
 bool CommandLine::readFields(QVector<QPair<int, QString>> &fields)
 {
     const QStringList values = m_parser.values(strField);
-    if (values.size() > maxFieldCount)
-        return fail(QStringLiteral("--field may be given %1 times at most.").arg(maxFieldCount));
+    if (values.size() > DialogChoices::maxFieldCount)
+        return fail(QStringLiteral("--field can be given at most %1 times.").arg(DialogChoices::maxFieldCount));
     for (const QString &value : values) {
         const int equals = value.indexOf(QLatin1Char('='));
         const QString text = value.mid(equals + 1);

@@ -10,11 +10,13 @@
 
 #include <optional>
 
-/// What a user would enter in the dialog of the plug-in.
+/// The choices of a user in the dialog of the plug-in.
 struct DialogChoices
 {
+    static constexpr int maxFieldCount = 5;
+
     QString objectFile;
-    QString pointFile; ///< empty: the points are in the file of objects
+    QString pointFile; ///< empty: the object file contains the points
     QString encoding;
     bool searchPoints = true;
     bool searchObjects = true;
@@ -22,13 +24,13 @@ struct DialogChoices
     QString objectPrefix;
     int pointStart = 1;
     int objectStart = 1;
-    QVector<QPair<int, QString>> fields; ///< column, counted from 1 as on the form, and its text; five at most
+    QVector<QPair<int, QString>> fields; ///< columns, counted from 1, and their texts
     bool sort = false;
     bool update = false;
-    QString screenshot; ///< picture of the dialog to save; empty: none
+    QString screenshot; ///< file for a picture of the dialog; empty: none
 };
 
-/// What the host is told at its start.
+/// The command line as values.
 struct HostOptions
 {
     QString plugin; ///< path of the plug-in
@@ -37,19 +39,19 @@ struct HostOptions
     QString objectTable;
     QString pointTable;
     GeometryInfo columns{};
-    std::optional<DialogChoices> dialog; ///< nothing when a person is to use the dialog
+    std::optional<DialogChoices> dialog; ///< empty when a user operates the dialog
     QString output;                      ///< file for the result; empty: the standard output
-    bool list = false;
-    QString help; ///< what to print instead of all that; empty: not asked for
+    bool list = false;                   ///< list the operations and exit
+    QString help;                        ///< help text to print before exiting; empty: not requested
 };
 
-/// Reads the arguments of the program; needs an application object to live.
+/// Reads the arguments of the program. Requires an application object.
 class CommandLine
 {
 public:
     CommandLine();
 
-    /// Reads \a arguments, the first of which is the program. False when they are wrong, which error() tells.
+    /// Reads \a arguments, the first of which is the program. Returns false after an error, which error() describes.
     bool read(const QStringList &arguments);
 
     const HostOptions &options() const { return m_options; }
