@@ -48,11 +48,11 @@ bool hasDisplay()
 #endif
 }
 
-// The offscreen platform warns about each window that it cannot place. These warnings would mix with the messages of
-// the plug-in.
-void showWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
+// Qt warns about a missing XDG_RUNTIME_DIR and about windows that the offscreen platform cannot place. Without a window
+// these warnings would mix with the messages of the plug-in.
+void showSeriousMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (!text.contains(QLatin1String("propagateSizeHints")))
+    if (type == QtCriticalMsg || type == QtFatalMsg)
         printLine(stderr, qFormatLogMessage(type, context, text));
 }
 
@@ -137,12 +137,13 @@ std::optional<HostOptions> readArguments(int argc, char **argv)
 int runApplication(char **argv, const HostOptions &options)
 {
     const bool needsWindow = !options.dialog && !options.list;
+    if (!needsWindow)
+        qInstallMessageHandler(showSeriousMessage);
     if (!hasDisplay()) {
         if (needsWindow)
             return fail(QStringLiteral("No display for the window. Use --objects to import without one."));
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    qInstallMessageHandler(showWarning);
     int argc = 1; // the program name only
     const QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("importhost"));
