@@ -6,16 +6,40 @@
 #include <QBrush>
 #include <QStringList>
 
+#include <algorithm>
+
 constexpr auto failTest = QAbstractItemModelTester::FailureReportingMode::QtTest;
 
-/// Every role that a view asks for but display, edit and background.
-inline QVector<int> otherRoles()
+/// The roles that views use, up to Qt::UserRole, without those \a used.
+inline QVector<int> rolesExcept(const QVector<int> &used)
 {
-    return {Qt::DecorationRole,    Qt::ToolTipRole,    Qt::StatusTipRole,  Qt::WhatsThisRole, Qt::FontRole,
-            Qt::TextAlignmentRole, Qt::ForegroundRole, Qt::CheckStateRole, Qt::SizeHintRole,  Qt::UserRole};
+    QVector<int> roles;
+    for (int role = 0; role <= Qt::UserRole; ++role) {
+        if (!used.contains(role))
+            roles.append(role);
+    }
+    return roles;
 }
 
-/// Makes indexes that a model would not give out: those which a view kept too long.
+/// True if a cell has no value for any of \a roles and cannot be edited.
+inline bool isEmptyCell(QAbstractItemModel &model, const QModelIndex &index,
+                        const QVector<int> &roles = rolesExcept({}))
+{
+    const auto hasValue = [&](int role) { return model.data(index, role).isValid(); };
+    return std::none_of(roles.begin(), roles.end(), hasValue) && !model.setData(index, QStringLiteral("new"));
+}
+
+/// True if the headers of the first row and column have no value except for display.
+inline bool headersAreTextOnly(const QAbstractItemModel &model)
+{
+    const auto hasValue = [&](int role) {
+        return model.headerData(0, Qt::Horizontal, role).isValid() || model.headerData(0, Qt::Vertical, role).isValid();
+    };
+    const QVector<int> roles = rolesExcept({Qt::DisplayRole});
+    return std::none_of(roles.begin(), roles.end(), hasValue);
+}
+
+/// Creates indexes that the model itself does not return, such as stale ones.
 template <class Model>
 class OpenModel : public Model
 {
@@ -23,52 +47,15 @@ public:
     using Model::createIndex;
 };
 
-/// Notes what a model tells its views, in order: "about to reset 3 rows", "reset 2 rows" and, for the roles display
-/// and edit of a cell in row 1 and column 0, "changed 1,0 to 1,0 roles 0 2".
-class ModelLog
+/// The text of a cell; "invalid" for an invalid value and "null" for a null string.
+inline QString textOf(const QVariant &value)
 {
-public:
-    explicit ModelLog(const QAbstractItemModel &model)
-    {
-        const auto note = [this](const QString &text) { m_texts.append(text); };
-        const auto noteRows = [note, &model](const QString &text) { note(text.arg(model.rowCount())); };
-        QObject::connect(&model, &QAbstractItemModel::modelAboutToBeReset, &m_context,
-                         [noteRows] { noteRows(QStringLiteral("about to reset %1 rows")); });
-        QObject::connect(&model, &QAbstractItemModel::modelReset, &m_context,
-                         [noteRows] { noteRows(QStringLiteral("reset %1 rows")); });
-        QObject::connect(&model, &QAbstractItemModel::dataChanged, &m_context,
-                         [note](const QModelIndex &from, const QModelIndex &to, const QVector<int> &roles) {
-                             note(QStringLiteral("changed %1 to %2 roles %3").arg(cell(from), cell(to), joined(roles)));
-                         });
-        QObject::connect(&model, &QAbstractItemModel::layoutChanged, &m_context,
-                         [note] { note(QStringLiteral("layout")); });
-        QObject::connect(&model, &QAbstractItemModel::headerDataChanged, &m_context,
-                         [note] { note(QStringLiteral("header")); });
-    }
-    ModelLog(const ModelLog &) = delete;
-    ModelLog &operator=(const ModelLog &) = delete;
+    if (!value.isValid())
+        return QStringLiteral("invalid");
+    return value.isNull() ? QStringLiteral("null") : value.toString();
+}
 
-    QStringList texts() const { return m_texts; }
-
-private:
-    static QString cell(const QModelIndex &index)
-    {
-        return index.isValid() ? QStringLiteral("%1,%2").arg(index.row()).arg(index.column())
-                               : QStringLiteral("nowhere");
-    }
-    static QString joined(const QVector<int> &numbers)
-    {
-        QStringList texts;
-        for (int number : numbers)
-            texts.append(QString::number(number));
-        return texts.join(QLatin1Char(' '));
-    }
-
-    QStringList m_texts;
-    QObject m_context;
-};
-
-/// A solid background as "#ffdcdc"; "none" for an invalid value, "other" for whatever else.
+/// A solid background as "#ffdcdc", "none" for an invalid value, "other" for everything else.
 inline QString backgroundOf(const QModelIndex &index)
 {
     const QVariant value = index.data(Qt::BackgroundRole);
@@ -79,7 +66,7 @@ inline QString backgroundOf(const QModelIndex &index)
     return solid ? brush.color().name() : QStringLiteral("other");
 }
 
-/// The backgrounds of one column from the first row to the last.
+/// The backgrounds of one column.
 inline QStringList backgroundsOf(const QAbstractItemModel &model, int column = 0)
 {
     QStringList colours;
@@ -88,7 +75,65 @@ inline QStringList backgroundsOf(const QAbstractItemModel &model, int column = 0
     return colours;
 }
 
-/// An object from "н1 0 0, н2 5 5 | - 9 9": vertices apart by commas, contours by bars, "-" for no designation.
+/// The backgrounds of one column, a character per row: "x" for light red, "|" for grey, "." for none.
+inline QString rowMarks(const QAbstractItemModel &model, int column = 0)
+{
+    QString marks;
+    for (const QString &colour : backgroundsOf(model, column)) {
+        const int mark =
+            QStringList{QStringLiteral("none"), QStringLiteral("#ffdcdc"), QStringLiteral("#f0f0f0")}.indexOf(colour);
+        marks += QStringLiteral("?.x|").at(mark + 1);
+    }
+    return marks;
+}
+
+/// The texts of the first column, with "|" for grey rows.
+inline QString shownBy(const QAbstractItemModel &model)
+{
+    QStringList texts;
+    const QString marks = rowMarks(model);
+    for (int row = 0; row < model.rowCount(); ++row)
+        texts.append(marks.at(row) == QLatin1Char('|') ? QStringLiteral("|") : textOf(model.index(row, 0).data()));
+    return texts.join(QLatin1Char(' '));
+}
+
+/// The signals of a model, with the texts that it shows at each signal: "reset [н1] to [н5 | н6]" and, for the roles
+/// display and edit of one cell, "changed 1,0 to 1,0 roles 0 2 [н5 | н6]".
+class ModelLog
+{
+public:
+    explicit ModelLog(const QAbstractItemModel &model)
+    {
+        using Model = QAbstractItemModel;
+        const auto note = [this, &model](const QString &text) {
+            m_texts.append(text + QStringLiteral(" [%1]").arg(shownBy(model)));
+        };
+        QObject::connect(&model, &Model::modelAboutToBeReset, &m_context, [note] { note(QStringLiteral("reset")); });
+        QObject::connect(&model, &Model::modelReset, &m_context, [note] { note(QStringLiteral("to")); });
+        QObject::connect(&model, &Model::dataChanged, &m_context,
+                         [note](const QModelIndex &from, const QModelIndex &to, const QVector<int> &roles) {
+                             QString text = QStringLiteral("changed %1 to %2 roles").arg(cell(from), cell(to));
+                             for (int role : roles)
+                                 text += QStringLiteral(" %1").arg(role);
+                             note(text);
+                         });
+    }
+    ModelLog(const ModelLog &) = delete;
+    ModelLog &operator=(const ModelLog &) = delete;
+
+    QString text() const { return m_texts.join(QLatin1Char(' ')); }
+
+private:
+    static QString cell(const QModelIndex &index)
+    {
+        return QStringLiteral("%1,%2").arg(index.row()).arg(index.column());
+    }
+
+    QStringList m_texts;
+    QObject m_context;
+};
+
+/// An object from "н1 0 0, н2 5 5 | - 9 9": commas separate vertices, bars contours; "-" is a null designation.
 inline DefPolygon objectOf(const QString &text)
 {
     DefPolygon object;
@@ -116,22 +161,22 @@ struct Table
     OpenModel<DefPolygonTableModel> model;
 };
 
-/// A cell's text; "invalid" and "null" for values that are.
-inline QString textOf(const QVariant &value)
+/// Objects with the given designations, separated by spaces; "-" is a null designation.
+inline QVector<DefPolygon> objectsOf(const QString &defs)
 {
-    if (!value.isValid())
-        return QStringLiteral("invalid");
-    return value.isNull() ? QStringLiteral("null") : value.toString();
+    QVector<DefPolygon> objects;
+    for (const QString &def : defs.split(QLatin1Char(' ')))
+        objects.append(DefPolygon{def == QStringLiteral("-") ? QString() : def, {}});
+    return objects;
 }
 
-/// The first column as it is shown: designations and, for the separators, "|".
-inline QString shownBy(const QAbstractItemModel &model)
+/// A list that shows the objects of objectsOf().
+struct List
 {
-    QStringList texts;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        const QModelIndex index = model.index(row, 0);
-        const bool separator = backgroundOf(index) == QStringLiteral("#f0f0f0");
-        texts.append(separator ? QStringLiteral("|") : textOf(index.data()));
-    }
-    return texts.join(QLatin1Char(' '));
-}
+    explicit List(const QString &defs) : objects(objectsOf(defs)) { model.setMap(&objects); }
+
+    QModelIndex row(int row) const { return model.index(row, 0); }
+
+    QVector<DefPolygon> objects;
+    OpenModel<DefMapTableModel> model;
+};

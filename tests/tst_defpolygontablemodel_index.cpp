@@ -1,48 +1,53 @@
-#include "defpolygontablemodel_index.h"
+#include "modeltesting.h"
 
 #include <QSet>
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <new>
 #include <random>
-
-/// What the models know of designations: held against looking through all of them.
-class tst_DefPolygonTableModelIndex : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void sameDesignationsHaveOneHash_data();
-    void sameDesignationsHaveOneHash();
-    void pairsOfSurrogatesHaveHashesOfTheirOwn();
-    void foldingIsThatOfTheComparison_data();
-    void foldingIsThatOfTheComparison();
-    void mapOutgrowsItsSize_data();
-    void mapOutgrowsItsSize();
-    void countsAreThoseOfAScan_data();
-    void countsAreThoseOfAScan();
-    void changedObjectsAreOthers_data();
-    void changedObjectsAreOthers();
-    void changedTextIsFoundInManyObjects();
-    void textOfAnotherRowIsFoundInFewer();
-    void placesAreThoseOfAScan_data();
-    void placesAreThoseOfAScan();
-};
 
 namespace {
 
-using Numbers = std::mt19937;
-using Objects = QVector<DefPolygon>;
-using Change = void (*)(Objects &objects);
+int allocationCount = 0;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+} // namespace
+
+// Counts allocations: an index that is rebuilt for each query allocates each time.
+void *operator new(std::size_t size)
+{
+    ++allocationCount;
+    if (void *const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void *memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void *memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+namespace {
+
+using Random = std::mt19937;
+using Objects = QVector<DefPolygon>;
+
+constexpr int queryCount = 1000;
+constexpr int fewAllocations = 50;
 
 bool isSame(const QString &a, const QString &b)
 {
     return QString::compare(a, b, Qt::CaseInsensitive) == 0;
 }
 
-/// A text of one code point; a surrogate stands alone.
+/// A text of one code point, which may be half a surrogate pair.
 QString textOf(uint codePoint)
 {
     if (QChar::requiresSurrogates(codePoint))
@@ -50,91 +55,101 @@ QString textOf(uint codePoint)
     return QString(QChar(codePoint));
 }
 
-/// Up to three of the pieces that fold in all ways, so that many texts are alike.
-QString anyDef(Numbers &numbers)
+template <typename Value>
+Value oneOf(const QVector<Value> &values, Random &random)
 {
-    static const QStringList pieces{
+    return values.at(static_cast<int>(random() % static_cast<unsigned>(values.size())));
+}
+
+/// Up to three pieces with all kinds of case folding, so that many designations are equal.
+QString anyDef(Random &random)
+{
+    static const QVector<QString> pieces{
         QStringLiteral("н"),      QStringLiteral("Н"),    QStringLiteral("1"), QStringLiteral("s"),
         QStringLiteral("S"),      QStringLiteral("ſ"),    QStringLiteral("ß"), QStringLiteral("ẞ"),
         QStringLiteral("σ"),      QStringLiteral("ς"),    QStringLiteral("İ"), QStringLiteral("K"),
         QStringLiteral("\u212a"), textOf(0x10400),        textOf(0x10428),     QString(QChar(0xd801)),
         QString(QChar(0xdc00)),   QString(QChar(0xdc28)), QStringLiteral("ﬁ"), QString()};
     QString def;
-    for (auto i = numbers() % 4; i > 0; --i)
-        def += pieces.at(static_cast<int>(numbers() % static_cast<unsigned>(pieces.size())));
+    for (auto i = random() % 4; i > 0; --i)
+        def += oneOf(pieces, random);
     return def;
 }
 
-Objects anyObjects(Numbers &numbers, int count)
+/// Objects of which about a third have the designation of another.
+Objects manyObjects(Random &random)
 {
     Objects objects;
-    for (int i = 0; i < count; ++i)
-        objects.append(DefPolygon{anyDef(numbers), {}});
+    for (int i = 0; i < DuplicateIndex::fullCheckSize + 500; ++i)
+        objects.append(DefPolygon{QStringLiteral("н%1").arg(random() % 3000), {}});
     return objects;
 }
 
-bool isDuplicate(const Objects &objects, int row)
+/// The reference implementation: "x" for each duplicate, "." for the others.
+QString duplicatesByScan(const Objects &objects)
 {
-    const auto alike = [&](const DefPolygon &object) { return isSame(object.def, objects.at(row).def); };
-    return std::count_if(objects.begin(), objects.end(), alike) > 1;
-}
-
-/// The rows of which counts and a scan say different things.
-QVector<int> contested(const DuplicateIndex &counts, const Objects &objects)
-{
-    QVector<int> rows;
-    for (int row = 0; row < objects.size(); ++row) {
-        if (counts.isDuplicate(row) != isDuplicate(objects, row))
-            rows.append(row);
+    QString marks;
+    for (const DefPolygon &object : objects) {
+        const auto isAlike = [&](const DefPolygon &other) { return isSame(object.def, other.def); };
+        marks += QLatin1Char(std::count_if(objects.begin(), objects.end(), isAlike) > 1 ? 'x' : '.');
     }
-    return rows;
+    return marks;
 }
 
-/// Coordinates that lie at one place, just the tolerance apart, far apart and nowhere.
-double anyCoordinate(Numbers &numbers, const QVector<double> &values)
+QString duplicatesOf(const DuplicateIndex &index, int count)
 {
-    const double value = values.at(static_cast<int>(numbers() % static_cast<unsigned>(values.size())));
-    const double steps[] = {0, 0.01, -0.01, 0.005, 0.010000000000000002};
-    return value + steps[numbers() % 5];
+    QString marks;
+    for (int row = 0; row < count; ++row)
+        marks += QLatin1Char(index.isDuplicate(row) ? 'x' : '.');
+    return marks;
 }
+
+using Change = void (*)(Objects &objects);
 
 } // namespace
 
 Q_DECLARE_METATYPE(Change)
 
-void tst_DefPolygonTableModelIndex::sameDesignationsHaveOneHash_data()
+/// The indexes of both models, compared with reference implementations.
+class tst_DefPolygonTableModelIndex : public QObject
 {
-    QTest::addColumn<uint>("first");
-    QTest::addColumn<uint>("last");
+    Q_OBJECT
 
-    QTest::newRow("one code unit") << 0U << 0xffffU;
-    QTest::newRow("pairs of surrogates") << 0x10000U << 0x10ffffU;
-}
+private Q_SLOTS:
+    void equalDesignationsHaveEqualHashes();
+    void differentDesignationsHaveDifferentHashes();
+    void duplicatesEqualAScan();
+    void changedObjectsAreDetected_data();
+    void changedObjectsAreDetected();
+    void onlyTheQueriedRowOfManyIsCompared();
+    void changedRowIsDetectedUpToTheFullCheckSize();
+    void duplicatesOfManyObjectsFollowEveryChange();
+    void conflictsEqualAScan();
+    void duplicateIndexIsBuiltOnce();
+    void conflictIndexIsBuiltOnce();
+};
 
-// Sorted, those that are alike stand side by side.
-void tst_DefPolygonTableModelIndex::sameDesignationsHaveOneHash()
+// Sorting puts equal designations side by side.
+void tst_DefPolygonTableModelIndex::equalDesignationsHaveEqualHashes()
 {
-    QFETCH(uint, first);
-    QFETCH(uint, last);
     QVector<QString> texts;
-    for (uint codePoint = first; codePoint <= last; ++codePoint)
+    for (uint codePoint = 0; codePoint <= 0x10ffff; ++codePoint)
         texts.append(textOf(codePoint));
     std::sort(texts.begin(), texts.end(),
               [](const QString &a, const QString &b) { return QString::compare(a, b, Qt::CaseInsensitive) < 0; });
 
     const CaseFoldHash hash;
-    int alike = 0;
+    int equalCount = 0;
     for (int i = 1; i < texts.size(); ++i) {
         if (!isSame(texts.at(i - 1), texts.at(i)))
             continue;
-        ++alike;
+        ++equalCount;
         QCOMPARE(hash(texts.at(i)), hash(texts.at(i - 1)));
     }
-    QVERIFY(alike > 100);
+    QVERIFY(equalCount > 1000);
 }
 
-// Names of such characters must not all be looked for in one place.
-void tst_DefPolygonTableModelIndex::pairsOfSurrogatesHaveHashesOfTheirOwn()
+void tst_DefPolygonTableModelIndex::differentDesignationsHaveDifferentHashes()
 {
     QSet<std::size_t> hashes;
     for (uint codePoint = 0x20000; codePoint < 0x20400; ++codePoint)
@@ -143,202 +158,164 @@ void tst_DefPolygonTableModelIndex::pairsOfSurrogatesHaveHashesOfTheirOwn()
     QCOMPARE(hashes.size(), 0x400);
 }
 
-void tst_DefPolygonTableModelIndex::foldingIsThatOfTheComparison_data()
+void tst_DefPolygonTableModelIndex::duplicatesEqualAScan()
 {
-    QTest::addColumn<QString>("a");
-    QTest::addColumn<QString>("b");
-    QTest::addColumn<bool>("same");
+    const int size = 200;
+    Random random(1);
+    Objects objects(size);
+    for (DefPolygon &object : objects)
+        object.def = anyDef(random);
+    DuplicateIndex index(objects);
 
-    QTest::newRow("Cyrillic") << QStringLiteral("ЗУ1") << QStringLiteral("зу1") << true;
-    QTest::newRow("ё is not е") << QStringLiteral("ё") << QStringLiteral("е") << false;
-    QTest::newRow("Kelvin sign") << QStringLiteral("\u212a1") << QStringLiteral("k1") << true;
-    QTest::newRow("last sigma") << QStringLiteral("ς") << QStringLiteral("Σ") << true;
-    QTest::newRow("Deseret letters") << textOf(0x10400) << textOf(0x10428) << true;
-    QTest::newRow("halves of Deseret letters") << QString(QChar(0xdc00)) << QString(QChar(0xdc28)) << false;
-    QTest::newRow("sharp s in full") << QStringLiteral("ß") << QStringLiteral("ss") << false;
-    QTest::newRow("large sharp s") << QStringLiteral("ẞ") << QStringLiteral("ß") << true;
-    QTest::newRow("large sharp s in full") << QStringLiteral("ẞ") << QStringLiteral("SS") << false;
-    QTest::newRow("large dotted i in full") << QStringLiteral("İ") << QStringLiteral("i\u0307") << false;
-    QTest::newRow("ligature in full") << QStringLiteral("ﬁ") << QStringLiteral("fi") << false;
-    QTest::newRow("Armenian ligature in full") << QStringLiteral("և") << QStringLiteral("եւ") << false;
-    QTest::newRow("Greek with iota in full") << QStringLiteral("ᾳ") << QStringLiteral("αι") << false;
-}
-
-void tst_DefPolygonTableModelIndex::foldingIsThatOfTheComparison()
-{
-    QFETCH(QString, a);
-    QFETCH(QString, b);
-    QFETCH(bool, same);
-
-    const DuplicateIndex counts({DefPolygon{a, {}}, DefPolygon{b, {}}});
-
-    QCOMPARE(counts.isDuplicate(0), same);
-    QCOMPARE(counts.isDuplicate(1), same);
-}
-
-void tst_DefPolygonTableModelIndex::mapOutgrowsItsSize_data()
-{
-    QTest::addColumn<int>("size");
-
-    QTest::newRow("none") << 0;
-    QTest::newRow("one") << 1;
-    QTest::newRow("a power of two") << 64;
-    QTest::newRow("nearly enough") << 2999;
-}
-
-// Each name comes as it is and in capitals, and a value for either is the value of both.
-void tst_DefPolygonTableModelIndex::mapOutgrowsItsSize()
-{
-    QFETCH(int, size);
-    const int count = 3000;
-    DefMap<int> map(size);
-
-    for (int i = 0; i < count; ++i) {
-        QCOMPARE(map[QStringLiteral("н%1").arg(i)], 0);
-        map[QStringLiteral("Н%1").arg(i)] = i;
-    }
-
-    for (int i = 0; i < count; ++i)
-        QCOMPARE(map.at(QStringLiteral("н%1").arg(i)), i);
-}
-
-void tst_DefPolygonTableModelIndex::countsAreThoseOfAScan_data()
-{
-    QTest::addColumn<int>("size");
-
-    QTest::newRow("one object") << 1;
-    QTest::newRow("few objects") << 12;
-    QTest::newRow("many objects") << 1500;
-}
-
-void tst_DefPolygonTableModelIndex::countsAreThoseOfAScan()
-{
-    QFETCH(int, size);
-    Numbers numbers(1);
-    Objects objects = anyObjects(numbers, size);
-    DuplicateIndex counts(objects);
-    QCOMPARE(contested(counts, objects), QVector<int>());
-
-    for (int renamed = 0; renamed < 40; ++renamed) {
-        const int row = static_cast<int>(numbers() % static_cast<unsigned>(size));
-        objects[row].def = anyDef(numbers);
-        counts.rename(row, objects.at(row).def);
-        QVERIFY(counts.isCurrent(objects, row));
-        QCOMPARE(contested(counts, objects), QVector<int>());
+    for (int rename = 0; rename < 40; ++rename) {
+        QVERIFY(index.isCurrent(objects, 0));
+        QCOMPARE(duplicatesOf(index, size), duplicatesByScan(objects));
+        const int row = static_cast<int>(random() % static_cast<unsigned>(size));
+        objects[row].def = anyDef(random);
+        index.rename(row, objects.at(row).def);
     }
 }
 
-void tst_DefPolygonTableModelIndex::changedObjectsAreOthers_data()
+void tst_DefPolygonTableModelIndex::changedObjectsAreDetected_data()
 {
     QTest::addColumn<Change>("change");
-    QTest::addColumn<bool>("same");
+    QTest::addColumn<bool>("isCurrent");
+    const auto add = [](const char *name, bool isCurrent, Change change) {
+        QTest::newRow(name) << change << isCurrent;
+    };
 
-    const auto add = [](const char *name, Change change, bool same) { QTest::newRow(name) << change << same; };
-    add(
-        "nothing", [](Objects & /*objects*/) {}, true);
-    add(
-        "contours only", [](Objects &objects) { objects[2].contours.append(QVector<DefPoint>()); }, true);
-    add(
-        "another row", [](Objects &objects) { objects[2].def = QStringLiteral("н1"); }, false);
-    add(
-        "one letter", [](Objects &objects) { objects[2].def[0] = QLatin1Char('x'); }, false);
-    add(
-        "letters appended", [](Objects &objects) { objects[2].def += QLatin1Char('x'); }, false);
-    add(
-        "designation taken away", [](Objects &objects) { objects[2].def.clear(); }, false);
-    add(
-        "object appended", [](Objects &objects) { objects.append(DefPolygon()); }, false);
-    add(
-        "object removed", [](Objects &objects) { objects.removeLast(); }, false);
-    add(
-        "rows exchanged", [](Objects &objects) { std::swap(objects[1], objects[2]); }, false);
-    add(
-        "other objects", [](Objects &objects) { objects = Objects(4); }, false);
-    add(
-        "other objects of these names",
-        [](Objects &objects) {
-            const Objects old = objects;
-            objects.clear();
-            for (const DefPolygon &object : old)
-                objects.append(object);
-        },
-        false);
+    add("unchanged", true, [](Objects & /*objects*/) {});
+    add("contours only", true, [](Objects &objects) { objects[2].contours.append(QVector<DefPoint>()); });
+    add("letter in another row", false, [](Objects &objects) { objects[2].def[0] = QLatin1Char('x'); });
+    add("rows exchanged", false, [](Objects &objects) { std::swap(objects[1], objects[2]); });
+    add("last object removed", false, [](Objects &objects) { objects.removeLast(); });
+    add("same texts in other memory", false, [](Objects &objects) {
+        objects.detach();
+        const Objects old = objects;
+        objects[0].contours.clear();
+    });
 }
 
-void tst_DefPolygonTableModelIndex::changedObjectsAreOthers()
+void tst_DefPolygonTableModelIndex::changedObjectsAreDetected()
 {
     QFETCH(Change, change);
-    Objects objects;
-    for (int i = 1; i <= 4; ++i)
-        objects.append(DefPolygon{QStringLiteral("н%1").arg(i), {}});
-    const DuplicateIndex counts(objects);
-    QVERIFY(counts.isCurrent(objects, 0));
+    Objects objects = objectsOf(QStringLiteral("н1 н2 н3 н4"));
+    const DuplicateIndex index(objects);
 
     change(objects);
 
-    QTEST(counts.isCurrent(objects, 0), "same");
+    QTEST(index.isCurrent(objects, 0), "isCurrent");
 }
 
-// Of many objects only the row that is asked for is looked at, which finds another order and another import.
-void tst_DefPolygonTableModelIndex::changedTextIsFoundInManyObjects()
+void tst_DefPolygonTableModelIndex::onlyTheQueriedRowOfManyIsCompared()
 {
-    Objects objects;
-    for (int i = 0; i <= DuplicateIndex::fullCheckSize; ++i)
-        objects.append(DefPolygon{QStringLiteral("н%1").arg(i), {}});
-    const DuplicateIndex counts(objects);
+    Objects objects(DuplicateIndex::fullCheckSize + 1, DefPolygon{QStringLiteral("н1"), {}});
+    const DuplicateIndex index(objects);
 
-    objects[2].def = QStringLiteral("н%1").arg(2); // as another import would write it
+    objects[2].def = QStringLiteral("н%1").arg(1); // the same text, but not shared
 
-    QVERIFY(!counts.isCurrent(objects, 2));
-    QVERIFY(counts.isCurrent(objects, 1));
+    QVERIFY(!index.isCurrent(objects, 2));
+    QVERIFY(index.isCurrent(objects, 1));
     objects.removeLast();
-    QVERIFY(!counts.isCurrent(objects, 1));
+    QVERIFY(!index.isCurrent(objects, 1));
 }
 
-void tst_DefPolygonTableModelIndex::textOfAnotherRowIsFoundInFewer()
+void tst_DefPolygonTableModelIndex::changedRowIsDetectedUpToTheFullCheckSize()
 {
     Objects objects(DuplicateIndex::fullCheckSize, DefPolygon{QStringLiteral("н1"), {}});
-    const DuplicateIndex counts(objects);
+    const DuplicateIndex index(objects);
 
     objects[2].def = QStringLiteral("н2");
 
-    QVERIFY(!counts.isCurrent(objects, 1));
+    QVERIFY(!index.isCurrent(objects, 1));
 }
 
-void tst_DefPolygonTableModelIndex::placesAreThoseOfAScan_data()
+void tst_DefPolygonTableModelIndex::duplicatesOfManyObjectsFollowEveryChange()
 {
-    QTest::addColumn<QVector<double>>("values");
+    Random random(1);
+    Objects objects = manyObjects(random);
+    DefMapTableModel model;
+    model.setMap(&objects);
+    QCOMPARE(rowMarks(model), duplicatesByScan(objects));
 
-    QTest::newRow("one place") << QVector<double>{0};
-    QTest::newRow("both signs of zero") << QVector<double>{0.0, -0.0};
-    QTest::newRow("two places") << QVector<double>{1e6, 1e6 + 5};
-    QTest::newRow("large") << QVector<double>{1e15, 1e15 + 1, 1e16};
-    QTest::newRow("as large as can be") << QVector<double>{1e308, -1e308, 1.7e308};
-    QTest::newRow("infinite") << QVector<double>{0, infinity};
-    QTest::newRow("infinite on both sides") << QVector<double>{infinity, -infinity};
-    QTest::newRow("not a number") << QVector<double>{qQNaN(), 0};
-    QTest::newRow("nowhere at all") << QVector<double>{qQNaN(), infinity};
+    // Another import can reuse the memory of the previous one.
+    const DefPolygon *const memory = objects.constData();
+    objects.clear();
+    for (const DefPolygon &object : manyObjects(random))
+        objects.append(object);
+    QCOMPARE(objects.constData(), memory);
+    QCOMPARE(rowMarks(model), duplicatesByScan(objects));
+
+    for (int i = 0; i < 300; ++i) {
+        const int row = static_cast<int>(random() % static_cast<unsigned>(objects.size()));
+        model.setData(model.index(row, 0), QStringLiteral("Н%1").arg(random() % 3000));
+    }
+    QCOMPARE(rowMarks(model), duplicatesByScan(objects));
+
+    sortObjects(objects);
+    QVERIFY(model.setData(model.index(0, 0), objects.at(1).def + QStringLiteral("я")));
+    QVERIFY(model.setData(model.index(1, 0), objects.at(0).def.toLower()));
+    QCOMPARE(rowMarks(model), duplicatesByScan(objects));
 }
 
-void tst_DefPolygonTableModelIndex::placesAreThoseOfAScan()
+void tst_DefPolygonTableModelIndex::conflictsEqualAScan()
 {
-    QFETCH(QVector<double>, values);
-    Numbers numbers(1);
+    const double infinity = std::numeric_limits<double>::infinity();
+    const QVector<QVector<double>> places{{0.0, -0.0},        {1e6, 1e6 + 5},           {1e15, 1e15 + 1},
+                                          {1e308, -1.7e308},  {infinity, -infinity, 0}, {qQNaN(), 0},
+                                          {qQNaN(), infinity}};
+    const QVector<double> steps{0, 0.01, -0.01, 0.005, 0.010000000000000002};
+    Random random(1);
 
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 20000; ++round) {
+        const QVector<double> &values = places.at(round % places.size());
+        const auto any = [&] { return oneOf(values, random) + oneOf(steps, random); };
         QVector<DefPoint> vertices;
-        ConflictIndex places;
-        for (auto i = 1 + numbers() % 5; i > 0; --i) {
-            vertices.append(DefPoint{QString(), anyCoordinate(numbers, values), anyCoordinate(numbers, values)});
-            places.add(vertices.last());
+        ConflictIndex index;
+        for (auto i = 1 + random() % 5; i > 0; --i) {
+            vertices.append(DefPoint{QString(), any(), any()});
+            index.add(vertices.last());
         }
         for (const DefPoint &vertex : qAsConst(vertices)) {
             const auto differs = [&](const DefPoint &other) { return &other != &vertex && !(other == vertex); };
-            const bool conflicts = std::any_of(vertices.cbegin(), vertices.cend(), differs);
-            QCOMPARE(places.isConflict(vertex), conflicts);
+            QCOMPARE(index.isConflict(vertex), std::any_of(vertices.cbegin(), vertices.cend(), differs));
         }
     }
 }
 
-QTEST_APPLESS_MAIN(tst_DefPolygonTableModelIndex)
+void tst_DefPolygonTableModelIndex::duplicateIndexIsBuiltOnce()
+{
+    Random random(1);
+    Objects objects = manyObjects(random);
+    for (const int count : {objects.size(), DuplicateIndex::fullCheckSize}) {
+        objects.resize(count);
+        DefMapTableModel model;
+        model.setMap(&objects);
+        model.isDuplicateDef(0);
+
+        const int before = allocationCount;
+        for (int row = 0; row < queryCount; ++row)
+            model.isDuplicateDef(row);
+        QVERIFY(model.setData(model.index(5, 0), QStringLiteral("новый%1").arg(count)));
+        QVERIFY(!model.isDuplicateDef(5));
+        QVERIFY2(allocationCount - before < fewAllocations, qPrintable(QString::number(allocationCount - before)));
+    }
+}
+
+void tst_DefPolygonTableModelIndex::conflictIndexIsBuiltOnce()
+{
+    DefPolygon object{QString(), {QVector<DefPoint>()}};
+    for (int i = 0; i < queryCount; ++i)
+        object.contours[0].append(DefPoint{QStringLiteral("н%1").arg(i % 400), 1.0 * i, 0});
+    DefPolygonTableModel model;
+    model.setPolygon(&object);
+    QVERIFY(model.isConflictingPoint(0));
+
+    const int before = allocationCount;
+    for (int row = 0; row < queryCount; ++row)
+        QVERIFY(model.isConflictingPoint(row));
+    QVERIFY2(allocationCount - before < fewAllocations, qPrintable(QString::number(allocationCount - before)));
+}
+
+QTEST_GUILESS_MAIN(tst_DefPolygonTableModelIndex)
 #include "tst_defpolygontablemodel_index.moc"

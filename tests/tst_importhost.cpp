@@ -21,7 +21,6 @@ private Q_SLOTS:
     void failureIsReported();
 
     void resultIsSaved();
-    void unwritableOutputIsReported();
     void messagesArePrinted_data();
     void messagesArePrinted();
 
@@ -35,7 +34,6 @@ private Q_SLOTS:
     void userSettingsAreNeitherReadNorWritten();
     void importNeedsNoDisplay();
     void windowNeedsADisplay();
-    void windowStaysOpen_data();
     void windowStaysOpen();
 };
 
@@ -168,21 +166,6 @@ void tst_ImportHost::resultIsSaved()
     QFile file(host.files.path(QStringLiteral("result.xml")));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(compact(QString::fromUtf8(file.readAll())), documentOfPlan);
-}
-
-void tst_ImportHost::unwritableOutputIsReported()
-{
-    const Host host;
-    host.writePlan();
-    QProcess process;
-    process.setStandardOutputFile(QStringLiteral("/dev/full"));
-
-    host.start(process,
-               {QStringLiteral("--operation"), strMif, QStringLiteral("--objects"), QStringLiteral("plan.mif")});
-
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 2);
-    QCOMPARE(process.readAllStandardError(), QByteArray("importhost: Cannot print the result.\n"));
 }
 
 void tst_ImportHost::messagesArePrinted_data()
@@ -361,21 +344,12 @@ void tst_ImportHost::windowNeedsADisplay()
                                "importhost: No display for the window. Use --objects to import without one.")});
 }
 
-void tst_ImportHost::windowStaysOpen_data()
-{
-    QTest::addColumn<QStringList>("args");
-
-    QTest::newRow("without an operation") << QStringList();
-    QTest::newRow("with an operation") << QStringList{QStringLiteral("--operation"), strMif};
-}
-
 void tst_ImportHost::windowStaysOpen()
 {
-    QFETCH(QStringList, args);
     const Host host;
     QProcess process;
 
-    host.start(process, args);
+    host.start(process, {QStringLiteral("--operation"), strMif});
 
     QVERIFY(process.waitForStarted());
     QVERIFY(!process.waitForFinished(1500));
