@@ -55,23 +55,18 @@ inline QString textOf(const QVariant &value)
     return value.isNull() ? QStringLiteral("null") : value.toString();
 }
 
-/// A solid background as "#ffdcdc", "none" for an invalid value, "other" for everything else.
-inline QString backgroundOf(const QModelIndex &index)
-{
-    const QVariant value = index.data(Qt::BackgroundRole);
-    if (!value.isValid())
-        return QStringLiteral("none");
-    const auto brush = value.value<QBrush>();
-    const bool solid = value.userType() == QMetaType::QBrush && brush.style() == Qt::SolidPattern;
-    return solid ? brush.color().name() : QStringLiteral("other");
-}
-
-/// The backgrounds of one column.
+/// The backgrounds of one column: "#ffdcdc" for a solid brush, "none" for an invalid value, "other" for anything else.
 inline QStringList backgroundsOf(const QAbstractItemModel &model, int column = 0)
 {
     QStringList colours;
-    for (int row = 0; row < model.rowCount(); ++row)
-        colours.append(backgroundOf(model.index(row, column)));
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const QVariant value = model.index(row, column).data(Qt::BackgroundRole);
+        const auto brush = value.value<QBrush>();
+        if (value.userType() == QMetaType::QBrush && brush.style() == Qt::SolidPattern)
+            colours.append(brush.color().name());
+        else
+            colours.append(value.isValid() ? QStringLiteral("other") : QStringLiteral("none"));
+    }
     return colours;
 }
 

@@ -122,7 +122,7 @@ void tst_DefPolygonTableModel::largestColumnDoesNotOverflow()
     QVERIFY(table.model.setData(table.cell(0), QStringLiteral("н9")));
 
     QCOMPARE(table.model.columnCount(), largest);
-    QCOMPARE(textOf(table.model.data(table.model.createIndex(0, largest))), QStringLiteral("6.00"));
+    QCOMPARE(table.model.text(0, largest), QStringLiteral("6.00"));
     QCOMPARE(log.text(), QStringLiteral("changed 0,0 to 0,0 roles 0 2 [н9] changed 0,0 to 0,2147483646 roles 8 [н9]"));
 }
 

@@ -15,19 +15,15 @@ class tst_DefPolygonTableModelEdit : public QObject
 private Q_SLOTS:
     void renamingIsStoredAndSignalled_data();
     void renamingIsStoredAndSignalled();
-    void renamingToTheSameTextIsRefused();
     void otherEditsAreRefused();
     void renamingUpdatesConflicts();
     void renamingDoesNotCopyTheVertices();
     void queryingConflictsDoesNotDetach();
 
-    void conflictsFollowTheObject_data();
-    void conflictsFollowTheObject();
+    void cellsFollowTheObject_data();
+    void cellsFollowTheObject();
     void vertexWithoutRowHasNoConflicts();
-    void removedVerticesAreEmpty_data();
-    void removedVerticesAreEmpty();
     void detachedObjectIsEmpty();
-    void detachedObjectCanBeDestroyed();
     void refreshShowsAnObjectOfAnotherShape_data();
     void refreshShowsAnObjectOfAnotherShape();
     void rowsAreRebuiltSilently();
@@ -62,22 +58,10 @@ void tst_DefPolygonTableModelEdit::renamingIsStoredAndSignalled()
     QCOMPARE(copy.contours.at(1).at(0).def, QStringLiteral("н2"));
 }
 
-void tst_DefPolygonTableModelEdit::renamingToTheSameTextIsRefused()
-{
-    Table table(QStringLiteral("н1 0 0, - 1 1"));
-    const ModelLog log(table.model);
-
-    QVERIFY(!table.model.setData(table.cell(0), QStringLiteral("н1")));
-    QVERIFY(!table.model.setData(table.cell(1), QStringLiteral("")));
-
-    QCOMPARE(log.text(), QString());
-    QVERIFY(table.object.contours.at(0).at(1).def.isNull());
-}
-
 void tst_DefPolygonTableModelEdit::otherEditsAreRefused()
 {
     const QVariant value = QStringLiteral("new");
-    Table table(QStringLiteral("н1 0 0 | н2 1 1"));
+    Table table(QStringLiteral("н1 0 0 | - 1 1"));
     table.model.setFieldNumValueMap({{3, QStringLiteral("ЗУ")}});
     const ModelLog log(table.model);
 
@@ -86,12 +70,15 @@ void tst_DefPolygonTableModelEdit::otherEditsAreRefused()
     for (int column : {1, 2, 3})
         QVERIFY(!table.model.setData(table.cell(0, column), value));
     QVERIFY(!table.model.setData(table.cell(1), value));
+    QVERIFY(!table.model.setData(table.cell(0), QStringLiteral("н1")));
+    QVERIFY(!table.model.setData(table.cell(2), QStringLiteral("")));
     table.model.setNxyColNum(-1, 1, 2);
     QVERIFY(!table.model.setData(QModelIndex(), value));
     QVERIFY(!table.model.setData(table.model.createIndex(0, -1), value));
 
     QCOMPARE(log.text(), QString());
     QCOMPARE(table.object.contours.at(0).at(0).def, QStringLiteral("н1"));
+    QVERIFY(table.object.contours.at(1).at(0).def.isNull());
 }
 
 void tst_DefPolygonTableModelEdit::renamingUpdatesConflicts()
@@ -129,32 +116,40 @@ void tst_DefPolygonTableModelEdit::queryingConflictsDoesNotDetach()
     QVERIFY(table.object.contours.isSharedWith(copy.contours));
 }
 
-void tst_DefPolygonTableModelEdit::conflictsFollowTheObject_data()
+void tst_DefPolygonTableModelEdit::cellsFollowTheObject_data()
 {
     QTest::addColumn<Change>("change");
     QTest::addColumn<QString>("marks");
-    const auto add = [](const char *name, const char *marks, Change change) {
-        QTest::newRow(name) << change << QString::fromLatin1(marks);
+    QTest::addColumn<QString>("shown");
+    const auto add = [](const char *name, const char *marks, const char *shown, Change change) {
+        QTest::newRow(name) << change << QString::fromLatin1(marks) << QString::fromUtf8(shown);
     };
 
-    add("unchanged", "x.|x", [](DefPolygon & /*object*/) {});
-    add("number", "xx|x", [](DefPolygon &object) { object.contours[0][1].def = QStringLiteral("н1"); });
-    add("place", "..|.", [](DefPolygon &object) { object.contours[1][0].x = 0.01; });
-    add("vertex removed", "..|.", [](DefPolygon &object) { object.contours[1].removeLast(); });
-    add("another object", "xx|.",
+    add("unchanged", "x.|xx", "н1 н2 | Н1 н1", [](DefPolygon & /*object*/) {});
+    add("number", "xx|xx", "н1 н1 | Н1 н1",
+        [](DefPolygon &object) { object.contours[0][1].def = QStringLiteral("н1"); });
+    add("place", "..|..", "н1 н2 | Н1 н1", [](DefPolygon &object) { object.contours[0][0].x = 9.01; });
+    add("vertex removed", "x.|x.", "н1 н2 | Н1 invalid", [](DefPolygon &object) { object.contours[1].removeLast(); });
+    add("contour removed", "..|..", "н1 н2 | invalid invalid",
+        [](DefPolygon &object) { object.contours.removeLast(); });
+    add("another object", "xx|..", "а А | б invalid",
         [](DefPolygon &object) { object = objectOf(QStringLiteral("а 0 0, А 1 1 | б 0 0")); });
-    add("empty object", "..|.", [](DefPolygon &object) { object = DefPolygon(); });
 }
 
-void tst_DefPolygonTableModelEdit::conflictsFollowTheObject()
+void tst_DefPolygonTableModelEdit::cellsFollowTheObject()
 {
     QFETCH(Change, change);
-    Table table(QStringLiteral("н1 0 0, н2 5 5 | Н1 9 0"));
-    QCOMPARE(rowMarks(table.model), QStringLiteral("x.|x"));
+    QFETCH(QString, shown);
+    Table table(QStringLiteral("н1 0 0, н2 5 5 | Н1 9 0, н1 9 0"));
+    QCOMPARE(rowMarks(table.model), QStringLiteral("x.|xx"));
+    const ModelLog log(table.model);
 
     change(table.object);
 
     QTEST(rowMarks(table.model), "marks");
+    QCOMPARE(shownBy(table.model), shown);
+    QVERIFY(!shown.endsWith(QStringLiteral("invalid")) || isEmptyCell(table.model, table.cell(4)));
+    QCOMPARE(log.text(), QString());
 }
 
 void tst_DefPolygonTableModelEdit::vertexWithoutRowHasNoConflicts()
@@ -168,63 +163,29 @@ void tst_DefPolygonTableModelEdit::vertexWithoutRowHasNoConflicts()
     QCOMPARE(rowMarks(table.model), QStringLiteral("x.x"));
 }
 
-void tst_DefPolygonTableModelEdit::removedVerticesAreEmpty_data()
-{
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("shown");
-
-    QTest::newRow("last vertex") << QStringLiteral("н1 0 0, н2 1 1 | н3 2 2") << QStringLiteral("н1 н2 | н3 invalid");
-    QTest::newRow("last contour") << QStringLiteral("н1 0 0, н2 1 1") << QStringLiteral("н1 н2 | invalid invalid");
-}
-
-void tst_DefPolygonTableModelEdit::removedVerticesAreEmpty()
-{
-    QFETCH(QString, left);
-    QFETCH(QString, shown);
-    Table table(QStringLiteral("н1 0 0, н2 1 1 | н3 2 2, н3 3 3"));
-    QVERIFY(table.model.isConflictingPoint(4));
-    table.object = objectOf(left);
-    const ModelLog log(table.model);
-
-    QCOMPARE(shownBy(table.model), shown);
-    QCOMPARE(rowMarks(table.model), QStringLiteral("..|.."));
-    QVERIFY(isEmptyCell(table.model, table.cell(4)));
-    QVERIFY(!table.model.isConflictingPoint(4));
-    QCOMPARE(log.text(), QString());
-}
-
 void tst_DefPolygonTableModelEdit::detachedObjectIsEmpty()
 {
-    Table table(QStringLiteral("н1 0 0 | н1 9 9"));
-    const ModelLog log(table.model);
-
-    table.model.detachPolygon();
-    table.model.refresh();
-
-    QCOMPARE(table.model.rowCount(), 3);
-    for (int row = 0; row < 3; ++row) {
-        QVERIFY(isEmptyCell(table.model, table.cell(row)));
-        QCOMPARE(table.cell(row).flags(), row == 1 ? Qt::NoItemFlags : Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-        QVERIFY(!table.model.isConflictingPoint(row));
-    }
-    QCOMPARE(log.text(), QString());
-    QCOMPARE(table.object.contours.at(0).at(0).def, QStringLiteral("н1"));
-}
-
-void tst_DefPolygonTableModelEdit::detachedObjectCanBeDestroyed()
-{
-    std::optional<DefPolygon> object = objectOf(QStringLiteral("н1 0 0, н1 5 5"));
+    std::optional<DefPolygon> object = objectOf(QStringLiteral("н1 0 0 | н1 9 9"));
     DefPolygonTableModel model;
     model.setPolygon(&*object);
-    QCOMPARE(rowMarks(model), QStringLiteral("xx"));
-    model.detachPolygon();
-    object.reset();
+    QCOMPARE(rowMarks(model), QStringLiteral("x|x"));
     const ModelLog log(model);
 
+    model.detachPolygon();
+    model.refresh();
+    object.reset();
+
+    QCOMPARE(model.rowCount(), 3);
+    for (int row = 0; row < 3; ++row) {
+        const QModelIndex cell = model.index(row, 0);
+        QVERIFY(isEmptyCell(model, cell));
+        QCOMPARE(cell.flags(), row == 1 ? Qt::NoItemFlags : Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+        QVERIFY(!model.isConflictingPoint(row));
+    }
+    QCOMPARE(log.text(), QString());
     object = objectOf(QStringLiteral("н5 0 0"));
     model.setPolygon(&*object);
-
-    QCOMPARE(log.text(), QStringLiteral("reset [invalid invalid] to [н5]"));
+    QCOMPARE(shownBy(model), QStringLiteral("н5"));
     QCOMPARE(rowMarks(model), QStringLiteral("."));
 }
 

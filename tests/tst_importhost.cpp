@@ -20,7 +20,7 @@ private Q_SLOTS:
     void failureIsReported_data();
     void failureIsReported();
 
-    void resultIsSaved();
+    void sortedResultIsSaved();
     void messagesArePrinted_data();
     void messagesArePrinted();
 
@@ -28,7 +28,6 @@ private Q_SLOTS:
     void optionsReachTheImport();
     void optionsReachTheResult_data();
     void optionsReachTheResult();
-    void examplesAreImported_data();
     void examplesAreImported();
 
     void userSettingsAreNeitherReadNorWritten();
@@ -77,31 +76,32 @@ void tst_ImportHost::wrongUsageIsReported_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("message");
-    const auto row = [](const QString &args, const QString &message) {
-        QTest::newRow(qUtf8Printable(args)) << args.split(QLatin1Char(' ')) << message;
-    };
-    const auto rows = [&row](const QString &option, const QStringList &values, const QString &message) {
-        for (const QString &value : values)
-            row(QStringLiteral("--operation x --objects x.mif %1 %2").arg(option, value),
-                QString(message).replace(QStringLiteral("%1"), value));
+    const auto row = [](const char *args, const char *message) {
+        QTest::newRow(args) << arguments(args) << QString::fromLatin1(message);
     };
 
-    row(QStringLiteral("--nonsense"), QStringLiteral("Unknown option 'nonsense'."));
-    row(QStringLiteral("plan.mif"), QStringLiteral("Unexpected argument \"plan.mif\"."));
-    row(QStringLiteral("--objects x.mif"), QStringLiteral("--objects needs --operation."));
-    row(QStringLiteral("--operation x --objects="), QStringLiteral("--objects needs the name of a file."));
-    row(QStringLiteral("--operation x --sort"), QStringLiteral("--sort needs --objects."));
-    row(QStringLiteral("--columns 1,2"), QStringLiteral("--columns takes four numbers from 0 to 999, not \"1,2\"."));
-    rows(QStringLiteral("--columns"), arguments("0,1,2,3,4 0,1,2,x -1,0,1,2 0,1,2,1000"),
-         QStringLiteral("--columns takes four numbers from 0 to 999, not \"%1\"."));
-    rows(QStringLiteral("--field"), arguments("4 =a 0=a 21=a 4="),
-         QStringLiteral("--field takes a column from 1 to 20 and a text, as in 4=text, not \"%1\"."));
-    rows(QStringLiteral("--field 1=a --field 2=a --field 3=a --field 4=a --field 5=a --field"), arguments("6=a"),
-         QStringLiteral("--field can be given at most 5 times."));
-    rows(QStringLiteral("--point-start"), arguments("0 1x"),
-         QStringLiteral("--point-start takes a number from 1 to 999999999, not \"%1\"."));
-    rows(QStringLiteral("--object-start"), arguments("1000000000"),
-         QStringLiteral("--object-start takes a number from 1 to 999999999, not \"%1\"."));
+    row("--nonsense", "Unknown option 'nonsense'.");
+    row("plan.mif", "Unexpected argument \"plan.mif\".");
+    row("--objects x", "--objects needs --operation.");
+    row("--operation x --objects=", "--objects needs the name of a file.");
+    row("--operation x --sort", "--sort needs --objects.");
+    row("--columns 0,1,2,3,4", "--columns takes four numbers from 0 to 999, not \"0,1,2,3,4\".");
+    row("--columns 0,1,2,x", "--columns takes four numbers from 0 to 999, not \"0,1,2,x\".");
+    row("--columns -1,0,1,2", "--columns takes four numbers from 0 to 999, not \"-1,0,1,2\".");
+    row("--columns 0,1,2,1000", "--columns takes four numbers from 0 to 999, not \"0,1,2,1000\".");
+    row("--operation x --objects x --field =a",
+        "--field takes a column from 1 to 20 and a text, as in 4=text, not \"=a\".");
+    row("--operation x --objects x --field 0=a",
+        "--field takes a column from 1 to 20 and a text, as in 4=text, not \"0=a\".");
+    row("--operation x --objects x --field 21=a",
+        "--field takes a column from 1 to 20 and a text, as in 4=text, not \"21=a\".");
+    row("--operation x --objects x --field 4=",
+        "--field takes a column from 1 to 20 and a text, as in 4=text, not \"4=\".");
+    row("--operation x --objects x --field 1=a --field 2=a --field 3=a --field 4=a --field 5=a --field 6=a",
+        "--field can be given at most 5 times.");
+    row("--operation x --objects x --point-start 0", "--point-start takes a number from 1 to 999999999, not \"0\".");
+    row("--operation x --objects x --object-start 1000000000",
+        "--object-start takes a number from 1 to 999999999, not \"1000000000\".");
 }
 
 void tst_ImportHost::wrongUsageIsReported()
@@ -152,20 +152,22 @@ void tst_ImportHost::failureIsReported()
     QVERIFY2(run.messages.first().startsWith(message), qUtf8Printable(run.messages.first()));
 }
 
-void tst_ImportHost::resultIsSaved()
+void tst_ImportHost::sortedResultIsSaved()
 {
     const Host host;
     host.writePlan();
     host.files.write(QStringLiteral("result.xml"), {QString(100000, QLatin1Char('x'))});
 
-    const HostRun run = host.importMif(QStringLiteral("plan.mif"), arguments("--output result.xml"));
+    const HostRun run = host.importMif(QStringLiteral("plan.mif"), arguments("--sort --output result.xml"));
 
     QCOMPARE(run.status, 0);
     QCOMPARE(run.messages, QStringList());
     QCOMPARE(run.output, QString());
     QFile file(host.files.path(QStringLiteral("result.xml")));
     QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(compact(QString::fromUtf8(file.readAll())), documentOfPlan);
+    QCOMPARE(compact(QString::fromUtf8(file.readAll())),
+             document(planLine(QStringLiteral("ЗУ2"), QStringLiteral("н2 н3")) +
+                      planRegion(QStringLiteral("ЗУ10"), QStringLiteral("т1 н1 н2 т1"))));
 }
 
 void tst_ImportHost::messagesArePrinted_data()
@@ -208,23 +210,19 @@ void tst_ImportHost::optionsReachTheImport_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("objects");
-    const auto region = [](const QString &vertices, const QString &def = QStringLiteral("ЗУ10")) {
-        return planRegion(def, vertices);
-    };
-    const auto line = [](const QString &vertices, const QString &def = QStringLiteral("ЗУ2")) {
-        return planLine(def, vertices);
+    const auto row = [](const char *name, const char *args, const char *region, const char *line) {
+        const auto objectOf = [](auto build, const char *text) {
+            const QString words = QString::fromUtf8(text);
+            return build(words.section(QLatin1Char(' '), 0, 0), words.section(QLatin1Char(' '), 1));
+        };
+        QTest::newRow(name) << arguments(args) << objectOf(planRegion, region) + objectOf(planLine, line);
     };
 
-    QTest::newRow("numbering of points") << arguments("--no-search-points --point-prefix тчк --point-start 99")
-                                         << region(QStringLiteral("тчк99 тчк100 тчк101 тчк99")) +
-                                                line(QStringLiteral("тчк101 тчк102"));
-    QTest::newRow("numbering of objects") << arguments("--no-search-objects --object-prefix К --object-start 999999998")
-                                          << region(QStringLiteral("т1 н1 н2 т1"), QStringLiteral("К999999998")) +
-                                                 line(QStringLiteral("н2 н3"), QStringLiteral("К999999999"));
-    QTest::newRow("point file") << arguments("--points points.mif")
-                                << region(QStringLiteral("н1 п5 н2 н1")) + line(QStringLiteral("н2 н3"));
-    QTest::newRow("sorting") << arguments("--sort")
-                             << line(QStringLiteral("н2 н3")) + region(QStringLiteral("т1 н1 н2 т1"));
+    row("numbering of points", "--no-search-points --point-prefix тчк --point-start 99",
+        "ЗУ10 тчк99 тчк100 тчк101 тчк99", "ЗУ2 тчк101 тчк102");
+    row("numbering of objects", "--no-search-objects --object-prefix К --object-start 999999998",
+        "К999999998 т1 н1 н2 т1", "К999999999 н2 н3");
+    row("point file", "--points points.mif", "ЗУ10 н1 п5 н2 н1", "ЗУ2 н2 н3");
 }
 
 void tst_ImportHost::optionsReachTheImport()
@@ -273,29 +271,21 @@ void tst_ImportHost::optionsReachTheResult()
     QTEST(compact(run.output), "xml");
 }
 
-void tst_ImportHost::examplesAreImported_data()
-{
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<QStringList>("files");
-
-    QTest::newRow("MIF") << strMif << arguments("--objects plan.mif");
-    QTest::newRow("DXF") << QStringLiteral("Объекты из DXF") << arguments("--objects plan.dxf --points points.dxf");
-}
-
 void tst_ImportHost::examplesAreImported()
 {
-    QFETCH(QString, operation);
-    QFETCH(QStringList, files);
     Host host;
     host.folder = QFINDTESTDATA("../examples");
     QVERIFY(!host.folder.isEmpty());
 
-    const HostRun run =
-        host.run(QStringList{QStringLiteral("--operation"), operation} + files + arguments("--encoding Windows-1251"));
-
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.messages, QStringList());
-    QVERIFY(run.output.contains(QStringLiteral(">:ЗУ2<")));
+    for (const char *const files : {"MIF --objects plan.mif", "DXF --objects plan.dxf --points points.dxf"}) {
+        const QStringList words = arguments(files);
+        const HostRun run =
+            host.run(QStringList{QStringLiteral("--operation"), QStringLiteral("Объекты из ") + words.first()} +
+                     words.mid(1) + arguments("--encoding Windows-1251"));
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.messages, QStringList());
+        QVERIFY(run.output.contains(QStringLiteral(">:ЗУ2<")));
+    }
 }
 
 void tst_ImportHost::userSettingsAreNeitherReadNorWritten()
