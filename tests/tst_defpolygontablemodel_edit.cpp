@@ -24,6 +24,8 @@ private Q_SLOTS:
     void cellsFollowTheObject();
     void vertexWithoutRowHasNoConflicts();
     void detachedObjectIsEmpty();
+    void refreshKeepsTheRowsOfTheSameShape();
+    void refreshWithoutRowsSignalsNoCells();
     void refreshShowsAnObjectOfAnotherShape_data();
     void refreshShowsAnObjectOfAnotherShape();
     void rowsAreRebuiltSilently();
@@ -187,6 +189,33 @@ void tst_DefPolygonTableModelEdit::detachedObjectIsEmpty()
     model.setPolygon(&*object);
     QCOMPARE(shownBy(model), QStringLiteral("н5"));
     QCOMPARE(rowMarks(model), QStringLiteral("."));
+}
+
+// A reset would lose the scroll position and the selection of the view.
+void tst_DefPolygonTableModelEdit::refreshKeepsTheRowsOfTheSameShape()
+{
+    Table table(QStringLiteral("н1 0 0, н2 1 1 | н3 2 2"));
+    const QAbstractItemModelTester tester(&table.model, failTest);
+    QCOMPARE(rowMarks(table.model), QStringLiteral("..|."));
+    const ModelLog log(table.model);
+    table.object = objectOf(QStringLiteral("н5 0 0, Н5 1 1 | н6 2 2"));
+
+    table.model.refresh();
+
+    QVERIFY2(log.text().startsWith(QStringLiteral("changed 0,0 to 3,2 roles")), qUtf8Printable(log.text()));
+    QVERIFY(log.text().endsWith(QStringLiteral(" [н5 Н5 | н6]")));
+    QCOMPARE(log.text().count(QLatin1Char('[')), 1);
+    QCOMPARE(rowMarks(table.model), QStringLiteral("xx|."));
+}
+
+void tst_DefPolygonTableModelEdit::refreshWithoutRowsSignalsNoCells()
+{
+    Table table(QStringLiteral(" "));
+    const ModelLog log(table.model);
+
+    table.model.refresh();
+
+    QVERIFY2(!log.text().contains(QStringLiteral("changed")), qUtf8Printable(log.text()));
 }
 
 void tst_DefPolygonTableModelEdit::refreshShowsAnObjectOfAnotherShape_data()
