@@ -2,29 +2,32 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QTranslator>
 
 #include <array>
 #include <cstring>
 
-/// What the form makes on a plain dialog: its widgets, layouts and connections.
+/// The form on a plain dialog: its widgets, their texts and properties, and its layouts.
 class tst_DialogLayout : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
-    void cleanup();
+    void cleanup() { delete dialog; }
 
-    void dialogIsNamedOnlyWhenItHasNoName();
-    void dialogIsSizedAndTitled();
-    void membersStandInCreationOrder();
-    void widgetsAreMadeInOrderAndNoMore();
-    void viewsLieInTheSplitter();
-    void layoutHoldsItsItems_data();
-    void layoutHoldsItsItems();
-    void tabOrderFollowsTheForm();
-    void slotsAreConnectedByName();
+    void dialogHasNameSizeAndTitle();
+    void membersAreDeclaredInFormOrder();
+    void layoutContainsItems_data();
+    void layoutContainsItems();
+    void tabOrderFollowsForm();
+    void widgetHasClassAndTexts_data();
+    void widgetHasClassAndTexts();
+    void propertiesAreSet();
+    void encodingsAreOffered();
     void buttonBoxIsNotConnected();
+    void retranslationClearsPointPrefix();
 
 private:
     QDialog *dialog = nullptr;
@@ -43,47 +46,24 @@ QStringList words(const char *text)
     return str(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-QStringList namesOf(const QObjectList &objects)
+/// Translates a text by putting "@" before it, provided that its context is "Dialog".
+class MarkingTranslator : public QTranslator
 {
-    QStringList names;
-    for (const QObject *object : objects)
-        names.append(object->objectName());
-    return names;
-}
-
-/// The widgets that lie on the dialog itself, in creation order.
-QStringList widgetNames()
-{
-    return words("objectFileLabel objectFileNameEdit objectFileButton pointFileLabel pointFileNameEdit pointFileButton "
-                 "searchPointDefsCheck label_3 pointPrefEdit label_4 pointStartNumSpin swapXYCheck usePointFileCheck "
-                 "searchObjectDefsCheck label_6 objectPrefEdit label_7 objectStartNumSpin label_8 encodingCombo "
-                 "label fieldSpin_0 fieldEdit_0 plusToolButton minusToolButton splitter "
-                 "startButton sortButton updateCheck buttonBox");
-}
-
-QString itemName(QLayoutItem *item)
-{
-    const QObject *const object = item->layout() != nullptr ? static_cast<QObject *>(item->layout()) : item->widget();
-    return object != nullptr ? object->objectName() : QStringLiteral("spacer");
-}
-
-/// Has slots that are called as those of the import dialog.
-class SlotCounter : public QDialog
-{
-    Q_OBJECT
-
 public:
-    int starts = 0;
-    int toggles = 0;
-    int edits = 0;
-
-private Q_SLOTS:
-    void on_startButton_clicked() { ++starts; }
-    void on_usePointFileCheck_toggled(bool /*checked*/) { ++toggles; }
-    void on_objectFileNameEdit_textChanged(const QString & /*text*/) { ++edits; }
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *text, const char * /*disambiguation*/, int /*n*/) const override
+    {
+        return qstrcmp(context, "Dialog") == 0 ? QLatin1Char('@') + str(text) : QString();
+    }
 };
 
 } // namespace
+
+void tst_DialogLayout::initTestCase()
+{
+    static MarkingTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+}
 
 void tst_DialogLayout::init()
 {
@@ -91,29 +71,14 @@ void tst_DialogLayout::init()
     ui.setupUi(dialog);
 }
 
-void tst_DialogLayout::cleanup()
-{
-    delete dialog;
-}
-
-void tst_DialogLayout::dialogIsNamedOnlyWhenItHasNoName()
+void tst_DialogLayout::dialogHasNameSizeAndTitle()
 {
     QCOMPARE(dialog->objectName(), QStringLiteral("Dialog"));
-
-    QDialog other;
-    other.setObjectName(QStringLiteral("import"));
-    Ui::Dialog otherUi = {};
-    otherUi.setupUi(&other);
-    QCOMPARE(other.objectName(), QStringLiteral("import"));
-}
-
-void tst_DialogLayout::dialogIsSizedAndTitled()
-{
     QCOMPARE(dialog->size(), QSize(753, 633));
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Dialog"));
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("@Dialog"));
 }
 
-void tst_DialogLayout::membersStandInCreationOrder()
+void tst_DialogLayout::membersAreDeclaredInFormOrder()
 {
     const QStringList names =
         words("verticalLayout horizontalLayout objectFileLabel objectFileNameEdit objectFileButton horizontalLayout_2 "
@@ -123,7 +88,7 @@ void tst_DialogLayout::membersStandInCreationOrder()
               "horizontalLayout_6 label horizontalLayout_7 fieldSpin_0 fieldEdit_0 plusToolButton minusToolButton "
               "splitter listView tableView horizontalLayout_4 startButton sortButton updateCheck buttonBox");
 
-    // The class is nothing but its pointers, and QObject is the first base of what they point to.
+    // All members of the class are pointers to classes whose first base is QObject.
     std::array<QObject *, sizeof(Ui::Dialog) / sizeof(QObject *)> members{};
     std::memcpy(members.data(), &ui, sizeof ui);
 
@@ -133,112 +98,178 @@ void tst_DialogLayout::membersStandInCreationOrder()
     QCOMPARE(found, names);
 }
 
-void tst_DialogLayout::widgetsAreMadeInOrderAndNoMore()
+void tst_DialogLayout::layoutContainsItems_data()
 {
-    QStringList found;
-    for (const QObject *object : dialog->children()) {
-        if (object->isWidgetType())
-            found.append(object->objectName());
-    }
-    QCOMPARE(found, widgetNames());
-    QCOMPARE(dialog->children().size(), widgetNames().size() + 1);
-    QCOMPARE(dialog->layout()->objectName(), QStringLiteral("verticalLayout"));
-}
-
-void tst_DialogLayout::viewsLieInTheSplitter()
-{
-    QObjectList views = ui.splitter->children();
-    for (int i = 0; i < ui.splitter->count(); ++i)
-        QVERIFY(views.removeOne(ui.splitter->handle(i)));
-    // The splitter stacks its children as it likes: their order among them says nothing.
-    QStringList names = namesOf(views);
-    names.sort();
-    QCOMPARE(names, words("listView tableView"));
-    QCOMPARE(ui.splitter->count(), 2);
-    QCOMPARE(ui.splitter->widget(0), ui.listView);
-    QCOMPARE(ui.splitter->widget(1), ui.tableView);
-}
-
-void tst_DialogLayout::layoutHoldsItsItems_data()
-{
-    QTest::addColumn<bool>("vertical");
-    QTest::addColumn<int>("spacing"); // -1 is that of the style
+    QTest::addColumn<int>("spacing"); // -1 is the spacing of the style
     QTest::addColumn<QStringList>("items");
 
-    QTest::newRow("verticalLayout") << true << -1
-                                    << words("horizontalLayout horizontalLayout_2 horizontalLayout_5 "
-                                             "horizontalLayout_3 horizontalLayout_6 splitter horizontalLayout_4");
-    QTest::newRow("horizontalLayout") << false << -1 << words("objectFileLabel objectFileNameEdit objectFileButton");
-    QTest::newRow("horizontalLayout_2") << false << -1 << words("pointFileLabel pointFileNameEdit pointFileButton");
-    QTest::newRow("horizontalLayout_5") << false << -1
-                                        << words("searchPointDefsCheck label_3 pointPrefEdit label_4 "
-                                                 "pointStartNumSpin swapXYCheck usePointFileCheck");
-    QTest::newRow("horizontalLayout_3") << false << -1
-                                        << words("searchObjectDefsCheck label_6 objectPrefEdit label_7 "
-                                                 "objectStartNumSpin label_8 encodingCombo");
-    QTest::newRow("horizontalLayout_6") << false << 2
-                                        << words("label horizontalLayout_7 plusToolButton minusToolButton");
-    QTest::newRow("horizontalLayout_7") << false << 2 << words("fieldSpin_0 fieldEdit_0");
-    QTest::newRow("horizontalLayout_4") << false << -1 << words("startButton sortButton updateCheck buttonBox");
+    const auto row = [](const char *layout, const char *items, int spacing = -1) {
+        QTest::newRow(layout) << spacing << words(items);
+    };
+    row("verticalLayout", "horizontalLayout horizontalLayout_2 horizontalLayout_5 horizontalLayout_3 "
+                          "horizontalLayout_6 splitter horizontalLayout_4");
+    row("horizontalLayout", "objectFileLabel objectFileNameEdit objectFileButton");
+    row("horizontalLayout_2", "pointFileLabel pointFileNameEdit pointFileButton");
+    row("horizontalLayout_5", "searchPointDefsCheck label_3 pointPrefEdit label_4 pointStartNumSpin swapXYCheck "
+                              "usePointFileCheck");
+    row("horizontalLayout_3", "searchObjectDefsCheck label_6 objectPrefEdit label_7 objectStartNumSpin label_8 "
+                              "encodingCombo");
+    row("horizontalLayout_6", "label horizontalLayout_7 plusToolButton minusToolButton", 2);
+    row("horizontalLayout_7", "fieldSpin_0 fieldEdit_0", 2);
+    row("horizontalLayout_4", "startButton sortButton updateCheck buttonBox");
 }
 
-void tst_DialogLayout::layoutHoldsItsItems()
+void tst_DialogLayout::layoutContainsItems()
 {
-    QFETCH(bool, vertical);
     QFETCH(int, spacing);
     QFETCH(QStringList, items);
-    auto *const layout = dialog->findChild<QBoxLayout *>(str(QTest::currentDataTag()));
+    const QString name = str(QTest::currentDataTag());
+    auto *const layout = dialog->findChild<QBoxLayout *>(name);
     QVERIFY(layout != nullptr);
     const int styleSpacing = dialog->style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing, nullptr, dialog);
-    QVERIFY(styleSpacing != 2);
 
-    QCOMPARE(layout->metaObject()->className(), vertical ? "QVBoxLayout" : "QHBoxLayout");
+    QCOMPARE(layout->direction(),
+             name.startsWith(QLatin1Char('v')) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     QCOMPARE(layout->spacing(), spacing < 0 ? styleSpacing : spacing);
     QStringList found;
     for (int i = 0; i < layout->count(); ++i) {
-        found.append(itemName(layout->itemAt(i)));
+        QLayoutItem *const item = layout->itemAt(i);
+        const QObject *const object =
+            item->layout() != nullptr ? static_cast<QObject *>(item->layout()) : item->widget();
+        found.append(object != nullptr ? object->objectName() : QStringLiteral("spacer"));
         QCOMPARE(layout->stretch(i), 0);
-        QCOMPARE(layout->itemAt(i)->alignment(), Qt::Alignment());
+        QCOMPARE(item->alignment(), Qt::Alignment());
     }
     QCOMPARE(found, items);
 }
 
-// Compound widgets keep their own parts in the chain; only what the form names is looked at.
-void tst_DialogLayout::tabOrderFollowsTheForm()
+// The focus chain also contains the unnamed parts of compound widgets.
+void tst_DialogLayout::tabOrderFollowsForm()
 {
-    const QStringList order =
+    QStringList order =
         words("objectFileNameEdit objectFileButton pointFileNameEdit pointFileButton searchPointDefsCheck "
               "pointPrefEdit pointStartNumSpin swapXYCheck usePointFileCheck searchObjectDefsCheck objectPrefEdit "
               "objectStartNumSpin encodingCombo listView tableView startButton");
-    const QStringList named = widgetNames() + words("listView tableView");
 
-    QStringList found;
     const QWidget *widget = ui.objectFileNameEdit;
-    while (found.size() < order.size()) {
-        if (named.contains(widget->objectName()) && (widget->focusPolicy() & Qt::TabFocus) != 0)
-            found.append(widget->objectName());
+    while (!order.isEmpty()) {
+        if (widget->objectName() == order.first())
+            order.removeFirst();
         widget = widget->nextInFocusChain();
-        QVERIFY(widget != ui.objectFileNameEdit);
+        QVERIFY(order.isEmpty() || widget != ui.objectFileNameEdit);
     }
-    QCOMPARE(found, order);
 }
 
-void tst_DialogLayout::slotsAreConnectedByName()
+void tst_DialogLayout::widgetHasClassAndTexts_data()
 {
-    SlotCounter counter;
-    Ui::Dialog counterUi = {};
-    counterUi.setupUi(&counter);
-    QCOMPARE(counter.toggles, 0);
+    QTest::addColumn<QString>("widgetClass");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("toolTip");
 
-    counterUi.startButton->click();
-    QCOMPARE(counter.starts, 0);
-    counterUi.startButton->setEnabled(true);
-    counterUi.startButton->click();
-    QCOMPARE(counter.starts, 1);
-    counterUi.usePointFileCheck->click();
-    QCOMPARE(counter.toggles, 1);
-    counterUi.objectFileNameEdit->setText(QStringLiteral("план.mif"));
-    QCOMPARE(counter.edits, 1);
+    const auto row = [](const char *name, const char *widgetClass, const char *text, const char *toolTip) {
+        QTest::newRow(name) << str(widgetClass) << str(text) << str(toolTip);
+    };
+    row("objectFileLabel", "QLabel", "Файл объектов:", "");
+    row("objectFileNameEdit", "QLineEdit", "", "Основной файл для импорта объектов");
+    row("objectFileButton", "QPushButton", "Выбрать...", "");
+    row("pointFileLabel", "QLabel", "Файл точек:", "");
+    row("pointFileNameEdit", "QLineEdit", "", "Дополнительный файл для импорта точек");
+    row("pointFileButton", "QPushButton", "Выбрать...", "");
+    row("searchPointDefsCheck", "QCheckBox", "Искать номера точек",
+        "Если указано, то номера точек будут отыскиваться среди точечных объектов");
+    row("label_3", "QLabel", "Префикс точек:", "");
+    row("pointPrefEdit", "QLineEdit", "", "Префикс не найденных или автоматически пронумерованных точек");
+    row("label_4", "QLabel", "Начальный номер:", "");
+    row("pointStartNumSpin", "QSpinBox", "", "Начальный номер для автоматической нумерации не найденных точек");
+    row("swapXYCheck", "QCheckBox", "Поменять X и Y",
+        "Если указано, то координаты вершин X и Y будут поменяны местами");
+    row("usePointFileCheck", "QCheckBox", "Точки отдельно",
+        "Если указано, то обозначения точек могут быть загружены из отдельного файла");
+    row("searchObjectDefsCheck", "QCheckBox", "Искать обозначения объектов",
+        "Если указано, то обозначения объектов будут браться с объектов типа полигон или полилиния");
+    row("label_6", "QLabel", "Префикс:", "");
+    row("objectPrefEdit", "QLineEdit", "", "Префикс объектов, чье обозначение не удалось определить");
+    row("label_7", "QLabel", "Начальный номер:", "");
+    row("objectStartNumSpin", "QSpinBox", "",
+        "Начальный номер для автоматической нумерации объектов, чье обозначение не удалось определить");
+    row("label_8", "QLabel", "Кодировка:", "");
+    row("encodingCombo", "QComboBox", "Default",
+        "Кодировка обрабатываемых файлов для чтения обозначений, Default - использовать системную по умолчанию");
+    row("label", "QLabel", "Заполнить поле:", "");
+    row("fieldSpin_0", "QSpinBox", "", "Номер дополнительно заполняемого поля");
+    row("fieldEdit_0", "QLineEdit", "", "Значение дополнительно заполняемого поля");
+    row("plusToolButton", "QToolButton", "+", "Добавить дополнительные поля");
+    row("minusToolButton", "QToolButton", "-", "Удалить дополнительные поля");
+    row("splitter", "QSplitter", "", "");
+    row("listView", "QListView", "", "");
+    row("tableView", "QTableView", "", "");
+    row("startButton", "QPushButton", "Обработать файл(ы)!", "");
+    row("sortButton", "QPushButton", "Сортировать объекты", "");
+    row("updateCheck", "QCheckBox", "Обновить при импорте", "");
+    row("buttonBox", "QDialogButtonBox", "", "");
+}
+
+void tst_DialogLayout::widgetHasClassAndTexts()
+{
+    QFETCH(QString, widgetClass);
+    QFETCH(QString, text);
+    QFETCH(QString, toolTip);
+    const auto *const widget = dialog->findChild<QWidget *>(str(QTest::currentDataTag()));
+    QVERIFY(widget != nullptr);
+    const bool hasValue = widgetClass == QLatin1String("QSpinBox");
+    const QVariant shown = widget->property(widgetClass == QLatin1String("QComboBox") ? "currentText" : "text");
+    const auto translated = [](const QString &source) { return source.isEmpty() ? source : QLatin1Char('@') + source; };
+
+    QCOMPARE(QLatin1String(widget->metaObject()->className()), widgetClass);
+    QCOMPARE(hasValue ? QString() : shown.toString(), translated(text));
+    QCOMPARE(widget->toolTip(), translated(toolTip));
+}
+
+void tst_DialogLayout::propertiesAreSet()
+{
+    const char *const properties[] = {
+        "pointPrefEdit maxLength 20",
+        "pointStartNumSpin minimum 1",
+        "pointStartNumSpin maximum 999999999",
+        "objectStartNumSpin minimum 1",
+        "objectStartNumSpin maximum 999999999",
+        "fieldSpin_0 minimum 1",
+        "fieldSpin_0 maximum 20",
+        "fieldSpin_0 value 4",
+        "usePointFileCheck checked true",
+        "encodingCombo editable true",
+        "startButton enabled false",
+        "buttonBox centerButtons false",
+    };
+    for (const char *property : properties) {
+        const QStringList parts = words(property);
+        const QVariant value = dialog->findChild<QWidget *>(parts.at(0))->property(qPrintable(parts.at(1)));
+        QCOMPARE(QStringList({parts.at(0), parts.at(1), value.toString()}), parts);
+    }
+    QCOMPARE(ui.splitter->orientation(), Qt::Horizontal);
+    QCOMPARE(ui.splitter->count(), 2);
+    QCOMPARE(ui.splitter->widget(0), ui.listView);
+    QCOMPARE(ui.splitter->widget(1), ui.tableView);
+    QCOMPARE(ui.buttonBox->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QCOMPARE(ui.plusToolButton->minimumSize(), QSize(0, 0));
+    const auto policy = [](const QWidget *widget) {
+        const QSizePolicy value = widget->sizePolicy();
+        return qMakePair(value.horizontalPolicy(), value.verticalPolicy());
+    };
+    for (const QWidget *spin : {ui.pointStartNumSpin, ui.objectStartNumSpin})
+        QCOMPARE(policy(spin), qMakePair(QSizePolicy::Expanding, QSizePolicy::Fixed));
+    for (const QWidget *button : {ui.plusToolButton, ui.minusToolButton})
+        QCOMPARE(policy(button), qMakePair(QSizePolicy::Preferred, QSizePolicy::Preferred));
+    QCOMPARE(policy(ui.splitter), qMakePair(QSizePolicy::Expanding, QSizePolicy::Expanding));
+}
+
+void tst_DialogLayout::encodingsAreOffered()
+{
+    QStringList items;
+    for (int i = 0; i < ui.encodingCombo->count(); ++i)
+        items.append(ui.encodingCombo->itemText(i));
+
+    QCOMPARE(items, words("@Default @Windows-1251 @IBM866 @UTF-8"));
 }
 
 void tst_DialogLayout::buttonBoxIsNotConnected()
@@ -246,7 +277,19 @@ void tst_DialogLayout::buttonBoxIsNotConnected()
     const QSignalSpy finished(dialog, &QDialog::finished);
     ui.buttonBox->button(QDialogButtonBox::Ok)->click();
     ui.buttonBox->button(QDialogButtonBox::Cancel)->click();
+
     QCOMPARE(finished.count(), 0);
+}
+
+void tst_DialogLayout::retranslationClearsPointPrefix()
+{
+    ui.pointPrefEdit->setText(QStringLiteral("н"));
+    ui.objectPrefEdit->setText(QStringLiteral("ЗУ"));
+
+    ui.retranslateUi(dialog);
+
+    QCOMPARE(ui.pointPrefEdit->text(), QString());
+    QCOMPARE(ui.objectPrefEdit->text(), QStringLiteral("ЗУ"));
 }
 
 QTEST_MAIN(tst_DialogLayout)
