@@ -11,7 +11,7 @@
 #include <QSettings>
 #include <QVariant>
 
-/// Keeps the settings of the process in a folder of its own; to be made before any dialog.
+/// Redirects the settings of the process to a temporary folder. Create it before any dialog.
 class SettingsSandbox
 {
 public:
@@ -26,10 +26,10 @@ public:
         }
     }
 
-    /// The state of a first run.
+    /// Restores the state of a first run.
     void clear() const { QSettings().clear(); }
 
-    /// Stores \a value under \a key, as an earlier dialog would have done.
+    /// Stores \a value under \a key as an earlier dialog does.
     void store(const QString &key, const QVariant &value) const
     {
         QSettings().setValue(QStringLiteral("ImportObjects/") + key, value);
@@ -41,47 +41,56 @@ private:
     QTemporaryDir m_dir;
 };
 
-/// The widget of a form by its object name.
-template <typename W = QWidget>
-W *child(const QWidget &form, const QString &name)
+/// The object name of a widget.
+struct WidgetName
 {
-    W *const found = form.findChild<W *>(name);
+    WidgetName(const char *name) : text(QLatin1String(name)) {}
+    WidgetName(const QString &name) : text(name) {}
+
+    const QString text;
+};
+
+/// The widget \a name of a form. A missing widget ends the test.
+template <typename W = QWidget>
+W *child(const QWidget &form, const WidgetName &name)
+{
+    W *const found = form.findChild<W *>(name.text);
     if (found == nullptr)
-        qFatal("no widget %s", qPrintable(name));
+        qFatal("no widget %s", qPrintable(name.text));
     return found;
 }
 
-/// What the user has entered into the widget \a name: a text, a number or a tick.
-inline QVariant entered(const QWidget &form, const QString &name)
+/// The value of an input widget: its text, number or check state.
+inline QVariant entered(const QWidget &form, const WidgetName &name)
 {
     const QWidget *const widget = child(form, name);
     return widget->metaObject()->userProperty().read(widget);
 }
 
-inline void enter(const QWidget &form, const QString &name, const QVariant &value)
+/// Sets the value of an input widget.
+inline void enter(const QWidget &form, const WidgetName &name, const QVariant &value)
 {
     QWidget *const widget = child(form, name);
     if (!widget->metaObject()->userProperty().write(widget, value))
-        qFatal("cannot enter into %s", qPrintable(name));
+        qFatal("cannot set %s", qPrintable(name.text));
 }
 
-/// Enters the values of a form by the names of the widgets.
-inline void enter(const QWidget &form, const QVariantMap &values)
-{
-    for (auto value = values.cbegin(); value != values.cend(); ++value)
-        enter(form, value.key(), *value);
-}
-
-inline void press(const QWidget &form, const QString &button)
+inline void press(const QWidget &form, const WidgetName &button)
 {
     child<QAbstractButton>(form, button)->click();
 }
 
-/// Has the dialog process \a path as the file of objects.
+/// Processes \a path as the object file.
 inline void process(const Dialog &dialog, const QString &path)
 {
-    enter(dialog, QStringLiteral("objectFileNameEdit"), path);
-    press(dialog, QStringLiteral("startButton"));
+    enter(dialog, "objectFileNameEdit", path);
+    press(dialog, "startButton");
+}
+
+/// The texts of \a rows, which are separated by a comma and a space.
+inline QStringList list(const char *rows)
+{
+    return QString::fromUtf8(rows).split(QStringLiteral(", "), Qt::SkipEmptyParts);
 }
 
 inline QAbstractItemView *view(const Dialog &dialog, const QString &name)
@@ -89,7 +98,7 @@ inline QAbstractItemView *view(const Dialog &dialog, const QString &name)
     return child<QAbstractItemView>(dialog, name);
 }
 
-/// What a model shows: a text for each row, the cells with bars between them; a cell without a value is "-".
+/// The displayed rows of a model, such as "н1|0.00|-": cells are separated by bars, a cell without a value is "-".
 inline QStringList shown(const QAbstractItemModel &model)
 {
     QStringList rows;
@@ -104,7 +113,7 @@ inline QStringList shown(const QAbstractItemModel &model)
     return rows;
 }
 
-/// A MIF file of \a data, which begins in line 5.
+/// The lines of a MIF file; \a data starts at line 5.
 inline QStringList mifLines(const QStringList &data)
 {
     return QStringList{QStringLiteral("VERSION 300"), QStringLiteral("CHARSET \"Neutral\""),

@@ -17,7 +17,7 @@ inline QString editName(int row)
     return QStringLiteral("fieldEdit_%1").arg(row);
 }
 
-/// The rows on the form, as "4 текст".
+/// The field rows on the form, each as "4 текст".
 inline QStringList rowsOf(const Dialog &dialog)
 {
     QStringList rows;
@@ -28,19 +28,13 @@ inline QStringList rowsOf(const Dialog &dialog)
     return rows;
 }
 
-/// Enters rows that are written as rowsOf() gives them, and adds those that are missing.
+/// Enters \a rows in the format of rowsOf() and adds missing rows to the form.
 inline void enterRows(const Dialog &dialog, const QStringList &rows)
 {
     for (int row = 0; row < rows.size(); ++row) {
         if (row >= dialog.fieldCount)
-            press(dialog, QStringLiteral("plusToolButton"));
+            press(dialog, "plusToolButton");
         enter(dialog, spinName(row), rows.at(row).section(QLatin1Char(' '), 0, 0).toInt());
         enter(dialog, editName(row), rows.at(row).section(QLatin1Char(' '), 1));
     }
-}
-
-/// Texts that are written with a comma and a blank between them.
-inline QStringList list(const char *rows)
-{
-    return QString::fromUtf8(rows).split(QStringLiteral(", "), Qt::SkipEmptyParts);
 }
