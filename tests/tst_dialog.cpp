@@ -1,121 +1,73 @@
 #include "dialogtesting.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
 #include <QLabel>
-#include <QMetaMethod>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
-#include <QToolButton>
+#include <QTimer>
 
-/// The dialog before a file is processed.
+/// The dialog before a file is processed, including the choice of files.
 class tst_Dialog : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    void init() { settings.clear(); }
 
-    void slotsAreTheNine();
-    void membersHaveDefaults();
-    void parentAndFlagsAreThoseOfADialog();
-    void viewsHaveNoModels();
+    void newDialogIsEmpty();
     void toolButtonsAreEnlarged_data();
     void toolButtonsAreEnlarged();
-    void minusIsAsWideAsPlus();
-    void exchangeOfCoordinatesIsHidden();
-
-    void buttonBoxEndsTheDialog_data();
-    void buttonBoxEndsTheDialog();
-    void otherButtonsDoNotEndIt_data();
-    void otherButtonsDoNotEndIt();
-
-    void processButtonNeedsAFile_data();
-    void processButtonNeedsAFile();
-    void withoutAFileNothingIsProcessed();
-    void pointFileRowIsShownOnDemand_data();
-    void pointFileRowIsShownOnDemand();
+    void buttonBoxClosesDialog_data();
+    void buttonBoxClosesDialog();
+    void processButtonNeedsFileName();
+    void pointFileRowFollowsCheckBox();
+    void onlyChosenFileIsEntered_data();
+    void onlyChosenFileIsEntered();
 
 private:
     SettingsSandbox settings;
-    QFont font;
 };
 
-void tst_Dialog::init()
+namespace {
+
+/// Presses \a button and answers the file dialog with \a path, or cancels it if the path is empty. Returns the title,
+/// the name filters and the selected files of the file dialog.
+QStringList chooseFile(const Dialog &dialog, const WidgetName &button, const QString &path)
 {
-    settings.clear();
-    font = QApplication::font();
+    QStringList question;
+    QTimer::singleShot(0, &dialog, [&] {
+        auto *const fileDialog = dialog.findChild<QFileDialog *>();
+        question = QStringList{fileDialog->windowTitle()} + fileDialog->nameFilters() + fileDialog->selectedFiles();
+        fileDialog->selectFile(path);
+        static_cast<QDialog *>(fileDialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
+    });
+    press(dialog, button);
+    return question;
 }
 
-void tst_Dialog::cleanup()
-{
-    QApplication::setFont(font);
-}
+} // namespace
 
-void tst_Dialog::slotsAreTheNine()
-{
-    const QStringList expected{
-        QStringLiteral("on_objectFileButton_clicked()"),
-        QStringLiteral("on_pointFileButton_clicked()"),
-        QStringLiteral("on_startButton_clicked()"),
-        QStringLiteral("on_usePointFileCheck_toggled(bool)"),
-        QStringLiteral("on_plusToolButton_clicked()"),
-        QStringLiteral("on_minusToolButton_clicked()"),
-        QStringLiteral("procCurrentChanged(QModelIndex,QModelIndex)"),
-        QStringLiteral("on_sortButton_clicked()"),
-        QStringLiteral("on_objectFileNameEdit_textChanged(QString)"),
-    };
-    const QMetaObject &meta = Dialog::staticMetaObject;
-
-    QStringList found;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
-        found.append(QString::fromLatin1(meta.method(i).methodSignature()));
-    }
-    QCOMPARE(found, expected);
-    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-    QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
-    QCOMPARE(meta.constructorCount(), 0);
-    QCOMPARE(meta.className(), "Dialog");
-    QCOMPARE(meta.superClass(), &QDialog::staticMetaObject);
-}
-
-void tst_Dialog::membersHaveDefaults()
-{
-    const Dialog dialog;
-
-    QVERIFY(dialog.objects.isEmpty());
-    QVERIFY(!dialog.isDxf);
-    QCOMPARE(dialog.nColNum, 0);
-    QCOMPARE(dialog.xColNum, 2);
-    QCOMPARE(dialog.yColNum, 1);
-    QCOMPARE(dialog.defColNum, 0);
-    QVERIFY(dialog.formName.isEmpty() && dialog.objectTableName.isEmpty() && dialog.pointTableName.isEmpty());
-    QVERIFY(dialog.fieldNumValueMap.isEmpty());
-    QCOMPARE(dialog.fieldCount, 1);
-    QVERIFY(dialog.polygonModel.parent() == nullptr && dialog.mapModel.parent() == nullptr);
-}
-
-void tst_Dialog::parentAndFlagsAreThoseOfADialog()
+void tst_Dialog::newDialogIsEmpty()
 {
     QWidget parent;
     const Dialog dialog(&parent);
 
     QCOMPARE(dialog.parentWidget(), &parent);
     QCOMPARE(dialog.windowFlags(), QDialog(&parent).windowFlags());
-    QVERIFY(!dialog.isModal());
-}
-
-void tst_Dialog::viewsHaveNoModels()
-{
-    const Dialog dialog;
-
-    QVERIFY(view(dialog, QStringLiteral("listView"))->model() == nullptr);
-    QVERIFY(view(dialog, QStringLiteral("tableView"))->model() == nullptr);
-    QCOMPARE(dialog.mapModel.rowCount(), 0);
-    QCOMPARE(dialog.polygonModel.rowCount(), 0);
+    QVERIFY(dialog.objects.isEmpty() && dialog.fieldNumValueMap.isEmpty() && !dialog.isDxf);
+    QCOMPARE(dialog.nColNum, 0);
+    QCOMPARE(dialog.xColNum, 2);
+    QCOMPARE(dialog.yColNum, 1);
+    QCOMPARE(dialog.defColNum, 0);
+    QCOMPARE(dialog.fieldCount, 1);
+    QVERIFY(child(dialog, "swapXYCheck")->isHidden());
+    for (const char *name : {"listView", "tableView"})
+        QVERIFY(child<QAbstractItemView>(dialog, name)->model() == nullptr);
 }
 
 void tst_Dialog::toolButtonsAreEnlarged_data()
@@ -132,159 +84,119 @@ void tst_Dialog::toolButtonsAreEnlarged()
 {
     QFETCH(bool, inPixels);
     QFETCH(int, size);
-    QFont base = font;
-    inPixels ? base.setPixelSize(size) : base.setPointSize(size);
-    QApplication::setFont(base);
+    const QFont usual = QApplication::font();
+    QFont font = usual;
+    inPixels ? font.setPixelSize(size) : font.setPointSize(size);
+    QApplication::setFont(font);
     const Dialog dialog;
+    QApplication::setFont(usual);
 
     for (const char *name : {"plusToolButton", "minusToolButton"}) {
-        const QFont enlarged = child(dialog, QLatin1String(name))->font();
-        QCOMPARE(enlarged.pixelSize(), inPixels ? size + 1 : -1);
-        QCOMPARE(enlarged.pointSize(), inPixels ? -1 : size + 1);
+        const QFont enlarged = child(dialog, name)->font();
+        QCOMPARE(inPixels ? enlarged.pixelSize() : enlarged.pointSize(), size + 1);
         QVERIFY(enlarged.bold());
     }
-    const QFont other = child(dialog, QStringLiteral("startButton"))->font();
-    QCOMPARE(inPixels ? other.pixelSize() : other.pointSize(), size);
+    const int width = child(dialog, "plusToolButton")->sizeHint().width();
+    QCOMPARE(child(dialog, "minusToolButton")->minimumWidth(), width);
+    QCOMPARE(child(dialog, "minusToolButton")->maximumWidth(), width);
 }
 
-void tst_Dialog::minusIsAsWideAsPlus()
-{
-    const Dialog dialog;
-    const int width = child(dialog, QStringLiteral("plusToolButton"))->sizeHint().width();
-    const QWidget *const minus = child(dialog, QStringLiteral("minusToolButton"));
-
-    QCOMPARE(minus->minimumWidth(), width);
-    QCOMPARE(minus->maximumWidth(), width);
-    QVERIFY(minus->maximumHeight() > minus->minimumHeight());
-    QVERIFY(child(dialog, QStringLiteral("plusToolButton"))->maximumWidth() > width);
-}
-
-void tst_Dialog::exchangeOfCoordinatesIsHidden()
-{
-    Dialog dialog;
-    dialog.show();
-
-    QVERIFY(child(dialog, QStringLiteral("swapXYCheck"))->isHidden());
-    QVERIFY(child(dialog, QStringLiteral("usePointFileCheck"))->isVisible());
-}
-
-void tst_Dialog::buttonBoxEndsTheDialog_data()
+void tst_Dialog::buttonBoxClosesDialog_data()
 {
     QTest::addColumn<int>("button");
     QTest::addColumn<int>("result");
 
-    QTest::newRow("OK") << int(QDialogButtonBox::Ok) << 1;
-    QTest::newRow("Cancel") << int(QDialogButtonBox::Cancel) << 0;
+    QTest::newRow("OK") << int(QDialogButtonBox::Ok) << int(QDialog::Accepted);
+    QTest::newRow("Cancel") << int(QDialogButtonBox::Cancel) << int(QDialog::Rejected);
 }
 
-void tst_Dialog::buttonBoxEndsTheDialog()
+void tst_Dialog::buttonBoxClosesDialog()
 {
     QFETCH(int, button);
     QFETCH(int, result);
     Dialog dialog;
     dialog.show();
-    const QSignalSpy finished(&dialog, &QDialog::finished);
+    dialog.setResult(-1);
 
-    child<QDialogButtonBox>(dialog, QStringLiteral("buttonBox"))
-        ->button(QDialogButtonBox::StandardButton(button))
-        ->click();
+    auto *const buttons = child<QDialogButtonBox>(dialog, "buttonBox");
+    buttons->button(QDialogButtonBox::StandardButton(button))->click();
 
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(finished.first().first().toInt(), result);
     QCOMPARE(dialog.result(), result);
     QVERIFY(dialog.isHidden());
 }
 
-void tst_Dialog::otherButtonsDoNotEndIt_data()
+void tst_Dialog::processButtonNeedsFileName()
 {
-    QTest::addColumn<int>("rows"); // of extra fields, afterwards
-
-    QTest::newRow("startButton") << 1;
-    QTest::newRow("sortButton") << 1;
-    QTest::newRow("plusToolButton") << 2;
-    QTest::newRow("minusToolButton") << 1;
-    QTest::newRow("updateCheck") << 1;
-    QTest::newRow("usePointFileCheck") << 1;
-}
-
-void tst_Dialog::otherButtonsDoNotEndIt()
-{
-    QFETCH(int, rows);
-    const StatusRecorder host;
-    Dialog dialog;
-    dialog.show();
-    enter(dialog, QStringLiteral("objectFileNameEdit"), TextFixture().path(QStringLiteral("missing.mif")));
-    const QSignalSpy finished(&dialog, &QDialog::finished);
-
-    press(dialog, QString::fromLatin1(QTest::currentDataTag()));
-
-    QCOMPARE(finished.count(), 0);
-    QVERIFY(dialog.isVisible());
-    QCOMPARE(dialog.fieldCount, rows);
-}
-
-void tst_Dialog::processButtonNeedsAFile_data()
-{
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<bool>("isEnabled");
-
-    const QString name = QStringLiteral("план.mif");
-    QTest::newRow("nothing yet") << QStringList() << false;
-    QTest::newRow("name") << QStringList{name} << true;
-    QTest::newRow("blank") << QStringList{QStringLiteral(" ")} << true;
-    QTest::newRow("name taken away") << QStringList{name, QString()} << false;
-    QTest::newRow("name given again") << QStringList{name, QString(), name} << true;
-}
-
-void tst_Dialog::processButtonNeedsAFile()
-{
-    QFETCH(QStringList, texts);
-    QFETCH(bool, isEnabled);
     const Dialog dialog;
-    for (const QString &text : texts)
-        enter(dialog, QStringLiteral("objectFileNameEdit"), text);
-    enter(dialog, QStringLiteral("pointFileNameEdit"), QStringLiteral("точки.mif"));
+    const QWidget *const button = child(dialog, "startButton");
 
-    QCOMPARE(child(dialog, QStringLiteral("startButton"))->isEnabled(), isEnabled);
+    enter(dialog, "pointFileNameEdit", QStringLiteral("точки.mif"));
+    QVERIFY(!button->isEnabled());
+    enter(dialog, "objectFileNameEdit", QStringLiteral(" "));
+    QVERIFY(button->isEnabled());
+    enter(dialog, "objectFileNameEdit", QString());
+    QVERIFY(!button->isEnabled());
 }
 
-void tst_Dialog::withoutAFileNothingIsProcessed()
+void tst_Dialog::pointFileRowFollowsCheckBox()
 {
-    const StatusRecorder host;
-    Dialog dialog;
-    dialog.objects = {object("ЗУ1")};
-
-    press(dialog, QStringLiteral("startButton"));
-
-    QCOMPARE(dialog.objects.size(), 1);
-    QVERIFY(host.messages().isEmpty());
+    for (const bool stored : {false, true}) {
+        settings.store(QStringLiteral("usePointFile"), stored);
+        const Dialog dialog;
+        for (const bool checked : {stored, !stored}) {
+            enter(dialog, "usePointFileCheck", checked);
+            for (const char *name : {"pointFileLabel", "pointFileNameEdit", "pointFileButton"})
+                QCOMPARE(child(dialog, name)->isVisibleTo(&dialog), checked);
+            QCOMPARE(child<QLabel>(dialog, "objectFileLabel")->text(),
+                     checked ? QStringLiteral("Файл объектов:") : QStringLiteral("Файл:"));
+        }
+    }
 }
 
-void tst_Dialog::pointFileRowIsShownOnDemand_data()
+void tst_Dialog::onlyChosenFileIsEntered_data()
 {
-    QTest::addColumn<QVector<bool>>("ticks");
-    QTest::addColumn<bool>("isShown");
-    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("isDxf");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QStringList>("entries"); // of the object file and the point file
 
-    QTest::newRow("on") << QVector<bool>{true} << true << QStringLiteral("Файл объектов:");
-    QTest::newRow("off again") << QVector<bool>{true, false} << false << QStringLiteral("Файл:");
-    QTest::newRow("on again") << QVector<bool>{true, false, true} << true << QStringLiteral("Файл объектов:");
+    const QString mif = QStringLiteral("Файлы mif (*.mif)");
+    const QString dxf = QStringLiteral("Файлы dxf (*.dxf)");
+    QTest::newRow("objects, MIF") << QStringLiteral("objectFileButton") << false << mif << list("новый, точки");
+    QTest::newRow("points, MIF") << QStringLiteral("pointFileButton") << false << mif << list("план, новый");
+    QTest::newRow("objects, DXF") << QStringLiteral("objectFileButton") << true << dxf << list("новый, точки");
+    QTest::newRow("points, DXF") << QStringLiteral("pointFileButton") << true << dxf << list("план, новый");
 }
 
-void tst_Dialog::pointFileRowIsShownOnDemand()
+void tst_Dialog::onlyChosenFileIsEntered()
 {
-    QFETCH(QVector<bool>, ticks);
-    QFETCH(bool, isShown);
-    QFETCH(QString, label);
-    Dialog dialog;
-    dialog.show();
-    for (const bool tick : ticks)
-        enter(dialog, QStringLiteral("usePointFileCheck"), tick);
+    QFETCH(QString, button);
+    QFETCH(bool, isDxf);
+    QFETCH(QString, filter);
+    QFETCH(QStringList, entries);
+    const TextFixture files;
+    const QString path = files.write(isDxf ? QStringLiteral("plan.dxf") : QStringLiteral("plan.mif"), {});
+    const QStringList question{QStringLiteral("Выбрать файл"), filter};
+    {
+        Dialog dialog;
+        dialog.isDxf = isDxf;
+        enter(dialog, "objectFileNameEdit", QStringLiteral("план"));
+        enter(dialog, "pointFileNameEdit", QStringLiteral("точки"));
 
-    for (const char *name : {"pointFileLabel", "pointFileNameEdit", "pointFileButton"})
-        QCOMPARE(child(dialog, QLatin1String(name))->isVisible(), isShown);
-    QCOMPARE(child<QLabel>(dialog, QStringLiteral("objectFileLabel"))->text(), label);
-    QVERIFY(child(dialog, QStringLiteral("objectFileNameEdit"))->isVisible());
+        QCOMPARE(chooseFile(dialog, button, path), question);
+
+        entries.replaceInStrings(QStringLiteral("новый"), QDir::toNativeSeparators(path));
+        QCOMPARE(entered(dialog, "objectFileNameEdit").toString(), entries.first());
+        QCOMPARE(entered(dialog, "pointFileNameEdit").toString(), entries.last());
+    }
+    {
+        Dialog later;
+        later.isDxf = isDxf;
+        enter(later, "objectFileNameEdit", QStringLiteral("план"));
+        QCOMPARE(chooseFile(later, "objectFileButton", QString()), question + QStringList{path});
+        QCOMPARE(entered(later, "objectFileNameEdit").toString(), QStringLiteral("план"));
+    }
+    QCOMPARE(settings.stored(QStringLiteral("lastPath")).toString(), path);
 }
 
 QTEST_MAIN(tst_Dialog)
