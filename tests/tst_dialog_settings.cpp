@@ -1,36 +1,23 @@
 #include "dialogtesting.h"
 
-#include <QLabel>
-#include <QSpinBox>
+#include <QRegularExpression>
 #include <QSplitter>
 #include <QTest>
-
-Q_DECLARE_METATYPE(QDialog::DialogCode)
 
 class tst_DialogSettings : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { settings.clear(); }
 
-    void firstRunHasDefaults_data();
-    void firstRunHasDefaults();
-    void firstRunHasItsSizeAndNoFields();
-    void choiceIsKept_data();
-    void choiceIsKept();
-    void choiceIsNotKept_data();
-    void choiceIsNotKept();
+    void valueIsKept_data();
+    void valueIsKept();
     void sizeIsKept();
-    void lastPathIsKept();
-    void splitterIsKept();
-    void everyDestructionSaves_data();
-    void everyDestructionSaves();
-    void settingsAreReadOncePerDialog();
-    void nothingElseIsStored();
-    void settingsOfTheHostAreLeftAlone();
-    void pointFileRowFollowsTheStoredChoice_data();
-    void pointFileRowFollowsTheStoredChoice();
+    void splitterStateIsKept();
+    void everyKeyIsStoredWithItsType();
+    void storedValueIsConverted_data();
+    void storedValueIsConverted();
 
 private:
     SettingsSandbox settings;
@@ -38,115 +25,79 @@ private:
 
 namespace {
 
+/// The stored settings, each as "key type value"; byte arrays without their value.
+QStringList &storedLines()
+{
+    static QStringList lines;
+    return lines;
+}
+
+bool writeTypes(QIODevice & /*device*/, const QSettings::SettingsMap &map)
+{
+    storedLines().clear();
+    for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
+        const QString value = entry->type() == QVariant::ByteArray ? QString() : entry->toString();
+        storedLines().append(QStringLiteral("%1 %2 %3").arg(entry.key(), QLatin1String(entry->typeName()), value));
+    }
+    return true;
+}
+
+bool readNothing(QIODevice & /*device*/, QSettings::SettingsMap & /*map*/)
+{
+    return true;
+}
+
 QByteArray splitterState(const Dialog &dialog)
 {
-    return child<QSplitter>(dialog, QStringLiteral("splitter"))->saveState();
+    return child<QSplitter>(dialog, "splitter")->saveState();
 }
 
 } // namespace
 
-void tst_DialogSettings::init()
+void tst_DialogSettings::valueIsKept_data()
 {
-    settings.clear();
-}
-
-void tst_DialogSettings::firstRunHasDefaults_data()
-{
+    QTest::addColumn<QVariant>("initial");
     QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("isKept");
 
-    QTest::newRow("searchPointDefsCheck") << QVariant(true);
-    QTest::newRow("pointPrefEdit") << QVariant(QStringLiteral("н"));
-    QTest::newRow("pointStartNumSpin") << QVariant(1);
-    QTest::newRow("searchObjectDefsCheck") << QVariant(true);
-    QTest::newRow("objectPrefEdit") << QVariant(QStringLiteral(":ЗУ"));
-    QTest::newRow("objectStartNumSpin") << QVariant(1);
-    QTest::newRow("usePointFileCheck") << QVariant(false);
-    QTest::newRow("updateCheck") << QVariant(false);
-    QTest::newRow("objectFileNameEdit") << QVariant(QString());
-    QTest::newRow("pointFileNameEdit") << QVariant(QString());
-    QTest::newRow("encodingCombo") << QVariant(QStringLiteral("Default"));
-    QTest::newRow("swapXYCheck") << QVariant(false);
-    QTest::newRow("fieldSpin_0") << QVariant(4);
-    QTest::newRow("fieldEdit_0") << QVariant(QString());
+    const auto row = [](const char *widget, const QVariant &initial, const QVariant &value, bool isKept = true) {
+        QTest::newRow(widget) << initial << value << isKept;
+    };
+    row("searchPointDefsCheck", true, false);
+    row("pointPrefEdit", QStringLiteral("н"), QStringLiteral("т. \"1\", ё"));
+    row("pointStartNumSpin", 1, 999999999);
+    row("searchObjectDefsCheck", true, false);
+    row("objectPrefEdit", QStringLiteral(":ЗУ"), QStringLiteral("50:01:0000000:ЗУ"));
+    row("objectStartNumSpin", 1, 17);
+    row("usePointFileCheck", false, true);
+    row("updateCheck", false, true);
+    row("objectFileNameEdit", QString(), QStringLiteral("план.mif"), false);
+    row("pointFileNameEdit", QString(), QStringLiteral("точки.mif"), false);
+    row("encodingCombo", QStringLiteral("Default"), QStringLiteral("UTF-8"), false);
+    row("swapXYCheck", false, true, false);
 }
 
-void tst_DialogSettings::firstRunHasDefaults()
+void tst_DialogSettings::valueIsKept()
 {
+    QFETCH(QVariant, initial);
     QFETCH(QVariant, value);
-    const Dialog dialog;
-
-    QCOMPARE(entered(dialog, QString::fromLatin1(QTest::currentDataTag())), value);
-}
-
-void tst_DialogSettings::firstRunHasItsSizeAndNoFields()
-{
-    const Dialog dialog;
-
-    QCOMPARE(dialog.size(), QSize(400, 600));
-    QVERIFY(dialog.fieldNumValueMap.isEmpty());
-    QCOMPARE(dialog.fieldCount, 1);
-    QVERIFY(dialog.findChild<QSpinBox *>(QStringLiteral("fieldSpin_1")) == nullptr);
-}
-
-void tst_DialogSettings::choiceIsKept_data()
-{
-    QTest::addColumn<QVariant>("value");
-
-    QTest::newRow("searchPointDefsCheck") << QVariant(false);
-    QTest::newRow("pointPrefEdit") << QVariant(QStringLiteral("т. \"1\", ё"));
-    QTest::newRow("pointStartNumSpin") << QVariant(999999999);
-    QTest::newRow("searchObjectDefsCheck") << QVariant(false);
-    QTest::newRow("objectPrefEdit") << QVariant(QStringLiteral("50:01:0000000:ЗУ"));
-    QTest::newRow("objectStartNumSpin") << QVariant(17);
-    QTest::newRow("usePointFileCheck") << QVariant(true);
-    QTest::newRow("updateCheck") << QVariant(true);
-}
-
-void tst_DialogSettings::choiceIsKept()
-{
-    QFETCH(QVariant, value);
-    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    QFETCH(bool, isKept);
+    const char *const widget = QTest::currentDataTag();
     {
         const Dialog dialog;
-        QVERIFY(entered(dialog, name) != value);
-        enter(dialog, name, value);
+        QCOMPARE(entered(dialog, widget), initial);
+        enter(dialog, widget, value);
     }
-
     const Dialog later;
 
-    QCOMPARE(entered(later, name), value);
-}
-
-void tst_DialogSettings::choiceIsNotKept_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QVariant>("later");
-
-    QTest::newRow("objectFileNameEdit") << QVariant(QStringLiteral("план.mif")) << QVariant(QString());
-    QTest::newRow("pointFileNameEdit") << QVariant(QStringLiteral("точки.mif")) << QVariant(QString());
-    QTest::newRow("encodingCombo") << QVariant(QStringLiteral("UTF-8")) << QVariant(QStringLiteral("Default"));
-    QTest::newRow("swapXYCheck") << QVariant(true) << QVariant(false);
-}
-
-void tst_DialogSettings::choiceIsNotKept()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QVariant, later);
-    const QString name = QString::fromLatin1(QTest::currentDataTag());
-    {
-        const Dialog dialog;
-        enter(dialog, name, value);
-    }
-
-    const Dialog dialog;
-
-    QCOMPARE(entered(dialog, name), later);
+    QCOMPARE(entered(later, widget), isKept ? value : initial);
 }
 
 void tst_DialogSettings::sizeIsKept()
 {
     {
         Dialog dialog;
+        QCOMPARE(dialog.size(), QSize(400, 600));
         dialog.resize(1010, 707);
     }
     const Dialog later;
@@ -154,119 +105,70 @@ void tst_DialogSettings::sizeIsKept()
     QCOMPARE(later.size(), QSize(1010, 707));
 }
 
-void tst_DialogSettings::lastPathIsKept()
-{
-    settings.store(QStringLiteral("lastPath"), QStringLiteral("/съёмка/план 1.mif"));
-    delete new Dialog;
-
-    QCOMPARE(settings.stored(QStringLiteral("lastPath")).toString(), QStringLiteral("/съёмка/план 1.mif"));
-}
-
-void tst_DialogSettings::splitterIsKept()
+void tst_DialogSettings::splitterStateIsKept()
 {
     QByteArray state;
     {
         const Dialog dialog;
-        auto *const splitter = child<QSplitter>(dialog, QStringLiteral("splitter"));
+        auto *const splitter = child<QSplitter>(dialog, "splitter");
         splitter->setSizes({123, 77});
         splitter->setChildrenCollapsible(false);
-        QVERIFY(splitter->saveState() != splitterState(Dialog()));
         state = splitter->saveState();
+        QVERIFY(state != splitterState(Dialog()));
     }
-    QCOMPARE(settings.stored(QStringLiteral("splitterSizes")).toByteArray(), state);
-
     const Dialog later;
 
     QCOMPARE(splitterState(later), state);
 }
 
-void tst_DialogSettings::everyDestructionSaves_data()
+// A format of our own receives the values unconverted; an INI file keeps most of them as texts.
+void tst_DialogSettings::everyKeyIsStoredWithItsType()
 {
-    QTest::addColumn<QDialog::DialogCode>("code");
-    QTest::addColumn<bool>("isShown");
-
-    QTest::newRow("accepted") << QDialog::Accepted << true;
-    QTest::newRow("rejected") << QDialog::Rejected << true;
-    QTest::newRow("never shown") << QDialog::Rejected << false;
-}
-
-void tst_DialogSettings::everyDestructionSaves()
-{
-    QFETCH(QDialog::DialogCode, code);
-    QFETCH(bool, isShown);
+    QSettings::setDefaultFormat(QSettings::registerFormat(QStringLiteral("types"), readNothing, writeTypes));
     {
-        Dialog dialog;
-        enter(dialog, QStringLiteral("pointPrefEdit"), QStringLiteral("т"));
-        if (isShown) {
-            dialog.show();
-            dialog.done(code);
-        }
-        QVERIFY(QSettings().allKeys().isEmpty());
+        const Dialog dialog;
+        enter(dialog, "fieldEdit_0", QStringLiteral("626"));
     }
-    QCOMPARE(settings.stored(QStringLiteral("pointPref")).toString(), QStringLiteral("т"));
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+
+    QStringList expected = list("FieldNumValueMap/3 QString 626, lastPath QString , objectPref QString :ЗУ, "
+                                "objectStartNum int 1, pointPref QString н, pointStartNum int 1, "
+                                "searchObjectDefs bool true, searchPointDefs bool true, size QSize , "
+                                "splitterSizes QByteArray , update bool false, usePointFile bool false");
+    expected.replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("ImportObjects/"));
+    QCOMPARE(storedLines(), expected);
 }
 
-void tst_DialogSettings::settingsAreReadOncePerDialog()
+void tst_DialogSettings::storedValueIsConverted_data()
 {
-    Dialog dialog;
-    settings.store(QStringLiteral("pointPref"), QStringLiteral("чужой"));
-    dialog.show();
-    QCOMPARE(entered(dialog, QStringLiteral("pointPrefEdit")).toString(), QStringLiteral("н"));
-
-    dialog.readSettings();
-    QCOMPARE(entered(dialog, QStringLiteral("pointPrefEdit")).toString(), QStringLiteral("чужой"));
-}
-
-void tst_DialogSettings::nothingElseIsStored()
-{
-    delete new Dialog;
-
-    QSettings store;
-    QStringList keys = store.allKeys();
-    keys.sort();
-    const QString names = QStringLiteral("lastPath objectPref objectStartNum pointPref pointStartNum searchObjectDefs "
-                                         "searchPointDefs size splitterSizes update usePointFile");
-    QStringList expected;
-    for (const QString &name : names.split(QLatin1Char(' ')))
-        expected.append(QStringLiteral("ImportObjects/") + name);
-    QCOMPARE(keys, expected);
-}
-
-void tst_DialogSettings::settingsOfTheHostAreLeftAlone()
-{
-    QSettings().setValue(QStringLiteral("size"), QSize(11, 12));
-    QSettings().setValue(QStringLiteral("FieldNumValueMap/3"), QStringLiteral("чужое"));
-    settings.store(QStringLiteral("colour"), 7);
-    delete new Dialog;
-
-    QCOMPARE(QSettings().value(QStringLiteral("size")).toSize(), QSize(11, 12));
-    QCOMPARE(QSettings().value(QStringLiteral("FieldNumValueMap/3")).toString(), QStringLiteral("чужое"));
-    QCOMPARE(settings.stored(QStringLiteral("colour")).toInt(), 7);
-}
-
-void tst_DialogSettings::pointFileRowFollowsTheStoredChoice_data()
-{
+    QTest::addColumn<QString>("key");
     QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<bool>("isShown");
-    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QVariant>("value");
 
-    QTest::newRow("nothing stored") << QVariant() << false << QStringLiteral("Файл:");
-    QTest::newRow("one file") << QVariant(false) << false << QStringLiteral("Файл:");
-    QTest::newRow("two files") << QVariant(true) << true << QStringLiteral("Файл объектов:");
+    const auto row = [](const char *name, const char *key, const QVariant &stored, const char *widget,
+                        const QVariant &value) {
+        QTest::newRow(name) << QString::fromLatin1(key) << stored << QString::fromLatin1(widget) << value;
+    };
+    const QString word = QStringLiteral("много");
+    row("word as number", "pointStartNum", word, "pointStartNumSpin", 1);
+    row("number above the limit", "objectStartNum", 1000000000, "objectStartNumSpin", 999999999);
+    row("word as check state", "update", word, "updateCheck", true);
+    row("zero as check state", "searchPointDefs", 0, "searchPointDefsCheck", false);
+    row("list as text", "objectPref", list("а, б"), "objectPrefEdit", QString());
+    row("long text", "pointPref", QString(30, QLatin1Char('a')), "pointPrefEdit", QString(20, QLatin1Char('a')));
 }
 
-void tst_DialogSettings::pointFileRowFollowsTheStoredChoice()
+void tst_DialogSettings::storedValueIsConverted()
 {
+    QFETCH(QString, key);
     QFETCH(QVariant, stored);
-    QFETCH(bool, isShown);
-    QFETCH(QString, label);
-    if (stored.isValid())
-        settings.store(QStringLiteral("usePointFile"), stored);
+    QFETCH(QString, widget);
+    QFETCH(QVariant, value);
+    settings.store(key, stored);
     const Dialog dialog;
 
-    for (const char *name : {"pointFileLabel", "pointFileNameEdit", "pointFileButton"})
-        QCOMPARE(child(dialog, QLatin1String(name))->isVisibleTo(&dialog), isShown);
-    QCOMPARE(child<QLabel>(dialog, QStringLiteral("objectFileLabel"))->text(), label);
+    QCOMPARE(entered(dialog, widget), value);
 }
 
 QTEST_MAIN(tst_DialogSettings)
