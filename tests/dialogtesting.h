@@ -4,7 +4,7 @@
 #include "testing.h"
 
 #include <QAbstractButton>
-#include <QAbstractItemView>
+#include <QAbstractItemModel>
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QMetaProperty>
@@ -91,11 +91,6 @@ inline void process(const Dialog &dialog, const QString &path)
 inline QStringList list(const char *rows)
 {
     return QString::fromUtf8(rows).split(QStringLiteral(", "), Qt::SkipEmptyParts);
-}
-
-inline QAbstractItemView *view(const Dialog &dialog, const QString &name)
-{
-    return child<QAbstractItemView>(dialog, name);
 }
 
 /// The displayed rows of a model, such as "н1|0.00|-": cells are separated by bars, a cell without a value is "-".

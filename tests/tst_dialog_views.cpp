@@ -2,6 +2,7 @@
 
 #include "dialog_elidingdelegate.h"
 
+#include <QHeaderView>
 #include <QSignalSpy>
 
 /// The views after a run: the current object, editing and sorting.
@@ -10,297 +11,212 @@ class tst_DialogViews : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+    void init() { settings.clear(); }
 
-    void currentRowIsShown_data();
-    void currentRowIsShown();
-    void currentRowIsShownAfterALaterRun();
-    void currentRowBringsTheFields();
-    void fieldsComeAfterTheVertices();
-    void noCurrentRowChangesNothing();
-    void rowOfALostObjectChangesNothing();
-    void designationIsEditedInTheList();
-    void numberIsEditedInTheTable();
-    void longDesignationIsShownInPart();
+    void currentObjectIsShown();
+    void fieldsFollowVertices();
+    void invalidRowIsIgnored();
+    void designationsAreEdited();
+    void longDesignationIsFullyVisible();
+    void tableViewHasLimitedColumns_data();
+    void tableViewHasLimitedColumns();
+    void longTextIsElided_data();
+    void longTextIsElided();
 
-    void sortingKeepsTheRow_data();
-    void sortingKeepsTheRow();
-    void sortingRefreshesTheList();
-    void sortingKeepsTheFields();
-    void sortingNothingIsHarmless();
-    void rowsFollowTheSorting();
-    void openEditorReachesNoOtherObject_data();
-    void openEditorReachesNoOtherObject();
+    void sortingKeepsCurrentRow();
+    void sortingWithoutObjectsIsHarmless();
+    void openEditorChangesNoOtherObject_data();
+    void openEditorChangesNoOtherObject();
 
 private:
     SettingsSandbox settings;
     TextFixture files;
 };
 
-namespace {
-
-const QString sortButton = QStringLiteral("sortButton");
-
-QString defsOf(const Dialog &dialog)
-{
-    QStringList defs;
-    for (const DefPolygon &object : dialog.objects)
-        defs.append(object.def);
-    return defs.join(QLatin1Char(' '));
-}
-
-} // namespace
-
-void tst_DialogViews::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-}
-
-void tst_DialogViews::init()
-{
-    settings.clear();
-}
-
-void tst_DialogViews::currentRowIsShown_data()
-{
-    QTest::addColumn<QVector<int>>("rows");
-    QTest::addColumn<QString>("def");
-
-    QTest::newRow("none yet") << QVector<int>() << QStringLiteral("в");
-    QTest::newRow("first") << QVector<int>{0} << QStringLiteral("в");
-    QTest::newRow("second") << QVector<int>{1} << QStringLiteral("б");
-    QTest::newRow("third") << QVector<int>{2} << QStringLiteral("а");
-    QTest::newRow("back to the first") << QVector<int>{2, 1, 0} << QStringLiteral("в");
-}
-
-void tst_DialogViews::currentRowIsShown()
-{
-    QFETCH(QVector<int>, rows);
-    QFETCH(QString, def);
-    Dialog dialog;
-    showPlan(dialog, files);
-
-    for (const int row : rows)
-        selectRow(dialog, row);
-
-    QCOMPARE(shown(dialog.polygonModel), tableOf(def));
-}
-
-void tst_DialogViews::currentRowIsShownAfterALaterRun()
+void tst_DialogViews::currentObjectIsShown()
 {
     Dialog dialog;
-    showPlan(dialog, files);
-    selectRow(dialog, 2);
-    showPlan(dialog, files);
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
-
-    selectRow(dialog, 1);
-
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("б")));
+    for (int run = 0; run < 2; ++run) {
+        showPlan(dialog, files);
+        QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
+        selectRow(dialog, 2);
+        QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("а")));
+        selectRow(dialog, 0);
+        QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
+    }
 }
 
-void tst_DialogViews::currentRowBringsTheFields()
+// Setting the fields signals nothing, so views see a changed number of columns only when the next object is shown.
+void tst_DialogViews::fieldsFollowVertices()
 {
     Dialog dialog;
-    enter(dialog, QStringLiteral("fieldEdit_0"), QStringLiteral("626"));
+    enter(dialog, "fieldEdit_0", QStringLiteral("626"));
     showPlan(dialog, files);
-    dialog.polygonModel.setFieldNumValueMap({});
-
-    selectRow(dialog, 2);
-
-    QCOMPARE(shown(dialog.polygonModel),
-             (QStringList{QStringLiteral("н10|5.00|5.00|626"), QStringLiteral("н11|6.00|6.00|626")}));
-}
-
-// Nobody is told of the columns that they add until the next object is shown.
-void tst_DialogViews::fieldsComeAfterTheVertices()
-{
-    Dialog dialog;
-    enter(dialog, QStringLiteral("fieldEdit_0"), QStringLiteral("626"));
-    showPlan(dialog, files);
+    const auto field = [&dialog] { return dialog.polygonModel.index(0, 3).data().toString(); };
     QStringList seen;
-    connect(&dialog.polygonModel, &QAbstractItemModel::modelReset, this,
-            [&] { seen.append(dialog.polygonModel.index(0, 3).data().toString()); });
+    connect(&dialog.polygonModel, &QAbstractItemModel::modelReset, &dialog, [&] { seen.append(field()); });
 
     dialog.polygonModel.setFieldNumValueMap({});
     selectRow(dialog, 2);
+    QCOMPARE(field(), QStringLiteral("626"));
     dialog.polygonModel.setFieldNumValueMap({});
     process(dialog, writePlan(files));
 
+    QCOMPARE(field(), QStringLiteral("626"));
     QCOMPARE(seen, (QStringList{QString(), QString()}));
-    QCOMPARE(dialog.polygonModel.index(0, 3).data().toString(), QStringLiteral("626"));
 }
 
-void tst_DialogViews::noCurrentRowChangesNothing()
+void tst_DialogViews::invalidRowIsIgnored()
 {
     Dialog dialog;
     showPlan(dialog, files);
+    const QModelIndex last = dialog.mapModel.index(2, 0);
     selectRow(dialog, 1);
+    dialog.objects.removeLast();
     const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
 
     listOf(dialog)->setCurrentIndex(QModelIndex());
-
-    QCOMPARE(reset.count(), 0);
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("б")));
-}
-
-void tst_DialogViews::rowOfALostObjectChangesNothing()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-    const QModelIndex last = listOf(dialog)->model()->index(2, 0);
-    dialog.objects.removeLast();
-
     listOf(dialog)->selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
 
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
+    QCOMPARE(reset.count(), 0);
 }
 
-void tst_DialogViews::designationIsEditedInTheList()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-
-    openEditor(listOf(dialog), QStringLiteral("д"));
-    type(listOf(dialog), QStringLiteral("г"));
-
-    QCOMPARE(defsOf(dialog), QStringLiteral("г б а"));
-    QVERIFY(dialog.stringResult().contains(QStringLiteral("<Cell>г</Cell>")));
-}
-
-void tst_DialogViews::numberIsEditedInTheTable()
+void tst_DialogViews::designationsAreEdited()
 {
     Dialog dialog;
     showPlan(dialog, files);
     selectRow(dialog, 2);
 
-    openEditor(tableViewOf(dialog), QStringLiteral("1"));
-    type(tableViewOf(dialog), QStringLiteral("77"));
+    openEditor(tableViewOf(dialog), QString());
+    commit(tableViewOf(dialog), QStringLiteral("77"));
+    openEditor(listOf(dialog), QString());
+    commit(listOf(dialog), QStringLiteral("г"));
 
     QCOMPARE(dialog.objects.at(2).contours.first().first().def, QStringLiteral("77"));
-    QVERIFY(dialog.stringResult().contains(QStringLiteral("<Cell>77</Cell>")));
+    QCOMPARE(shown(dialog.mapModel), list("г, б, а"));
 }
 
-// Sorted are «а», «б», «в», whose tables differ in their shapes.
-void tst_DialogViews::longDesignationIsShownInPart()
+void tst_DialogViews::longDesignationIsFullyVisible()
 {
-    const QString longDef(100000, QLatin1Char('W'));
     Dialog dialog;
     showPlan(dialog, files);
-    const int width = listOf(dialog)->sizeHintForColumn(0);
+    const QModelIndex index = dialog.mapModel.index(1, 0);
+    dialog.mapModel.setData(index, QStringLiteral("Участок 7 ").repeated(20));
+    dialog.grab();
 
-    for (const QAbstractItemView *const view : viewsOf(dialog)) {
+    const QListView *const view = listOf(dialog);
+    QVERIFY(view->visualRect(index).width() > view->viewport()->width());
+    QVERIFY(view->sizeHintForIndex(index).width() <= view->visualRect(index).width());
+}
+
+void tst_DialogViews::tableViewHasLimitedColumns_data()
+{
+    QTest::addColumn<int>("lastColumn");
+    QTest::addColumn<int>("sections");
+
+    QTest::newRow("at the limit") << 9999 << 10000;
+    QTest::newRow("beyond the limit") << 10000 << 10000;
+}
+
+// The result is not limited.
+void tst_DialogViews::tableViewHasLimitedColumns()
+{
+    QFETCH(int, lastColumn);
+    QFETCH(int, sections);
+    Dialog dialog;
+    setColumns(dialog, 0, 1, lastColumn);
+    dialog.polygonModel.setNxyColNum(0, 1, lastColumn);
+
+    for (int run = 0; run < 2; ++run) {
+        showPlan(dialog, files);
+        selectRow(dialog, 2);
+        QCOMPARE(tableViewOf(dialog)->horizontalHeader()->count(), sections);
+        QCOMPARE(tableViewOf(dialog)->model()->index(1, 1).data().toString(), QStringLiteral("6.00"));
+    }
+    dialog.objects = {object("а", {{point("н1")}})};
+    QCOMPARE(dialog.stringResult().count(QStringLiteral("<Cell")), 1 + lastColumn + 1);
+}
+
+void tst_DialogViews::longTextIsElided_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("displayed");
+
+    const QString longest = QStringLiteral("Участок 7 ").repeated(50);
+    QTest::newRow("500 characters") << longest << longest;
+    QTest::newRow("501 characters") << longest + QLatin1Char('x') << longest + QStringLiteral("…");
+    QTest::newRow("line break") << QStringLiteral("a\nb") << QStringLiteral("a\u2028b");
+    QTest::newRow("line break in a long text")
+        << QStringLiteral("a\nb") + longest << QStringLiteral("a\u2028b") + longest.left(497) + QStringLiteral("…");
+}
+
+void tst_DialogViews::longTextIsElided()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, displayed);
+    const Dialog dialog;
+
+    for (const QAbstractItemView *view : viewsOf(dialog)) {
         const auto *const delegate = qobject_cast<const ElidingDelegate *>(view->itemDelegate());
         QVERIFY(delegate != nullptr);
-        QVERIFY(delegate->displayText(longDef, QLocale::c()).size() < 1000);
+        QCOMPARE(delegate->displayText(text, QLocale::c()), displayed);
     }
-    listOf(dialog)->model()->setData(listOf(dialog)->model()->index(0, 0), longDef);
-
-    QVERIFY(listOf(dialog)->sizeHintForColumn(0) > width);
-    QCOMPARE(dialog.objects.first().def, longDef);
 }
 
-void tst_DialogViews::sortingKeepsTheRow_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("def");
-
-    QTest::newRow("first") << 0 << QStringLiteral("а");
-    QTest::newRow("second") << 1 << QStringLiteral("б");
-    QTest::newRow("third") << 2 << QStringLiteral("в");
-}
-
-void tst_DialogViews::sortingKeepsTheRow()
-{
-    QFETCH(int, row);
-    QFETCH(QString, def);
-    Dialog dialog;
-    showPlan(dialog, files);
-    selectRow(dialog, row);
-    dialog.grab();
-
-    press(dialog, sortButton);
-
-    QCOMPARE(shown(dialog.polygonModel), tableOf(def));
-    dialog.grab();
-    press(dialog, sortButton);
-    QCOMPARE(shown(dialog.polygonModel), tableOf(def));
-}
-
-void tst_DialogViews::sortingRefreshesTheList()
+void tst_DialogViews::sortingKeepsCurrentRow()
 {
     Dialog dialog;
+    enter(dialog, "fieldEdit_0", QStringLiteral("626"));
     showPlan(dialog, files);
-    const QSignalSpy reset(&dialog.mapModel, &QAbstractItemModel::modelReset);
+    selectRow(dialog, 2);
+    const QSignalSpy listReset(&dialog.mapModel, &QAbstractItemModel::modelReset);
 
-    press(dialog, sortButton);
+    press(dialog, "sortButton");
 
-    QCOMPARE(reset.count(), 1);
-    QCOMPARE(shown(dialog.mapModel).join(QLatin1Char(' ')), QStringLiteral("а б в"));
-    QCOMPARE(view(dialog, QStringLiteral("listView"))->model(), &dialog.mapModel);
+    QCOMPARE(listReset.count(), 1);
+    QCOMPARE(shown(dialog.mapModel), list("а, б, в"));
+    QCOMPARE(shown(dialog.polygonModel).size(), 6);
+    QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("н1|7.00|7.00|626"));
+    selectRow(dialog, 0);
+    QCOMPARE(shown(dialog.polygonModel), list("н10|5.00|5.00|626, н11|6.00|6.00|626"));
 }
 
-void tst_DialogViews::sortingKeepsTheFields()
-{
-    Dialog dialog;
-    enter(dialog, QStringLiteral("fieldEdit_0"), QStringLiteral("626"));
-    showPlan(dialog, files);
-
-    press(dialog, sortButton);
-
-    QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("н10|5.00|5.00|626"));
-}
-
-void tst_DialogViews::sortingNothingIsHarmless()
+void tst_DialogViews::sortingWithoutObjectsIsHarmless()
 {
     Dialog dialog;
     dialog.show();
 
-    press(dialog, sortButton);
+    press(dialog, "sortButton");
 
     QVERIFY(listOf(dialog)->model() == nullptr);
     QCOMPARE(dialog.mapModel.rowCount() + dialog.polygonModel.rowCount(), 0);
-    dialog.grab();
 }
 
-void tst_DialogViews::rowsFollowTheSorting()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-    press(dialog, sortButton);
-
-    selectRow(dialog, 2);
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
-    openEditor(tableViewOf(dialog), QString());
-    type(tableViewOf(dialog), QStringLiteral("77"));
-
-    QCOMPARE(dialog.objects.at(2).contours.first().first().def, QStringLiteral("77"));
-}
-
-void tst_DialogViews::openEditorReachesNoOtherObject_data()
+void tst_DialogViews::openEditorChangesNoOtherObject_data()
 {
     QTest::addColumn<QString>("button");
-    QTest::addColumn<QString>("defs");
+    QTest::addColumn<QStringList>("defs");
 
-    QTest::newRow("sorted") << sortButton << QStringLiteral("а б в");
-    QTest::newRow("processed again") << QStringLiteral("startButton") << QStringLiteral("в б а");
+    QTest::newRow("sorted") << QStringLiteral("sortButton") << list("а, б, в");
+    QTest::newRow("processed again") << QStringLiteral("startButton") << list("в, б, а");
 }
 
-void tst_DialogViews::openEditorReachesNoOtherObject()
+void tst_DialogViews::openEditorChangesNoOtherObject()
 {
     QFETCH(QString, button);
-    QFETCH(QString, defs);
+    QFETCH(QStringList, defs);
     Dialog dialog;
     showPlan(dialog, files);
-    QVERIFY(openEditor(tableViewOf(dialog), QStringLiteral("чужой")) != nullptr);
-    QVERIFY(openEditor(listOf(dialog), QStringLiteral("чужой")) != nullptr);
+    for (QAbstractItemView *view : viewsOf(dialog))
+        QVERIFY(openEditor(view, QStringLiteral("чужой")) != nullptr);
 
     press(dialog, button);
-    endEditing(dialog);
+    for (const QAbstractItemView *view : viewsOf(dialog))
+        commit(view, QStringLiteral("чужой"));
 
-    QCOMPARE(defsOf(dialog), defs);
-    QCOMPARE(shown(dialog.polygonModel), tableOf(defs.left(1)));
+    QCOMPARE(shown(dialog.mapModel), defs);
+    QCOMPARE(shown(dialog.polygonModel), tableOf(defs.first()));
 }
 
 QTEST_MAIN(tst_DialogViews)

@@ -1,38 +1,33 @@
 #include "viewtesting.h"
 
-#include <QDir>
 #include <QSignalSpy>
 
 #include <functional>
 
-/// The views while they are older than the objects: after a run that brought none, and in the midst of a run.
+/// An action of the user on the views and the buttons.
+using Action = void (*)(Dialog &dialog);
+Q_DECLARE_METATYPE(Action)
+
+/// The views while they are older than the objects: during a run and after a run without objects.
 class tst_DialogViewsStale : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
-    void cleanup();
+    void cleanupTestCase() { setStatusFunc(nullptr); }
 
-    void viewsOutliveAnEmptyRun_data();
-    void viewsOutliveAnEmptyRun();
-    void editorOutlivesAnEmptyRun();
-    void formerRowIsPassedOver();
-    void formerRowIsPassedOverInTheMidstOfARun();
-    void sortingAfterAnEmptyRunLeavesTheTable();
-    void fullRunShowsItsObjectsAgain();
-
-    void hostActsInTheMidstOfARun_data();
-    void hostActsInTheMidstOfARun();
-    void hostActsInTheMidstOfTheFirstRun_data();
-    void hostActsInTheMidstOfTheFirstRun();
-    void hostActsInTheMidstOfAnEmptyRun_data();
-    void hostActsInTheMidstOfAnEmptyRun();
+    void actionAfterEmptyRunIsHarmless_data();
+    void actionAfterEmptyRunIsHarmless();
+    void actionDuringRunIsHarmless_data();
+    void actionDuringRunIsHarmless();
+    void staleRowIsIgnored();
 
 private:
-    QString brokenPlan() const;
-    QString missingPlan() const { return files.path(QStringLiteral("missing.mif")); }
+    /// Writes a file with two unsorted objects and an error in line 7.
+    QString brokenFile() const;
+    QString missingFile() const { return files.path(QStringLiteral("missing.mif")); }
 
     SettingsSandbox settings;
     TextFixture files;
@@ -42,22 +37,78 @@ namespace {
 
 QStringList &messages()
 {
-    static QStringList taken;
-    return taken;
+    static QStringList texts;
+    return texts;
 }
 
-/// What the host does with a message, besides taking it.
+/// The action of the host while it handles a message.
 std::function<void()> &reaction()
 {
     static std::function<void()> function;
     return function;
 }
 
-void takeMessage(const QString &text)
+void handleMessage(const QString &text)
 {
     messages().append(text);
     if (reaction())
         reaction()();
+}
+
+void clickIntoViews(Dialog &dialog)
+{
+    for (const QAbstractItemView *view : viewsOf(dialog)) {
+        for (const QPoint &position : {QPoint(20, 8), QPoint(20, 30), QPoint(150, 50)}) {
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, position);
+            QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, position);
+            commit(view, QStringLiteral("щелчок"));
+        }
+    }
+}
+
+void pressKeysInViews(Dialog &dialog)
+{
+    for (QAbstractItemView *view : viewsOf(dialog)) {
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_End, Qt::Key_Home, Qt::Key_PageDown})
+            QTest::keyClick(view, key);
+        QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(view, Qt::Key_F2);
+        commit(view, QStringLiteral("клавиша"));
+    }
+}
+
+void layOutViews(Dialog &dialog)
+{
+    dialog.resize(dialog.size() + QSize(40, 90));
+    tableViewOf(dialog)->resizeColumnsToContents();
+    tableViewOf(dialog)->resizeRowsToContents();
+    for (QAbstractItemView *view : viewsOf(dialog)) {
+        view->scrollToBottom();
+        view->keyboardSearch(QStringLiteral("н"));
+        view->reset();
+    }
+}
+
+void commitEditors(Dialog &dialog)
+{
+    for (const QAbstractItemView *view : viewsOf(dialog))
+        commit(view, QStringLiteral("правка"));
+}
+
+void addActions()
+{
+    QTest::addColumn<Action>("act");
+
+    const auto row = [](const char *name, Action act) { QTest::newRow(name) << act; };
+    row("click", clickIntoViews);
+    row("keys", pressKeysInViews);
+    row("layout", layOutViews);
+    row("end of editing", commitEditors);
+    row("last row", [](Dialog &dialog) { selectRow(dialog, 2); });
+    row("sort", [](Dialog &dialog) { press(dialog, "sortButton"); });
+    row("process", [](Dialog &dialog) { press(dialog, "startButton"); });
+    row("extra field", [](Dialog &dialog) { press(dialog, "plusToolButton"); });
+    row("OK", [](Dialog &dialog) { dialog.accept(); });
 }
 
 void actAndRepaint(Dialog &dialog, Action act)
@@ -68,105 +119,81 @@ void actAndRepaint(Dialog &dialog, Action act)
     dialog.grab();
 }
 
-/// Calls the slot as the view does.
-void makeCurrent(Dialog &dialog, const QModelIndex &index)
+/// True when no cell of the models has a text.
+bool isBlank(const Dialog &dialog)
 {
-    QVERIFY(QMetaObject::invokeMethod(&dialog, "procCurrentChanged", Q_ARG(QModelIndex, index),
-                                      Q_ARG(QModelIndex, QModelIndex())));
+    const QString texts = (shown(dialog.mapModel) + shown(dialog.polygonModel)).join(QString());
+    return texts.count(QLatin1Char('-')) + texts.count(QLatin1Char('|')) == texts.size();
 }
 
 } // namespace
-
-void tst_DialogViewsStale::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-}
 
 void tst_DialogViewsStale::init()
 {
     settings.clear();
     messages().clear();
-    setStatusFunc(takeMessage);
-}
-
-void tst_DialogViewsStale::cleanup()
-{
-    setStatusFunc(nullptr);
     reaction() = nullptr;
+    setStatusFunc(handleMessage);
 }
 
-/// Two objects, not in the order of their designations, before an error in line 7.
-QString tst_DialogViewsStale::brokenPlan() const
+QString tst_DialogViewsStale::brokenFile() const
 {
-    files.write(QStringLiteral("broken.mid"), {QStringLiteral("я"), QStringLiteral("ю"), QStringLiteral("э")});
-    return files.write(
-        QStringLiteral("broken.mif"),
-        mifLines({QStringLiteral("LINE 1 1 2 2"), QStringLiteral("LINE 3 3 4 4"), QStringLiteral("LINE")}));
+    files.write(QStringLiteral("broken.mid"), list("я, ю, э"));
+    return files.write(QStringLiteral("broken.mif"), mifLines(list("LINE 1 1 2 2, LINE 3 3 4 4, LINE")));
 }
 
-void tst_DialogViewsStale::viewsOutliveAnEmptyRun_data()
+void tst_DialogViewsStale::actionAfterEmptyRunIsHarmless_data()
 {
     addActions();
 }
 
-void tst_DialogViewsStale::viewsOutliveAnEmptyRun()
+void tst_DialogViewsStale::actionAfterEmptyRunIsHarmless()
 {
     QFETCH(Action, act);
     Dialog dialog;
     showPlan(dialog, files);
-    selectRow(dialog, 1);
-    dialog.grab();
-    const QStringList list = shown(dialog.mapModel);
-    const QStringList table = shown(dialog.polygonModel);
-
-    process(dialog, missingPlan());
-    QVERIFY(isNothingOrOld(shown(dialog.mapModel), list));
-    QVERIFY(isNothingOrOld(shown(dialog.polygonModel), table));
-    actAndRepaint(dialog, act);
-
-    QVERIFY(isNothingOrOld(shown(dialog.mapModel), list));
-    QVERIFY(isNothingOrOld(shown(dialog.polygonModel), table));
-    QCOMPARE(listOf(dialog)->model(), &dialog.mapModel);
-    QCOMPARE(tableViewOf(dialog)->model(), &dialog.polygonModel);
-    QVERIFY(dialog.objects.isEmpty());
-    QCOMPARE(dialog.stringResult(), QStringLiteral("\n<FormTable/>"));
-}
-
-void tst_DialogViewsStale::editorOutlivesAnEmptyRun()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-    const QStringList table = shown(dialog.polygonModel);
-    QVERIFY(openEditor(tableViewOf(dialog), QStringLiteral("правка")) != nullptr);
-    QVERIFY(openEditor(listOf(dialog), QStringLiteral("правка")) != nullptr);
+    for (QAbstractItemView *view : viewsOf(dialog))
+        QVERIFY(openEditor(view, QStringLiteral("правка")) != nullptr);
     const QSignalSpy listChanged(&dialog.mapModel, &QAbstractItemModel::dataChanged);
     const QSignalSpy tableChanged(&dialog.polygonModel, &QAbstractItemModel::dataChanged);
 
-    process(dialog, missingPlan());
-    actAndRepaint(dialog, endEditing);
+    process(dialog, missingFile());
+    actAndRepaint(dialog, act);
 
+    QVERIFY(isBlank(dialog));
     QCOMPARE(listChanged.count() + tableChanged.count(), 0);
     QVERIFY(dialog.objects.isEmpty());
-    QVERIFY(isNothingOrOld(shown(dialog.polygonModel), table));
+    QCOMPARE(listOf(dialog)->model(), &dialog.mapModel);
+    QCOMPARE(tableViewOf(dialog)->model(), &dialog.polygonModel);
 }
 
-// An index of the list may be older than the objects.
-void tst_DialogViewsStale::formerRowIsPassedOver()
+void tst_DialogViewsStale::actionDuringRunIsHarmless_data()
 {
+    addActions();
+}
+
+void tst_DialogViewsStale::actionDuringRunIsHarmless()
+{
+    QFETCH(Action, act);
     Dialog dialog;
     showPlan(dialog, files);
-    const QModelIndex third = dialog.mapModel.index(2, 0);
-    process(dialog, missingPlan());
-    const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
+    openEditor(listOf(dialog), QStringLiteral("правка"));
+    bool wasBlank = false;
+    reaction() = [&] {
+        actAndRepaint(dialog, act);
+        wasBlank = isBlank(dialog);
+    };
 
-    makeCurrent(dialog, third);
+    process(dialog, brokenFile());
 
-    QCOMPARE(reset.count(), 0);
-    dialog.grab();
+    QVERIFY(wasBlank);
+    QCOMPARE(messages(), QStringList{QStringLiteral("Ошибка чтения линии из строки: 7")});
+    QCOMPARE(shown(dialog.mapModel), list("я, ю"));
+    QCOMPARE(shown(dialog.polygonModel), list("н1|1.00|1.00, н2|2.00|2.00"));
 }
 
-// The objects that are there already may move when more are read.
-void tst_DialogViewsStale::formerRowIsPassedOverInTheMidstOfARun()
+// Reading further objects may move those that the run has read before.
+void tst_DialogViewsStale::staleRowIsIgnored()
 {
     Dialog dialog;
     showPlan(dialog, files);
@@ -174,117 +201,14 @@ void tst_DialogViewsStale::formerRowIsPassedOverInTheMidstOfARun()
     const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
     int resets = -1;
     reaction() = [&] {
-        makeCurrent(dialog, first);
+        QVERIFY(QMetaObject::invokeMethod(&dialog, "procCurrentChanged", Q_ARG(QModelIndex, first),
+                                          Q_ARG(QModelIndex, QModelIndex())));
         resets = reset.count();
     };
 
-    process(dialog, brokenPlan());
+    process(dialog, brokenFile());
 
     QCOMPARE(resets, 0);
-    QCOMPARE(reset.count(), 1);
-}
-
-void tst_DialogViewsStale::sortingAfterAnEmptyRunLeavesTheTable()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-    process(dialog, missingPlan());
-    const QSignalSpy listReset(&dialog.mapModel, &QAbstractItemModel::modelReset);
-    const QSignalSpy tableReset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
-
-    press(dialog, QStringLiteral("sortButton"));
-
-    QCOMPARE(listReset.count(), 1);
-    QCOMPARE(dialog.mapModel.rowCount(), 0);
-    QCOMPARE(tableReset.count(), 0);
-    dialog.grab();
-}
-
-void tst_DialogViewsStale::fullRunShowsItsObjectsAgain()
-{
-    Dialog dialog;
-    showPlan(dialog, files);
-    process(dialog, missingPlan());
-    actAndRepaint(dialog, walkByKeys);
-
-    showPlan(dialog, files);
-    selectRow(dialog, 1);
-
-    QCOMPARE(shown(dialog.mapModel).join(QLatin1Char(' ')), QStringLiteral("в б а"));
-    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("б")));
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfARun_data()
-{
-    addActions();
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfARun()
-{
-    QFETCH(Action, act);
-    Dialog dialog;
-    showPlan(dialog, files);
-    openEditor(listOf(dialog), QStringLiteral("правка"));
-    const QStringList list = shown(dialog.mapModel);
-    const QStringList table = shown(dialog.polygonModel);
-    bool isStale = false;
-    reaction() = [&] {
-        actAndRepaint(dialog, act);
-        isStale = isNothingOrOld(shown(dialog.mapModel), list) && isNothingOrOld(shown(dialog.polygonModel), table);
-    };
-
-    process(dialog, brokenPlan());
-
-    QVERIFY(isStale);
-    QCOMPARE(messages(), QStringList{QStringLiteral("Ошибка чтения линии из строки: 7")});
-    QCOMPARE(shown(dialog.mapModel).join(QLatin1Char(' ')), QStringLiteral("я ю"));
-    QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("н1|1.00|1.00"));
-    dialog.grab();
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfTheFirstRun_data()
-{
-    addActions();
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfTheFirstRun()
-{
-    QFETCH(Action, act);
-    Dialog dialog;
-    enter(dialog, QStringLiteral("encodingCombo"), QStringLiteral("UTF-8"));
-    enter(dialog, QStringLiteral("searchPointDefsCheck"), false);
-    dialog.show();
-    reaction() = [&] { actAndRepaint(dialog, act); };
-
-    process(dialog, brokenPlan());
-
-    QCOMPARE(messages().size(), 1);
-    QCOMPARE(shown(dialog.mapModel).join(QLatin1Char(' ')), QStringLiteral("я ю"));
-    QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("н1|1.00|1.00"));
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfAnEmptyRun_data()
-{
-    addActions();
-}
-
-void tst_DialogViewsStale::hostActsInTheMidstOfAnEmptyRun()
-{
-    QFETCH(Action, act);
-    Dialog dialog;
-    showPlan(dialog, files);
-    selectRow(dialog, 2);
-    const QStringList list = shown(dialog.mapModel);
-    const QStringList table = shown(dialog.polygonModel);
-    reaction() = [&] { actAndRepaint(dialog, act); };
-
-    process(dialog, missingPlan());
-
-    const QString message = QStringLiteral("Ошибка открытия файла %1").arg(QDir::toNativeSeparators(missingPlan()));
-    QCOMPARE(messages(), QStringList{message});
-    QVERIFY(dialog.objects.isEmpty());
-    QVERIFY(isNothingOrOld(shown(dialog.mapModel), list));
-    QVERIFY(isNothingOrOld(shown(dialog.polygonModel), table));
 }
 
 QTEST_MAIN(tst_DialogViewsStale)
