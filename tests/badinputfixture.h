@@ -16,28 +16,41 @@ const QByteArray dxfHead("0\nSECTION\n2\nHEADER\n0\nENDSEC\n0\nSECTION\n2\nENTIT
 /// The same object in both formats.
 const QByteArray mifLine("LINE 0 0 1 1\n");
 const QByteArray dxfLine("0\nLINE\n10\n0\n20\n0\n11\n1\n21\n1\n");
-const QString readLine = QStringLiteral("ЗУ1 [н1 0 0, н2 1 1]");
 
-/// A value of this process's status in megabytes; 0 where the system does not tell.
-inline int statusMegabytes(const QByteArray &key)
+const QString mifName = QStringLiteral("plan.mif");
+const QString midName = QStringLiteral("plan.mid");
+const QString dxfName = QStringLiteral("plan.dxf");
+
+/// An entry of this process's status in bytes; 0 where the system has none.
+inline qint64 statusBytes(const QByteArray &key)
 {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return 0;
     const QByteArray text = status.readAll();
     const int begin = text.indexOf(key) + key.size();
-    return text.mid(begin, text.indexOf("kB", begin) - begin).trimmed().toInt() / 1024;
+    return text.mid(begin, text.indexOf("kB", begin) - begin).trimmed().toLongLong() * 1024;
 }
 
-/// Makes the peak begin anew.
-inline void forgetPeak()
+/// Measures the peak growth of this process's memory since its construction.
+class PeakMemory
 {
-    QFile references(QStringLiteral("/proc/self/clear_refs"));
-    if (references.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        references.write("5");
-}
+public:
+    PeakMemory()
+    {
+        QFile references(QStringLiteral("/proc/self/clear_refs"));
+        if (references.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            references.write("5"); // resets the peak
+        m_before = statusBytes("VmRSS:");
+    }
 
-/// A run over a file of its folder, in the format that its name tells; numbers from «н1» and «ЗУ1».
+    qint64 bytes() const { return statusBytes("VmHWM:") - m_before; }
+
+private:
+    qint64 m_before = 0;
+};
+
+/// An import of a file in the fixture's folder, whose suffix chooses the format. Numbering starts at «н1» and «ЗУ1».
 struct BadInputFixture
 {
     explicit BadInputFixture(const QString &objectFile)
@@ -56,14 +69,6 @@ struct BadInputFixture
     }
 
     QString objectText() const { return described(objects).join(QLatin1Char('\n')); }
-
-    /// The messages, with the names of files without their folder.
-    QStringList messages() const
-    {
-        QStringList texts = host.messages();
-        texts.replaceInStrings(QDir::toNativeSeparators(files.path(QString()) + QLatin1Char('/')), QString());
-        return texts;
-    }
 
     const StatusRecorder host;
     const TextFixture files;

@@ -1,7 +1,7 @@
 # cmake -DNM=<nm> -DPLUGIN=<file> -P exported_symbols.cmake
 #
-# Fails unless the plug-in shows the outside its two entry points and nothing else: whatever else it showed could take
-# the place of a symbol of the host, or of another plug-in.
+# Fails unless the plug-in exports its two entry points and nothing else. Any other exported symbol could replace one of
+# the host or of another plug-in.
 
 execute_process(COMMAND "${NM}" -D --defined-only "${PLUGIN}" OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^ \n]+(\n|$)" names "${listing}")

@@ -7,16 +7,15 @@
 
 const QString strMif = QStringLiteral("Объекты из MIF");
 
-/// What came of one run of the program.
+/// The outcome of one run of the program.
 struct HostRun
 {
-    int status; ///< of the exit; -1 when the program did not end by itself
+    int status; ///< exit status; -1 after a crash or a timeout
     QString output;
     QStringList messages;
 };
 
-/// Runs the program in a folder of its own, with its files, and with settings
-/// of its own.
+/// Runs the program in its own folder of input files and with its own settings.
 struct Host
 {
     Host()
@@ -57,7 +56,7 @@ struct Host
         return run(QStringList{QStringLiteral("--operation"), strMif, QStringLiteral("--objects"), fileName} + args);
     }
 
-    /// Writes a pair of files; \a data begins in line 5.
+    /// Writes a MIF file whose line 5 is the first of \a data, and its MID file.
     void writeMif(const QString &name, const QString &data, const QString &records, const char *codec = "UTF-8") const
     {
         const QString header = QStringLiteral("VERSION 300\nCHARSET \"WindowsCyrillic\"\nDELIMITER \",\"\nDATA");
@@ -65,8 +64,7 @@ struct Host
         files.write(name + QStringLiteral(".mid"), {records}, codec);
     }
 
-    /// A point, a region that begins on it, and a polyline that begins on the
-    /// region's third vertex.
+    /// Writes a point, a region that starts at it, and a polyline that starts at the region's third vertex.
     void writePlan() const
     {
         writeMif(QStringLiteral("plan"),
@@ -83,17 +81,17 @@ struct Host
 
     const TextFixture files;
     const QTemporaryDir settings;
-    QString folder = files.path(QString()); ///< that the program runs in
+    QString folder = files.path(QString()); ///< working directory of the program
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 };
 
-/// The text without the line breaks and indentation between its elements.
+/// \a xml without white space between its elements.
 inline QString compact(const QString &xml)
 {
     return xml.trimmed().replace(QRegularExpression(QStringLiteral(">\\s+<")), QStringLiteral("><"));
 }
 
-/// Cells from their texts, which are separated by commas.
+/// A cell for each of \a texts, which are separated by commas.
 inline QString cells(const QString &texts)
 {
     QString xml;
@@ -118,8 +116,7 @@ inline QString document(const QString &objects, const QString &attributes = QStr
     return QStringLiteral("<FormTable%1>%2</FormTable>").arg(attributes, objects);
 }
 
-/// The region of the plan with the numbers of its four vertices, which are
-/// separated by blanks.
+/// The region of writePlan(). The \a numbers of its four vertices are separated by blanks.
 inline QString planRegion(const QString &def, const QString &numbers)
 {
     const QStringList number = numbers.split(QLatin1Char(' '));
@@ -135,20 +132,19 @@ inline QString planLine(const QString &def, const QString &numbers)
         def, {number.at(0) + QStringLiteral(",1010.50,2010.00"), number.at(1) + QStringLiteral(",1020.00,2020.00")});
 }
 
-/// What writePlan() and writeLine() give unless told otherwise.
+/// The results of writePlan() and writeLine() with the default options.
 const QString documentOfPlan = document(planRegion(QStringLiteral("ЗУ10"), QStringLiteral("т1 н1 н2 т1")) +
                                         planLine(QStringLiteral("ЗУ2"), QStringLiteral("н2 н3")));
 const QString documentOfLine = document(
     object(QStringLiteral("ЗУ1"), {QStringLiteral("н1,1000.00,2000.00"), QStringLiteral("н2,1010.50,2000.00")}));
 
-/// Has arguments and file names handed to the program in this encoding,
-/// whatever the locale of the test.
+/// Encodes arguments and file names as UTF-8 in any locale.
 inline void useUtf8()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 }
 
-/// Arguments from a text in which they are separated by blanks.
+/// Splits \a text at its blanks.
 inline QStringList arguments(const char *text)
 {
     return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);

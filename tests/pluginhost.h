@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QJsonObject>
 #include <QPluginLoader>
@@ -12,46 +13,57 @@
 #include <QSettings>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QTimer>
 
 #include <functional>
+#include <utility>
 
 const QString fromMif = QStringLiteral("Объекты из MIF");
 const QString fromDxf = QStringLiteral("Объекты из DXF");
 
-/// A host that knows nothing of the plug-in but its file: it loads it, calls it and takes its messages.
+/// Lines 1 to 4 of a MIF file.
+const QByteArray mifHeader("VERSION 300\nCHARSET \"WindowsCyrillic\"\nDELIMITER \",\"\nDATA\n");
+
+using DialogAction = std::function<void(DialogDriver &)>;
+
+inline void doNothing(DialogDriver & /*driver*/) {}
+
+/// Loads the built plug-in as a host does, calls its operations and records its messages.
 ///
-/// Each host has settings of its own, empty at first, and a folder for input files; one at a time.
+/// Each PluginHost has its own settings, initially empty, and its own folder for input files. Use one at a time. The
+/// encoding "Default" is UTF-8.
 class PluginHost
 {
 public:
-    using Person = std::function<void(DialogDriver &)>;
-
     PluginHost()
     {
         QCoreApplication::setOrganizationName(QStringLiteral("Test Land Office"));
         QCoreApplication::setApplicationName(QStringLiteral("Plug-in Test"));
         QSettings::setDefaultFormat(QSettings::IniFormat);
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.filePath(QStringLiteral("settings")));
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+        m_loader.setLoadHints({}); // by default a loader keeps the library mapped after unload()
         received().clear();
     }
 
     QObject *instance() { return m_loader.instance(); }
     QJsonObject metaData() const { return m_loader.metaData(); }
     ImportGeometryInterface *plugin() { return qobject_cast<ImportGeometryInterface *>(instance()); }
+    bool unload() { return m_loader.unload(); }
 
-    /// Calls \a operation. Once its dialog is open, \a person uses it; a dialog that is then still open is cancelled.
-    QString call(const QString &operation, const Person &person)
+    /// Calls \a operation and runs \a action on its open dialog; cancels the dialog if \a action leaves it open.
+    QString call(const QString &operation, const DialogAction &action)
     {
         QTimer opened;
         opened.setSingleShot(true);
-        QObject::connect(&opened, &QTimer::timeout, [&person, this] {
+        QObject::connect(&opened, &QTimer::timeout, [&action, this] {
             const QPointer<QDialog> dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
             if (dialog.isNull())
                 qFatal("the plug-in opened no dialog");
             ++m_dialogs;
             DialogDriver driver(dialog);
-            person(driver);
+            action(driver);
             if (!dialog.isNull() && dialog->isVisible())
                 dialog->reject();
         });
@@ -61,11 +73,12 @@ public:
 
     int dialogs() const { return m_dialogs; }
     const QStringList &messages() const { return received(); }
+    QStringList takeMessages() { return std::exchange(received(), QStringList()); }
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    /// Writes \a bytes as they are and gives the file's path.
-    QString writeBytes(const QString &name, const QByteArray &bytes) const
+    /// Writes \a bytes unchanged and returns the file's path.
+    QString write(const QString &name, const QByteArray &bytes) const
     {
         QFile file(path(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
@@ -73,10 +86,13 @@ public:
         return file.fileName();
     }
 
-    /// Writes \a lines in UTF-8, each with a line feed, and gives the file's path.
-    QString write(const QString &name, const QStringList &lines) const
+    /// Writes a MIF file whose line 5 is the first of \a data, and its MID file unless \a records is null. Returns the
+    /// path of the MIF file.
+    QString writeMif(const QString &name, const QByteArray &data, const QByteArray &records = QByteArray()) const
     {
-        return writeBytes(name, (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
+        if (!records.isNull())
+            write(name + QStringLiteral(".mid"), records);
+        return write(name + QStringLiteral(".mif"), mifHeader + data);
     }
 
     QString objectTable = QStringLiteral("Участки");
@@ -95,3 +111,26 @@ private:
     QPluginLoader m_loader{QStringLiteral(PLUGIN_PATH)};
     int m_dialogs = 0;
 };
+
+/// Turns off the options that need known points or a MID file.
+inline void searchNothing(const DialogDriver &driver)
+{
+    driver.setChecked("searchPointDefsCheck", false);
+    driver.setChecked("searchObjectDefsCheck", false);
+}
+
+/// Processes a MIF file of two lines, of which the second starts at the end of the first. Both are numbered.
+inline void processLines(const PluginHost &host, const DialogDriver &driver)
+{
+    searchNothing(driver);
+    driver.process(host.writeMif(QStringLiteral("lines"), "LINE 1 2 3 4\nLINE 3 4 5 6\n"));
+}
+
+/// Imports those two lines and returns the result.
+inline QString importLines(PluginHost &host)
+{
+    return host.call(fromMif, [&host](DialogDriver &driver) {
+        processLines(host, driver);
+        driver.accept();
+    });
+}

@@ -3,8 +3,8 @@
 #include <QStringList>
 #include <QXmlStreamReader>
 
-/// Reads a result document into short lines: «ЗУ1» for an object, «  н1|10.00|20.00» for each of its vertices and
-/// «  -» for a row without cells. The cells of a row stand with bars between them.
+/// Reduces a result document to a line for each row, with its cells separated by bars: «ЗУ1» for an object,
+/// «  н1|10.00|20.00» for a vertex, «  -» for a row without cells.
 class ResultOutline
 {
 public:
@@ -13,24 +13,24 @@ public:
         ResultOutline outline;
         QXmlStreamReader reader(document);
         while (!reader.atEnd())
-            outline.take(reader);
+            outline.readNext(reader);
         return reader.hasError() ? QStringList{reader.errorString()} : outline.m_lines;
     }
 
 private:
-    void take(QXmlStreamReader &reader)
+    void readNext(QXmlStreamReader &reader)
     {
         reader.readNext();
-        if (reader.isStartElement() && reader.name() == QLatin1String("FormTable"))
-            ++m_depth;
-        else if (reader.isEndElement() && reader.name() == QLatin1String("FormTable"))
+        if (reader.isStartElement() && reader.name() == QLatin1String("FormTable")) {
+            if (++m_depth == 2)
+                endLine(QString());
+        } else if (reader.isEndElement() && reader.name() == QLatin1String("FormTable")) {
             --m_depth;
-        if (reader.isStartElement() && reader.name() == QLatin1String("Cell"))
+        } else if (reader.isStartElement() && reader.name() == QLatin1String("Cell")) {
             m_cells.append(reader.readElementText());
-        if (m_depth == 2 && reader.isStartElement() && reader.name() == QLatin1String("FormTable"))
-            endLine(QString());
-        else if (m_depth == 2 && reader.isEndElement() && reader.name() == QLatin1String("Row"))
+        } else if (reader.isEndElement() && m_depth == 2) {
             endLine(QStringLiteral("  "));
+        }
     }
 
     void endLine(const QString &indent)
