@@ -1,9 +1,12 @@
 #pragma once
 
+#include "imported.h"
 #include "testing.h"
 
-/// Lines of a drawing from pairs that are written "code value" with bars between them; what has no blank, or is empty,
-/// is one line.
+#include <QTest>
+
+/// Lines of a drawing from pairs that are written "code value" with bars between them. A part without a blank is a
+/// single line.
 inline QStringList pairs(const QByteArray &text)
 {
     QStringList lines;
@@ -17,7 +20,7 @@ inline QStringList pairs(const QByteArray &text)
     return lines;
 }
 
-/// A drawing that breaks off after \a entities; the pair n of these, from 1, ends on line 10 + 2n.
+/// A drawing that ends after \a entities; their pair n, counted from 1, ends on line 10 + 2n.
 inline QStringList openDrawing(const QByteArray &entities)
 {
     return pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 ENTITIES") + pairs(entities);
@@ -32,48 +35,19 @@ inline QStringList drawing(const QByteArray &entities)
 /// A LINE from (0, 0) to (10, 0) in five pairs.
 const QByteArray lineEntity = "0 LINE|10 0|20 0|11 10|21 0";
 
-/// The object of lineEntity when it is the first that is read.
-const QString lineObject = QStringLiteral("ЗУ1: н1(0 0) н2(10 0)");
+/// The object of lineEntity when it is the first in the file.
+constexpr auto lineObject = "ЗУ1 [н1 0 0, н2 10 0]";
 
 inline QString readingError(int line)
 {
     return QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(line);
 }
 
-/// A point as «н1(10 20)».
-inline QString described(const DefPoint &point)
-{
-    return point.def + QLatin1Char('(') + QString::number(point.x, 'g', 12) + QLatin1Char(' ') +
-           QString::number(point.y, 'g', 12) + QLatin1Char(')');
-}
-
-/// An object as «ЗУ1: н1(0 0) н2(10 0)», with a bar before each contour but the first.
-inline QString described(const DefPolygon &object)
-{
-    QString text = object.def + QLatin1Char(':');
-    for (int i = 0; i < object.contours.size(); ++i) {
-        if (i > 0)
-            text += QLatin1String(" |");
-        for (const DefPoint &vertex : object.contours.at(i))
-            text += QLatin1Char(' ') + described(vertex);
-    }
-    return text;
-}
-
-template <typename T>
-QStringList described(const QVector<T> &records)
-{
-    QStringList texts;
-    for (const T &record : records)
-        texts.append(described(record));
-    return texts;
-}
-
-/// One import of drawings that the test writes; vertices are numbered from «н1», objects from «ЗУ1».
-class DxfRun
+/// An import of drawings that the test writes; vertices are numbered from «н1», objects from «ЗУ1».
+class DxfFixture
 {
 public:
-    DxfRun()
+    DxfFixture()
     {
         import.pointPref = QStringLiteral("н");
         import.pointStartNum = 1;
@@ -96,8 +70,8 @@ public:
         import.pointFileName = files.write(QStringLiteral("points.dxf"), lines);
     }
 
-    QStringList objects() const { return described(polygons); }
-    QStringList points() const { return described(knownPoints(import)); }
+    QString objects() const { return described(polygons).join(QLatin1String("; ")); }
+    QString points() const { return described(knownPoints(import)).join(QLatin1String("; ")); }
     QStringList messages() const { return host.messages(); }
 
     DxfImport import;
@@ -107,3 +81,29 @@ public:
 private:
     StatusRecorder host;
 };
+
+/// Adds the columns of addRun() and compareRun().
+inline void addRunColumns()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QString>("records");
+    QTest::addColumn<int>("errorLine");
+}
+
+/// Adds a drawing and the objects or points that are expected of it, with the line of the reading error; 0 for none.
+inline void addRun(const char *name, const QStringList &lines, const char *records, int errorLine = 0)
+{
+    QTest::newRow(name) << lines << QString::fromUtf8(records) << errorLine;
+}
+
+/// Imports the lines of the row and compares its messages and \a records.
+inline void compareRun(DxfFixture &dxf, QString (DxfFixture::*records)() const)
+{
+    QFETCH(QStringList, lines);
+    QFETCH(int, errorLine);
+
+    QCOMPARE(dxf.run(lines), errorLine == 0);
+
+    QCOMPARE(dxf.messages(), errorLine == 0 ? QStringList() : QStringList{readingError(errorLine)});
+    QTEST((dxf.*records)(), "records");
+}
