@@ -1,4 +1,5 @@
 #include "coordtext.h"
+#include "modeltesting.h"
 
 #include <QLocale>
 #include <QTest>
@@ -8,26 +9,27 @@
 #include <limits>
 #include <random>
 
-/// Coordinates as they are written for the host and for editing.
+/// Coordinates as text.
 class tst_CoordText : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void coordinateIsWritten_data();
-    void coordinateIsWritten();
-    void textIsThatOfTheCLocale_data();
-    void textIsThatOfTheCLocale();
+    void textMatchesCLocale_data();
+    void textMatchesCLocale();
+    void randomTextMatchesCLocale_data();
+    void randomTextMatchesCLocale();
+    void firstUseFixesLocaleAndDecimals();
 };
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 using Numbers = std::mt19937_64;
 
-/// Any bits at all.
-double anyNumber(Numbers &numbers)
+double anyBits(Numbers &numbers)
 {
     const quint64 bits = numbers();
     double v = 0;
@@ -35,34 +37,32 @@ double anyNumber(Numbers &numbers)
     return v;
 }
 
-/// As surveyors have them: up to ten million, on both sides of zero.
 double coordinate(Numbers &numbers)
 {
     return std::uniform_real_distribution<double>(-1e7, 1e7)(numbers);
 }
 
-/// Eighths and the numbers around them, where the half of the last decimal lies for many decimals.
-double nearATie(Numbers &numbers)
+/// Eighths and their neighbours, which are exact halves of the last decimal or next to one.
+double nearBinaryTie(Numbers &numbers)
 {
     const double tie = static_cast<double>(std::uniform_int_distribution<int>(-100000, 100000)(numbers)) / 8;
-    const double steps[] = {tie, std::nextafter(tie, infinity), std::nextafter(tie, -infinity)};
-    return steps[numbers() % 3];
+    const double choices[] = {tie, std::nextafter(tie, infinity), std::nextafter(tie, -infinity)};
+    return choices[numbers() % 3];
 }
 
-/// The double that is nearest to a half of the last decimal, which lies above or below it.
+/// The double nearest to a half of the last decimal, which is above or below it.
 double nearDecimalTie(Numbers &numbers)
 {
     const auto n = static_cast<double>(std::uniform_int_distribution<qint64>(-10000000000, 10000000000)(numbers));
     return (n * 10 + 5) / std::pow(10.0, static_cast<double>(numbers() % 7));
 }
 
-/// Where the digits of a double do not reach behind the point any more.
+/// Around the size from which a double has no decimals.
 double large(Numbers &numbers)
 {
     return std::ldexp(coordinate(numbers), static_cast<int>(numbers() % 40));
 }
 
-/// Too small to be seen.
 double small(Numbers &numbers)
 {
     return std::ldexp(coordinate(numbers), -static_cast<int>(numbers() % 1100));
@@ -74,31 +74,25 @@ using Pick = double (*)(Numbers &numbers);
 
 Q_DECLARE_METATYPE(Pick)
 
-void tst_CoordText::coordinateIsWritten_data()
+void tst_CoordText::textMatchesCLocale_data()
 {
     QTest::addColumn<double>("v");
     QTest::addColumn<int>("decimals");
     QTest::addColumn<QString>("text");
 
     QTest::newRow("zero") << 0.0 << 2 << QStringLiteral("0.00");
-    QTest::newRow("whole") << 1000.0 << 2 << QStringLiteral("1000.00");
-    QTest::newRow("half") << 1000.5 << 2 << QStringLiteral("1000.50");
-    QTest::newRow("hundredth") << 0.01 << 2 << QStringLiteral("0.01");
-    QTest::newRow("negative") << -12.346 << 2 << QStringLiteral("-12.35");
-    QTest::newRow("rounded into the next whole") << 9.999 << 2 << QStringLiteral("10.00");
-    QTest::newRow("a little more than the half") << 0.005 << 2 << QStringLiteral("0.01");
-    QTest::newRow("a little less than the half") << 1.005 << 2 << QStringLiteral("1.00");
-    QTest::newRow("just the half") << 0.125 << 2 << QStringLiteral("0.13");
+    QTest::newRow("negative zero") << -0.0 << 2 << QLocale::c().toString(-0.0, 'f', 2);
+    QTest::newRow("rounded up to the next whole number") << -9.999 << 2 << QStringLiteral("-10.00");
+    QTest::newRow("slightly more than a half") << 0.005 << 2 << QStringLiteral("0.01");
+    QTest::newRow("slightly less than a half") << 1.005 << 2 << QStringLiteral("1.00");
+    QTest::newRow("exact half") << 0.125 << 2 << QStringLiteral("0.13");
     QTest::newRow("no decimals") << 1234.75 << 0 << QStringLiteral("1235");
-    QTest::newRow("three decimals") << 1234.75 << 3 << QStringLiteral("1234.750");
-    QTest::newRow("large") << 1e15 << 2 << QStringLiteral("1000000000000000.00");
     QTest::newRow("many decimals") << 0.5 << 12 << QStringLiteral("0.500000000000");
-    QTest::newRow("infinite") << infinity << 2 << QStringLiteral("inf");
-    QTest::newRow("infinite to the left") << -infinity << 2 << QStringLiteral("-inf");
-    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << 2 << QStringLiteral("nan");
+    QTest::newRow("infinite") << -infinity << 2 << QStringLiteral("-inf");
+    QTest::newRow("not a number") << notANumber << 2 << QStringLiteral("nan");
 }
 
-void tst_CoordText::coordinateIsWritten()
+void tst_CoordText::textMatchesCLocale()
 {
     QFETCH(double, v);
     QFETCH(int, decimals);
@@ -106,20 +100,19 @@ void tst_CoordText::coordinateIsWritten()
     QTEST(coordText(v, decimals), "text");
 }
 
-void tst_CoordText::textIsThatOfTheCLocale_data()
+void tst_CoordText::randomTextMatchesCLocale_data()
 {
     QTest::addColumn<Pick>("pick");
 
     QTest::newRow("coordinates") << Pick(coordinate);
-    QTest::newRow("any bits") << Pick(anyNumber);
-    QTest::newRow("near eighths") << Pick(nearATie);
+    QTest::newRow("any bits") << Pick(anyBits);
+    QTest::newRow("near binary halves") << Pick(nearBinaryTie);
     QTest::newRow("near decimal halves") << Pick(nearDecimalTie);
     QTest::newRow("large") << Pick(large);
     QTest::newRow("small") << Pick(small);
-    QTest::newRow("negative zero") << Pick([](Numbers & /*numbers*/) { return -0.0; });
 }
 
-void tst_CoordText::textIsThatOfTheCLocale()
+void tst_CoordText::randomTextMatchesCLocale()
 {
     QFETCH(Pick, pick);
     const QLocale c = QLocale::c();
@@ -131,10 +124,45 @@ void tst_CoordText::textIsThatOfTheCLocale()
         const int decimals = i % 2 == 0 ? 2 : i / 2 % manyDecimals;
         const QString text = coordText(v, decimals);
         const QString expected = c.toString(v, 'f', decimals);
-        if (text != expected) // written out only then: it costs more than the comparison
+        if (text != expected) // QCOMPARE formats both texts even when they are equal
             QCOMPARE(text, expected);
     }
 }
 
-QTEST_APPLESS_MAIN(tst_CoordText)
+// The first coordinate fixes the locale and the first precision below 1 the decimals, both for the whole process, so
+// the order of the steps matters.
+void tst_CoordText::firstUseFixesLocaleAndDecimals()
+{
+    QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
+    Table table(QStringLiteral("н1 -1234567.75 1234.75"));
+    const auto xAndY = [&table](int role) {
+        return QStringList{table.cell(0, 1).data(role).toString(), table.cell(0, 2).data(role).toString()};
+    };
+    QCOMPARE(DefPolygonTableModel::coordPrecision(), 0.01);
+    for (double refused : {0.0, -0.5, notANumber}) {
+        DefPolygonTableModel::setCoordPrecision(refused);
+        QCOMPARE(DefPolygonTableModel::coordPrecision(), 0.01);
+    }
+    for (double whole : {25.0, 1.0}) {
+        DefPolygonTableModel::setCoordPrecision(whole);
+        QCOMPARE(xAndY(Qt::EditRole), (QStringList{QStringLiteral("-1234568"), QStringLiteral("1235")}));
+    }
+
+    DefPolygonTableModel::setCoordPrecision(0.0095); // 0.95 after two steps and above 1 after three
+    const QStringList edited{QStringLiteral("-1234567.750"), QStringLiteral("1234.750")};
+    const QStringList shown{QStringLiteral("-1\u00a0234\u00a0567,750"), QStringLiteral("1\u00a0234,750")};
+    QCOMPARE(xAndY(Qt::EditRole), edited);
+    QCOMPARE(xAndY(Qt::DisplayRole), shown);
+
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    for (double later : {0.1, 1.0, 0.00001}) {
+        DefPolygonTableModel::setCoordPrecision(later);
+        QCOMPARE(DefPolygonTableModel::coordPrecision(), later);
+        QCOMPARE(xAndY(Qt::EditRole), edited);
+        QCOMPARE(xAndY(Qt::DisplayRole), shown);
+    }
+    QCOMPARE(DefPolygonTableModel().formatCoord(1234.75, true), shown.last());
+}
+
+QTEST_GUILESS_MAIN(tst_CoordText)
 #include "tst_coordtext.moc"
