@@ -1,10 +1,9 @@
-#include "defpolygon.h"
+#include "imported.h"
+#include "testing.h"
 
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -12,177 +11,93 @@ namespace {
 using Places = QVector<QPointF>;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
-DefPoint pointAt(const QPointF &place, const QString &def = QString())
-{
-    return DefPoint{def, place.x(), place.y()};
-}
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 QVector<DefPoint> pointsAt(const Places &places)
 {
     QVector<DefPoint> points;
     for (const QPointF &place : places)
-        points.append(pointAt(place));
+        points.append(DefPoint{QString(), place.x(), place.y()});
     return points;
+}
+
+QVector<DefPolygon> objectsNamed(const QStringList &defs)
+{
+    QVector<DefPolygon> objects;
+    for (const QString &def : defs)
+        objects.append(DefPolygon{def, {{DefPoint{def, 0, 0}}}});
+    return objects;
+}
+
+QStringList defsOf(const QVector<DefPolygon> &objects)
+{
+    QStringList defs;
+    for (const DefPolygon &object : objects)
+        defs.append(object.def);
+    return defs;
 }
 
 } // namespace
 
+/// Points, objects and their order.
 class tst_DefPolygon : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void recordsAreEmptyAtFirst();
-    void equalityIsTolerant_data();
-    void equalityIsTolerant();
-    void equalityIsNotTransitive();
-    void orderIsExact_data();
-    void orderIsExact();
-    void designationIsSplit_data();
-    void designationIsSplit();
-    void anyDesignationIsSplitByTheExpression();
+    void equalityIsTolerantAndOrderIsExact_data();
+    void equalityIsTolerantAndOrderIsExact();
+    void designationIsSplitAsByTheExpression();
     void centroidOfObject_data();
     void centroidOfObject();
-    void centroidIsNotANumber();
+    void objectsAreSorted_data();
+    void objectsAreSorted();
+    void manyObjectsAreSorted();
+    void objectsAreSortedInTheirVector();
+    void pointsAreSortedWithNanLast();
 };
 
-void tst_DefPolygon::recordsAreEmptyAtFirst()
-{
-    const DefPoint point;
-    QVERIFY(point.def.isEmpty());
-    QCOMPARE(point.x, 0.0);
-    QCOMPARE(point.y, 0.0);
-
-    const DefPolygon object;
-    QVERIFY(object.def.isEmpty());
-    QVERIFY(object.contours.isEmpty());
-}
-
-void tst_DefPolygon::equalityIsTolerant_data()
+void tst_DefPolygon::equalityIsTolerantAndOrderIsExact_data()
 {
     QTest::addColumn<QPointF>("a");
     QTest::addColumn<QPointF>("b");
-    QTest::addColumn<bool>("equal");
+    QTest::addColumn<bool>("isEqual");
+    QTest::addColumn<bool>("isLess");
 
-    QTest::newRow("same place") << QPointF(5, 7) << QPointF(5, 7) << true;
-    QTest::newRow("just the tolerance in x") << QPointF(0, 7) << QPointF(0.01, 7) << true;
-    QTest::newRow("just the tolerance in y") << QPointF(5, 0) << QPointF(5, -0.01) << true;
-    QTest::newRow("just the tolerance in both") << QPointF(0, 0) << QPointF(-0.01, 0.01) << true;
-    QTest::newRow("beyond it in x") << QPointF(0, 7) << QPointF(0.0101, 7) << false;
-    QTest::newRow("beyond it in y") << QPointF(5, 0) << QPointF(5, 0.0101) << false;
-    QTest::newRow("y of one is x of the other") << QPointF(5, 7) << QPointF(7, 5) << false;
-    QTest::newRow("x is not a number") << QPointF(notANumber, 7) << QPointF(notANumber, 7) << false;
-    QTest::newRow("y is not a number") << QPointF(5, 7) << QPointF(5, notANumber) << false;
-    QTest::newRow("x is infinite") << QPointF(infinite, 7) << QPointF(5, 7) << false;
+    QTest::newRow("same place") << QPointF(5, 7) << QPointF(5, 7) << true << false;
+    QTest::newRow("exactly the tolerance") << QPointF(-0.01, 0.01) << QPointF(0, 0) << true << true;
+    QTest::newRow("beyond the tolerance in x") << QPointF(0, 7) << QPointF(0.0101, 7) << false << true;
+    QTest::newRow("beyond the tolerance in y") << QPointF(5, 0) << QPointF(5, 0.0101) << false << true;
+    QTest::newRow("x before y") << QPointF(1, 9) << QPointF(1.001, 0) << false << true;
+    QTest::newRow("x is not a number") << QPointF(notANumber, 1) << QPointF(2, 2) << false << true;
+    QTest::newRow("y is not a number") << QPointF(5, 7) << QPointF(5, notANumber) << false << false;
 }
 
-void tst_DefPolygon::equalityIsTolerant()
+void tst_DefPolygon::equalityIsTolerantAndOrderIsExact()
 {
     QFETCH(QPointF, a);
     QFETCH(QPointF, b);
-    QFETCH(bool, equal);
+    QFETCH(bool, isEqual);
+    QFETCH(bool, isLess);
+    const DefPoint first{QStringLiteral("н2"), a.x(), a.y()};
+    const DefPoint second{QStringLiteral("н1"), b.x(), b.y()};
 
-    QCOMPARE(DefPoint::epsilon, 0.01);
-    QCOMPARE(pointAt(a) == pointAt(b), equal);
-    QCOMPARE(pointAt(b) == pointAt(a), equal);
-    QCOMPARE(pointAt(a, QStringLiteral("н1")) == pointAt(b, QStringLiteral("н2")), equal);
+    QCOMPARE(first == second, isEqual);
+    QCOMPARE(second == first, isEqual);
+    QCOMPARE(first < second, isLess);
+    QVERIFY(!(second < first));
 }
 
-void tst_DefPolygon::equalityIsNotTransitive()
-{
-    const DefPoint a{QString(), 0, 0};
-    const DefPoint b{QString(), 0.008, 0};
-    const DefPoint c{QString(), 0.016, 0};
-
-    QVERIFY(a == b);
-    QVERIFY(b == c);
-    QVERIFY(!(a == c));
-}
-
-void tst_DefPolygon::orderIsExact_data()
-{
-    QTest::addColumn<QPointF>("a");
-    QTest::addColumn<QPointF>("b");
-    QTest::addColumn<bool>("less");
-    QTest::addColumn<bool>("greater");
-
-    QTest::newRow("same place") << QPointF(5, 7) << QPointF(5, 7) << false << false;
-    QTest::newRow("x decides") << QPointF(1, 9) << QPointF(2, 0) << true << false;
-    QTest::newRow("y decides when x is the same") << QPointF(1, 0) << QPointF(1, 9) << true << false;
-    QTest::newRow("x within the tolerance still decides") << QPointF(1, 9) << QPointF(1.001, 0) << true << false;
-    QTest::newRow("y within the tolerance still decides") << QPointF(1, 0) << QPointF(1, 0.001) << true << false;
-    QTest::newRow("negative x") << QPointF(-2, 0) << QPointF(-1, 0) << true << false;
-    QTest::newRow("infinite x") << QPointF(-infinite, 0) << QPointF(infinite, 0) << true << false;
-    QTest::newRow("y decides when an x is not a number") << QPointF(notANumber, 1) << QPointF(2, 2) << true << false;
-}
-
-void tst_DefPolygon::orderIsExact()
-{
-    QFETCH(QPointF, a);
-    QFETCH(QPointF, b);
-    QFETCH(bool, less);
-    QFETCH(bool, greater);
-
-    QCOMPARE(pointAt(a) < pointAt(b), less);
-    QCOMPARE(pointAt(b) < pointAt(a), greater);
-    QCOMPARE(pointAt(a, QStringLiteral("н2")) < pointAt(b, QStringLiteral("н1")), less);
-    QCOMPARE(pointAt(b, QStringLiteral("н1")) < pointAt(a, QStringLiteral("н2")), greater);
-}
-
-void tst_DefPolygon::designationIsSplit_data()
-{
-    QTest::addColumn<QString>("def");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<int>("num");
-
-    QTest::newRow("text and number") << QStringLiteral("н12") << QStringLiteral("н") << 12;
-    QTest::newRow("number only") << QStringLiteral("12") << QString() << 12;
-    QTest::newRow("all of the last digits") << QStringLiteral("1.2") << QStringLiteral("1.") << 2;
-    QTest::newRow("digits inside the text") << QStringLiteral("7н10к15") << QStringLiteral("7н10к") << 15;
-    QTest::newRow("no number") << QStringLiteral("ЗУ") << QStringLiteral("ЗУ") << -1;
-    QTest::newRow("number in front only") << QStringLiteral("12н") << QStringLiteral("12н") << -1;
-    QTest::newRow("empty") << QStringLiteral("") << QStringLiteral("") << -1;
-    QTest::newRow("null") << QString() << QString() << -1;
-    QTest::newRow("leading zeros") << QStringLiteral("н007") << QStringLiteral("н") << 7;
-    QTest::newRow("zero") << QStringLiteral("н0") << QStringLiteral("н") << 0;
-    QTest::newRow("minus belongs to the text") << QStringLiteral("н-5") << QStringLiteral("н-") << 5;
-    QTest::newRow("space at the end") << QStringLiteral("н5 ") << QStringLiteral("н5 ") << -1;
-    QTest::newRow("largest number") << QStringLiteral("н2147483647") << QStringLiteral("н") << 2147483647;
-    QTest::newRow("one more than the largest") << QStringLiteral("н2147483648") << QStringLiteral("н") << 0;
-    QTest::newRow("too large") << QStringLiteral("н3000000000") << QStringLiteral("н") << 0;
-    QTest::newRow("far too large") << QStringLiteral("A99999999999") << QStringLiteral("A") << 0;
-    QTest::newRow("digits of another script")
-        << QStringLiteral("н\u0661\u0662") << QStringLiteral("н\u0661\u0662") << -1;
-    QTest::newRow("line break at the end") << QStringLiteral("н12\n") << QStringLiteral("н") << 12;
-    QTest::newRow("two line breaks at the end") << QStringLiteral("н12\n\n") << QStringLiteral("н12\n\n") << -1;
-    QTest::newRow("half a character") << QString(QChar(0xD800)) + QStringLiteral("12")
-                                      << QString(QChar(0xD800)) + QStringLiteral("12") << -1;
-    QTest::newRow("line break inside") << QStringLiteral("н\n12") << QStringLiteral("н\n12") << -1;
-}
-
-void tst_DefPolygon::designationIsSplit()
-{
-    QFETCH(QString, def);
-    QString prefix = QStringLiteral("left over");
-    int num = 77;
-
-    splitDef(def, prefix, num);
-
-    QTEST(prefix, "prefix");
-    QTEST(num, "num");
-}
-
-void tst_DefPolygon::anyDesignationIsSplitByTheExpression()
+void tst_DefPolygon::designationIsSplitAsByTheExpression()
 {
     const QRegularExpression re(QStringLiteral("^(.*?)(\\d+)$"));
     const QString alphabet = QStringLiteral("0189/:aн.\n\r\u2028\u0661") + QChar(0xD83D) + QChar(0xDE00);
+    QStringList defs{QString(), QStringLiteral("н2147483647"), QStringLiteral("н2147483648")};
     QRandomGenerator random(4);
-    for (int i = 0; i < 100000; ++i) {
-        QString def;
-        for (int size = random.bounded(9); size > 0; --size)
-            def += alphabet.at(random.bounded(alphabet.size()));
+    for (int i = 0; i < 100000; ++i)
+        defs.append(randomText(random, alphabet, random.bounded(9)));
+
+    for (const QString &def : qAsConst(defs)) {
         QString prefix;
         int num = 77;
         const QRegularExpressionMatch match = re.match(def);
@@ -197,58 +112,119 @@ void tst_DefPolygon::anyDesignationIsSplitByTheExpression()
 void tst_DefPolygon::centroidOfObject_data()
 {
     QTest::addColumn<QVector<Places>>("contours");
-    QTest::addColumn<double>("x");
-    QTest::addColumn<double>("y");
+    QTest::addColumn<QPointF>("centroid");
 
-    const Places square{{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 0}};
-    const Places reversed{{0, 0}, {0, 1}, {1, 1}, {1, 0}, {0, 0}};
-    const Places hole{{10, 10}, {30, 10}, {30, 30}};
+    const Places square{{10, 10}, {10, 12}, {12, 12}, {12, 10}, {10, 10}};
 
-    QTest::newRow("no contour") << QVector<Places>{} << 0.0 << 0.0;
-    QTest::newRow("first contour empty") << QVector<Places>{{}, square} << 0.0 << 0.0;
-    QTest::newRow("one vertex") << QVector<Places>{{{3, 4}}} << 3.0 << 4.0;
-    QTest::newRow("one vertex very far off") << QVector<Places>{{{1e200, -1e200}}} << 1e200 << -1e200;
-    QTest::newRow("two vertices") << QVector<Places>{{{1, 2}, {5, 10}}} << 3.0 << 6.0;
-    QTest::newRow("closed square") << QVector<Places>{square} << 0.5 << 0.5;
-    QTest::newRow("open square") << QVector<Places>{square.mid(0, 4)} << 0.5 << 0.5;
-    QTest::newRow("open square off the origin")
-        << QVector<Places>{{{10, 10}, {12, 10}, {12, 12}, {10, 12}}} << 11.0 << 11.0;
-    QTest::newRow("square the other way round") << QVector<Places>{reversed} << 0.5 << 0.5;
-    QTest::newRow("triangle") << QVector<Places>{{{0, 0}, {3, 0}, {0, 6}, {0, 0}}} << 1.0 << 2.0;
-    QTest::newRow("area counts, not vertices")
-        << QVector<Places>{{{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {4, 4}, {0, 4}}} << 2.0 << 2.0;
-    // The bar 6 by 2 and on it the block 2 by 4, their middles at (3, 1) and (1, 4): (3 * 12 + 1 * 8) / 20 is 2.2.
-    QTest::newRow("angle") << QVector<Places>{{{0, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}}} << 2.2 << 2.2;
-    QTest::newRow("further contours are ignored") << QVector<Places>{square, hole} << 0.5 << 0.5;
-    QTest::newRow("on one line") << QVector<Places>{{{0, 0}, {1, 1}, {5, 5}}} << 2.0 << 2.0;
-    QTest::newRow("on one line and closed") << QVector<Places>{{{0, 0}, {2, 0}, {6, 0}, {0, 0}}} << 2.0 << 0.0;
-    QTest::newRow("all at one place") << QVector<Places>{{{7, 8}, {7, 8}, {7, 8}}} << 7.0 << 8.0;
-    QTest::newRow("crossed halves cancel out") << QVector<Places>{{{0, 0}, {2, 2}, {2, 0}, {0, 2}}} << 1.0 << 1.0;
-    QTest::newRow("area below the limit")
-        << QVector<Places>{{{0, 0}, {1.4e-6, 0}, {0, 1.4e-6}, {0, 0}}} << 3.5e-7 << 3.5e-7;
-    QTest::newRow("area at the limit") << QVector<Places>{{{0, 0}, {2e-12, 0}, {0, 1}, {0, 0.5}}} << 5e-13 << 0.375;
+    QTest::newRow("no contour") << QVector<Places>{} << QPointF(0, 0);
+    QTest::newRow("first contour empty") << QVector<Places>{{}, square} << QPointF(0, 0);
+    QTest::newRow("one vertex, far away") << QVector<Places>{{{1e200, -1e200}}} << QPointF(1e200, -1e200);
+    QTest::newRow("two vertices") << QVector<Places>{{{1, 2}, {5, 10}}} << QPointF(3, 6);
+    QTest::newRow("closed, with a second contour") << QVector<Places>{square, {{9, 0}, {7, 7}}} << QPointF(11, 11);
+    QTest::newRow("open and counter-clockwise") << QVector<Places>{{{0, 0}, {3, 0}, {0, 6}}} << QPointF(1, 2);
+    // A bar of 6 by 2 below a block of 2 by 4, with centroids (3, 1) and (1, 4): (3 * 12 + 1 * 8) / 20 is 2.2.
+    QTest::newRow("angle") << QVector<Places>{{{0, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}}} << QPointF(2.2, 2.2);
+    QTest::newRow("on one line and closed") << QVector<Places>{{{0, 0}, {2, 0}, {6, 0}, {0, 0}}} << QPointF(2, 0);
+    QTest::newRow("area of zero in two halves") << QVector<Places>{{{0, 0}, {2, 2}, {2, 0}, {0, 2}}} << QPointF(1, 1);
+    QTest::newRow("area at the limit") << QVector<Places>{{{0, 0}, {2e-12, 0}, {0, 1}, {0, 0.5}}}
+                                       << QPointF(5e-13, 0.375);
     QTest::newRow("area above the limit")
-        << QVector<Places>{{{0, 0}, {1.5e-6, 0}, {0, 1.5e-6}, {0, 0}}} << 5e-7 << 5e-7;
+        << QVector<Places>{{{0, 0}, {1.5e-6, 0}, {0, 1.5e-6}, {0, 0}}} << QPointF(5e-7, 5e-7);
 }
 
 void tst_DefPolygon::centroidOfObject()
 {
     QFETCH(QVector<Places>, contours);
+    QFETCH(QPointF, centroid);
     DefPolygon object;
     for (const Places &places : contours)
         object.contours.append(pointsAt(places));
 
-    const QPointF centroid = object.centroid();
-
-    QTEST(centroid.x(), "x");
-    QTEST(centroid.y(), "y");
+    QCOMPARE(object.centroid().x(), centroid.x());
+    QCOMPARE(object.centroid().y(), centroid.y());
 }
 
-void tst_DefPolygon::centroidIsNotANumber()
+void tst_DefPolygon::objectsAreSorted_data()
 {
-    const DefPolygon object{QString(), {pointsAt({{0, 0}, {notANumber, 0}, {1, 1}})}};
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
 
-    QVERIFY(std::isnan(object.centroid().x()));
+    QTest::newRow("by number, ignoring case") << QStringLiteral("н10,н2,Н1,ЗУ,О0") << QStringLiteral("ЗУ,Н1,н2,н10,О0");
+    QTest::newRow("without a number first") << QStringLiteral("н1,н0,н") << QStringLiteral("н,н0,н1");
+    QTest::newRow("empty first") << QStringLiteral("0,А,,1") << QStringLiteral(",0,1,А");
+    QTest::newRow("text before number") << QStringLiteral("б1,а2,аа1") << QStringLiteral("а2,аа1,б1");
+    QTest::newRow("too large a number is zero")
+        << QStringLiteral("А1,А99999999999,А") << QStringLiteral("А,А99999999999,А1");
+}
+
+void tst_DefPolygon::objectsAreSorted()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QVector<DefPolygon> objects = objectsNamed(before.split(QLatin1Char(',')));
+
+    sortObjects(objects);
+
+    QCOMPARE(defsOf(objects).join(QLatin1Char(',')), after);
+}
+
+// With one designation for all, an order that takes equal objects for less makes std::sort leave its range.
+void tst_DefPolygon::manyObjectsAreSorted()
+{
+    for (int distinct : {1, 1009}) {
+        QStringList before;
+        QVector<int> numbers;
+        for (int i = 0; i < 1009; ++i) {
+            numbers.append(i * 619 % 1009 % distinct);
+            before.append(QStringLiteral("н%1").arg(numbers.last()));
+        }
+        QVector<DefPolygon> objects = objectsNamed(before);
+
+        sortObjects(objects);
+
+        std::sort(numbers.begin(), numbers.end());
+        for (int i = 0; i < 1009; ++i)
+            QCOMPARE(objects.at(i).def, QStringLiteral("н%1").arg(numbers.at(i)));
+    }
+}
+
+void tst_DefPolygon::objectsAreSortedInTheirVector()
+{
+    QVector<DefPolygon> objects = objectsNamed({QStringLiteral("в"), QStringLiteral("б"), QStringLiteral("а")});
+    objects.first().contours.append(pointsAt({{5, 6}, {7, 8}}));
+    const QVector<DefPolygon> copy = objects;
+    const DefPolygon *const first = &objects[0];
+
+    sortObjects(objects);
+
+    QCOMPARE(objects.constData(), first);
+    QCOMPARE(described(objects), (QStringList{QStringLiteral("а [а 0 0]"), QStringLiteral("б [б 0 0]"),
+                                              QStringLiteral("в [в 0 0] [- 5 6, - 7 8]")}));
+    QCOMPARE(described(copy.first()), QStringLiteral("в [в 0 0] [- 5 6, - 7 8]"));
+
+    QVector<DefPolygon> none;
+    sortObjects(none);
+    QVERIFY(none.isEmpty());
+}
+
+// Enough points that an order which is not strict and weak makes std::sort leave its range.
+void tst_DefPolygon::pointsAreSortedWithNanLast()
+{
+    const QVector<double> values{-infinity, -1, 0, 0.001, infinity, notANumber};
+    const int copies = 37;
+    Places sorted;
+    for (double x : values) {
+        for (double y : values)
+            sorted += Places(copies, QPointF(x, y));
+    }
+    Places shuffled;
+    for (int i = 0; i < sorted.size(); ++i)
+        shuffled.append(sorted.at(i * 619 % sorted.size()));
+    QVector<DefPoint> points = pointsAt(shuffled);
+
+    sortPoints(points);
+
+    QCOMPARE(described(points), described(pointsAt(sorted)));
 }
 
 QTEST_GUILESS_MAIN(tst_DefPolygon)

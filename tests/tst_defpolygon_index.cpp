@@ -3,15 +3,19 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+using Places = QVector<QPointF>;
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// Draws coordinates for one layout: a whole number of steps from an origin, at times a hair beside it or no number.
+/// How random coordinates are distributed: at a whole number of steps from an origin, some of them slightly beside it
+/// or not finite.
 struct Layout
 {
     double originX = 0;
@@ -20,186 +24,267 @@ struct Layout
     double stepY = 0.01;
     int columns = 20;
     int rows = 20;
-    double hair = 0;      ///< how far every other coordinate lies beside its step
-    bool oddOnes = false; ///< now and then NaN, an infinity, -0 or a huge number
-    int knownPoints = 40; ///< fewer than this, of which some may be one
+    double offset = 0;        ///< distance of every other coordinate from its step
+    bool hasSpecials = false; ///< one in eight coordinates is NaN, infinite, -0 or huge
+    int maxKnownPoints = 40;  ///< before duplicates are removed
 };
 
-double drawCoordinate(QRandomGenerator &random, double origin, double step, int count, const Layout &layout)
+double randomCoordinate(QRandomGenerator &random, double origin, double step, int count, const Layout &layout)
 {
-    if (layout.oddOnes && random.bounded(8) == 0) {
-        const double odd[] = {nan, infinity, -infinity, -0.0, 0.0, 1e15, 1e200, -1e308, 5e-324};
-        return odd[random.bounded(9)];
+    if (layout.hasSpecials && random.bounded(8) == 0) {
+        const double specials[] = {notANumber, infinity, -infinity, -0.0, 0.0, 1e15, 1e200, -1e308, 5e-324};
+        return specials[random.bounded(9)];
     }
-    const double hair = random.bounded(2) == 0 ? layout.hair * (random.bounded(3) - 1) : 0;
-    return origin + random.bounded(count) * step + hair;
+    const double offset = random.bounded(2) == 0 ? layout.offset * (random.bounded(3) - 1) : 0;
+    return origin + random.bounded(count) * step + offset;
 }
 
-DefPoint drawPoint(QRandomGenerator &random, const Layout &layout, int number)
+DefPoint randomPoint(QRandomGenerator &random, const Layout &layout, int number)
 {
-    const double x = drawCoordinate(random, layout.originX, layout.stepX, layout.columns, layout);
-    const double y = drawCoordinate(random, layout.originY, layout.stepY, layout.rows, layout);
+    const double x = randomCoordinate(random, layout.originX, layout.stepX, layout.columns, layout);
+    const double y = randomCoordinate(random, layout.originY, layout.stepY, layout.rows, layout);
     return DefPoint{QString::number(number), x, y};
 }
 
-/// Known points of an import: in order, none equal to the one before it.
-QVector<DefPoint> drawKnownPoints(QRandomGenerator &random, const Layout &layout, int count)
+QVector<DefPoint> sortedRandomPoints(QRandomGenerator &random, const Layout &layout, int count)
 {
     QVector<DefPoint> points;
     for (int i = 0; i < count; ++i)
-        points.append(drawPoint(random, layout, i));
+        points.append(randomPoint(random, layout, i));
     sortPoints(points);
-    points.erase(std::unique(points.begin(), points.end()), points.end());
     return points;
 }
 
-/// Texts of a drawing in order; several may stand at one place.
-QVector<DefPoint> drawTexts(QRandomGenerator &random, const Layout &layout, int count)
+/// Points at distinct random places in a square, sorted.
+QVector<DefPoint> pointsInSquare(QRandomGenerator &random, double size, int count)
 {
-    QVector<DefPoint> texts;
+    QVector<DefPoint> points;
     for (int i = 0; i < count; ++i)
-        texts.append(drawPoint(random, layout, i));
-    sortPoints(texts);
-    return texts;
+        points.append(
+            DefPoint{QString(), 5000.02 + size * random.generateDouble(), 40.02 + size * random.generateDouble()});
+    sortPoints(points);
+    return points;
 }
 
-QString told(const DefPoint *point, double x, double y)
+/// Reference implementation of findNearestPoint() for sorted points: examines all of them in the documented order.
+const DefPoint *nearestOfAll(const QVector<DefPoint> &points, const QPointF &p)
 {
-    const QString def = point != nullptr ? point->def : QStringLiteral("none");
-    return QStringLiteral("%1 for %2 %3").arg(def).arg(x, 0, 'g', 17).arg(y, 0, 'g', 17); // NOLINT(*-multi-arg)
+    const auto isLeft = [&p](const DefPoint &point) { return point.x < p.x(); };
+    const auto bound = static_cast<int>(std::count_if(points.begin(), points.end(), isLeft));
+    const DefPoint *nearest = nullptr;
+    double best = std::numeric_limits<double>::max();
+    const auto examine = [&](int i) {
+        if (i < 0 || i >= points.size())
+            return;
+        const double distance =
+            (points.at(i).x - p.x()) * (points.at(i).x - p.x()) + (points.at(i).y - p.y()) * (points.at(i).y - p.y());
+        if (distance < best) {
+            best = distance;
+            nearest = &points.at(i);
+        }
+    };
+    examine(bound);
+    for (int i = bound - 1; i < points.size(); ++i)
+        examine(i);
+    for (int i = bound - 2; i >= 0; --i)
+        examine(i);
+    return nearest;
+}
+
+/// Describes two different answers to a query at \a p; empty for the same point.
+QString difference(const DefPoint *found, const DefPoint *expected, const QPointF &p)
+{
+    const QString defs[] = {found != nullptr ? found->def : QStringLiteral("none"),
+                            expected != nullptr ? expected->def : QStringLiteral("none")};
+    if (defs[0] == defs[1])
+        return QString();
+    const QString place = QString::number(p.x(), 'g', 17) + QLatin1Char(' ') + QString::number(p.y(), 'g', 17);
+    return QStringLiteral("%1 instead of %2 for %3").arg(defs[0], defs[1], place);
 }
 
 } // namespace
 
 Q_DECLARE_METATYPE(Layout)
 
-/// The searches beside findNearestPoint() are to answer as it does, ties and odd numbers included.
+/// findNearestPoint() and the indexes, which must give the same answers, ties and special numbers included.
 class tst_DefPolygonIndex : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void closePointIsTheNearest_data() { layouts(); }
-    void closePointIsTheNearest();
-    void textIsTheNearest_data() { layouts(); }
-    void textIsTheNearest();
-    void appendedPointsAreSortedIn_data() { layouts(); }
-    void emptyListHasNoNearest();
-    void tenThousandTextsAtOnePlace();
-    void otherPointsTakeTheirPlace();
+    void nearestPointIsFound_data() { addLayouts(); }
+    void nearestPointIsFound();
+    void knownPointIsFound_data() { addLayouts(); }
+    void knownPointIsFound();
+    void unsortedPointsAreSearchedStepByStep_data();
+    void unsortedPointsAreSearchedStepByStep();
+    void knownPointQueryExaminesFewEntries_data();
+    void knownPointQueryExaminesFewEntries();
+    void nearestPointQueryExaminesFewEntries_data();
+    void nearestPointQueryExaminesFewEntries();
 
 private:
-    static void layouts();
+    static void addLayouts();
 };
 
-void tst_DefPolygonIndex::layouts()
+void tst_DefPolygonIndex::addLayouts()
 {
     QTest::addColumn<Layout>("layout");
 
-    QTest::newRow("raster of the tolerance") << Layout{};
-    QTest::newRow("raster of half the tolerance") << Layout{0, 0, 0.005, 0.005};
-    QTest::newRow("a hair beside the tolerance") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 1e-9};
-    QTest::newRow("one unit in the last place") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 5.8e-11};
+    QTest::newRow("grid of the tolerance") << Layout{};
+    QTest::newRow("grid of half the tolerance") << Layout{0, 0, 0.005, 0.005};
+    QTest::newRow("slightly off the tolerance") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 1e-9};
+    QTest::newRow("one unit in the last place off") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 5.8e-11};
     QTest::newRow("around zero") << Layout{-0.05, -0.05, 0.01, 0.01, 11, 11, 1e-17};
-    QTest::newRow("borders of cells") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.005};
-    QTest::newRow("a hair beside the borders of cells") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.015};
+    QTest::newRow("cell borders") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.005};
+    QTest::newRow("slightly off the cell borders") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.015};
+    QTest::newRow("scattered") << Layout{0, 0, 0.37, 0.41, 1000, 1000, 0.1, false, 400};
     QTest::newRow("ties of whole numbers") << Layout{0, 0, 1, 1, 6, 6};
     QTest::newRow("one column") << Layout{100, 0, 0, 0.01, 1, 200};
     QTest::newRow("one row") << Layout{0, 100, 0.01, 0, 200, 1};
     QTest::newRow("jittered column") << Layout{100, 0, 0.001, 0.5, 100, 200};
-    QTest::newRow("far out") << Layout{1e15, -1e15, 0.125, 0.125, 20, 20};
-    QTest::newRow("where cells are numbers") << Layout{9.99999999999999e14, 9.99999999999999e14, 0.25, 0.25, 20, 20};
-    QTest::newRow("farther out") << Layout{1e17, 1e200, 16, 1e184, 20, 20};
+    QTest::newRow("beyond 1e15") << Layout{1e15, -1e15, 0.125, 0.125, 20, 20};
+    QTest::newRow("on both sides of 1e15") << Layout{9.99999999999999e14, 9.99999999999999e14, 0.25, 0.25, 20, 20};
+    QTest::newRow("far beyond 1e15") << Layout{1e17, 1e200, 16, 1e184, 20, 20};
     QTest::newRow("crowded cells") << Layout{37, 55, 1e-4, 0.011, 1000, 23, 1e-6, false, 400};
     QTest::newRow("ties in crowded cells") << Layout{0, 0, 0.005, 0.02, 40, 10, 0, false, 800};
-    QTest::newRow("odd numbers") << Layout{0, 0, 0.01, 0.01, 10, 10, 0, true};
-    QTest::newRow("odd numbers and ties") << Layout{0, 0, 1, 1, 4, 4, 0, true};
+    QTest::newRow("one cell") << Layout{37.02, 55.02, 0.0011, 0.0013, 180, 150, 0, false, 400};
+    QTest::newRow("special numbers") << Layout{0, 0, 0.01, 0.01, 10, 10, 0, true};
+    QTest::newRow("special numbers and ties") << Layout{0, 0, 1, 1, 4, 4, 0, true};
 }
 
-// The known points grow as in an import: a vertex that is equal to none becomes one.
-void tst_DefPolygonIndex::closePointIsTheNearest()
-{
-    QFETCH(Layout, layout);
-    QRandomGenerator random(1);
-    for (int run = 0; run < 1100; ++run) {
-        QVector<DefPoint> sorted = drawKnownPoints(random, layout, random.bounded(layout.knownPoints));
-        QVector<DefPoint> points = sorted;
-        KnownPointIndex search;
-        search.reset(points);
-        for (int query = 0; query < 60; ++query) {
-            const DefPoint p = drawPoint(random, layout, 1000 + query);
-            const DefPoint *expected = findNearestPoint(sorted, QPointF(p.x, p.y));
-            if (expected != nullptr && !(*expected == p))
-                expected = nullptr;
-            const DefPoint *const found = search.find(points, p.x, p.y);
-            QCOMPARE(told(found, p.x, p.y), told(expected, p.x, p.y));
-            if (found != nullptr)
-                continue;
-            points.append(p);
-            search.addLast(points);
-            sorted.insert(std::lower_bound(sorted.begin(), sorted.end(), p, lessNanLast), p);
-        }
-        QCOMPARE(search.count(), points.size());
-    }
-}
-
-void tst_DefPolygonIndex::textIsTheNearest()
+void tst_DefPolygonIndex::nearestPointIsFound()
 {
     QFETCH(Layout, layout);
     QRandomGenerator random(2);
-    for (int run = 0; run < 500; ++run) {
-        const QVector<DefPoint> texts = drawTexts(random, layout, random.bounded(run % 10 == 0 ? 1000 : 60));
-        const NearestPointIndex search(texts);
+    for (int run = 0; run < 150; ++run) {
+        const QVector<DefPoint> points = sortedRandomPoints(random, layout, random.bounded(run % 10 == 0 ? 1000 : 60));
+        const NearestPointIndex index(points);
         for (int query = 0; query < 100; ++query) {
-            const DefPoint p = drawPoint(random, layout, 0);
-            const QPointF place =
-                query % 3 == 0 ? QPointF(p.x + layout.stepX / 2, p.y + layout.stepY / 2) : QPointF(p.x, p.y);
-            const QString expected = told(findNearestPoint(texts, place), place.x(), place.y());
-            QCOMPARE(told(search.find(place), place.x(), place.y()), expected);
+            const DefPoint at = randomPoint(random, layout, 0);
+            const QPointF p =
+                query % 3 == 0 ? QPointF(at.x + layout.stepX / 2, at.y + layout.stepY / 2) : QPointF(at.x, at.y);
+            const DefPoint *const expected = nearestOfAll(points, p);
+            QCOMPARE(difference(findNearestPoint(points, p), expected, p), QString());
+            QCOMPARE(difference(index.find(p), expected, p), QString());
         }
     }
 }
 
-void tst_DefPolygonIndex::emptyListHasNoNearest()
+// The known points grow as in an import: a vertex that is equal to none is added. The index is reset for each run.
+void tst_DefPolygonIndex::knownPointIsFound()
 {
-    KnownPointIndex closeSearch;
-    QVERIFY(closeSearch.find({}, 0, 0) == nullptr);
-    closeSearch.reset({});
-    QVERIFY(closeSearch.find({}, 0, 0) == nullptr);
-    QCOMPARE(closeSearch.count(), 0);
-    QVERIFY(NearestPointIndex({}).find(QPointF(0, 0)) == nullptr);
+    QFETCH(Layout, layout);
+    QRandomGenerator random(1);
+    KnownPointIndex index;
+    QVERIFY(index.find({}, 0, 0) == nullptr);
+    for (int run = 0; run < 500; ++run) {
+        QVector<DefPoint> sorted = sortedRandomPoints(random, layout, random.bounded(layout.maxKnownPoints));
+        sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+        QVector<DefPoint> points = sorted;
+        index.reset(points);
+        for (int query = 0; query < 60; ++query) {
+            const DefPoint vertex = randomPoint(random, layout, 1000 + query);
+            const QPointF p(vertex.x, vertex.y);
+            const DefPoint *nearest = findNearestPoint(sorted, p);
+            if (nearest != nullptr && !(*nearest == vertex))
+                nearest = nullptr;
+            const DefPoint *const found = index.find(points, vertex.x, vertex.y);
+            QCOMPARE(difference(found, nearest, p), QString());
+            if (found != nullptr)
+                continue;
+            points.append(vertex);
+            index.addLast(points);
+            sorted.insert(std::lower_bound(sorted.begin(), sorted.end(), vertex, lessNanLast), vertex);
+        }
+        QCOMPARE(index.count(), points.size());
+    }
 }
 
-// From the left the last of them is examined first, from the right the first.
-void tst_DefPolygonIndex::tenThousandTextsAtOnePlace()
+void tst_DefPolygonIndex::unsortedPointsAreSearchedStepByStep_data()
 {
-    QVector<DefPoint> texts;
-    for (int i = 0; i < 10000; ++i)
-        texts.append(DefPoint{QString::number(i), 5, 5});
-    const NearestPointIndex search(texts);
+    QTest::addColumn<QVector<double>>("xs");
+    QTest::addColumn<int>("found");
+    using Xs = QVector<double>;
 
-    QCOMPARE(search.find(QPointF(4, 5))->def, QStringLiteral("0"));
-    QCOMPARE(search.find(QPointF(5, 5))->def, QStringLiteral("0"));
-    QCOMPARE(search.find(QPointF(6, 5))->def, QStringLiteral("9999"));
+    QTest::newRow("descending") << Xs{20, 10, 0} << 1;
+    QTest::newRow("bisection misses the first not left") << Xs{20, 0, 30} << 1;
+    QTest::newRow("bisection passes the nearest") << Xs{9, 100, 0, 50} << 2;
+    QTest::newRow("walk to the right stops") << Xs{0, 30, 50, 11} << 0;
+    QTest::newRow("walk to the right continues") << Xs{0, 30, 11, 40} << 2;
+    QTest::newRow("walk to the right passes an equal distance") << Xs{0, 30, 20, 11} << 3;
+    QTest::newRow("walk to the right passes NaN") << Xs{0, 30, notANumber, 11} << 3;
+    QTest::newRow("walk to the right stops at infinity") << Xs{infinity, infinity, 11} << -1;
+    QTest::newRow("walk to the left stops") << Xs{9, -50, 0, 30} << 2;
+    QTest::newRow("walk to the left continues") << Xs{-50, 9, 0, 30} << 1;
+    QTest::newRow("walk to the left passes an equal distance") << Xs{9, 0, 0, 30} << 0;
 }
 
-// A crowd, and a tie in it, leave nothing behind.
-void tst_DefPolygonIndex::otherPointsTakeTheirPlace()
+// The result for unsorted points depends on the probe sequence of the bisection and on where the walks stop.
+void tst_DefPolygonIndex::unsortedPointsAreSearchedStepByStep()
 {
-    QVector<DefPoint> crowd;
-    for (int i = 0; i < 400; ++i)
-        crowd.append(DefPoint{QString::number(i), i / 20 * 0.0102, i % 20 * 0.0102});
-    const QVector<DefPoint> others{DefPoint{QStringLiteral("far"), 100, 100}};
-    KnownPointIndex search;
-    search.reset(crowd);
-    QVERIFY(search.find(crowd, 0.0051, 0.0051) != nullptr);
+    QFETCH(QVector<double>, xs);
+    QFETCH(int, found);
+    QVector<DefPoint> points;
+    for (double x : xs)
+        points.append(DefPoint{QString(), x, 0});
 
-    search.reset(others);
+    const DefPoint *const nearest = findNearestPoint(points, QPointF(10, 0));
 
-    QCOMPARE(search.count(), 1);
-    for (const DefPoint &point : qAsConst(crowd))
-        QVERIFY(search.find(others, point.x, point.y) == nullptr);
-    QVERIFY(search.find(others, 100, 100) == &others.first());
+    QCOMPARE(nearest == nullptr ? -1 : static_cast<int>(nearest - points.constData()), found);
+}
+
+void tst_DefPolygonIndex::knownPointQueryExaminesFewEntries_data()
+{
+    QTest::addColumn<double>("size");
+    QTest::addColumn<bool>("isAppended");
+    QTest::addColumn<int>("limit");
+
+    QTest::newRow("scattered") << 1000.0 << false << 100;
+    QTest::newRow("scattered and added one by one") << 1000.0 << true << 100;
+    QTest::newRow("one cell") << 0.2 << false << 500;
+}
+
+void tst_DefPolygonIndex::knownPointQueryExaminesFewEntries()
+{
+    QFETCH(double, size);
+    QFETCH(bool, isAppended);
+    QFETCH(int, limit);
+    QRandomGenerator random(3);
+    const QVector<DefPoint> points = pointsInSquare(random, size, 20000);
+    KnownPointIndex index;
+    index.reset(isAppended ? points.mid(0, 1) : points);
+    for (QVector<DefPoint> known = points.mid(0, index.count()); known.size() < points.size();) {
+        known.append(points.at(known.size()));
+        index.addLast(known);
+    }
+
+    for (const DefPoint &point : points) {
+        int steps = 0;
+        QVERIFY(index.find(points, point.x + 0.0001, point.y, &steps) != nullptr);
+        QVERIFY2(steps > 0 && steps < limit, qPrintable(QString::number(steps)));
+    }
+}
+
+void tst_DefPolygonIndex::nearestPointQueryExaminesFewEntries_data()
+{
+    QTest::addColumn<double>("size");
+
+    QTest::newRow("scattered") << 1000.0;
+    QTest::newRow("one place") << 0.0;
+}
+
+void tst_DefPolygonIndex::nearestPointQueryExaminesFewEntries()
+{
+    QFETCH(double, size);
+    QRandomGenerator random(3);
+    const NearestPointIndex index(pointsInSquare(random, size, 20000));
+
+    for (const DefPoint &p : pointsInSquare(random, 1000, 20000)) {
+        int steps = 0;
+        QVERIFY(index.find(QPointF(p.x, p.y), &steps) != nullptr);
+        QVERIFY2(steps > 0 && steps < 300, qPrintable(QString::number(steps)));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_DefPolygonIndex)
