@@ -7,6 +7,8 @@
 #include <QFileDialog>
 #include <QScopedValueRollback>
 
+#include <new>
+
 namespace {
 
 void enlargeFont(QFont &font)
@@ -19,12 +21,7 @@ void enlargeFont(QFont &font)
 
 } // namespace
 
-int ColumnLimitProxyModel::columnCount(const QModelIndex &parent) const
-{
-    return qMin(QIdentityProxyModel::columnCount(parent), maxCount);
-}
-
-Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(new Ui::Dialog)
+Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Dialog>())
 {
     ui->setupUi(this);
 
@@ -34,22 +31,32 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(new Ui::Dialog)
     ui->minusToolButton->setFont(font);
     ui->minusToolButton->setFixedWidth(ui->plusToolButton->sizeHint().width());
 
-    ui->listView->setItemDelegate(&defDelegate);
-    ui->tableView->setItemDelegate(&cellDelegate);
+    ui->listView->setItemDelegate(&elidingDelegate);
+    ui->tableView->setItemDelegate(&elidingDelegate);
+    polygonModel.setColumnLimit(DefPolygonTableModel::maxShownColumns);
 
     readSettings();
 
+    // Connected by name, like all the other slots of the form.
     connect(ui->buttonBox, SIGNAL(accepted()), this, SLOT(accept()));
     connect(ui->buttonBox, SIGNAL(rejected()), this, SLOT(reject()));
 
-    // The exchange of X and Y is not on offer; the importer is never told of this check box.
+    // The swap of X and Y is not offered; its check box is never passed to the importer.
     ui->swapXYCheck->hide();
 }
 
 Dialog::~Dialog()
 {
     writeSettings();
-    delete ui;
+}
+
+void Dialog::setColumns(int n, int x, int y, int def)
+{
+    nColNum = n;
+    xColNum = x;
+    yColNum = y;
+    defColNum = def;
+    polygonModel.setNxyColNum(n, x, y);
 }
 
 void Dialog::chooseFile(QLineEdit *edit)
@@ -87,13 +94,17 @@ void Dialog::applyOptions(MapImport &importer)
     importer.objects = &objects;
 }
 
-// The models let go of the old objects first: their views may be painted while the run tells the host of a failure, and
-// long after a run that brought nothing.
-void Dialog::on_startButton_clicked()
+void Dialog::clearObjects()
 {
-    if (isProcessing)
-        return;
+    polygonModel.setPolygon(nullptr);
+    mapModel.setMap(nullptr);
+    objects.clear();
+}
+
+void Dialog::runImport()
+{
     const QScopedValueRollback<bool> processing(isProcessing, true);
+    // Detach the models first: a status callback may repaint the views during the run.
     polygonModel.detachPolygon();
     mapModel.detachMap();
     objects.clear();
@@ -105,10 +116,23 @@ void Dialog::on_startButton_clicked()
         importer = std::make_unique<MifImport>();
     applyOptions(*importer);
     importer->importMap();
+}
+
+void Dialog::on_startButton_clicked()
+{
+    if (isProcessing)
+        return;
+    runImport();
     if (objects.isEmpty())
         return;
-    showObjects();
-    importer.reset();
+    // The views copy what they show, so memory may run out here as well.
+    try {
+        showObjects();
+        importer.reset();
+    } catch (const std::bad_alloc &) {
+        clearObjects();
+        importer->failWithoutMemory();
+    }
 }
 
 void Dialog::showObjects()
@@ -118,19 +142,15 @@ void Dialog::showObjects()
     polygonModel.setFieldNumValueMap(fieldNumValueMap);
     mapModel.setMap(&objects);
     ui->listView->setModel(&mapModel);
-    ui->tableView->setModel(shownTable());
+    ui->tableView->setModel(&polygonModel);
     connect(ui->listView->selectionModel(), &QItemSelectionModel::currentChanged, this, &Dialog::procCurrentChanged);
+    // The view and the colours need memory for all rows: now, where a lack of it is caught, rather than when painting.
+    ui->listView->doItemsLayout();
+    mapModel.isDuplicateDef(0);
+    polygonModel.isConflictingPoint(0);
 }
 
-QAbstractItemModel *Dialog::shownTable()
-{
-    if (polygonModel.columnCount() <= ColumnLimitProxyModel::maxCount)
-        return &polygonModel;
-    columnLimit.setSourceModel(&polygonModel);
-    return &columnLimit;
-}
-
-// A row of the list may be older than the objects, which grow while a run is on its way.
+// The rows of the list may be older than the objects, which grow during a run.
 void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & /*previous*/)
 {
     if (!current.isValid() || isProcessing || current.row() >= objects.size())
@@ -139,7 +159,7 @@ void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & 
     polygonModel.setFieldNumValueMap(fieldNumValueMap);
 }
 
-// The table stays on its row, where another object may stand now.
+// The table keeps showing the same index, where another object may be now.
 void Dialog::on_sortButton_clicked()
 {
     if (isProcessing)

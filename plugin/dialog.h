@@ -5,7 +5,6 @@
 #include "dialog_elidingdelegate.h"
 
 #include <QDialog>
-#include <QIdentityProxyModel>
 #include <QMap>
 #include <QString>
 #include <QVector>
@@ -20,20 +19,9 @@ namespace Ui {
 class Dialog;
 }
 
-/// The first columns of a table, as many as a view can be given: it lays out each of them, seen or not.
-class ColumnLimitProxyModel : public QIdentityProxyModel
-{
-    Q_OBJECT
-
-public:
-    static constexpr int maxCount = 10000;
-
-    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
-};
-
-/// Drives one import: choice of files and options, inspection of the objects, and the result for the host.
+/// Runs one import: the user chooses files and options and inspects the objects; the host gets the result.
 ///
-/// The choices are read from the settings when the dialog is built and saved when it is destroyed.
+/// The choices are read from the settings by the constructor and saved by the destructor.
 class Dialog : public QDialog
 {
     Q_OBJECT
@@ -42,34 +30,40 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
-    /// The objects as the XML text that the host takes; the extra fields are those of the last processing run.
+    /// Sets the zero-based columns of the host's tables, here and in polygonModel.
+    void setColumns(int n, int x, int y, int def);
+
+    /// Returns the objects as the XML text for the host, with the extra fields of the last processing run.
+    ///
+    /// Throws std::bad_alloc when memory, or what a QString can hold, is exceeded.
     QString stringResult();
 
     void readSettings();
     void writeSettings();
-    /// Rebuilds fieldNumValueMap from the rows of extra fields on the form; rows without a text are left out.
+    /// Rebuilds fieldNumValueMap from the rows of extra fields on the form; rows without a text are skipped.
     void readFields();
-    /// Shows the first five entries of fieldNumValueMap on the form, and adds the rows that this takes.
+    /// Shows the first five entries of fieldNumValueMap on the form, adding rows as needed.
     void writeFields();
 
-private:
-    Ui::Dialog *ui;
-    QString lastPath;
+    bool isDxf = false; ///< imports DXF drawings instead of MIF files
 
-public:
-    QVector<DefPolygon> objects;
-    DefPolygonTableModel polygonModel;
-    DefMapTableModel mapModel;
-    bool isDxf = false;
+    // Published defaults: X comes behind Y here and before it in polygonModel. They never show, as setColumns()
+    // replaces both before the dialog opens.
     int nColNum = 0;
     int xColNum = 2;
     int yColNum = 1;
     int defColNum = 0;
-    QString formName;
+
+    QString formName; ///< published but unused here
     QString objectTableName;
     QString pointTableName;
+
+    QVector<DefPolygon> objects;
+    DefPolygonTableModel polygonModel; ///< vertices of the current object
+    DefMapTableModel mapModel;         ///< list of objects
+
     QMap<int, QString> fieldNumValueMap; ///< texts of the extra columns by zero-based column
-    int fieldCount = 1;                  ///< rows of extra fields on the form
+    int fieldCount = 1;                  ///< number of rows of extra fields on the form
 
 private Q_SLOTS:
     void on_objectFileButton_clicked();
@@ -85,18 +79,19 @@ private Q_SLOTS:
 private:
     void chooseFile(QLineEdit *edit);
     void applyOptions(MapImport &importer);
+    void clearObjects();
+    void runImport();
     void showObjects();
-    QAbstractItemModel *shownTable();
 
-    DefDelegate defDelegate;             ///< of the list
-    ElidingDelegate cellDelegate;        ///< of the table
-    ColumnLimitProxyModel columnLimit;   ///< of polygonModel, when the host's columns lie very far apart
-    std::unique_ptr<MapImport> importer; ///< kept after a run that brought no objects, until the next run
-    bool isProcessing = false;           ///< the host may run an event loop while it takes a message
+    std::unique_ptr<Ui::Dialog> ui;
+    QString lastPath;                    ///< the last file chosen; where the next file dialog opens
+    ElidingDelegate elidingDelegate;     ///< of both views
+    std::unique_ptr<MapImport> importer; ///< kept after a run without objects, until the next run
+    bool isProcessing = false;           ///< a run is active; the host's callback may run an event loop during it
 };
 
 /// Reads the extra fields from the subgroup "FieldNumValueMap" of the open group of \a settings into \a map.
 void loadFieldMap(QSettings &settings, QMap<int, QString> &map);
 
-/// Replaces the extra fields in the settings by \a map; entries without a text are not stored.
+/// Replaces the extra fields in the settings by \a map; entries with an empty text are not stored.
 void saveFieldMap(QSettings &settings, const QMap<int, QString> &map);

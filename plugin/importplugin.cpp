@@ -7,17 +7,17 @@
 
 namespace {
 
-// Copies of these go to the host and may outlive the library, so they must not point into its read-only data.
+// Deep copies: the host may keep these strings after unloading the library with its read-only data.
 const QString strImportFromMif = QString::fromUtf8("Объекты из MIF");
 const QString strImportFromDxf = QString::fromUtf8("Объекты из DXF");
 
-// One long designation at many vertices, or many columns, make more than a text or the memory can hold.
+// A long designation at many vertices, or many columns, can exceed memory or what a QString can hold.
 QString resultOf(Dialog &dialog)
 {
     try {
         return dialog.stringResult();
     } catch (const std::bad_alloc &) {
-        showStatus(QStringLiteral("Недостаточно памяти для результата импорта"));
+        showStatus(QString::fromUtf8("Недостаточно памяти для результата импорта"));
         return QString();
     }
 }
@@ -43,10 +43,6 @@ QString ImportPlugin::operation(const QString &op, const QString &formName, cons
     dialog.formName = formName;
     dialog.objectTableName = objectTableName;
     dialog.pointTableName = pointTableName;
-    dialog.nColNum = info.nColNum;
-    dialog.xColNum = info.xColNum;
-    dialog.yColNum = info.yColNum;
-    dialog.defColNum = info.defColNum;
-    dialog.polygonModel.setNxyColNum(info.nColNum, info.xColNum, info.yColNum);
+    dialog.setColumns(info.nColNum, info.xColNum, info.yColNum, info.defColNum);
     return dialog.exec() == QDialog::Accepted ? resultOf(dialog) : QString();
 }

@@ -4,11 +4,11 @@
 
 #include <QObject>
 
-/// The object that the host loads: offers the imports from MIF and from DXF.
+/// The plug-in object that the host loads; offers the imports from MIF and DXF.
 class ImportPlugin : public QObject, public ImportGeometryInterface
 {
     Q_OBJECT
-    // Without the version that the interface's own identifier carries: the host looks for both as they are.
+    // Unlike the interface identifier, the IID has no version suffix; hosts look for both exactly as they are.
     Q_PLUGIN_METADATA(IID "zelmarq.Orvindal.ImportGeometryInterface")
     Q_INTERFACES(ImportGeometryInterface)
 

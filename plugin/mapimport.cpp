@@ -17,7 +17,7 @@ QString numbered(const QString &prefix, int &num)
 {
     if (!prefix.contains(QLatin1Char('%')))
         return prefix + QString::number(num++);
-    // The number may land in a place marker of the prefix.
+    // A prefix may contain place markers itself; chained calls substitute the number there, as always.
     return QStringLiteral("%1%2").arg(prefix).arg(num++); // NOLINT(*-multi-arg)
 }
 
@@ -30,8 +30,9 @@ void setStatusFunc(void (*func)(const QString &))
 
 void showStatus(const QString &text)
 {
+    // A QStringLiteral points into the read-only data of this library, which the host may unload.
     if (statusFunc != nullptr)
-        statusFunc(text);
+        statusFunc(QString(text.constData(), text.size()));
 }
 
 MapImport::MapImport() : codec(QTextCodec::codecForLocale()) {}
@@ -50,13 +51,12 @@ bool MapImport::failWithFileName(const QString &text) const
     return false;
 }
 
-// A pipe keeps its reader waiting for somebody to write, and a device may have no end.
 bool MapImport::openText(QFile &file)
 {
     return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Text);
 }
 
-// One pass over one file. A file that does not open is told, but is no failure: the run goes on without it.
+// A file that cannot be opened is reported but is not a failure: the run continues without it.
 bool MapImport::readFile(const QString &fileName, Pass pass)
 {
     file.setFileName(fileName);
@@ -66,22 +66,12 @@ bool MapImport::readFile(const QString &fileName, Pass pass)
     }
     stream.setDevice(&file, codec);
     lineNum = 0;
-    const bool ok = runPass(pass);
+    const bool ok = (this->*pass)();
     file.close();
     return ok;
 }
 
-// A file may hold more than the memory does, or than a line or a list can.
-bool MapImport::runPass(Pass pass)
-{
-    try {
-        return (this->*pass)();
-    } catch (const std::bad_alloc &) {
-        return failWithFileName(QStringLiteral("Недостаточно памяти для чтения файла %1"));
-    }
-}
-
-bool MapImport::importMap()
+bool MapImport::runPasses()
 {
     points.clear();
     if (searchPointDefs && !readFile(pointFileName.isEmpty() ? objectFileName : pointFileName, &MapImport::loadPoints))
@@ -89,6 +79,17 @@ bool MapImport::importMap()
     sortPoints(points);
     points.erase(std::unique(points.begin(), points.end()), points.end());
     return readFile(objectFileName, &MapImport::loadPolygons);
+}
+
+// Huge files can exhaust memory or Qt's 2 GB container limit.
+bool MapImport::importMap()
+{
+    try {
+        return runPasses();
+    } catch (const std::bad_alloc &) {
+        file.close();
+        return failWithoutMemory();
+    }
 }
 
 void MapImport::appendEmptyPolygon()
@@ -100,14 +101,14 @@ void MapImport::appendEmptyContour()
 {
     QVector<QVector<DefPoint>> &contours = objects->last().contours;
     if (contours.isEmpty())
-        contours.reserve(1); // most objects have one
+        contours.reserve(1); // most objects have one contour; QVector would make room for several
     contours.append(QVector<DefPoint>());
 }
 
 void MapImport::reserveVerts(int count)
 {
-    constexpr int mostCredible = 64;
-    lastContour().reserve(qBound(0, count, mostCredible) + 1); // a ring may need its first vertex again
+    constexpr int maxReserved = 64;
+    lastContour().reserve(qBound(0, count, maxReserved) + 1); // closing a ring may append its first vertex
 }
 
 QString MapImport::vertexDef(double x, double y)
@@ -131,6 +132,14 @@ void MapImport::appendVert(double x, double y, bool closing)
 void MapImport::setLastPolygonDef(const QString &def)
 {
     objects->last().def = def.isEmpty() ? numbered(objectPref, objectStartNum) : def;
+}
+
+bool MapImport::failWithoutMemory()
+{
+    if (!isOutOfMemory)
+        failWithFileName(QStringLiteral("Недостаточно памяти для чтения файла %1"));
+    isOutOfMemory = true;
+    return false;
 }
 
 void MapImport::resetInFileStream()

@@ -11,11 +11,12 @@
 
 class QTextCodec;
 
-/// Reads a file of objects, and the known points before it, into objects with numbered vertices.
+/// Base of the readers: turns a file of objects, and a file of known points before it, into objects with numbered
+/// vertices.
 ///
-/// One importer serves one run: fill in the options, call setEncoding() and then importMap() once. A reader of a format
-/// derives from it, reads from `stream` and builds what it reads with the operations below. A pass that fails sends one
-/// message itself; what was read before stays.
+/// Use one importer per run: set the options, call setEncoding(), then importMap() once. A reader of a format derives
+/// from it, reads `stream` and calls the building operations below. A pass that fails reports one message; what was
+/// read before stays.
 class MapImport
 {
 public:
@@ -24,10 +25,13 @@ public:
     MapImport(const MapImport &) = delete;
     MapImport &operator=(const MapImport &) = delete;
 
-    /// Runs the passes. False when a pass failed; a file that cannot be opened is only told to the host.
+    /// Runs the passes. Returns false when one failed; a file that cannot be opened is reported but is not a failure.
     bool importMap();
 
-    /// Chooses the encoding of the files by its name; an unknown name leaves the one in force, at first the locale's.
+    /// Reports, once, that there is not enough memory for the current file; always false.
+    bool failWithoutMemory();
+
+    /// Sets the encoding of the files by name. An unknown name keeps the current one, initially that of the locale.
     void setEncoding(const QByteArray &name);
 
     bool swapXY = false;           ///< exchange x and y of the vertices (never of known points and texts)
@@ -36,14 +40,15 @@ public:
     int pointStartNum = 0;         ///< next generated point number
     bool searchObjectDefs = false; ///< take designations of objects from the file
     QString objectPref;            ///< prefix of generated designations
-    int objectStartNum = 0;        ///< next generated number of an object
+    int objectStartNum = 0;        ///< next number of a generated designation
     QString objectFileName;
-    QString pointFileName; ///< empty: the known points are read from the file of objects
+    QString pointFileName; ///< if empty, known points are read from the file of objects
 
-    QVector<DefPolygon> *objects = nullptr; ///< where the run appends its objects; the caller's
+    QVector<DefPolygon> *objects = nullptr; ///< the run appends its objects here; owned by the caller
 
-    /// The known points: those that were read, sorted, then those that appendVert() numbered, in that order. After a
-    /// points pass that failed they are in file order.
+    /// The known points: first those that were read, sorted, then those that appendVert() numbered, in that order.
+    /// Inserting the latter at their sorted place would move half of the others each time. After a points pass that
+    /// failed, the points are in file order.
     QVector<DefPoint> points;
 
 protected:
@@ -52,39 +57,39 @@ protected:
     /// Reads objects from the start of `stream`.
     virtual bool loadPolygons() = 0;
 
-    /// Starts an object.
     void appendEmptyPolygon();
-    /// Starts a contour of the last object.
+    /// Appends an empty contour to the last object.
     void appendEmptyContour();
-    /// Makes room for the \a count vertices that a file announces for the last contour, as far as one may believe it.
+    /// Reserves space for \a count vertices, capped because the count comes from the file.
     void reserveVerts(int count);
-    /// Numbers a vertex and appends it to the last contour. \a closing repeats the number of the contour's first
+    /// Numbers a vertex and appends it to the last contour. With \a closing it takes the number of the contour's first
     /// vertex.
     void appendVert(double x, double y, bool closing);
-    /// Names the last object; an empty \a def means a generated designation.
+    /// Sets the designation of the last object; an empty \a def stands for a generated one.
     void setLastPolygonDef(const QString &def);
-    /// Rewinds `stream` for another reading in the same pass; `lineNum` goes on counting.
+    /// Rewinds `stream` within a pass; `lineNum` keeps counting.
     void resetInFileStream();
 
-    /// Opens \a file for reading, if it is a file that has an end.
+    /// Opens \a file for reading. Refuses pipes and devices: reading them may block or never end.
     static bool openText(QFile &file);
-    /// Tells the host \a text with the name of the file being read as its %1; always false.
+    /// Reports \a text with the name of the current file as its %1; always false.
     bool failWithFileName(const QString &text) const;
 
     LineReader stream;   ///< reads `file`
-    QStringView line;    ///< the last line read; valid until the next line but one is read
-    int lineNum = 0;     ///< its number, from 1
+    QStringView line;    ///< the last line read; stays valid while one more is read
+    int lineNum = 0;     ///< its number, counted from 1
     QTextCodec *codec;   ///< of the files; never null, not owned
-    QByteArray encoding; ///< the name last given to setEncoding(), as it was given
+    QByteArray encoding; ///< the name last passed to setEncoding(); published but unused here
     QFile file;
 
 private:
     using Pass = bool (MapImport::*)();
 
+    bool runPasses();
     bool readFile(const QString &fileName, Pass pass);
-    bool runPass(Pass pass);
     QString vertexDef(double x, double y);
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 
-    KnownPointIndex pointIndex; ///< of `points` while vertices are numbered
+    bool isOutOfMemory = false; ///< which has been reported
+    KnownPointIndex pointIndex; ///< of `points`; filled at the first vertex
 };

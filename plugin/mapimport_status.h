@@ -5,5 +5,7 @@ class QString;
 /// Stores the host's callback for showStatus(); null means that messages are dropped.
 void setStatusFunc(void (*func)(const QString &));
 
-/// Passes \a text to the host's callback, unchanged; does nothing without one.
+/// Reports \a text to the host, unchanged; does nothing without a callback.
+///
+/// The host gets a deep copy, which it may keep after unloading the plug-in.
 void showStatus(const QString &text);

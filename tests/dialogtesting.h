@@ -130,7 +130,5 @@ inline DefPolygon object(const char *def, const Contours &contours = Contours())
 
 inline void setColumns(Dialog &dialog, int n, int x, int y)
 {
-    dialog.nColNum = n;
-    dialog.xColNum = x;
-    dialog.yColNum = y;
+    dialog.setColumns(n, x, y, dialog.defColNum);
 }
