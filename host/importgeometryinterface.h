@@ -4,30 +4,31 @@
 #include <QString>
 #include <QtPlugin>
 
-/// Where the host keeps the parts of a vertex and of an object: zero-based columns of its tables.
+/// Zero-based columns of the host's tables.
 struct GeometryInfo
 {
-    qint32 nColNum;   ///< designation of a point, in the coordinate table
+    qint32 nColNum;   ///< point designation, in the coordinate table
     qint32 xColNum;   ///< X, in the coordinate table
     qint32 yColNum;   ///< Y, in the coordinate table
-    qint32 defColNum; ///< designation of an object, in the object table
+    qint32 defColNum; ///< object designation, in the object table
 };
 
-/// What the host asks of an import plug-in.
+/// The interface of an import plug-in, as the host declares it.
 ///
-/// The order of the virtual functions is the binary interface between host and plug-in; it never changes.
+/// The order of the virtual functions is part of the binary interface; it never changes.
 class ImportGeometryInterface
 {
 public:
     virtual ~ImportGeometryInterface() = default;
 
-    /// The names of the operations on offer, as the host shows them in its menu.
+    /// Returns the names of the operations, as the host shows them in its menu.
     virtual QList<QString> operations() const = 0;
 
-    /// Runs the operation named \a op and returns its objects as an XML text, or an empty string after a cancel.
+    /// Runs the operation named \a op. Returns the imported objects as an XML text; an empty string after a cancel or
+    /// an unknown \a op.
     ///
-    /// \a objectTableName and \a pointTableName name the host's tables. \a statusFunc takes the messages of this call
-    /// and of everything that follows until the next call; null means that nobody listens.
+    /// \a objectTableName and \a pointTableName name the host's tables. \a statusFunc receives the messages until the
+    /// next call replaces it; with null they are dropped.
     virtual QString operation(const QString &op, const QString &formName, const QString &objectTableName,
                               const QString &pointTableName, const GeometryInfo &info,
                               void (*statusFunc)(const QString &)) = 0;

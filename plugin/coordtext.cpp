@@ -9,10 +9,10 @@ namespace {
 
 constexpr std::array<double, 10> powersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
-/// Below this a number is a multiple of at most a half, so that it has its digits before the point and its half.
-constexpr double largestWithHalves = 4503599627370496.0; // 2^52
+/// 2^52; doubles below it can represent halves, so rounding to an integer can be decided exactly.
+constexpr double largestWithHalves = 4503599627370496.0;
 
-/// Writes the decimal digits of \a n from \a end backwards, \a count at least, and gives the first.
+/// Writes the decimal digits of \a n backwards from \a end, at least \a count; returns the first.
 QChar *writeDigits(QChar *end, quint64 n, int count)
 {
     for (; n > 0 || count > 0; n /= 10, --count)
@@ -28,7 +28,7 @@ QString coordText(double v, int decimals)
     const double scaled = place < powersOfTen.size() ? std::fabs(v) * powersOfTen[place] : largestWithHalves;
     const double whole = std::floor(scaled);
     const double rest = scaled - whole;
-    // What the product has lost matters at a half only. Not a number is not less either.
+    // Slow path. Rounding of the product matters only at an exact half. The negated test also catches NaN.
     if (!(scaled < largestWithHalves) || rest == 0.5)
         return QLocale::c().toString(v, 'f', decimals);
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A ring whose area is at most this counts as one without area.
+/// Up to this area a ring counts as degenerate.
 constexpr double degenerateArea = 1e-12;
 
 QPointF meanOf(const QVector<DefPoint> &ring)
@@ -22,12 +22,12 @@ QPointF meanOf(const QVector<DefPoint> &ring)
     return {x / ring.size(), y / ring.size()};
 }
 
-/// A designation as objects are ordered by it, with the object's place before the sort.
+/// Sort key of an object, with its index before the sort.
 struct SortKey
 {
     QString prefix;
     int num;
-    int place;
+    int index;
 };
 
 bool operator<(const SortKey &a, const SortKey &b)
@@ -36,13 +36,13 @@ bool operator<(const SortKey &a, const SortKey &b)
     return order != 0 ? order < 0 : a.num < b.num;
 }
 
-/// The nearest point so far, while the candidates are examined one by one.
+/// The nearest of the points examined so far.
 class Nearest
 {
 public:
     explicit Nearest(const QPointF &p) : m_p(p) {}
 
-    /// Takes \a point when it is strictly closer than the one taken before.
+    /// Keeps \a point if it is strictly closer than the one kept before.
     void examine(const DefPoint &point)
     {
         const double dx = point.x - m_p.x();
@@ -54,7 +54,7 @@ public:
         }
     }
 
-    /// True when the distance along X alone rules \a point out, and with it all that lie beyond.
+    /// True if the distance along X alone rules out \a point and all points beyond it.
     bool isOutOfReach(const DefPoint &point) const
     {
         const double dx = point.x - m_p.x();
@@ -96,8 +96,8 @@ QPointF DefPolygon::centroid() const
     return {sx / (6 * area), sy / (6 * area)};
 }
 
-// Splits as the expression ^(.*?)(\d+)$ does, which takes very long for many digits with something after them: a line
-// feed may stand behind the digits but nowhere else, and a text with half a character is not split.
+// Equivalent to ^(.*?)(\d+)$ without its quadratic backtracking. As in the expression, the digits may be followed by a
+// final line feed, the prefix contains none, and a text with a lone surrogate does not match.
 void splitDef(const QString &def, QString &prefix, int &num)
 {
     const int end = def.endsWith(QLatin1Char('\n')) ? def.size() - 1 : def.size();
@@ -115,26 +115,26 @@ void sortObjects(QVector<DefPolygon> &objects)
     QVector<SortKey> keys(objects.size());
     for (int i = 0; i < keys.size(); ++i) {
         splitDef(objects.at(i).def, keys[i].prefix, keys[i].num);
-        keys[i].place = i;
+        keys[i].index = i;
     }
     std::sort(keys.begin(), keys.end());
 
-    // The sorted objects move back into their own vector: others hold pointers to its elements.
+    // The models hold pointers to the elements, so the sorted objects move back into the same vector.
     QVector<DefPolygon> sorted;
     sorted.reserve(objects.size());
     for (const SortKey &key : qAsConst(keys))
-        sorted.append(std::move(objects[key.place]));
+        sorted.append(std::move(objects[key.index]));
     std::move(sorted.begin(), sorted.end(), objects.begin());
 }
 
 void sortPoints(QVector<DefPoint> &points)
 {
-    // Not operator<: a file may say "nan", for which that is no order, and std::sort would run out of its range.
+    // A file may contain "nan". operator< is not a strict weak ordering for NaN; std::sort would read out of bounds.
     std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) { return lessNanLast(a, b); });
 }
 
-// Written by hand, since std::lower_bound may refuse texts that come unsorted, and their answer depends on the very
-// steps.
+// Hand-written: the input may be unsorted, which std::lower_bound forbids, and the result depends on the probe
+// sequence.
 int bisectByX(const QVector<DefPoint> &points, double x)
 {
     int first = 0;

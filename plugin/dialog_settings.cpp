@@ -11,7 +11,7 @@ namespace {
 
 constexpr int maxFieldCount = 5;
 
-// The settings keep these in a store of the whole process, which may outlive the library and its read-only data.
+// Deep copies: QSettings caches values for the whole process, which may unload the library with its read-only data.
 const QString defaultPointPref = QString::fromUtf8("н");
 const QString defaultObjectPref = QString::fromUtf8(":ЗУ");
 
@@ -137,7 +137,7 @@ void Dialog::on_plusToolButton_clicked()
     ++fieldCount;
 }
 
-// The row is deleted at once, not later: the next reading of the form must not find it any more.
+// Deletes the row immediately: with deleteLater() readFields() would still find it.
 void Dialog::on_minusToolButton_clicked()
 {
     if (fieldCount == 1)

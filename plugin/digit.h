@@ -2,7 +2,7 @@
 
 #include <QChar>
 
-/// Whether \a c is one of 0 to 9; the digits of other scripts are not.
+/// True for 0 to 9, not for the digits of other scripts.
 inline bool isDigit(QChar c)
 {
     return c >= QLatin1Char('0') && c <= QLatin1Char('9');

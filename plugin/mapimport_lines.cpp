@@ -8,12 +8,10 @@
 
 namespace {
 
-/// The bytes that are decoded at a time, as many as QTextStream takes: a text that ends in half a character or in bare
-/// carriage returns shows where the pieces are cut.
+/// Same chunk size as QTextStream: how a truncated character or a lone CR decodes depends on the chunk boundaries.
 constexpr int chunkSize = 16384;
 
-/// Of so many digits a whole number is exact, and so is the power of ten of the decimals among them: their quotient is
-/// rounded once.
+/// With at most 15 digits both the integer and the power of ten are exact, so a single division rounds correctly.
 constexpr int maxDigits = 15;
 
 constexpr double powersOfTen[maxDigits] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
@@ -24,7 +22,7 @@ QString rawString(QStringView view)
     return QString::fromRawData(view.data(), static_cast<int>(view.size()));
 }
 
-/// Reads digits from \a i on into \a number, at most maxDigits of them in all; returns how many there are.
+/// Appends the decimal digits at \a i, at most \a limit, to \a number; returns how many there are.
 int readDigits(QStringView word, int &i, int limit, qint64 &number)
 {
     const int begin = i;
@@ -67,8 +65,7 @@ bool LineReader::atEnd() const
     return m_next == m_end && (m_exhausted || m_device->atEnd());
 }
 
-// Decodes one more piece of the text. Carriage returns are taken out here and not by the device, since in UTF-16 the
-// byte says nothing.
+// Decodes the next chunk. Removes CRs after decoding: the device's text mode works on bytes and would corrupt UTF-16.
 bool LineReader::fill()
 {
     char bytes[chunkSize];
@@ -79,7 +76,7 @@ bool LineReader::fill()
     if (m_exhausted)
         return false;
     const int size = static_cast<int>(count);
-    if (m_detectUnicode) { // a byte-order mark at the start of the text has the last word
+    if (m_detectUnicode) { // a byte-order mark overrides the chosen codec
         m_codec = QTextCodec::codecForUtfText(QByteArray::fromRawData(bytes, size), m_codec);
         m_decoder = std::make_unique<SingleByteDecoder>(m_codec);
     }
@@ -91,10 +88,10 @@ bool LineReader::fill()
     return true;
 }
 
-// A line that the buffer does not hold to its end.
+// Slow path: the line continues beyond the buffer.
 QStringView LineReader::readLongLine()
 {
-    m_previousBuffer.swap(m_buffer); // both keep their memory
+    m_previousBuffer.swap(m_buffer); // reuses the memory of both
     m_buffer.setUnicode(m_next, static_cast<int>(m_end - m_next));
     int searched = 0;
     int end = -1;
@@ -116,14 +113,14 @@ void Tokens::split(QStringView line)
         while (c != end && !isSpace(*c))
             ++c;
         if (c != begin && m_size < maxKept)
-            m_words[m_size] = QStringView(begin, c);
+            m_tokens[m_size] = QStringView(begin, c);
         if (c != begin)
             ++m_size;
         while (c != end && isSpace(*c))
             ++c;
     }
     if (m_size == 0)
-        m_words[m_size++] = line;
+        m_tokens[m_size++] = line;
 }
 
 void toUpper(QStringView word, QString &upper)

@@ -11,25 +11,25 @@
 class SingleByteDecoder;
 class QIODevice;
 
-/// As QChar::isSpace(); what ASCII prints is told with one comparison, European letters with one more.
+/// Same as QChar::isSpace(), with a fast path for printable ASCII and U+0100-U+167F.
 inline bool isSpace(QChar c)
 {
     const ushort u = c.unicode();
-    const bool isPrinted = (u > 0x20 && u < 0x7F) || (u >= 0x100 && u < 0x1680);
-    return !isPrinted && c.isSpace();
+    const bool isKnownLetter = (u > 0x20 && u < 0x7F) || (u >= 0x100 && u < 0x1680);
+    return !isKnownLetter && c.isSpace();
 }
 
-/// The first line feed from \a begin on, or \a end.
+/// Returns the first line feed between \a begin and \a end, or \a end.
 inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
 {
 #if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
-    // Four characters at a time, in which the processor foresees better where a line ends.
+    // Scan four characters per step (SWAR); a per-character loop mispredicts at each line end.
     constexpr quint64 each = 0x0001000100010001;
     for (; end - begin >= 4; begin += 4) {
         quint64 block = 0;
         std::memcpy(&block, begin, sizeof block);
         block ^= each * '\n';
-        const quint64 zeros = (block - each) & ~block & (each << 15U); // the lowest one is true
+        const quint64 zeros = (block - each) & ~block & (each << 15U); // only the lowest set bit is reliable
         if (zeros != 0)
             return begin + qCountTrailingZeroBits(zeros) / 16;
     }
@@ -37,31 +37,31 @@ inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
     return std::find(begin, end, QLatin1Char('\n'));
 }
 
-/// Reads a text line by line, as QTextStream::readLine() does but without a string for each line.
+/// Reads a text line by line like QTextStream::readLine(), without allocating a string for each line.
 ///
-/// Line ends, byte-order marks and encodings come out as with a QTextStream that has been given the codec after its
-/// device, which has been opened in text mode.
+/// Line ends, byte-order marks and encodings are handled exactly as by a QTextStream whose device is open in text mode
+/// and whose codec was set after the device.
 class LineReader
 {
 public:
     LineReader();
     ~LineReader();
 
-    /// Reads \a device, which stays the caller's, from where it stands.
+    /// Reads \a device from its current position; the caller keeps ownership.
     void setDevice(QIODevice *device, QTextCodec *codec);
 
     QIODevice *device() const { return m_device; }
     QTextCodec *codec() const { return m_codec; }
 
-    /// Goes back to the start of the device.
+    /// Restarts at the beginning of the device.
     void rewind();
 
     bool atEnd() const;
 
-    /// The next line without its end; null at the end of the text.
+    /// Returns the next line without its line end; null at the end of the text.
     QString readLine() { return readLineView().toString(); }
 
-    /// The next line in place; null at the end of the text. It is valid until the next line but one is read.
+    /// Same without a copy. The view stays valid while one more line is read.
     QStringView readLineView()
     {
         const QChar *const begin = m_next;
@@ -79,36 +79,37 @@ private:
 
     QIODevice *m_device = nullptr;
     QTextCodec *m_codec = nullptr;
-    bool m_detectUnicode = true; ///< the text may still begin with a byte-order mark
-    bool m_exhausted = false;    ///< the device gives no more, be it at its end or broken
+    bool m_detectUnicode = true; ///< the first chunk may begin with a byte-order mark
+    bool m_exhausted = false;    ///< the device is at its end or cannot be read any further
     std::unique_ptr<QTextCodec::ConverterState> m_state;
-    std::unique_ptr<const SingleByteDecoder> m_decoder; ///< of the codec, from the first piece on
-    QString m_buffer;         ///< what has been decoded, from the line that m_previousBuffer does not hold to its end
-    QString m_previousBuffer; ///< the piece before, in which the line before may still be looked at
-    const QChar *m_next = nullptr; ///< where the next line begins in m_buffer
-    const QChar *m_end = nullptr;  ///< the end of m_buffer
+    std::unique_ptr<const SingleByteDecoder> m_decoder; ///< of m_codec; null before the first chunk
+    QString m_buffer;                                   ///< decoded text
+    QString m_previousBuffer;                           ///< the text before; the previous line may point into it
+    const QChar *m_next = nullptr;                      ///< where the next line begins in m_buffer
+    const QChar *m_end = nullptr;                       ///< the end of m_buffer
 };
 
-/// The words of a line, which stand between white space. They point into the line.
+/// The words of a line, separated by white space. They point into the line.
 class Tokens
 {
 public:
-    /// Splits \a line; an empty line has one empty word.
+    /// Splits \a line; an empty line has one empty token.
     void split(QStringView line);
 
+    /// Number of tokens on the line, also of those that are not kept.
     int size() const { return m_size; }
 
-    /// The word at \a i, from 0; null when the line has fewer, or when it is past those that any line needs.
-    QStringView operator[](int i) const { return i < m_size && i < maxKept ? m_words[i] : QStringView(); }
+    /// Returns token \a i, counted from 0; null beyond the last one and beyond the five that any keyword needs.
+    QStringView operator[](int i) const { return i < m_size && i < maxKept ? m_tokens[i] : QStringView(); }
 
 private:
     static constexpr int maxKept = 5;
 
     int m_size = 0;
-    QStringView m_words[maxKept];
+    QStringView m_tokens[maxKept];
 };
 
-/// \a line without white space at both ends.
+/// Same as QStringView::trimmed(), with the fast path of isSpace().
 inline QStringView trimmedLine(QStringView line)
 {
     const QChar *begin = line.begin();
@@ -120,11 +121,11 @@ inline QStringView trimmedLine(QStringView line)
     return {begin, end};
 }
 
-/// Makes \a upper the text of \a word as QString::toUpper() gives it.
+/// Sets \a upper to \a word.toString().toUpper().
 void toUpper(QStringView word, QString &upper);
 
-/// As QString::toDouble() with the text of \a word; plain decimal numbers are read without a detour.
+/// Same as QString::toDouble() on \a word, with a fast path for plain decimal numbers of up to 15 digits.
 double toDouble(QStringView word, bool &ok);
 
-/// As QString::toInt() with the text of \a word.
+/// Same as QString::toInt() on \a word.
 int toInt(QStringView word, bool &ok);

@@ -1,15 +1,15 @@
-// A MIF file is a text file of geometry; the MID file of the same name holds one record of attributes an object:
+// A MIF file is a text file of geometry; the MID file of the same name holds one record of attributes per object:
 //
-//     VERSION 300            three compulsory lines; DELIMITER is that of the MID file
+//     VERSION 300            three compulsory lines; DELIMITER separates the fields of the MID file
 //     CHARSET "WindowsCyrillic"
 //     DELIMITER ","
 //     ...                    coordinate system, names of columns
-//     DATA                   from here on an object a keyword: POINT x y, LINE x1 y1 x2 y2,
-//     REGION 1               PLINE n, PLINE MULTIPLE k, REGION r and those that are not imported;
-//     4                      a ring or section is its number of vertices
-//     10.5 20.25             and a line for each vertex; other lines (PEN, BRUSH ...) are passed over
+//     DATA                   then objects, each with a keyword line: POINT x y, LINE x1 y1 x2 y2,
+//     REGION 1               PLINE n, PLINE MULTIPLE k, REGION r, and others that are not imported;
+//     4                      a ring or section is its number of vertices,
+//     10.5 20.25             then a line for each vertex; other lines (PEN, BRUSH ...) are ignored
 //
-// The functions stand in the order in which the data travels: line, header, record, vertex, object, pass.
+// Functions are in data-flow order: line, header, record, vertex, object, pass.
 
 #include "mapimport_mif.h"
 
@@ -65,7 +65,7 @@ bool MifImport::checkMifFile()
     return true;
 }
 
-// Only the last character changes, so that PLAN.MIF goes with PLAN.MId.
+// Only the last character of the name is replaced: PLAN.MIF needs PLAN.MId.
 bool MifImport::openMidFile()
 {
     QString name = file.fileName();
@@ -87,7 +87,7 @@ bool MifImport::readMidLine()
     return !midLine.isEmpty();
 }
 
-// Consumes one record; a null def skips it. Without a MID file every record is there and names nothing.
+// Consumes one record; a null def skips it. Without a MID file it succeeds and leaves def alone.
 bool MifImport::readMidDef(QString *def)
 {
     if (!midFile.isOpen())
@@ -99,7 +99,7 @@ bool MifImport::readMidDef(QString *def)
     return true;
 }
 
-// The first field; null, not merely empty, when it holds nothing: the result writes the two differently.
+// Returns the first field. An empty field gives a null string: the result writes null and empty differently.
 QString MifImport::extractDef(QStringView record) const
 {
     QVarLengthArray<QChar, 64> def;
@@ -125,15 +125,15 @@ QString MifImport::extractDef(QStringView record) const
     return def.isEmpty() ? QString() : QString(def.constData(), def.size());
 }
 
-// The word at i, if there is one and it is a number.
-bool MifImport::hasToken(int i, double &number) const
+// Converts token i; false if there is none or it is not a number.
+bool MifImport::toNumber(int i, double &number) const
 {
     bool ok = false;
     number = toDouble(tokens[i], ok);
     return ok;
 }
 
-bool MifImport::hasToken(int i, int &number) const
+bool MifImport::toNumber(int i, int &number) const
 {
     bool ok = false;
     number = toInt(tokens[i], ok);
@@ -144,7 +144,7 @@ bool MifImport::readPoint()
 {
     double x = 0;
     double y = 0;
-    if (!hasToken(1, x) || !hasToken(2, y))
+    if (!toNumber(1, x) || !toNumber(2, y))
         return false;
     points.append(DefPoint{QString(), x, y});
     return true;
@@ -156,7 +156,7 @@ bool MifImport::readLine()
     double y1 = 0;
     double x2 = 0;
     double y2 = 0;
-    if (!hasToken(1, x1) || !hasToken(2, y1) || !hasToken(3, x2) || !hasToken(4, y2))
+    if (!toNumber(1, x1) || !toNumber(2, y1) || !toNumber(3, x2) || !toNumber(4, y2))
         return false;
     appendEmptyPolygon();
     appendEmptyContour();
@@ -170,13 +170,13 @@ bool MifImport::readVert(bool closing)
     double x = 0;
     double y = 0;
     readTokenizeMifLine(true);
-    if (tokens.size() != 2 || !hasToken(0, x) || !hasToken(1, y))
+    if (tokens.size() != 2 || !toNumber(0, x) || !toNumber(1, y))
         return false;
     appendVert(x, y, closing);
     return true;
 }
 
-// One section or ring of known length into a contour of its own.
+// Reads a section or ring of count vertices into a new contour.
 bool MifImport::readSub(int count, bool closeLast)
 {
     appendEmptyContour();
@@ -188,7 +188,7 @@ bool MifImport::readSub(int count, bool closeLast)
     return true;
 }
 
-// One section or ring that begins with a line for its length.
+// Reads a section or ring that begins with a line for its number of vertices.
 bool MifImport::readCountedSub(int minCount, bool closeLast)
 {
     int count = 0;
@@ -202,14 +202,14 @@ bool MifImport::readPline()
 {
     int count = 0;
     appendEmptyPolygon();
-    return hasToken(1, count) && count >= 2 && readSub(count, false);
+    return toNumber(1, count) && count >= 2 && readSub(count, false);
 }
 
 bool MifImport::readPlineMultiple()
 {
     int count = 0;
     appendEmptyPolygon();
-    if (!hasToken(2, count) || count < 2)
+    if (!toNumber(2, count) || count < 2)
         return false;
     for (; count > 0; --count) {
         if (stream.atEnd() || !readCountedSub(2, false))
@@ -218,12 +218,12 @@ bool MifImport::readPlineMultiple()
     return true;
 }
 
-// A region without rings is an object all the same.
+// A region without rings is an object, too.
 bool MifImport::readRegion()
 {
     int count = 0;
     appendEmptyPolygon();
-    if (!hasToken(1, count) || count < 0)
+    if (!toNumber(1, count) || count < 0)
         return false;
     for (; count > 0; --count) {
         if (stream.atEnd() || !readCountedSub(3, true))
@@ -288,11 +288,11 @@ void MifImport::skipHeader()
     }
 }
 
-// Every object takes a record, also those that this pass has no reader for; other lines take none.
+// Every object consumes a MID record, even if this pass does not read it; other lines consume none.
 bool MifImport::readData(const Readers &readers)
 {
     while (!stream.atEnd()) {
-        // Most lines are the vertices of objects that the pass has no reader for.
+        // Fast path: most lines are vertices of objects that this pass does not read.
         if (!readTokenizeMifLine(false) || !line[0].isLetter())
             continue;
         tokens.split(line);
@@ -300,7 +300,7 @@ bool MifImport::readData(const Readers &readers)
         if (!objectKeywords.contains(keyword))
             continue;
         if (keyword == QLatin1String("COLLECTION")) {
-            // What stands before a collection is worth having, so the pass ends well.
+            // The objects before a collection are kept, so the pass succeeds.
             failAtLine(QStringLiteral("Ошибка в стоке %1. Коллекции в MIF файлах не поддерживаются."), lineNum); // sic
             return true;
         }

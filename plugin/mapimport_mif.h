@@ -5,7 +5,7 @@
 #include <QHash>
 #include <QSet>
 
-/// Reads a MIF file and the MID file of the same name.
+/// Reads a MIF file and, for designations, the MID file beside it.
 class MifImport : public MapImport
 {
 public:
@@ -27,8 +27,8 @@ private:
     bool readMidLine();
     bool readMidDef(QString *def);
     QString extractDef(QStringView record) const;
-    bool hasToken(int i, double &number) const;
-    bool hasToken(int i, int &number) const;
+    bool toNumber(int i, double &number) const;
+    bool toNumber(int i, int &number) const;
 
     bool readPoint();
     bool readLine();
@@ -50,13 +50,13 @@ private:
     void skipHeader();
     bool readData(const Readers &readers);
 
-    QSet<QString> objectKeywords; ///< first words of lines that begin an object
+    QSet<QString> objectKeywords; ///< first tokens of the lines that begin an object
     QChar delimiter;              ///< of the fields of a MID record; from the header
-    QChar tokenSeparator;         ///< of the words of a MIF line
-    Tokens tokens;                ///< words of the last line that was split; valid as long as the line
-    QString keyword;              ///< first word of such a line, in upper case
-    QFile midFile;                ///< open while designations are looked up
+    QChar tokenSeparator;         ///< a space; published but unused, as Tokens splits at any white space
+    Tokens tokens;                ///< of the last line that was split; valid as long as the line
+    QString keyword;              ///< first token of the current line in upper case
+    QFile midFile;                ///< open during a pass that reads designations
     LineReader midStream;
-    QStringView midLine; ///< the last record, trimmed; valid until the next but one is read
-    int midLineNo = 0;   ///< its number, from 1
+    QStringView midLine; ///< the last record, trimmed; stays valid while one more is read
+    int midLineNo = 0;   ///< its line number, counted from 1
 };
