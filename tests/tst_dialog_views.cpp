@@ -149,6 +149,10 @@ void tst_DialogViews::longTextIsElided_data()
     QTest::newRow("line break") << QStringLiteral("a\nb") << QStringLiteral("a\u2028b");
     QTest::newRow("line break in a long text")
         << QStringLiteral("a\nb") + longest << QStringLiteral("a\u2028b") + longest.left(497) + QStringLiteral("…");
+    const QString pair = QStringLiteral("𐐀");
+    QTest::newRow("surrogate pair at the cut") << longest.left(499) + pair << longest.left(499) + QStringLiteral("…");
+    QTest::newRow("surrogate pair before the cut")
+        << longest.left(498) + pair + pair << longest.left(498) + pair + QStringLiteral("…");
 }
 
 void tst_DialogViews::longTextIsElided()
