@@ -5,6 +5,10 @@
 #include <QHeaderView>
 #include <QSignalSpy>
 
+/// The numbers of vertices in the contours of an object.
+using Shape = QVector<int>;
+Q_DECLARE_METATYPE(Shape)
+
 /// The views after a run: the current object, editing and sorting.
 class tst_DialogViews : public QObject
 {
@@ -15,6 +19,7 @@ private Q_SLOTS:
     void init() { settings.clear(); }
 
     void currentObjectIsShown();
+    void rowSelectedDuringResetIsShown();
     void fieldsFollowVertices();
     void invalidRowIsIgnored();
     void designationsAreEdited();
@@ -25,6 +30,8 @@ private Q_SLOTS:
     void longTextIsElided();
 
     void sortingKeepsCurrentRow();
+    void sortingKeepsCurrentCellOfSameShape_data();
+    void sortingKeepsCurrentCellOfSameShape();
     void sortingWithoutObjectsIsHarmless();
     void openEditorChangesNoOtherObject_data();
     void openEditorChangesNoOtherObject();
@@ -33,6 +40,19 @@ private:
     SettingsSandbox settings;
     TextFixture files;
 };
+
+namespace {
+
+/// An object whose designation and vertex designations are all \a def.
+DefPolygon shaped(const char *def, const Shape &shape)
+{
+    DefPolygon polygon = object(def);
+    for (const int count : shape)
+        polygon.contours.append(QVector<DefPoint>(count, point(def)));
+    return polygon;
+}
+
+} // namespace
 
 void tst_DialogViews::currentObjectIsShown()
 {
@@ -45,6 +65,18 @@ void tst_DialogViews::currentObjectIsShown()
         selectRow(dialog, 0);
         QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("в")));
     }
+}
+
+void tst_DialogViews::rowSelectedDuringResetIsShown()
+{
+    Dialog dialog;
+    showPlan(dialog, files);
+    connect(&dialog.mapModel, &QAbstractItemModel::modelReset, &dialog, [&dialog] { selectRow(dialog, 1); });
+
+    showPlan(dialog, files);
+
+    QCOMPARE(listOf(dialog)->currentIndex().row(), 1);
+    QCOMPARE(shown(dialog.polygonModel), tableOf(QStringLiteral("б")));
 }
 
 // Setting the fields signals nothing, so views see a changed number of columns only when the next object is shown.
@@ -184,6 +216,46 @@ void tst_DialogViews::sortingKeepsCurrentRow()
     QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("н1|7.00|7.00|626"));
     selectRow(dialog, 0);
     QCOMPARE(shown(dialog.polygonModel), list("н10|5.00|5.00|626, н11|6.00|6.00|626"));
+}
+
+void tst_DialogViews::sortingKeepsCurrentCellOfSameShape_data()
+{
+    QTest::addColumn<Shape>("first");
+    QTest::addColumn<Shape>("second");
+    QTest::addColumn<bool>("isKept");
+
+    QTest::newRow("same shape") << Shape{2, 3} << Shape{2, 3} << true;
+    QTest::newRow("other contours, same number of rows") << Shape{2, 3} << Shape{3, 2} << false;
+    QTest::newRow("one contour, same number of rows") << Shape{2, 3} << Shape{6} << false;
+    QTest::newRow("one contour less") << Shape{2, 3} << Shape{2} << false;
+    QTest::newRow("one contour more") << Shape{2} << Shape{2, 3} << false;
+    QTest::newRow("one vertex more") << Shape{2} << Shape{3} << false;
+}
+
+// The editor, which stays open, must not write the text of the old object into the new one.
+void tst_DialogViews::sortingKeepsCurrentCellOfSameShape()
+{
+    QFETCH(Shape, first);
+    QFETCH(Shape, second);
+    QFETCH(bool, isKept);
+    Dialog dialog;
+    showPlan(dialog, files);
+    dialog.objects = {shaped("б", first), shaped("а", second)};
+    dialog.mapModel.setMap(&dialog.objects);
+    dialog.polygonModel.setPolygon(&dialog.objects.first());
+    QTableView *const table = tableViewOf(dialog);
+    QVERIFY(openEditor(table, QStringLiteral("чужой")) != nullptr);
+    const QSignalSpy reset(&dialog.polygonModel, &QAbstractItemModel::modelReset);
+
+    press(dialog, "sortButton");
+    auto *const editor = table->viewport()->findChild<QLineEdit *>();
+    if (isKept && editor != nullptr)
+        QTest::keyClick(editor, Qt::Key_Enter);
+    QCoreApplication::processEvents();
+
+    QCOMPARE(reset.count(), isKept ? 0 : 1);
+    QCOMPARE(table->currentIndex().isValid(), isKept);
+    QCOMPARE(shown(dialog.polygonModel).first(), QStringLiteral("а|1000.00|2000.00"));
 }
 
 void tst_DialogViews::sortingWithoutObjectsIsHarmless()
