@@ -2,18 +2,25 @@
 
 #include <QtGlobal>
 
+// Only glibc lets a program replace malloc() and still call the original. A sanitizer replaces malloc() itself.
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#if __GLIBC_PREREQ(2, 34)
+#define CAN_REPLACE_MALLOC
 #include <cerrno>
-#include <cstddef>
 #include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <execinfo.h>
+#endif
+#endif
 
-/// While it lives, one large allocation of this process fails: the \a nth of at least 64 KiB.
+/// While it lives, one of the plug-in's large allocations fails: the \a nth of at least 64 KiB, or none if it is 0.
 ///
-/// Include it in one source of a program. It replaces malloc() and realloc(), which is possible with glibc only, and
-/// not under a sanitizer, which replaces them itself.
+/// Replaces malloc() and realloc(), so only one source of a program may include it.
 class AllocationFailure
 {
 public:
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#ifdef CAN_REPLACE_MALLOC
     static constexpr bool isAvailable = true;
 #else
     static constexpr bool isAvailable = false;
@@ -35,32 +42,53 @@ public:
         return s_remaining == 0;
     }
 
-    static bool shallFail(std::size_t size) noexcept
+#ifdef CAN_REPLACE_MALLOC
+    static bool mustFail(std::size_t size) noexcept
     {
         constexpr std::size_t large = 64 * 1024;
-        if (s_remaining == 0 || size < large || --s_remaining > 0)
+        if (s_remaining == 0 || size < large || !isForPlugin() || --s_remaining > 0)
             return false;
         errno = ENOMEM;
         return true;
     }
+#endif
 
 private:
-    static inline int s_remaining = 0; ///< large allocations up to the one that fails, inclusive; 0: none fails
+#ifdef CAN_REPLACE_MALLOC
+    // Qt's widgets are built without exceptions and crash when an allocation of their own fails.
+    static bool isForPlugin()
+    {
+        void *frames[32];
+        const int count = backtrace(frames, 32);
+        for (int i = 0; i < count; ++i) {
+            Dl_info info{};
+            if (dladdr(frames[i], &info) == 0 || info.dli_fname == nullptr)
+                continue;
+            if (std::strstr(info.dli_fname, "/libimport") != nullptr)
+                return true;
+            if (std::strstr(info.dli_fname, "/libQt5Widgets") != nullptr)
+                return false;
+        }
+        return false;
+    }
+#endif
+
+    static inline int s_remaining = 0; ///< large allocations up to and including the one that fails
 };
 
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#ifdef CAN_REPLACE_MALLOC
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_realloc(void *block, std::size_t size);
 
 Q_DECL_EXPORT void *malloc(std::size_t size) noexcept
 {
-    return AllocationFailure::shallFail(size) ? nullptr : __libc_malloc(size);
+    return AllocationFailure::mustFail(size) ? nullptr : __libc_malloc(size);
 }
 
 Q_DECL_EXPORT void *realloc(void *block, std::size_t size) noexcept
 {
-    return AllocationFailure::shallFail(size) ? nullptr : __libc_realloc(block, size);
+    return AllocationFailure::mustFail(size) ? nullptr : __libc_realloc(block, size);
 }
 }
 #endif

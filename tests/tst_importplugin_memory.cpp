@@ -3,7 +3,64 @@
 
 #include <QTest>
 
+#include <new>
 #include <optional>
+
+namespace {
+
+// Enough for large allocations in the readers, the sorting of the known points, the models and the views.
+constexpr int pointCount = 4000;
+constexpr int vertexCount = 20000;
+constexpr int lineCount = 5000;
+
+/// Joins the texts that \a textOf returns for 0, 1 and so on.
+template <typename TextOf>
+QByteArray joined(int count, TextOf textOf)
+{
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i)
+        bytes += textOf(QByteArray::number(i));
+    return bytes;
+}
+
+/// Known points, a polyline through them, and lines.
+QByteArray largeMif()
+{
+    return mifHeader + joined(pointCount, [](const QByteArray &i) { return "POINT " + i + " 0\n"; }) + "PLINE " +
+           QByteArray::number(vertexCount) + '\n' +
+           joined(vertexCount, [](const QByteArray &i) { return i + " 0\n"; }) +
+           joined(lineCount, [](const QByteArray &i) { return "LINE " + i + " 0 " + i + " 1\n"; });
+}
+
+/// The same; every point has a text beside it.
+QByteArray largeDxf()
+{
+    QByteArray words = "0 SECTION 2 HEADER 0 ENDSEC 0 SECTION 2 ENTITIES ";
+    words += joined(pointCount, [](const QByteArray &i) { return "0 POINT 10 " + i + " 20 0 "; });
+    words += joined(pointCount, [](const QByteArray &i) { return "0 TEXT 10 " + i + " 20 0.1 1 " + i + ' '; });
+    words += "0 LWPOLYLINE 90 " + QByteArray::number(vertexCount) + " 70 0 ";
+    words += joined(vertexCount, [](const QByteArray &i) { return "10 " + i + " 20 0 "; });
+    words += joined(lineCount, [](const QByteArray &i) { return "0 LINE 10 " + i + " 20 0 11 " + i + " 21 1 "; });
+    return words.replace(' ', '\n');
+}
+
+/// Presses the process button. False when an exception escapes from the dialog.
+bool process(const DialogDriver &driver)
+{
+    try {
+        driver.press("startButton");
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
+}
+
+int rowCount(const QAbstractItemView *view)
+{
+    return view->model() == nullptr ? 0 : view->model()->rowCount();
+}
+
+} // namespace
 
 /// Imports that run out of memory.
 class tst_ImportPluginMemory : public QObject
@@ -12,6 +69,8 @@ class tst_ImportPluginMemory : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void runWithoutMemoryIsReportedOnce_data();
+    void runWithoutMemoryIsReportedOnce();
     void resultWithoutMemoryIsReported();
 };
 
@@ -19,6 +78,50 @@ void tst_ImportPluginMemory::initTestCase()
 {
     if (!AllocationFailure::isAvailable)
         QSKIP("allocations cannot be made to fail here");
+}
+
+void tst_ImportPluginMemory::runWithoutMemoryIsReportedOnce_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QByteArray>("bytes");
+
+    QTest::newRow("MIF") << fromMif << largeMif();
+    QTest::newRow("DXF") << fromDxf << largeDxf();
+}
+
+// In each call another one of the large allocations of a run fails. A run with enough memory follows, and OK.
+void tst_ImportPluginMemory::runWithoutMemoryIsReportedOnce()
+{
+    QFETCH(QString, operation);
+    QFETCH(QByteArray, bytes);
+    PluginHost host;
+    const QString path = host.write(QStringLiteral("plan.mif"), bytes);
+    host.write(QStringLiteral("plan.mid"), QByteArray("a\n").repeated(pointCount + 1 + lineCount));
+    const QStringList message{QStringLiteral("Недостаточно памяти для чтения файла ") + QDir::toNativeSeparators(path)};
+    bool hasFailed = true;
+    for (int nth = 1; hasFailed; ++nth) {
+        const QByteArray allocation = "allocation " + QByteArray::number(nth);
+
+        const QString result = host.call(operation, [&](DialogDriver &driver) {
+            driver.type("objectFileNameEdit", path);
+            std::optional<AllocationFailure> failure(nth);
+            const bool isCaught = process(driver);
+            hasFailed = failure->hasHappened();
+            failure.reset();
+            QVERIFY2(isCaught, allocation.constData());
+            const bool isComplete = rowCount(driver.list()) == lineCount + 1 && rowCount(driver.table()) == vertexCount;
+            QVERIFY2(host.messages() == message || (host.messages().isEmpty() && isComplete), allocation.constData());
+
+            host.takeMessages();
+            QVERIFY2(process(driver), allocation.constData());
+            QCOMPARE(host.takeMessages(), QStringList());
+            driver.accept();
+        });
+
+        if (QTest::currentTestFailed())
+            return;
+        QVERIFY2(result.count(QLatin1String("<FormTable ")) == lineCount + 2, allocation.constData());
+    }
 }
 
 void tst_ImportPluginMemory::resultWithoutMemoryIsReported()
