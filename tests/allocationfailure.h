@@ -14,7 +14,8 @@
 #endif
 #endif
 
-/// While it lives, one of the plug-in's large allocations fails: the \a nth of at least 64 KiB, or none if it is 0.
+/// While it lives, the \a nth of the plug-in's allocations of at least 64 KiB fails, and so do the later ones if it is
+/// lasting. None fails if \a nth is 0.
 ///
 /// Replaces malloc() and realloc(), so only one source of a program may include it.
 class AllocationFailure
@@ -26,9 +27,11 @@ public:
     static constexpr bool isAvailable = false;
 #endif
 
-    explicit AllocationFailure(int nth)
+    explicit AllocationFailure(int nth, bool isLasting = false)
     {
         s_remaining = nth;
+        s_isLasting = isLasting;
+        s_hasHappened = false;
     }
     ~AllocationFailure()
     {
@@ -36,18 +39,23 @@ public:
     }
     Q_DISABLE_COPY(AllocationFailure)
 
-    /// True after the allocation has failed.
     bool hasHappened() const
     {
-        return s_remaining == 0;
+        return s_hasHappened;
     }
 
 #ifdef CAN_REPLACE_MALLOC
     static bool mustFail(std::size_t size) noexcept
     {
         constexpr std::size_t large = 64 * 1024;
-        if (s_remaining == 0 || size < large || !isForPlugin() || --s_remaining > 0)
+        if (s_remaining == 0 || size < large || !isForPlugin())
             return false;
+        const bool fails = s_remaining == 1;
+        if (!fails || !s_isLasting)
+            --s_remaining;
+        if (!fails)
+            return false;
+        s_hasHappened = true;
         errno = ENOMEM;
         return true;
     }
@@ -74,6 +82,8 @@ private:
 #endif
 
     static inline int s_remaining = 0; ///< large allocations up to and including the one that fails
+    static inline bool s_isLasting = false;
+    static inline bool s_hasHappened = false;
 };
 
 #ifdef CAN_REPLACE_MALLOC

@@ -31,7 +31,7 @@ const QString unknownOperation = QStringLiteral("Ошибка. Операция 
 
 Q_DECLARE_METATYPE(DialogAction)
 
-/// The entry of the plug-in: metadata, instance, operations, and what a call returns without an import.
+/// The entry of the plug-in: metadata, instance, operations, and the results of calls without an import.
 class tst_ImportPlugin : public QObject
 {
     Q_OBJECT

@@ -19,7 +19,7 @@ bool isPluginMapped()
 
 } // namespace
 
-/// A host that unloads the plug-in and then reads what it got from it.
+/// A host that unloads the plug-in and then reads the texts it has received.
 class tst_ImportPluginUnload : public QObject
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ private Q_SLOTS:
     void textsOutliveTheLibrary();
 };
 
-// A text in the library's read-only data is unmapped with the library.
+// Texts in the read-only data of the library are unmapped with it.
 void tst_ImportPluginUnload::textsOutliveTheLibrary()
 {
     PluginHost host;
