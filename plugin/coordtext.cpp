@@ -12,37 +12,52 @@ constexpr std::array<double, 10> powersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e
 /// 2^52; doubles below it can represent halves, so rounding to an integer can be decided exactly.
 constexpr double largestWithHalves = 4503599627370496.0;
 
-/// Writes the decimal digits of \a n backwards from \a end, at least \a count; returns the first.
-QChar *writeDigits(QChar *end, quint64 n, int count)
+/// Writes the last digit of \a n before \a end, removes it from \a n and returns its position.
+QChar *writeDigit(QChar *end, quint64 &n)
 {
-    for (; n > 0 || count > 0; n /= 10, --count)
-        *--end = QLatin1Char(static_cast<char>('0' + n % 10));
+    *--end = QLatin1Char(static_cast<char>('0' + n % 10));
+    n /= 10;
+    return end;
+}
+
+/// Writes \a n divided by 10^\a decimals before \a end and returns where it begins.
+QChar *writeFixed(QChar *end, quint64 n, int decimals)
+{
+    for (int i = 0; i < decimals; ++i)
+        end = writeDigit(end, n);
+    if (decimals > 0)
+        *--end = QLatin1Char('.');
+    do {
+        end = writeDigit(end, n);
+    } while (n > 0);
     return end;
 }
 
 } // namespace
 
-QString coordText(double v, int decimals)
+void appendCoord(QString &text, double v, int decimals)
 {
-    const auto place = static_cast<std::size_t>(decimals);
-    const double scaled = place < powersOfTen.size() ? std::fabs(v) * powersOfTen[place] : largestWithHalves;
-    const double whole = std::floor(scaled);
-    const double rest = scaled - whole;
-    // Slow path. Rounding of the product matters only at an exact half. The negated test also catches NaN.
-    if (!(scaled < largestWithHalves) || rest == 0.5)
-        return QLocale::c().toString(v, 'f', decimals);
-
-    const auto digits = static_cast<quint64>(rest > 0.5 ? whole + 1 : whole);
-    const auto unit = static_cast<quint64>(powersOfTen[place]);
-    std::array<QChar, 32> text;
-    QChar *const end = text.data() + text.size();
-    QChar *begin = end;
-    if (decimals > 0) {
-        begin = writeDigits(begin, digits % unit, decimals);
-        *--begin = QLatin1Char('.');
+    const auto power = static_cast<std::size_t>(decimals);
+    const double scaled = power < powersOfTen.size() ? std::fabs(v) * powersOfTen[power] : largestWithHalves;
+    const bool hasHalves = scaled < largestWithHalves; // false for NaN
+    const quint64 whole = hasHalves ? static_cast<quint64>(scaled) : 0;
+    const double rest = scaled - static_cast<double>(whole);
+    // Slow path. Rounding of the product matters only at an exact half.
+    if (!hasHalves || rest == 0.5) {
+        text += QLocale::c().toString(v, 'f', decimals);
+        return;
     }
-    begin = writeDigits(begin, digits / unit, 1);
+    std::array<QChar, 32> buffer;
+    QChar *const end = buffer.data() + buffer.size();
+    QChar *begin = writeFixed(end, rest > 0.5 ? whole + 1 : whole, decimals);
     if (v < 0)
         *--begin = QLatin1Char('-');
-    return QString(begin, static_cast<int>(end - begin));
+    text.append(begin, static_cast<int>(end - begin));
+}
+
+QString coordText(double v, int decimals)
+{
+    QString text;
+    appendCoord(text, v, decimals);
+    return text;
 }

@@ -134,11 +134,9 @@ bool DefPolygonTableModel::isConflictingPoint(int row) const
     return conflictIndex->at(vertex(row).def).isConflict(vertex(row));
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): published as a member
-QString DefPolygonTableModel::formatCoord(double v, bool localized) const
+// Decimals and locale are frozen at first use: coordinates of one process are never formatted in two ways.
+int DefPolygonTableModel::coordDecimals()
 {
-    // Locale and decimals are frozen at first use: coordinates of one process are never formatted in two ways.
-    static const QLocale userLocale;
     static int decimals = 0;
     if (decimals == 0) {
         double p = s_coordPrecision;
@@ -147,7 +145,14 @@ QString DefPolygonTableModel::formatCoord(double v, bool localized) const
             decimals = k;
         }
     }
-    return localized ? userLocale.toString(v, 'f', decimals) : coordText(v, decimals);
+    return decimals;
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): published as a member
+QString DefPolygonTableModel::formatCoord(double v, bool localized) const
+{
+    static const QLocale userLocale;
+    return localized ? userLocale.toString(v, 'f', coordDecimals()) : coordText(v, coordDecimals());
 }
 
 int DefPolygonTableModel::rowCount(const QModelIndex &parent) const
@@ -165,26 +170,40 @@ QVariant DefPolygonTableModel::vertexBackground(int row) const
     return isConflictingPoint(row) ? QVariant(QBrush(conflictColor)) : QVariant();
 }
 
-bool DefPolygonTableModel::hasValue(int column) const
-{
-    return column == nColNum || column == xColNum || column == yColNum || fieldNumValueMap.contains(column);
-}
-
 // Where columns coincide, the first in this order wins.
-QString DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
+ValueColumn::Content DefPolygonTableModel::contentOf(int column) const
 {
     if (column == nColNum)
-        return vertex.def;
+        return ValueColumn::Def;
     if (column == xColNum)
-        return formatCoord(vertex.x, localized);
+        return ValueColumn::X;
     if (column == yColNum)
-        return formatCoord(vertex.y, localized);
-    return fieldNumValueMap.value(column);
+        return ValueColumn::Y;
+    return fieldNumValueMap.contains(column) ? ValueColumn::Field : ValueColumn::Nothing;
 }
 
-QString DefPolygonTableModel::text(int row, int column) const
+QVector<ValueColumn> DefPolygonTableModel::valueColumns() const
 {
-    return hasVertex(row) ? vertexText(vertex(row), column, false) : QString();
+    QMap<int, ValueColumn> columns;
+    for (int number : QList<int>{nColNum, xColNum, yColNum} + fieldNumValueMap.keys()) {
+        if (number >= 0 && number < columnCount())
+            columns.insert(number, {number, contentOf(number), fieldNumValueMap.value(number)});
+    }
+    return columns.values().toVector();
+}
+
+QString DefPolygonTableModel::vertexText(const DefPoint &vertex, int column, bool localized) const
+{
+    switch (contentOf(column)) {
+    case ValueColumn::Def:
+        return vertex.def;
+    case ValueColumn::X:
+        return formatCoord(vertex.x, localized);
+    case ValueColumn::Y:
+        return formatCoord(vertex.y, localized);
+    default:
+        return fieldNumValueMap.value(column);
+    }
 }
 
 QVariant DefPolygonTableModel::data(const QModelIndex &index, int role) const
@@ -197,7 +216,7 @@ QVariant DefPolygonTableModel::data(const QModelIndex &index, int role) const
         return QVariant();
     if (role == Qt::BackgroundRole)
         return vertexBackground(index.row());
-    if ((role == Qt::DisplayRole || role == Qt::EditRole) && hasValue(index.column()))
+    if ((role == Qt::DisplayRole || role == Qt::EditRole) && contentOf(index.column()) != ValueColumn::Nothing)
         return vertexText(vertex(index.row()), index.column(), role == Qt::DisplayRole);
     return QVariant();
 }

@@ -57,6 +57,16 @@ struct RowInfo
     int vertexIndex;
 };
 
+/// A column of the vertex table in which a vertex can have a value.
+struct ValueColumn
+{
+    enum Content { Nothing, Def, X, Y, Field };
+
+    int number;      ///< counted from 0
+    Content content; ///< never Nothing
+    QString text;    ///< of an extra field, for all vertices
+};
+
 /// The vertices of one object in the columns of the host's coordinate table.
 ///
 /// An empty row separates two contours. Vertices are coloured when their designation also occurs at another place.
@@ -100,8 +110,14 @@ public:
     /// taken before the first question: the model shares the contours.
     bool isConflictingPoint(int row) const;
 
-    /// Same as data() for Qt::EditRole, without the cost of an index and a variant; null where data() has no value.
-    QString text(int row, int column) const;
+    /// The columns that can have values, in ascending order; data() has a value in no other.
+    QVector<ValueColumn> valueColumns() const;
+
+    /// The vertex in \a row; null in a row without a vertex.
+    const DefPoint *vertexAt(int row) const { return hasVertex(row) ? &vertex(row) : nullptr; }
+
+    /// The decimals of formatCoord().
+    static int coordDecimals();
 
     /// Formats \a v with the decimals of coordPrecision(), in the default locale if \a localized, else in the C locale.
     ///
@@ -127,7 +143,7 @@ private:
     void ensureConflictIndex() const;
     void invalidateConflictIndex();
     QVariant vertexBackground(int row) const;
-    bool hasValue(int column) const;
+    ValueColumn::Content contentOf(int column) const;
     QString vertexText(const DefPoint &vertex, int column, bool localized) const;
 
     DefPolygon *polygon = nullptr;

@@ -1,4 +1,4 @@
-// The text that the host takes: a table of objects, and in each object's row the table of its vertices.
+// The text that the host receives: a table of objects, and in each object's row the table of its vertices.
 //
 //     <FormTable Name="Участки" Update="1">
 //         <Row>
@@ -13,89 +13,131 @@
 
 #include "dialog.h"
 
+#include "dialog_resultwriter.h"
 #include "ui_dialog.h"
 
-#include <QXmlStreamWriter>
+#include <algorithm>
 
 namespace {
 
-const QString strFormTable = QStringLiteral("FormTable");
-const QString strRow = QStringLiteral("Row");
-const QString strCell = QStringLiteral("Cell");
-const QString strName = QStringLiteral("Name");
-const QString strUpdate = QStringLiteral("Update");
-
-void startTable(QXmlStreamWriter &writer, const QString &name)
+bool hasValue(const ValueColumn &column, const DefPoint &vertex)
 {
-    writer.writeStartElement(strFormTable);
-    if (!name.isEmpty())
-        writer.writeAttribute(strName, name);
-}
-
-bool isEmptyRow(const DefPolygonTableModel &model, int row)
-{
-    const int columns = model.columnCount();
-    for (int column = 0; column < columns; ++column) {
-        if (!model.text(row, column).isNull())
-            return false;
+    switch (column.content) {
+    case ValueColumn::Def:
+        return !vertex.def.isNull();
+    case ValueColumn::Field:
+        return !column.text.isNull();
+    default:
+        return true;
     }
-    return true;
 }
 
-void writeCell(QXmlStreamWriter &writer, const QString &text)
+void writeCell(ResultWriter &writer, const ValueColumn &column, const DefPoint &vertex)
 {
-    if (text.isNull())
-        writer.writeEmptyElement(strCell);
-    else
-        writer.writeTextElement(strCell, text);
-}
-
-void writeVertexRow(QXmlStreamWriter &writer, const DefPolygonTableModel &model, int row)
-{
-    if (isEmptyRow(model, row)) {
-        writer.writeEmptyElement(strRow);
-        return;
+    switch (column.content) {
+    case ValueColumn::Def:
+        writer.textCell(vertex.def);
+        break;
+    case ValueColumn::X:
+        writer.coordCell(vertex.x, DefPolygonTableModel::coordDecimals());
+        break;
+    case ValueColumn::Y:
+        writer.coordCell(vertex.y, DefPolygonTableModel::coordDecimals());
+        break;
+    default:
+        writer.textCell(column.text);
     }
-    writer.writeStartElement(strRow);
-    const int columns = model.columnCount();
-    for (int column = 0; column < columns; ++column)
-        writeCell(writer, model.text(row, column));
-    writer.writeEndElement();
 }
 
-void writeVertexTable(QXmlStreamWriter &writer, const DefPolygonTableModel &model, const QString &name)
+/// The tables of vertices, all with the same columns.
+class VertexTables
 {
-    startTable(writer, name);
-    const int rows = model.rowCount();
-    for (int row = 0; row < rows; ++row)
-        writeVertexRow(writer, model, row);
-    writer.writeEndElement();
-}
+public:
+    VertexTables(ResultWriter &writer, const DefPolygonTableModel &model, const QString &name)
+        : m_writer(writer),
+          m_model(model),
+          m_columns(model.valueColumns()),
+          m_columnCount(model.columnCount()),
+          m_tag(ResultWriter::tableTag(name))
+    {
+    }
+
+    /// Writes the object that the model shows.
+    void writeTable() const
+    {
+        const int rows = m_model.rowCount();
+        if (rows == 0) {
+            m_writer.emptyTable(m_tag);
+            return;
+        }
+        m_writer.startTable(m_tag);
+        for (int row = 0; row < rows; ++row)
+            writeRow(m_model.vertexAt(row));
+        m_writer.endTable();
+    }
+
+private:
+    void writeRow(const DefPoint *vertex) const
+    {
+        if (vertex == nullptr || isEmpty(*vertex)) {
+            m_writer.emptyRow();
+            return;
+        }
+        m_writer.startRow();
+        writeCells(*vertex);
+        m_writer.endRow();
+    }
+
+    bool isEmpty(const DefPoint &vertex) const
+    {
+        return std::none_of(m_columns.begin(), m_columns.end(),
+                            [&](const ValueColumn &column) { return hasValue(column, vertex); });
+    }
+
+    void writeCells(const DefPoint &vertex) const
+    {
+        int next = 0;
+        for (const ValueColumn &column : m_columns) {
+            if (!hasValue(column, vertex))
+                continue;
+            m_writer.emptyCells(column.number - next);
+            writeCell(m_writer, column, vertex);
+            next = column.number + 1;
+        }
+        m_writer.emptyCells(m_columnCount - next);
+    }
+
+    ResultWriter &m_writer;
+    const DefPolygonTableModel &m_model;
+    const QVector<ValueColumn> m_columns;
+    const int m_columnCount;
+    const QString m_tag;
+};
 
 } // namespace
 
 QString Dialog::stringResult()
 {
-    QString result;
-    QXmlStreamWriter writer(&result);
-    writer.setAutoFormatting(true);
-
     DefPolygonTableModel model;
     model.setNxyColNum(nColNum, xColNum, yColNum);
     model.setFieldNumValueMap(fieldNumValueMap);
 
-    startTable(writer, objectTableName);
-    if (ui->updateCheck->isChecked())
-        writer.writeAttribute(strUpdate, QStringLiteral("1"));
+    ResultWriter writer;
+    const QString tag = ResultWriter::tableTag(objectTableName, ui->updateCheck->isChecked());
+    const VertexTables vertexTables(writer, model, pointTableName);
+    if (objects.isEmpty()) {
+        writer.emptyTable(tag);
+        return writer.document();
+    }
+    writer.startTable(tag);
     for (DefPolygon &object : objects) {
         model.setPolygon(&object);
-        writer.writeStartElement(strRow);
-        for (int i = 0; i < defColNum; ++i)
-            writer.writeEmptyElement(strCell);
-        writer.writeTextElement(strCell, object.def);
-        writeVertexTable(writer, model, pointTableName);
-        writer.writeEndElement();
+        writer.startRow();
+        writer.emptyCells(defColNum);
+        writer.textCell(object.def);
+        vertexTables.writeTable();
+        writer.endRow();
     }
-    writer.writeEndElement();
-    return result;
+    writer.endTable();
+    return writer.document();
 }
