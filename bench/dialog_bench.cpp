@@ -221,22 +221,31 @@ struct Result
         for (int column = 3; column < columns; column += 2)
             dialog.fieldNumValueMap.insert(column, QStringLiteral("поле %1").arg(column));
         for (int i = 0; i < count; ++i)
-            append(i, columns);
+            appendObject(i);
+        for (const DefPolygon &object : qAsConst(dialog.objects))
+            appendRows(object, columns);
     }
 
-    void append(int number, int columns)
+    void appendObject(int number)
     {
         DefPolygon object{QStringLiteral("ЗУ%1").arg(number), {{}}};
         for (int i = 0; i < verticesInResult; ++i) {
             const int vertex = number * verticesInResult + i;
             const DefPoint p{QStringLiteral("н%1").arg(vertex), 1e6 + vertex / 7.0, 2e6 + vertex * 1.37};
             object.contours[0].append(p);
+        }
+        dialog.objects.append(object);
+    }
+
+    // After all objects, which lie close together in memory as after a run.
+    void appendRows(const DefPolygon &object, int columns)
+    {
+        for (const DefPoint &p : object.contours.first()) {
             Row row{p.def, QString::number(p.x, 'f', 2), QString::number(p.y, 'f', 2)};
             for (int column = row.size(); column < columns; ++column)
                 row.append(dialog.fieldNumValueMap.value(column));
             rows.append(row);
         }
-        dialog.objects.append(object);
     }
 
     Dialog dialog;
