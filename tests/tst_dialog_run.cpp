@@ -71,17 +71,17 @@ void tst_DialogRun::optionsReachImporter_data()
         QTest::newRow(name) << options << QString::fromUtf8(object);
     };
     const QString pointFile = QStringLiteral("pointFileNameEdit ") + files.path(QStringLiteral("points.mif"));
-    row("defaults", {}, "ЗУ9: 7(0 0) н1(10 0)");
-    row("no search for points", list("searchPointDefsCheck false"), "ЗУ9: н1(0 0) н2(10 0)");
-    row("point prefix", list("pointPrefEdit т-"), "ЗУ9: 7(0 0) т-1(10 0)");
-    row("first point number", list("pointStartNumSpin 40"), "ЗУ9: 7(0 0) н40(10 0)");
-    row("no search for objects", list("searchObjectDefsCheck false"), ":ЗУ1: 7(0 0) н1(10 0)");
+    row("defaults", {}, "ЗУ9 [7 0 0, н1 10 0]");
+    row("no search for points", list("searchPointDefsCheck false"), "ЗУ9 [н1 0 0, н2 10 0]");
+    row("point prefix", list("pointPrefEdit т-"), "ЗУ9 [7 0 0, т-1 10 0]");
+    row("first point number", list("pointStartNumSpin 40"), "ЗУ9 [7 0 0, н40 10 0]");
+    row("no search for objects", list("searchObjectDefsCheck false"), ":ЗУ1 [7 0 0, н1 10 0]");
     row("object prefix and first number",
         list("searchObjectDefsCheck false, objectPrefEdit контур , objectStartNumSpin 30"),
-        "контур 30: 7(0 0) н1(10 0)");
-    row("point file is disabled", {pointFile}, "ЗУ9: 7(0 0) н1(10 0)");
-    row("point file", {pointFile, QStringLiteral("usePointFileCheck true")}, "ЗУ9: н1(0 0) Б2(10 0)");
-    row("X and Y are never swapped", list("swapXYCheck true"), "ЗУ9: 7(0 0) н1(10 0)");
+        "контур 30 [7 0 0, н1 10 0]");
+    row("point file is disabled", {pointFile}, "ЗУ9 [7 0 0, н1 10 0]");
+    row("point file", {pointFile, QStringLiteral("usePointFileCheck true")}, "ЗУ9 [н1 0 0, Б2 10 0]");
+    row("X and Y are never swapped", list("swapXYCheck true"), "ЗУ9 [7 0 0, н1 10 0]");
 }
 
 void tst_DialogRun::optionsReachImporter()
@@ -152,7 +152,7 @@ void tst_DialogRun::operationDeterminesFormat()
     process(dialog, files.path(fileName));
 
     const bool isRead = error.isEmpty();
-    QCOMPARE(described(dialog.objects), isRead ? list("ЗУ9: 7(0 0) н1(10 0)") : QStringList());
+    QCOMPARE(described(dialog.objects), isRead ? QStringList{QStringLiteral("ЗУ9 [7 0 0, н1 10 0]")} : QStringList());
     QCOMPARE(host.messages(),
              isRead ? QStringList() : QStringList{error.arg(QDir::toNativeSeparators(files.path(fileName)))});
 }
@@ -182,7 +182,7 @@ void tst_DialogRun::laterRunReplacesObjects()
 
     process(dialog, plan("PLINE 3, 1 1, 2 2, 3 3"));
 
-    QCOMPARE(described(dialog.objects), list(":ЗУ1: н1(1 1) н2(2 2) н3(3 3)"));
+    QCOMPARE(described(dialog.objects), QStringList{QStringLiteral(":ЗУ1 [н1 1 1, н2 2 2, н3 3 3]")});
     QCOMPARE(listReset.count(), 1);
     QCOMPARE(tableReset.count(), 1);
     QCOMPARE(entered(dialog, "pointStartNumSpin").toInt(), 1);
