@@ -153,6 +153,8 @@ int bisectByX(const QVector<DefPoint> &points, double x)
 
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p)
 {
+    if (!std::isfinite(p.x()) || !std::isfinite(p.y())) // no distance is finite
+        return nullptr;
     const int bound = bisectByX(points, p.x());
     Nearest nearest(p);
     if (bound < points.size())

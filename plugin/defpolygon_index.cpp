@@ -11,12 +11,13 @@ namespace {
 // Equal points lie no farther apart than this, and neither does a point that is nearer than an equal one.
 constexpr double reach = 1.5 * DefPoint::epsilon;
 
-// A power of two, so that scaling a coordinate is exact.
+// A power of two, so that scaling a coordinate is exact. With the smallest cells possible, 32 per unit, nearly every
+// query would search four of them instead of one.
 constexpr double cellsPerUnit = 4;
 static_assert(2 * reach * cellsPerUnit < 1, "the box searched for a query must span at most two cells on each axis");
 
-// Coordinates in degrees put all points of a town into a few cells. Points beyond this number in a cell go to the k-d
-// tree when the index is filled; otherwise 200,000 of them would be searched linearly for each vertex. Points that are
+// Overflow: coordinates in degrees put all points of a town into a few cells. When the index is filled, points beyond
+// this number per cell go to the k-d tree; otherwise 200,000 of them would be searched linearly for each vertex. Points
 // added later lie more than the tolerance apart, so a cell holds only some hundreds of them.
 constexpr int maxInCell = 32;
 
@@ -32,15 +33,6 @@ qint64 cellOf(double coordinate)
     const double scaled = coordinate * cellsPerUnit;
     const auto cell = static_cast<qint64>(scaled);
     return static_cast<double>(cell) > scaled ? cell - 1 : cell;
-}
-
-// Multiplicative hashing: both factors are odd constants with evenly mixed bits, 2^64 divided by the golden ratio and a
-// prime. The high half of the products depends on all bits of both coordinates.
-quint32 hashOf(qint64 column, qint64 row)
-{
-    const quint64 hash =
-        (static_cast<quint64>(column) * 0x9E3779B97F4A7C15U) ^ (static_cast<quint64>(row) * 0xC2B2AE3D27D4EB4FU);
-    return static_cast<quint32>(hash >> 32U);
 }
 
 bool isFinite(double x, double y)
@@ -62,12 +54,26 @@ bool isSamePlace(const DefPoint &a, const DefPoint &b)
 
 } // namespace
 
-// Linear probing. False when the cell already has as many points as allowed.
+// Multiplicative hashing by odd factors. They are random, so that a crafted file cannot force collisions; the top bits
+// of the sum depend on all bits of both coordinates.
+quint32 KnownPointIndex::hashOf(qint64 column, qint64 row) const
+{
+    const quint64 hash = static_cast<quint64>(column) * m_columnFactor + static_cast<quint64>(row) * m_rowFactor;
+    return static_cast<quint32>(hash >> 32U);
+}
+
+// The top bits of a hash choose the slot.
+std::size_t KnownPointIndex::slotOf(quint32 hash) const
+{
+    return static_cast<std::size_t>((static_cast<quint64>(hash) * m_slots.size()) >> 32U);
+}
+
+// Linear probing. False if the table already holds as many points with this hash as allowed.
 bool KnownPointIndex::insert(Slot entry, int allowed)
 {
     const std::size_t last = m_slots.size() - 1;
     int inCell = 0;
-    std::size_t i = entry.hash & last;
+    std::size_t i = slotOf(entry.hash);
     for (; !m_slots[i].isFree(); i = (i + 1) & last) {
         if (m_slots[i].hash == entry.hash && ++inCell == allowed)
             return false;
@@ -170,7 +176,7 @@ void KnownPointIndex::searchCell(qint64 column, qint64 row, Query &query) const
 {
     const quint32 hash = hashOf(column, row);
     const std::size_t last = m_slots.size() - 1;
-    for (std::size_t i = hash & last; !m_slots[i].isFree(); i = (i + 1) & last) {
+    for (std::size_t i = slotOf(hash); !m_slots[i].isFree(); i = (i + 1) & last) {
         ++query.steps;
         if (m_slots[i].hash == hash)
             query.examine(m_slots[i].point);
@@ -179,6 +185,8 @@ void KnownPointIndex::searchCell(qint64 column, qint64 row, Query &query) const
 
 const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x, double y, int *steps)
 {
+    if (steps != nullptr)
+        *steps = 0;
     if (!isFinite(x, y))
         return nullptr;
     const qint64 left = cellOf(x - reach);

@@ -3,6 +3,7 @@
 #include "defpolygon.h"
 #include "defpolygon_kdtree.h"
 
+#include <QRandomGenerator>
 #include <QVector>
 
 #include <set>
@@ -26,7 +27,8 @@ public:
 
     /// Returns what findNearestPoint() returns for the sorted \a points if that equals (x, y), else null.
     ///
-    /// \a points are those in the index, in any order. \a steps receives the number of entries looked at.
+    /// \a points is the indexed list; it need not be sorted. \a steps receives the number of entries examined, for
+    /// tests.
     const DefPoint *find(const QVector<DefPoint> &points, double x, double y, int *steps = nullptr);
 
 private:
@@ -42,6 +44,8 @@ private:
 
     static constexpr std::size_t smallestTable = 64;
 
+    quint32 hashOf(qint64 column, qint64 row) const;
+    std::size_t slotOf(quint32 hash) const;
     bool insert(Slot entry, int allowed);
     void grow();
     void searchCell(qint64 column, qint64 row, Query &query) const;
@@ -49,6 +53,8 @@ private:
 
     /// Open addressing; the size is a power of two, at least half of the slots are free.
     std::vector<Slot> m_slots = std::vector<Slot>(smallestTable);
+    quint64 m_columnFactor = QRandomGenerator::global()->generate64() | 1U;
+    quint64 m_rowFactor = QRandomGenerator::global()->generate64() | 1U;
     int m_count = 0;
     KdTree m_overflow;                                ///< points of crowded cells
     std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points; filled when a tie first asks for their order
@@ -63,7 +69,7 @@ public:
 
     /// Returns what findNearestPoint() returns for the points and \a p. The pointer is valid as long as this object.
     ///
-    /// \a steps receives the number of entries looked at.
+    /// \a steps receives the number of entries examined, for tests.
     const DefPoint *find(const QPointF &p, int *steps = nullptr) const;
 
 private:
