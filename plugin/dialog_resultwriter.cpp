@@ -6,15 +6,13 @@
 
 namespace {
 
-const QString endCell = QStringLiteral("</Cell>");
-
 QString line(int depth, const char *text)
 {
     return QLatin1Char('\n') + QString(4 * depth, QLatin1Char(' ')) + QLatin1String(text);
 }
 
-// Control characters and the last two code units are dropped by the escaper.
-bool isSpecial(QChar c)
+// QXmlStreamWriter escapes or drops these: control characters, U+FFFE, U+FFFF and markup.
+bool needsEscaping(QChar c)
 {
     return c < QLatin1Char(' ') || c > QChar(0xFFFD) || c == QLatin1Char('<') || c == QLatin1Char('>') ||
            c == QLatin1Char('&') || c == QLatin1Char('"');
@@ -42,6 +40,18 @@ QString ResultWriter::tableTag(const QString &name, bool isUpdate)
     if (isUpdate)
         writer.writeAttribute(QStringLiteral("Update"), QStringLiteral("1"));
     return tag;
+}
+
+QString ResultWriter::endCell()
+{
+    return QStringLiteral("</Cell>");
+}
+
+QString ResultWriter::escaped(const QString &text)
+{
+    QString result;
+    QXmlStreamWriter(&result).writeCharacters(text);
+    return result;
 }
 
 void ResultWriter::startTable(const QString &tag)
@@ -72,19 +82,22 @@ void ResultWriter::emptyCells(int count)
         m_document += lines().emptyCell;
 }
 
-void ResultWriter::textCell(const QString &text)
+void ResultWriter::characters(const QString &text)
 {
-    m_document += lines().startCell;
-    if (std::any_of(text.begin(), text.end(), isSpecial))
+    if (std::any_of(text.begin(), text.end(), needsEscaping))
         m_escaper.writeCharacters(text);
     else
         m_document += text;
-    m_document += endCell;
 }
 
-void ResultWriter::coordCell(double v, int decimals)
+void ResultWriter::coordinate(double v, int decimals)
 {
-    m_document += lines().startCell;
     appendCoord(m_document, v, decimals);
-    m_document += endCell;
+}
+
+void ResultWriter::textCell(const QString &text)
+{
+    fragment(lines().startCell);
+    characters(text);
+    fragment(endCell());
 }
