@@ -14,6 +14,12 @@ const QColor separatorColor(240, 240, 240);
 
 constexpr RowInfo separatorRow{-1, -1};
 
+const QLocale &userLocale()
+{
+    static const QLocale locale;
+    return locale;
+}
+
 } // namespace
 
 double DefPolygonTableModel::s_coordPrecision = 0.01;
@@ -59,7 +65,9 @@ void DefPolygonTableModel::refresh()
 {
     if (polygon == nullptr)
         return;
-    if (layoutRows() != rows) {
+    QVector<RowInfo> layout;
+    appendRows(layout);
+    if (layout != rows) {
         setPolygon(polygon);
         return;
     }
@@ -68,22 +76,21 @@ void DefPolygonTableModel::refresh()
         Q_EMIT dataChanged(index(0, 0), index(rows.size() - 1, columnCount() - 1));
 }
 
-QVector<RowInfo> DefPolygonTableModel::layoutRows() const
+void DefPolygonTableModel::appendRows(QVector<RowInfo> &layout) const
 {
-    QVector<RowInfo> layout;
     for (int c = 0; polygon != nullptr && c < polygon->contours.size(); ++c) {
         if (c > 0)
             layout.append(separatorRow);
         for (int v = 0; v < polygon->contours.at(c).size(); ++v)
             layout.append(RowInfo{c, v});
     }
-    return layout;
 }
 
 void DefPolygonTableModel::rebuildRows()
 {
     invalidateConflictIndex();
-    rows = layoutRows();
+    rows.clear();
+    appendRows(rows);
 }
 
 bool DefPolygonTableModel::isSeparator(int row) const
@@ -110,7 +117,7 @@ const DefPoint &DefPolygonTableModel::vertex(int row) const
 // Holding a copy makes every outside edit detach, so isSharedWith() detects edits.
 void DefPolygonTableModel::ensureConflictIndex() const
 {
-    if (placedContours.isSharedWith(polygon->contours))
+    if (polygon == nullptr || placedContours.isSharedWith(polygon->contours))
         return;
     conflictIndex.emplace();
     for (int row = 0; row < rows.size(); ++row) {
@@ -134,10 +141,11 @@ bool DefPolygonTableModel::isConflictingPoint(int row) const
     return conflictIndex->at(vertex(row).def).isConflict(vertex(row));
 }
 
-// Decimals and locale are frozen at first use: coordinates of one process are never formatted in two ways.
+// Locale and decimals are frozen at first use, whichever comes first: a process never formats coordinates in two ways.
 int DefPolygonTableModel::coordDecimals()
 {
     static int decimals = 0;
+    userLocale();
     if (decimals == 0) {
         double p = s_coordPrecision;
         for (int k = 1; p > 0 && p < 1; ++k) {
@@ -151,8 +159,7 @@ int DefPolygonTableModel::coordDecimals()
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static): published as a member
 QString DefPolygonTableModel::formatCoord(double v, bool localized) const
 {
-    static const QLocale userLocale;
-    return localized ? userLocale.toString(v, 'f', coordDecimals()) : coordText(v, coordDecimals());
+    return localized ? userLocale().toString(v, 'f', coordDecimals()) : coordText(v, coordDecimals());
 }
 
 int DefPolygonTableModel::rowCount(const QModelIndex &parent) const

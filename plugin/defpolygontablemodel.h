@@ -30,6 +30,9 @@ public:
     /// Changes of the objects outside the model are noticed as far as DuplicateIndex::isCurrent() documents.
     bool isDuplicateDef(int row) const;
 
+    /// Builds the index behind isDuplicateDef() unless it is current; otherwise the first question does.
+    void ensureDuplicateIndex(int row = 0) const;
+
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -66,6 +69,8 @@ struct ValueColumn
     Content content; ///< never Nothing
     QString text;    ///< of an extra field, for all vertices
 };
+
+Q_DECLARE_TYPEINFO(RowInfo, Q_PRIMITIVE_TYPE);
 
 /// The vertices of one object in the columns of the host's coordinate table.
 ///
@@ -110,6 +115,9 @@ public:
     /// taken before the first question: the model shares the contours.
     bool isConflictingPoint(int row) const;
 
+    /// Builds the index behind isConflictingPoint() unless it is current; otherwise the first question does.
+    void ensureConflictIndex() const;
+
     /// The columns that can have values, in ascending order; data() has a value in no other.
     QVector<ValueColumn> valueColumns() const;
 
@@ -136,11 +144,10 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    QVector<RowInfo> layoutRows() const;
+    void appendRows(QVector<RowInfo> &layout) const;
     bool isSeparator(int row) const;
     bool hasVertex(int row) const;
     const DefPoint &vertex(int row) const;
-    void ensureConflictIndex() const;
     void invalidateConflictIndex();
     QVariant vertexBackground(int row) const;
     ValueColumn::Content contentOf(int column) const;

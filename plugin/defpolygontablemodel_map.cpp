@@ -28,9 +28,14 @@ bool DefMapTableModel::isDuplicateDef(int row) const
 {
     if (!hasObject(row) || map->at(row).def.isEmpty())
         return false;
-    if (!isIndexed(row))
-        duplicateIndex.emplace(*map);
+    ensureDuplicateIndex(row);
     return duplicateIndex->isDuplicate(row);
+}
+
+void DefMapTableModel::ensureDuplicateIndex(int row) const
+{
+    if (hasObject(row) && !isIndexed(row))
+        duplicateIndex.emplace(*map);
 }
 
 int DefMapTableModel::rowCount(const QModelIndex &parent) const

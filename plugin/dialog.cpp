@@ -31,8 +31,8 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Dialo
     ui->minusToolButton->setFont(font);
     ui->minusToolButton->setFixedWidth(ui->plusToolButton->sizeHint().width());
 
-    ui->listView->setItemDelegate(&elidingDelegate);
-    ui->tableView->setItemDelegate(&elidingDelegate);
+    ui->listView->setItemDelegate(&listDelegate);
+    ui->tableView->setItemDelegate(&tableDelegate);
     polygonModel.setColumnLimit(DefPolygonTableModel::maxShownColumns);
 
     readSettings();
@@ -122,17 +122,19 @@ void Dialog::on_startButton_clicked()
 {
     if (isProcessing)
         return;
-    runImport();
-    if (objects.isEmpty())
-        return;
-    // The views copy what they show, so memory may run out here as well.
+    // Filling the models and views allocates as well, so memory may run out there, too.
     try {
+        runImport();
+        if (objects.isEmpty())
+            return;
         showObjects();
-        importer.reset();
     } catch (const std::bad_alloc &) {
+        const QScopedValueRollback<bool> processing(isProcessing, true);
         clearObjects();
-        importer->failWithoutMemory();
+        if (importer)
+            importer->failOutOfMemory();
     }
+    importer.reset();
 }
 
 void Dialog::showObjects()
@@ -144,13 +146,13 @@ void Dialog::showObjects()
     ui->listView->setModel(&mapModel);
     ui->tableView->setModel(&polygonModel);
     connect(ui->listView->selectionModel(), &QItemSelectionModel::currentChanged, this, &Dialog::procCurrentChanged);
-    // The view and the colours need memory for all rows: now, where a lack of it is caught, rather than when painting.
+    // Allocate the row layout and both indexes here, where bad_alloc is caught, not while painting.
     ui->listView->doItemsLayout();
-    mapModel.isDuplicateDef(0);
-    polygonModel.isConflictingPoint(0);
+    mapModel.ensureDuplicateIndex();
+    polygonModel.ensureConflictIndex();
 }
 
-// The rows of the list may be older than the objects, which grow during a run.
+// During a run the list still has the rows of the previous one.
 void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & /*previous*/)
 {
     if (!current.isValid() || isProcessing || current.row() >= objects.size())
@@ -159,7 +161,7 @@ void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & 
     polygonModel.setFieldNumValueMap(fieldNumValueMap);
 }
 
-// The table keeps showing the same index, where another object may be now.
+// The table stays at its index, where sorting may have moved another object.
 void Dialog::on_sortButton_clicked()
 {
     if (isProcessing)

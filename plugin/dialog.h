@@ -84,8 +84,9 @@ private:
     void showObjects();
 
     std::unique_ptr<Ui::Dialog> ui;
-    QString lastPath;                    ///< the last file chosen; where the next file dialog opens
-    ElidingDelegate elidingDelegate;     ///< of both views
+    QString lastPath;             ///< the last file chosen; where the next file dialog opens
+    ElidingDelegate listDelegate; // a delegate must not be shared between views
+    ElidingDelegate tableDelegate;
     std::unique_ptr<MapImport> importer; ///< kept after a run without objects, until the next run
     bool isProcessing = false;           ///< a run is active; the host's callback may run an event loop during it
 };

@@ -29,7 +29,7 @@ public:
     bool importMap();
 
     /// Reports, once, that there is not enough memory for the current file; always false.
-    bool failWithoutMemory();
+    bool failOutOfMemory();
 
     /// Sets the encoding of the files by name. An unknown name keeps the current one, initially that of the locale.
     void setEncoding(const QByteArray &name);
@@ -90,6 +90,6 @@ private:
     QString vertexDef(double x, double y);
     QVector<DefPoint> &lastContour() { return objects->last().contours.last(); }
 
-    bool isOutOfMemory = false; ///< which has been reported
+    bool reportedOutOfMemory = false;
     KnownPointIndex pointIndex; ///< of `points`; filled at the first vertex
 };
