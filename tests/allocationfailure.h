@@ -14,10 +14,10 @@
 #endif
 #endif
 
-/// While it lives, the \a nth of the plug-in's allocations of at least 64 KiB fails, and so do the later ones if it is
-/// lasting. None fails if \a nth is 0.
+/// During its lifetime the \a nth of the plug-in's allocations of at least 64 KiB fails, and with \a isLasting all
+/// later ones too. None fails if \a nth is 0.
 ///
-/// Replaces malloc() and realloc(), so only one source of a program may include it.
+/// Replaces malloc() and realloc(), so only one source file of a program may include it.
 class AllocationFailure
 {
 public:
@@ -63,7 +63,7 @@ public:
 
 private:
 #ifdef CAN_REPLACE_MALLOC
-    // Qt's widgets are built without exceptions and crash when an allocation of their own fails.
+    // Qt Widgets are built without exceptions and would crash if one of their own allocations failed.
     static bool isForPlugin()
     {
         void *frames[32];

@@ -21,7 +21,7 @@ const QString mifName = QStringLiteral("plan.mif");
 const QString midName = QStringLiteral("plan.mid");
 const QString dxfName = QStringLiteral("plan.dxf");
 
-/// An entry of this process's status in bytes; 0 where the system has none.
+/// A size from /proc/self/status in bytes; 0 where the system has no such entry.
 inline qint64 statusBytes(const QByteArray &key)
 {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -32,7 +32,7 @@ inline qint64 statusBytes(const QByteArray &key)
     return text.mid(begin, text.indexOf("kB", begin) - begin).trimmed().toLongLong() * 1024;
 }
 
-/// Measures the peak growth of this process's memory since its construction.
+/// Measures the peak growth of the process's memory since this object was constructed.
 class PeakMemory
 {
 public:
@@ -50,7 +50,7 @@ private:
     qint64 m_before = 0;
 };
 
-/// An import of a file in the fixture's folder, whose suffix chooses the format. Numbering starts at «н1» and «ЗУ1».
+/// An import of a file in a temporary folder. The suffix selects the format; numbering starts at «н1» and «ЗУ1».
 struct BadInputFixture
 {
     explicit BadInputFixture(const QString &objectFile)

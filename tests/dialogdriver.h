@@ -10,7 +10,7 @@
 #include <QSpinBox>
 #include <QTest>
 
-/// Operates the import dialog with mouse and keys.
+/// Operates the import dialog with simulated mouse and key events.
 class DialogDriver : public DialogWidgets
 {
 public:

@@ -29,7 +29,7 @@ public:
     /// Restores the state of a first run.
     void clear() const { QSettings().clear(); }
 
-    /// Stores \a value under \a key as an earlier dialog does.
+    /// Stores \a value under \a key, as an earlier dialog would.
     void store(const QString &key, const QVariant &value) const
     {
         QSettings().setValue(QStringLiteral("ImportObjects/") + key, value);
@@ -50,7 +50,7 @@ struct WidgetName
     const QString text;
 };
 
-/// The widget \a name of a form. A missing widget ends the test.
+/// The widget \a name of a form. Aborts the test program if it is missing.
 template <typename W = QWidget>
 W *child(const QWidget &form, const WidgetName &name)
 {
@@ -87,7 +87,7 @@ inline void process(const Dialog &dialog, const QString &path)
     press(dialog, "startButton");
 }
 
-/// The texts of \a rows, which are separated by a comma and a space.
+/// Splits \a rows at ", ".
 inline QStringList list(const char *rows)
 {
     return QString::fromUtf8(rows).split(QStringLiteral(", "), Qt::SkipEmptyParts);

@@ -5,8 +5,7 @@
 
 #include <QTest>
 
-/// Lines of a drawing from pairs that are written "code value" with bars between them. A part without a blank is a
-/// single line.
+/// Expands "code value|code value" to the lines of a drawing. A part without a blank becomes a single line.
 inline QStringList pairs(const QByteArray &text)
 {
     QStringList lines;
@@ -20,7 +19,7 @@ inline QStringList pairs(const QByteArray &text)
     return lines;
 }
 
-/// A drawing that ends after \a entities; their pair n, counted from 1, ends on line 10 + 2n.
+/// A drawing without its two closing pairs. Pair n of \a entities, counted from 1, ends on line 10 + 2n.
 inline QStringList openDrawing(const QByteArray &entities)
 {
     return pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 ENTITIES") + pairs(entities);
@@ -38,7 +37,7 @@ const QByteArray lineEntity = "0 LINE|10 0|20 0|11 10|21 0";
 /// The object of lineEntity when it is the first in the file.
 constexpr auto lineObject = "ЗУ1 [н1 0 0, н2 10 0]";
 
-inline QString readingError(int line)
+inline QString readError(int line)
 {
     return QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(line);
 }
@@ -90,7 +89,7 @@ inline void addRunColumns()
     QTest::addColumn<int>("errorLine");
 }
 
-/// Adds a drawing and the objects or points that are expected of it, with the line of the reading error; 0 for none.
+/// Adds a row: a drawing, the objects or points expected from it, and the line of the read error; 0 for none.
 inline void addRun(const char *name, const QStringList &lines, const char *records, int errorLine = 0)
 {
     QTest::newRow(name) << lines << QString::fromUtf8(records) << errorLine;
@@ -104,6 +103,6 @@ inline void compareRun(DxfFixture &dxf, QString (DxfFixture::*records)() const)
 
     QCOMPARE(dxf.run(lines), errorLine == 0);
 
-    QCOMPARE(dxf.messages(), errorLine == 0 ? QStringList() : QStringList{readingError(errorLine)});
+    QCOMPARE(dxf.messages(), errorLine == 0 ? QStringList() : QStringList{readError(errorLine)});
     QTEST((dxf.*records)(), "records");
 }

@@ -66,7 +66,7 @@ void FileGenerator::setOptions(ImportOptions &options)
             oneOf("/no such/Windows-1251/UTF-8/UTF-16LE/ISO-8859-1/EUC-JP/Big5/UTF-32LE/ISO-2022-JP/IBM866").toLatin1();
 }
 
-// Steps of 1/128 and 1/64 are exact in binary, one below the tolerance and one above: they give true ties.
+// Steps of 1/128 and 1/64, one below and one above the tolerance, are exact in binary and so produce true ties.
 double FileGenerator::coordinate()
 {
     const double offsets[] = {
@@ -103,8 +103,8 @@ FileGenerator::Place FileGenerator::place()
     return at;
 }
 
-// The order of points and texts at exactly one place is open after sorting, so most have a place of their own.
-FileGenerator::Place FileGenerator::ownPlace()
+// Sorting leaves the order of points and texts at the same place open, so most of them get an unused place.
+FileGenerator::Place FileGenerator::unusedPlace()
 {
     if (below(400) == 0 && !m_taken.isEmpty())
         return m_taken[below(m_taken.size())];
@@ -166,7 +166,7 @@ QString FileGenerator::padding()
     return oneOf("x/ж").repeated(size - below(300));
 }
 
-// Lengthens the line \a at until the first chunk ends about where the line \a end begins.
+// Pads the line \a at so that the first chunk ends near the beginning of the line \a end.
 void FileGenerator::stretch(QStringList &lines, int at, int end)
 {
     const QTextCodec *const codec = QTextCodec::codecForName(m_codec);

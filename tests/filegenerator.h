@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// One input file, named without folder.
+/// An input file; its name has no folder.
 struct GeneratedFile
 {
     QString name;
@@ -21,7 +21,7 @@ struct GeneratedRun
     QVector<GeneratedFile> files;
 };
 
-/// Which designations a run looks up, and whether the points have a file of their own.
+/// Which designations a run looks up, and whether points come from a separate file.
 struct RunKind
 {
     bool dxf = false;
@@ -30,8 +30,8 @@ struct RunKind
     bool ownPointFile = false;
 };
 
-/// Generates files that are mostly correct, with a few errors. A number gives the same files on every machine, so no
-/// expression may draw two random numbers in unspecified order.
+/// Generates files that are mostly correct, with a few errors. The same number gives the same files on every machine,
+/// so no expression may draw random numbers in an unspecified order.
 class FileGenerator
 {
 public:
@@ -51,7 +51,7 @@ private:
     double coordinate();
     Place freshPlace();
     Place place();
-    Place ownPlace();
+    Place unusedPlace();
     QString number(double value);
     QString count(int value);
     QString oddNumber();

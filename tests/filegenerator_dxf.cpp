@@ -2,7 +2,7 @@
 
 namespace {
 
-/// The lines \a texts, which are separated by slashes.
+/// Splits \a texts at slashes.
 QStringList lineList(const char *texts)
 {
     return QString::fromUtf8(texts).split(QLatin1Char('/'));
@@ -94,7 +94,7 @@ void FileGenerator::dxfEntity(QStringList &lines)
     }
 }
 
-// Pairs that mean nothing to the import.
+// Adds pairs that the import ignores.
 void FileGenerator::dxfExtraPairs(QStringList &lines)
 {
     if (chance(50))
@@ -122,7 +122,7 @@ void FileGenerator::dxfText(QStringList &lines)
         text += QStringLiteral("%%010");
     const bool aligned = chance(30);
     const bool textFirst = chance(50);
-    const Place at = ownPlace();
+    const Place at = unusedPlace();
     lines += lineList("0/TEXT");
     if (textFirst)
         lines << QStringLiteral("1") << text;
@@ -137,7 +137,7 @@ void FileGenerator::dxfText(QStringList &lines)
         lines << QStringLiteral("1") << def();
 }
 
-// Mostly a few vertices, some closed by a repeated first vertex or by one next to it.
+// Two to seven vertices. Some outlines end with a copy of the first vertex or with a vertex near it.
 QVector<FileGenerator::Place> FileGenerator::outline()
 {
     QVector<Place> places;
@@ -232,7 +232,7 @@ void FileGenerator::corruptPairs(QStringList &lines)
             lines[at + 1].append(QStringLiteral("\u00a0"));
             break;
         default:
-            // A text without coordinates, or a point that runs into the value TEXT.
+            // An incomplete text, or a point whose search for coordinates stops at the value TEXT.
             insertPair(lines, at, oneOf("0/"), QStringLiteral("TEXT"));
             if (chance(50))
                 insertPair(lines, at, QStringLiteral("0"), QStringLiteral("POINT"));

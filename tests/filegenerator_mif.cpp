@@ -69,7 +69,7 @@ void FileGenerator::mifObject(QStringList &lines, QStringList &records)
     const int kind = below(100);
     if (kind < 35) {
         lines.append(oneOf("Point /POINT "));
-        lines.last() += mifVertex(ownPlace());
+        lines.last() += mifVertex(unusedPlace());
     } else if (kind < 45) {
         lines.append(QStringLiteral("Line ") + mifVertex(place()));
         lines.last() += QLatin1Char(' ') + mifVertex(place());

@@ -5,9 +5,9 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-const QString strMif = QStringLiteral("Объекты из MIF");
+const QString fromMif = QStringLiteral("Объекты из MIF");
 
-/// The outcome of one run of the program.
+/// The outcome of one run of the stand-in host.
 struct HostRun
 {
     int status; ///< exit status; -1 after a crash or a timeout
@@ -15,7 +15,7 @@ struct HostRun
     QStringList messages;
 };
 
-/// Runs the program in its own folder of input files and with its own settings.
+/// Runs the stand-in host in a temporary folder with its own settings.
 struct Host
 {
     Host()
@@ -53,7 +53,7 @@ struct Host
 
     HostRun importMif(const QString &fileName, const QStringList &args = {}) const
     {
-        return run(QStringList{QStringLiteral("--operation"), strMif, QStringLiteral("--objects"), fileName} + args);
+        return run(QStringList{QStringLiteral("--operation"), fromMif, QStringLiteral("--objects"), fileName} + args);
     }
 
     /// Writes a MIF file whose line 5 is the first of \a data, and its MID file.

@@ -6,7 +6,7 @@
 
 namespace {
 
-// 17 significant digits tell any two doubles apart, and -0 from 0.
+// 17 significant digits distinguish any two doubles, and -0 from 0.
 QString described(const DefPoint &point)
 {
     return QString::number(point.x, 'g', 17) + QLatin1Char(' ') + QString::number(point.y, 'g', 17) + QLatin1Char(' ') +

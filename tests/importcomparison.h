@@ -8,5 +8,5 @@ ImportOutcome runImporter(const ImportOptions &options);
 /// Runs the reference implementation.
 ImportOutcome runReference(const ImportOptions &options);
 
-/// Compares everything a run leaves, numbers exactly. Returns the first difference as text, empty without one.
+/// Compares all results of two runs, numbers exactly. Returns a text with the first difference; empty if there is none.
 QString difference(const ImportOutcome &actual, const ImportOutcome &expected);

@@ -10,12 +10,12 @@
 
 constexpr auto failTest = QAbstractItemModelTester::FailureReportingMode::QtTest;
 
-/// The roles that views use, up to Qt::UserRole, without those \a used.
-inline QVector<int> rolesExcept(const QVector<int> &used)
+/// All roles up to Qt::UserRole except \a excluded.
+inline QVector<int> rolesExcept(const QVector<int> &excluded)
 {
     QVector<int> roles;
     for (int role = 0; role <= Qt::UserRole; ++role) {
-        if (!used.contains(role))
+        if (!excluded.contains(role))
             roles.append(role);
     }
     return roles;
@@ -39,7 +39,7 @@ inline bool headersAreTextOnly(const QAbstractItemModel &model)
     return std::none_of(roles.begin(), roles.end(), hasValue);
 }
 
-/// Creates indexes that the model itself does not return, such as stale ones.
+/// Makes createIndex() public, for indexes that the model itself does not return, such as stale ones.
 template <class Model>
 class OpenModel : public Model
 {
@@ -70,7 +70,8 @@ inline QStringList backgroundsOf(const QAbstractItemModel &model, int column = 0
     return colours;
 }
 
-/// The backgrounds of one column, a character per row: "x" for light red, "|" for grey, "." for none.
+/// The backgrounds of one column, a character per row: "x" for light red, "|" for grey, "." for none and
+/// "?" for any other.
 inline QString rowMarks(const QAbstractItemModel &model, int column = 0)
 {
     QString marks;
@@ -92,8 +93,8 @@ inline QString shownBy(const QAbstractItemModel &model)
     return texts.join(QLatin1Char(' '));
 }
 
-/// The signals of a model, with the texts that it shows at each signal: "reset [н1] to [н5 | н6]" and, for the roles
-/// display and edit of one cell, "changed 1,0 to 1,0 roles 0 2 [н5 | н6]".
+/// Logs the signals of a model with the texts that it shows at each signal: "reset [н1] to [н5 | н6]" and, for the
+/// roles display and edit of one cell, "changed 1,0 to 1,0 roles 0 2 [н5 | н6]".
 class ModelLog
 {
 public:

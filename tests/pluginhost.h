@@ -119,14 +119,14 @@ inline void searchNothing(const DialogDriver &driver)
     driver.setChecked("searchObjectDefsCheck", false);
 }
 
-/// Processes a MIF file of two lines, of which the second starts at the end of the first. Both are numbered.
+/// Processes a MIF file of two LINE objects that share a vertex; points and objects get generated numbers.
 inline void processLines(const PluginHost &host, const DialogDriver &driver)
 {
     searchNothing(driver);
     driver.process(host.writeMif(QStringLiteral("lines"), "LINE 1 2 3 4\nLINE 3 4 5 6\n"));
 }
 
-/// Imports those two lines and returns the result.
+/// Imports the file of processLines() and returns the result.
 inline QString importLines(PluginHost &host)
 {
     return host.call(fromMif, [&host](DialogDriver &driver) {

@@ -36,14 +36,15 @@ struct ImportOutcome
     int objectStartNum = 0;
     QStringList messages;
 
-    /// True when points at exactly one place had to be sorted: the sort is unstable, so more than one outcome is right.
+    /// True when points at exactly one place had to be sorted: the sort is unstable, so more than one outcome is
+    /// correct.
     bool orderIsOpen = false;
 };
 
 /// Reference implementation of the import: no index, no buffer, linear searches.
 ///
-/// It shares nothing with the importers but the records, so a mistake goes unnoticed only if it is made twice.
-/// Use one reader per run.
+/// It shares only the record types with the importers, so a bug goes unnoticed only if both have it. Use one reader per
+/// run.
 class ReferenceImport
 {
 public:
@@ -58,7 +59,8 @@ protected:
     virtual bool loadPoints() = 0;
     virtual bool loadPolygons() = 0;
 
-    /// Index of the point nearest to (\a x, \a y), or -1. Bisects and walks, also through unsorted points.
+    /// Index of the point nearest to (\a x, \a y), or -1. Bisects and walks in both directions, even in unsorted
+    /// points.
     static int nearest(const QVector<DefPoint> &points, double x, double y);
     static bool isWithinTolerance(const DefPoint &a, const DefPoint &b);
 

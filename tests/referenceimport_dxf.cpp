@@ -242,7 +242,7 @@ bool ReferenceDxf::readEntity(Pass pass)
 
     static const QStringList points = QStringLiteral("INSERT POINT CIRCLE ELLIPSE").split(QLatin1Char(' '));
     const bool ok = pass == Pass::Texts || !points.contains(m_value) || readPoint();
-    // A point that runs into the value TEXT is read on as that text.
+    // If reading a point stops at a pair with the value TEXT, a text begins there, even after a failure.
     return m_value == QLatin1String("TEXT") ? readText() : ok;
 }
 

@@ -106,7 +106,7 @@ QString ReferenceMif::firstField(const QString &record) const
     return field;
 }
 
-// Empty unless all of the words are numbers.
+// Empty unless all of the tokens are numbers.
 QVector<double> ReferenceMif::numbers(int first, int count) const
 {
     QVector<double> values;

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QXmlStreamReader>
 
-/// Reduces a result document to a line for each row, with its cells separated by bars: «ЗУ1» for an object,
+/// Reduces a result document to one line per row, with cells separated by bars: «ЗУ1» for an object,
 /// «  н1|10.00|20.00» for a vertex, «  -» for a row without cells.
 class ResultOutline
 {

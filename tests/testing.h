@@ -44,7 +44,7 @@ private:
     }
 };
 
-/// \a points in the order of sortPoints(), points at one place by designation.
+/// \a points in the order of sortPoints(), ties by designation.
 inline QVector<DefPoint> sortedByDef(QVector<DefPoint> points)
 {
     std::sort(points.begin(), points.end(), [](const DefPoint &a, const DefPoint &b) {

@@ -179,13 +179,13 @@ void tst_ImportHost::messagesArePrinted_data()
     QTest::addColumn<QStringList>("messages");
 
     const QString notOpened = QStringLiteral("Ошибка открытия файла missing.mif");
-    QTest::newRow("missing file") << strMif << QStringLiteral("missing.mif") << 1 << QString()
+    QTest::newRow("missing file") << fromMif << QStringLiteral("missing.mif") << 1 << QString()
                                   << QStringList{notOpened, notOpened};
-    QTest::newRow("no objects") << strMif << QStringLiteral("empty.mif") << 1 << QString() << QStringList();
+    QTest::newRow("no objects") << fromMif << QStringLiteral("empty.mif") << 1 << QString() << QStringList();
     QTest::newRow("unknown operation") << QStringLiteral("Объекты") << QStringLiteral("line.mif") << 1 << QString()
                                        << QStringList{QStringLiteral(
                                               "Ошибка. Операция импорта \"Объекты\" планином не поддерживается.")};
-    QTest::newRow("failure after the first object") << strMif << QStringLiteral("line.mif") << 0 << documentOfLine
+    QTest::newRow("failure after the first object") << fromMif << QStringLiteral("line.mif") << 0 << documentOfLine
                                                     << QStringList{QStringLiteral("Ошибка чтения линии из строки: 6")};
 }
 
@@ -339,7 +339,7 @@ void tst_ImportHost::windowStaysOpen()
     const Host host;
     QProcess process;
 
-    host.start(process, {QStringLiteral("--operation"), strMif});
+    host.start(process, {QStringLiteral("--operation"), fromMif});
 
     QVERIFY(process.waitForStarted());
     QVERIFY(!process.waitForFinished(1500));

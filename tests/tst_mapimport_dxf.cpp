@@ -183,7 +183,7 @@ void tst_MapImport_Dxf::pairAfterTextOutlivesItsPass_data()
     QTest::newRow("as the first pair of the header")
         << QByteArray("|0 SECTION") << "2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
     QTest::newRow("not counted in the next file")
-        << QByteArray("|0 SECTION") << "2 HEADER||0 SECTION|2 ENTITIES|" + lineEntity << readingError(3) << false;
+        << QByteArray("|0 SECTION") << "2 HEADER||0 SECTION|2 ENTITIES|" + lineEntity << readError(3) << false;
     QTest::newRow("not at the end of the file")
         << QByteArray() << "0 SECTION|2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
 }

@@ -88,7 +88,7 @@ void tst_MapImport_DxfPasses::failedPointsPassEndsTheImport()
 
     QVERIFY(!dxf.run(drawing(lineEntity + "|0 POINT|10 3|20 4|0 TEXT|10 3|20 4|1 т|0 POINT|10 abc")));
 
-    QCOMPARE(dxf.messages(), QStringList{readingError(10 + 2 * 14)});
+    QCOMPARE(dxf.messages(), QStringList{readError(10 + 2 * 14)});
     QCOMPARE(dxf.points(), QStringLiteral("- 3 4"));
     QCOMPARE(dxf.objects(), QString());
 }
@@ -103,7 +103,7 @@ void tst_MapImport_DxfPasses::lineNumberContinuesAfterTextsPass()
 
         QVERIFY(!dxf.run(drawing("0 TEXT|10 0|20 0|1 Сад|0 LINE|10 abc")));
 
-        QCOMPARE(dxf.messages(), QStringList{readingError(searchPointDefs ? 22 : 26 + 22)});
+        QCOMPARE(dxf.messages(), QStringList{readError(searchPointDefs ? 22 : 26 + 22)});
     }
 }
 
@@ -134,7 +134,7 @@ void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts()
 
     QVERIFY(dxf.run(drawing(entities)));
 
-    QCOMPARE(dxf.messages(), QStringList{readingError(errorLine)});
+    QCOMPARE(dxf.messages(), QStringList{readError(errorLine)});
     QTEST(dxf.objects(), "objects");
 }
 
@@ -145,7 +145,7 @@ void tst_MapImport_DxfPasses::bothPassesMayFail()
 
     QVERIFY(!dxf.run(drawing("0 TEXT|10 0|20 0||0 SECTION|2 ENTITIES|0 LINE|10 abc")));
 
-    QCOMPARE(dxf.messages(), (QStringList{readingError(17), readingError(25)}));
+    QCOMPARE(dxf.messages(), (QStringList{readError(17), readError(25)}));
 }
 
 // The pair comes before the first line of the objects pass, where no section has begun, and again after the 30 lines of
@@ -157,7 +157,7 @@ void tst_MapImport_DxfPasses::pairAfterLastTextIsReadAgain()
 
     QVERIFY(!dxf.run(openDrawing(lineEntity + "|0 TEXT|10 0|20 0|1 Сад|0 LINE")));
 
-    QCOMPARE(dxf.messages(), QStringList{readingError(60)});
+    QCOMPARE(dxf.messages(), QStringList{readError(60)});
     QCOMPARE(dxf.objects(), QStringLiteral("Сад [н1 0 0, н2 10 0]"));
 }
 

@@ -6,7 +6,7 @@
 #include <QTableView>
 #include <QTest>
 
-/// Three objects of different shapes: «в» of two contours, «б» of four vertices, «а» of two.
+/// Writes three objects of different shapes: «в» has two contours, «б» four vertices, «а» two.
 inline QString writePlan(const TextFixture &files)
 {
     files.write(QStringLiteral("plan.mid"), list("в, б, а"));
@@ -56,7 +56,7 @@ inline void selectRow(const Dialog &dialog, int row)
         list->setCurrentIndex(list->model()->index(row, 0));
 }
 
-/// Opens an editor in the first row of \a view and types \a text. The editor stays open. Null when none opens.
+/// Opens an editor in the first row of \a view, sets its \a text and keeps it open. Returns null if none opens.
 inline QLineEdit *openEditor(QAbstractItemView *view, const QString &text)
 {
     view->setCurrentIndex(view->model()->index(0, 0));
@@ -67,7 +67,7 @@ inline QLineEdit *openEditor(QAbstractItemView *view, const QString &text)
     return editor;
 }
 
-/// Replaces the text of the editor that is open in \a view, if there is one, and commits it.
+/// Replaces and commits the text of the editor that is open in \a view, if there is one.
 inline void commit(const QAbstractItemView *view, const QString &text)
 {
     auto *const editor = view->viewport()->findChild<QLineEdit *>();
