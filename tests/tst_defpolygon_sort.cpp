@@ -10,7 +10,7 @@ namespace {
 using Places = QVector<QPointF>;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 DefPoint pointAt(const QPointF &place, const QString &def = QString())
 {
@@ -41,7 +41,7 @@ QStringList defsOf(const QVector<DefPolygon> &objects)
     return defs;
 }
 
-/// The designations of \a points one after the other: their places before the sort.
+/// The designations of \a points, which are their indexes before the sort.
 QString orderOf(const QVector<DefPoint> &points)
 {
     QStringList defs;
@@ -59,16 +59,16 @@ class tst_DefPolygonSort : public QObject
 private Q_SLOTS:
     void objectsAreSorted_data();
     void objectsAreSorted();
-    void noObjectsAreSorted();
-    void objectsAlikeMayChangePlaces();
-    void manyObjectsAlikeAreAllThere();
-    void objectsAreSortedWhole();
-    void pointersIntoTheObjectsStayValid();
-    void copyOfTheObjectsStaysUnsorted();
+    void emptyListIsSorted();
+    void sortNeedNotBeStable();
+    void manyEqualObjectsAreSorted();
+    void contoursMoveWithTheirObject();
+    void pointersToObjectsStayValid();
+    void copyStaysUnsorted();
     void manyObjectsAreSorted();
     void pointsAreSorted_data();
     void pointsAreSorted();
-    void manyPointsWithoutNumbersAreSorted();
+    void manySpecialPointsAreSorted();
 };
 
 void tst_DefPolygonSort::objectsAreSorted_data()
@@ -77,19 +77,20 @@ void tst_DefPolygonSort::objectsAreSorted_data()
     QTest::addColumn<QString>("after");
 
     QTest::newRow("one") << QStringLiteral("н1") << QStringLiteral("н1");
-    QTest::newRow("numbers within a text") << QStringLiteral("н10,н2,Н1,ЗУ") << QStringLiteral("ЗУ,Н1,н2,н10");
+    QTest::newRow("numbers after a prefix") << QStringLiteral("н10,н2,Н1,ЗУ") << QStringLiteral("ЗУ,Н1,н2,н10");
     QTest::newRow("numbers only") << QStringLiteral("10,9,100") << QStringLiteral("9,10,100");
-    QTest::newRow("case of the text does not count") << QStringLiteral("О1,н1") << QStringLiteral("н1,О1");
-    QTest::newRow("case does not part the numbers") << QStringLiteral("н3,Н4,н1,Н2") << QStringLiteral("н1,Н2,н3,Н4");
+    QTest::newRow("prefix ignores case") << QStringLiteral("О1,н1") << QStringLiteral("н1,О1");
+    QTest::newRow("numbers of prefixes that differ in case")
+        << QStringLiteral("н3,Н4,н1,Н2") << QStringLiteral("н1,Н2,н3,Н4");
     QTest::newRow("without a number before all numbers") << QStringLiteral("н1,н0,н") << QStringLiteral("н,н0,н1");
     QTest::newRow("empty before everything") << QStringLiteral("0,А,,1") << QStringLiteral(",0,1,А");
-    QTest::newRow("text before number") << QStringLiteral("ЗУ2,к1,ЗУ10") << QStringLiteral("ЗУ2,ЗУ10,к1");
-    QTest::newRow("text before number, in letters side by side") << QStringLiteral("б1,а2") << QStringLiteral("а2,б1");
-    QTest::newRow("shorter text first") << QStringLiteral("нн1,н2") << QStringLiteral("н2,нн1");
-    QTest::newRow("number that is too large is zero")
+    QTest::newRow("prefix before number") << QStringLiteral("ЗУ2,к1,ЗУ10") << QStringLiteral("ЗУ2,ЗУ10,к1");
+    QTest::newRow("prefix before number, adjacent letters") << QStringLiteral("б1,а2") << QStringLiteral("а2,б1");
+    QTest::newRow("shorter prefix first") << QStringLiteral("нн1,н2") << QStringLiteral("н2,нн1");
+    QTest::newRow("number beyond an int counts as 0")
         << QStringLiteral("А1,А99999999999,А") << QStringLiteral("А,А99999999999,А1");
     QTest::newRow("number after a dot") << QStringLiteral("1.10,1.9,12") << QStringLiteral("12,1.9,1.10");
-    QTest::newRow("sorted before") << QStringLiteral("а1,а2,а3") << QStringLiteral("а1,а2,а3");
+    QTest::newRow("already sorted") << QStringLiteral("а1,а2,а3") << QStringLiteral("а1,а2,а3");
 }
 
 void tst_DefPolygonSort::objectsAreSorted()
@@ -104,7 +105,7 @@ void tst_DefPolygonSort::objectsAreSorted()
     QCOMPARE(defsOf(objects), after.split(comma));
 }
 
-void tst_DefPolygonSort::noObjectsAreSorted()
+void tst_DefPolygonSort::emptyListIsSorted()
 {
     QVector<DefPolygon> objects;
 
@@ -113,9 +114,9 @@ void tst_DefPolygonSort::noObjectsAreSorted()
     QVERIFY(objects.isEmpty());
 }
 
-void tst_DefPolygonSort::objectsAlikeMayChangePlaces()
+void tst_DefPolygonSort::sortNeedNotBeStable()
 {
-    const QStringList alike{QStringLiteral("н01"), QStringLiteral("Н1"), QStringLiteral("н1")};
+    const QStringList equal{QStringLiteral("н01"), QStringLiteral("Н1"), QStringLiteral("н1")};
     QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н2"), QStringLiteral("Н1"), QStringLiteral("н01"),
                                                 QStringLiteral("н0"), QStringLiteral("н1")});
 
@@ -124,24 +125,24 @@ void tst_DefPolygonSort::objectsAlikeMayChangePlaces()
     QStringList defs = defsOf(objects);
     QCOMPARE(defs.takeFirst(), QStringLiteral("н0"));
     QCOMPARE(defs.takeLast(), QStringLiteral("н2"));
-    for (const QString &def : alike)
+    for (const QString &def : equal)
         QCOMPARE(defs.count(def), 1);
 }
 
-// A sort that takes one of two alike for the lesser leaves its range.
-void tst_DefPolygonSort::manyObjectsAlikeAreAllThere()
+// std::sort reads out of bounds if the order is not a strict weak ordering.
+void tst_DefPolygonSort::manyEqualObjectsAreSorted()
 {
-    QStringList alike;
+    QStringList equal;
     for (int i = 0; i < 1000; ++i)
-        alike.append(QStringLiteral("н1"));
-    QVector<DefPolygon> objects = objectsNamed(alike);
+        equal.append(QStringLiteral("н1"));
+    QVector<DefPolygon> objects = objectsNamed(equal);
 
     sortObjects(objects);
 
-    QCOMPARE(defsOf(objects), alike);
+    QCOMPARE(defsOf(objects), equal);
 }
 
-void tst_DefPolygonSort::objectsAreSortedWhole()
+void tst_DefPolygonSort::contoursMoveWithTheirObject()
 {
     QVector<DefPolygon> objects{
         DefPolygon{QStringLiteral("b"), {{{QStringLiteral("н1"), 1, 2}}, {{QStringLiteral("н2"), 3, 4}}}},
@@ -154,7 +155,7 @@ void tst_DefPolygonSort::objectsAreSortedWhole()
              (QStringList{QStringLiteral("a [н3 5 6, н4 7 8]"), QStringLiteral("b [н1 1 2] [н2 3 4]")}));
 }
 
-void tst_DefPolygonSort::pointersIntoTheObjectsStayValid()
+void tst_DefPolygonSort::pointersToObjectsStayValid()
 {
     QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н3"), QStringLiteral("н1"), QStringLiteral("н2")});
     const DefPolygon *const first = &objects[0];
@@ -167,7 +168,7 @@ void tst_DefPolygonSort::pointersIntoTheObjectsStayValid()
     QCOMPARE(described(*last), QStringLiteral("н3 [н3 0 0]"));
 }
 
-void tst_DefPolygonSort::copyOfTheObjectsStaysUnsorted()
+void tst_DefPolygonSort::copyStaysUnsorted()
 {
     QVector<DefPolygon> objects = objectsNamed({QStringLiteral("н2"), QStringLiteral("н1")});
     const QVector<DefPolygon> copy = objects;
@@ -201,12 +202,12 @@ void tst_DefPolygonSort::pointsAreSorted_data()
     QTest::newRow("none") << Places{} << QString();
     QTest::newRow("one") << Places{{1, 2}} << QStringLiteral("0");
     QTest::newRow("by x") << Places{{3, 0}, {-1, 5}, {2, 9}} << QStringLiteral("1 2 0");
-    QTest::newRow("by y when x is the same") << Places{{1, 3}, {1, -3}, {1, 0}} << QStringLiteral("1 2 0");
-    QTest::newRow("within the tolerance too") << Places{{1.001, 0}, {1, 5}} << QStringLiteral("1 0");
-    QTest::newRow("infinities") << Places{{infinite, 0}, {0, 0}, {-infinite, 0}} << QStringLiteral("2 1 0");
-    QTest::newRow("x not a number") << Places{{notANumber, 0}, {infinite, 0}, {-1, 0}} << QStringLiteral("2 1 0");
-    QTest::newRow("y not a number") << Places{{1, notANumber}, {2, 0}, {1, infinite}} << QStringLiteral("2 0 1");
-    QTest::newRow("y decides when no x is a number")
+    QTest::newRow("by y if x is equal") << Places{{1, 3}, {1, -3}, {1, 0}} << QStringLiteral("1 2 0");
+    QTest::newRow("differences within the tolerance count") << Places{{1.001, 0}, {1, 5}} << QStringLiteral("1 0");
+    QTest::newRow("infinities") << Places{{infinity, 0}, {0, 0}, {-infinity, 0}} << QStringLiteral("2 1 0");
+    QTest::newRow("x is NaN") << Places{{notANumber, 0}, {infinity, 0}, {-1, 0}} << QStringLiteral("2 1 0");
+    QTest::newRow("y is NaN") << Places{{1, notANumber}, {2, 0}, {1, infinity}} << QStringLiteral("2 0 1");
+    QTest::newRow("by y if every x is NaN")
         << Places{{notANumber, 5}, {notANumber, notANumber}, {notANumber, 1}} << QStringLiteral("2 0 1");
 }
 
@@ -220,9 +221,9 @@ void tst_DefPolygonSort::pointsAreSorted()
     QTEST(orderOf(points), "order");
 }
 
-void tst_DefPolygonSort::manyPointsWithoutNumbersAreSorted()
+void tst_DefPolygonSort::manySpecialPointsAreSorted()
 {
-    const QVector<double> odd{notANumber, 1, infinite, notANumber, -infinite, 0, notANumber};
+    const QVector<double> odd{notANumber, 1, infinity, notANumber, -infinity, 0, notANumber};
     Places places;
     for (int i = 0; i < 1001; ++i)
         places.append({odd.at(i % 7), odd.at(i / 7 % 7)});
@@ -234,10 +235,10 @@ void tst_DefPolygonSort::manyPointsWithoutNumbersAreSorted()
     for (const DefPoint &point : qAsConst(points))
         xs.append(point.x);
     QCOMPARE(xs.size(), 1001);
-    QCOMPARE(xs.mid(0, 143), QVector<double>(143, -infinite));
+    QCOMPARE(xs.mid(0, 143), QVector<double>(143, -infinity));
     QCOMPARE(xs.mid(143, 143), QVector<double>(143, 0));
     QCOMPARE(xs.mid(286, 143), QVector<double>(143, 1));
-    QCOMPARE(xs.mid(429, 143), QVector<double>(143, infinite));
+    QCOMPARE(xs.mid(429, 143), QVector<double>(143, infinity));
     for (int i = 572; i < 1001; ++i)
         QVERIFY(std::isnan(xs.at(i)));
 }
