@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-/// Coordinates as text.
+/// Formatting of coordinates.
 class tst_CoordText : public QObject
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ double coordinate(Numbers &numbers)
     return std::uniform_real_distribution<double>(-1e7, 1e7)(numbers);
 }
 
-/// Eighths and their neighbours, which are exact halves of the last decimal or next to one.
+/// Multiples of 1/8, many of which are ties of the rounding, and their neighbouring doubles.
 double nearBinaryTie(Numbers &numbers)
 {
     const double tie = static_cast<double>(std::uniform_int_distribution<int>(-100000, 100000)(numbers)) / 8;
@@ -50,14 +50,14 @@ double nearBinaryTie(Numbers &numbers)
     return choices[numbers() % 3];
 }
 
-/// The double nearest to a half of the last decimal, which is above or below it.
+/// The double nearest to a tie of the decimal rounding, slightly above or below it.
 double nearDecimalTie(Numbers &numbers)
 {
     const auto n = static_cast<double>(std::uniform_int_distribution<qint64>(-10000000000, 10000000000)(numbers));
     return (n * 10 + 5) / std::pow(10.0, static_cast<double>(numbers() % 7));
 }
 
-/// Around the size from which a double has no decimals.
+/// Around the magnitude above which a double has no fractional part.
 double large(Numbers &numbers)
 {
     return std::ldexp(coordinate(numbers), static_cast<int>(numbers() % 40));
@@ -82,10 +82,10 @@ void tst_CoordText::textMatchesCLocale_data()
 
     QTest::newRow("zero") << 0.0 << 2 << QStringLiteral("0.00");
     QTest::newRow("negative zero") << -0.0 << 2 << QLocale::c().toString(-0.0, 'f', 2);
-    QTest::newRow("rounded up to the next whole number") << -9.999 << 2 << QStringLiteral("-10.00");
-    QTest::newRow("slightly more than a half") << 0.005 << 2 << QStringLiteral("0.01");
-    QTest::newRow("slightly less than a half") << 1.005 << 2 << QStringLiteral("1.00");
-    QTest::newRow("exact half") << 0.125 << 2 << QStringLiteral("0.13");
+    QTest::newRow("carry into the integer part") << -9.999 << 2 << QStringLiteral("-10.00");
+    QTest::newRow("slightly above a tie") << 0.005 << 2 << QStringLiteral("0.01");
+    QTest::newRow("slightly below a tie") << 1.005 << 2 << QStringLiteral("1.00");
+    QTest::newRow("exact tie") << 0.125 << 2 << QStringLiteral("0.13");
     QTest::newRow("no decimals") << 1234.75 << 0 << QStringLiteral("1235");
     QTest::newRow("many decimals") << 0.5 << 12 << QStringLiteral("0.500000000000");
     QTest::newRow("infinite") << -infinity << 2 << QStringLiteral("-inf");
@@ -106,8 +106,8 @@ void tst_CoordText::randomTextMatchesCLocale_data()
 
     QTest::newRow("coordinates") << Pick(coordinate);
     QTest::newRow("any bits") << Pick(anyBits);
-    QTest::newRow("near binary halves") << Pick(nearBinaryTie);
-    QTest::newRow("near decimal halves") << Pick(nearDecimalTie);
+    QTest::newRow("near binary ties") << Pick(nearBinaryTie);
+    QTest::newRow("near decimal ties") << Pick(nearDecimalTie);
     QTest::newRow("large") << Pick(large);
     QTest::newRow("small") << Pick(small);
 }
@@ -129,8 +129,8 @@ void tst_CoordText::randomTextMatchesCLocale()
     }
 }
 
-// The first coordinate fixes the locale and the first precision below 1 the decimals, both for the whole process, so
-// the order of the steps matters.
+// The order of the steps matters: for the whole process the first coordinate fixes the locale, and the first precision
+// below 1 fixes the decimals.
 void tst_CoordText::firstUseFixesLocaleAndDecimals()
 {
     QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
@@ -148,7 +148,7 @@ void tst_CoordText::firstUseFixesLocaleAndDecimals()
         QCOMPARE(xAndY(Qt::EditRole), (QStringList{QStringLiteral("-1234568"), QStringLiteral("1235")}));
     }
 
-    DefPolygonTableModel::setCoordPrecision(0.0095); // 0.95 after two steps and above 1 after three
+    DefPolygonTableModel::setCoordPrecision(0.0095); // 0.95 after two multiplications by 10, above 1 after three
     const QStringList edited{QStringLiteral("-1234567.750"), QStringLiteral("1234.750")};
     const QStringList shown{QStringLiteral("-1\u00a0234\u00a0567,750"), QStringLiteral("1\u00a0234,750")};
     QCOMPARE(xAndY(Qt::EditRole), edited);

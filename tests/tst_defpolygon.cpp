@@ -47,13 +47,13 @@ class tst_DefPolygon : public QObject
 private Q_SLOTS:
     void equalityIsTolerantAndOrderIsExact_data();
     void equalityIsTolerantAndOrderIsExact();
-    void designationIsSplitAsByTheExpression();
-    void centroidOfObject_data();
-    void centroidOfObject();
+    void splitDefMatchesRegularExpression();
+    void centroidIsThatOfFirstContour_data();
+    void centroidIsThatOfFirstContour();
     void objectsAreSorted_data();
     void objectsAreSorted();
     void manyObjectsAreSorted();
-    void objectsAreSortedInTheirVector();
+    void objectsAreSortedInPlace();
     void pointsAreSortedWithNanLast();
 };
 
@@ -69,8 +69,8 @@ void tst_DefPolygon::equalityIsTolerantAndOrderIsExact_data()
     QTest::newRow("beyond the tolerance in x") << QPointF(0, 7) << QPointF(0.0101, 7) << false << true;
     QTest::newRow("beyond the tolerance in y") << QPointF(5, 0) << QPointF(5, 0.0101) << false << true;
     QTest::newRow("x before y") << QPointF(1, 9) << QPointF(1.001, 0) << false << true;
-    QTest::newRow("x is not a number") << QPointF(notANumber, 1) << QPointF(2, 2) << false << true;
-    QTest::newRow("y is not a number") << QPointF(5, 7) << QPointF(5, notANumber) << false << false;
+    QTest::newRow("x is NaN") << QPointF(notANumber, 1) << QPointF(2, 2) << false << true;
+    QTest::newRow("y is NaN") << QPointF(5, 7) << QPointF(5, notANumber) << false << false;
 }
 
 void tst_DefPolygon::equalityIsTolerantAndOrderIsExact()
@@ -88,7 +88,7 @@ void tst_DefPolygon::equalityIsTolerantAndOrderIsExact()
     QVERIFY(!(second < first));
 }
 
-void tst_DefPolygon::designationIsSplitAsByTheExpression()
+void tst_DefPolygon::splitDefMatchesRegularExpression()
 {
     const QRegularExpression re(QStringLiteral("^(.*?)(\\d+)$"));
     const QString alphabet = QStringLiteral("0189/:aн.\n\r\u2028\u0661") + QChar(0xD83D) + QChar(0xDE00);
@@ -109,7 +109,7 @@ void tst_DefPolygon::designationIsSplitAsByTheExpression()
     }
 }
 
-void tst_DefPolygon::centroidOfObject_data()
+void tst_DefPolygon::centroidIsThatOfFirstContour_data()
 {
     QTest::addColumn<QVector<Places>>("contours");
     QTest::addColumn<QPointF>("centroid");
@@ -123,16 +123,17 @@ void tst_DefPolygon::centroidOfObject_data()
     QTest::newRow("closed, with a second contour") << QVector<Places>{square, {{9, 0}, {7, 7}}} << QPointF(11, 11);
     QTest::newRow("open and counter-clockwise") << QVector<Places>{{{0, 0}, {3, 0}, {0, 6}}} << QPointF(1, 2);
     // A bar of 6 by 2 below a block of 2 by 4, with centroids (3, 1) and (1, 4): (3 * 12 + 1 * 8) / 20 is 2.2.
-    QTest::newRow("angle") << QVector<Places>{{{0, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}}} << QPointF(2.2, 2.2);
-    QTest::newRow("on one line and closed") << QVector<Places>{{{0, 0}, {2, 0}, {6, 0}, {0, 0}}} << QPointF(2, 0);
-    QTest::newRow("area of zero in two halves") << QVector<Places>{{{0, 0}, {2, 2}, {2, 0}, {0, 2}}} << QPointF(1, 1);
+    QTest::newRow("L-shape") << QVector<Places>{{{0, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}}} << QPointF(2.2, 2.2);
+    QTest::newRow("collinear and closed") << QVector<Places>{{{0, 0}, {2, 0}, {6, 0}, {0, 0}}} << QPointF(2, 0);
+    QTest::newRow("self-intersecting, with zero area")
+        << QVector<Places>{{{0, 0}, {2, 2}, {2, 0}, {0, 2}}} << QPointF(1, 1);
     QTest::newRow("area at the limit") << QVector<Places>{{{0, 0}, {2e-12, 0}, {0, 1}, {0, 0.5}}}
                                        << QPointF(5e-13, 0.375);
     QTest::newRow("area above the limit")
         << QVector<Places>{{{0, 0}, {1.5e-6, 0}, {0, 1.5e-6}, {0, 0}}} << QPointF(5e-7, 5e-7);
 }
 
-void tst_DefPolygon::centroidOfObject()
+void tst_DefPolygon::centroidIsThatOfFirstContour()
 {
     QFETCH(QVector<Places>, contours);
     QFETCH(QPointF, centroid);
@@ -152,8 +153,8 @@ void tst_DefPolygon::objectsAreSorted_data()
     QTest::newRow("by number, ignoring case") << QStringLiteral("н10,н2,Н1,ЗУ,О0") << QStringLiteral("ЗУ,Н1,н2,н10,О0");
     QTest::newRow("without a number first") << QStringLiteral("н1,н0,н") << QStringLiteral("н,н0,н1");
     QTest::newRow("empty first") << QStringLiteral("0,А,,1") << QStringLiteral(",0,1,А");
-    QTest::newRow("text before number") << QStringLiteral("б1,а2,аа1") << QStringLiteral("а2,аа1,б1");
-    QTest::newRow("too large a number is zero")
+    QTest::newRow("prefix before number") << QStringLiteral("б1,а2,аа1") << QStringLiteral("а2,аа1,б1");
+    QTest::newRow("number beyond an int counts as 0")
         << QStringLiteral("А1,А99999999999,А") << QStringLiteral("А,А99999999999,А1");
 }
 
@@ -168,7 +169,7 @@ void tst_DefPolygon::objectsAreSorted()
     QCOMPARE(defsOf(objects).join(QLatin1Char(',')), after);
 }
 
-// With one designation for all, an order that takes equal objects for less makes std::sort leave its range.
+// With equal designations only, std::sort reads out of bounds if the order is not a strict weak ordering.
 void tst_DefPolygon::manyObjectsAreSorted()
 {
     for (int distinct : {1, 1009}) {
@@ -188,7 +189,7 @@ void tst_DefPolygon::manyObjectsAreSorted()
     }
 }
 
-void tst_DefPolygon::objectsAreSortedInTheirVector()
+void tst_DefPolygon::objectsAreSortedInPlace()
 {
     QVector<DefPolygon> objects = objectsNamed({QStringLiteral("в"), QStringLiteral("б"), QStringLiteral("а")});
     objects.first().contours.append(pointsAt({{5, 6}, {7, 8}}));
@@ -207,7 +208,7 @@ void tst_DefPolygon::objectsAreSortedInTheirVector()
     QVERIFY(none.isEmpty());
 }
 
-// Enough points that an order which is not strict and weak makes std::sort leave its range.
+// Enough points for std::sort to read out of bounds if the order is not a strict weak ordering.
 void tst_DefPolygon::pointsAreSortedWithNanLast()
 {
     const QVector<double> values{-infinity, -1, 0, 0.001, infinity, notANumber};

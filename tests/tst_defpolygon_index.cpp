@@ -14,8 +14,7 @@ using Places = QVector<QPointF>;
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// How random coordinates are distributed: at a whole number of steps from an origin, some of them slightly beside it
-/// or not finite.
+/// Distribution of random coordinates: on a grid, optionally with some of them off the grid or not finite.
 struct Layout
 {
     double originX = 0;
@@ -24,7 +23,7 @@ struct Layout
     double stepY = 0.01;
     int columns = 20;
     int rows = 20;
-    double offset = 0;        ///< distance of every other coordinate from its step
+    double offset = 0;        ///< moves a third of the coordinates off the grid, either way
     bool hasSpecials = false; ///< one in eight coordinates is NaN, infinite, -0 or huge
     int maxKnownPoints = 40;  ///< before duplicates are removed
 };
@@ -91,7 +90,7 @@ const DefPoint *nearestOfAll(const QVector<DefPoint> &points, const QPointF &p)
     return nearest;
 }
 
-/// Describes two different answers to a query at \a p; empty for the same point.
+/// Describes the difference between two answers to a query at \a p; empty if there is none.
 QString difference(const DefPoint *found, const DefPoint *expected, const QPointF &p)
 {
     const QString defs[] = {found != nullptr ? found->def : QStringLiteral("none"),
@@ -106,7 +105,7 @@ QString difference(const DefPoint *found, const DefPoint *expected, const QPoint
 
 Q_DECLARE_METATYPE(Layout)
 
-/// findNearestPoint() and the indexes, which must give the same answers, ties and special numbers included.
+/// findNearestPoint() and both indexes, which must give the same answers, even for ties and special numbers.
 class tst_DefPolygonIndex : public QObject
 {
     Q_OBJECT
@@ -116,8 +115,8 @@ private Q_SLOTS:
     void nearestPointIsFound();
     void knownPointIsFound_data() { addLayouts(); }
     void knownPointIsFound();
-    void unsortedPointsAreSearchedStepByStep_data();
-    void unsortedPointsAreSearchedStepByStep();
+    void unsortedPointsFollowTheProbeSequence_data();
+    void unsortedPointsFollowTheProbeSequence();
     void knownPointQueryExaminesFewEntries_data();
     void knownPointQueryExaminesFewEntries();
     void nearestPointQueryExaminesFewEntries_data();
@@ -134,7 +133,7 @@ void tst_DefPolygonIndex::addLayouts()
     QTest::newRow("grid of the tolerance") << Layout{};
     QTest::newRow("grid of half the tolerance") << Layout{0, 0, 0.005, 0.005};
     QTest::newRow("slightly off the tolerance") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 1e-9};
-    QTest::newRow("one unit in the last place off") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 5.8e-11};
+    QTest::newRow("one ulp off the tolerance") << Layout{451000, 6170000, 0.01, 0.01, 12, 12, 5.8e-11};
     QTest::newRow("around zero") << Layout{-0.05, -0.05, 0.01, 0.01, 11, 11, 1e-17};
     QTest::newRow("cell borders") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.005};
     QTest::newRow("slightly off the cell borders") << Layout{-0.5, -0.5, 0.25, 0.25, 5, 5, 0.015};
@@ -171,7 +170,7 @@ void tst_DefPolygonIndex::nearestPointIsFound()
     }
 }
 
-// The known points grow as in an import: a vertex that is equal to none is added. The index is reset for each run.
+// As in an import, a vertex that equals no known point is added to them. Each run resets the index.
 void tst_DefPolygonIndex::knownPointIsFound()
 {
     QFETCH(Layout, layout);
@@ -201,14 +200,14 @@ void tst_DefPolygonIndex::knownPointIsFound()
     }
 }
 
-void tst_DefPolygonIndex::unsortedPointsAreSearchedStepByStep_data()
+void tst_DefPolygonIndex::unsortedPointsFollowTheProbeSequence_data()
 {
     QTest::addColumn<QVector<double>>("xs");
     QTest::addColumn<int>("found");
     using Xs = QVector<double>;
 
     QTest::newRow("descending") << Xs{20, 10, 0} << 1;
-    QTest::newRow("bisection misses the first not left") << Xs{20, 0, 30} << 1;
+    QTest::newRow("bisection misses the first point not left") << Xs{20, 0, 30} << 1;
     QTest::newRow("bisection passes the nearest") << Xs{9, 100, 0, 50} << 2;
     QTest::newRow("walk to the right stops") << Xs{0, 30, 50, 11} << 0;
     QTest::newRow("walk to the right continues") << Xs{0, 30, 11, 40} << 2;
@@ -221,7 +220,7 @@ void tst_DefPolygonIndex::unsortedPointsAreSearchedStepByStep_data()
 }
 
 // The result for unsorted points depends on the probe sequence of the bisection and on where the walks stop.
-void tst_DefPolygonIndex::unsortedPointsAreSearchedStepByStep()
+void tst_DefPolygonIndex::unsortedPointsFollowTheProbeSequence()
 {
     QFETCH(QVector<double>, xs);
     QFETCH(int, found);

@@ -32,13 +32,13 @@ private Q_SLOTS:
     void rowsAreLaidOut();
     void tableGrowsAndNeverShrinks();
     void largestColumnDoesNotOverflow();
-    void columnLimitCutsTheTable();
+    void columnLimitCapsTheColumnCount();
     void headersAreNumbered();
-    void onlyTheNumberColumnIsEditable();
+    void onlyTheDesignationColumnIsEditable();
     void cellsAreShown_data();
     void cellsAreShown();
     void fieldIsInEveryVertexRow();
-    void otherCellsAreEmpty();
+    void otherRolesAndIndexesHaveNoValue();
     void conflictsAreColoured_data();
     void conflictsAreColoured();
 };
@@ -126,7 +126,7 @@ void tst_DefPolygonTableModel::largestColumnDoesNotOverflow()
     QCOMPARE(log.text(), QStringLiteral("changed 0,0 to 0,0 roles 0 2 [н9] changed 0,0 to 0,2147483646 roles 8 [н9]"));
 }
 
-void tst_DefPolygonTableModel::columnLimitCutsTheTable()
+void tst_DefPolygonTableModel::columnLimitCapsTheColumnCount()
 {
     Table table(QStringLiteral("н1 5 6"));
     table.model.setNxyColNum(0, 1, 9);
@@ -152,7 +152,7 @@ void tst_DefPolygonTableModel::headersAreNumbered()
     QVERIFY(headersAreTextOnly(table.model));
 }
 
-void tst_DefPolygonTableModel::onlyTheNumberColumnIsEditable()
+void tst_DefPolygonTableModel::onlyTheDesignationColumnIsEditable()
 {
     const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
     Table table(QStringLiteral("- 0 0 | н2 1 1"));
@@ -177,15 +177,17 @@ void tst_DefPolygonTableModel::cellsAreShown_data()
 
     const QString text = QStringLiteral("ЗУ");
     const QString plain = QStringLiteral("н1,1234.50,-0.25");
-    QTest::newRow("first columns") << Columns{0, 1, 2} << Fields() << plain;
+    QTest::newRow("default columns") << Columns{0, 1, 2} << Fields() << plain;
     QTest::newRow("gaps") << Columns{1, 5, 3} << Fields() << QStringLiteral("invalid,н1,invalid,-0.25,invalid,1234.50");
     QTest::newRow("fields") << Columns{0, 1, 3} << Fields{{2, text}, {5, QStringLiteral("")}}
                             << QStringLiteral("н1,1234.50,ЗУ,-0.25,invalid,");
     QTest::newRow("fields in used columns") << Columns{0, 1, 2} << Fields{{0, text}, {1, text}, {2, text}} << plain;
-    QTest::newRow("number and X") << Columns{1, 1, 2} << Fields() << QStringLiteral("invalid,н1,-0.25");
-    QTest::newRow("number and Y") << Columns{2, 1, 2} << Fields() << QStringLiteral("invalid,1234.50,н1");
-    QTest::newRow("X and Y") << Columns{0, 1, 1} << Fields() << QStringLiteral("н1,1234.50,invalid");
-    QTest::newRow("no number") << Columns{-1, 1, 2} << Fields() << QStringLiteral("invalid,1234.50,-0.25");
+    QTest::newRow("designation and X in one column")
+        << Columns{1, 1, 2} << Fields() << QStringLiteral("invalid,н1,-0.25");
+    QTest::newRow("designation and Y in one column")
+        << Columns{2, 1, 2} << Fields() << QStringLiteral("invalid,1234.50,н1");
+    QTest::newRow("X and Y in one column") << Columns{0, 1, 1} << Fields() << QStringLiteral("н1,1234.50,invalid");
+    QTest::newRow("no designation column") << Columns{-1, 1, 2} << Fields() << QStringLiteral("invalid,1234.50,-0.25");
 }
 
 void tst_DefPolygonTableModel::cellsAreShown()
@@ -216,7 +218,7 @@ void tst_DefPolygonTableModel::fieldIsInEveryVertexRow()
     QCOMPARE(rowMarks(table.model, 3), QStringLiteral("..|."));
 }
 
-void tst_DefPolygonTableModel::otherCellsAreEmpty()
+void tst_DefPolygonTableModel::otherRolesAndIndexesHaveNoValue()
 {
     Table table(QStringLiteral("н1 0 0 | н1 1 1"));
 
@@ -233,14 +235,14 @@ void tst_DefPolygonTableModel::conflictsAreColoured_data()
     QTest::addColumn<QString>("object");
     QTest::addColumn<QString>("marks");
 
-    QTest::newRow("different numbers, same place") << QStringLiteral("н1 0 0, н2 0 0") << QStringLiteral("..");
-    QTest::newRow("same number, two places") << QStringLiteral("н1 0 0, н2 5 5, н1 9 9") << QStringLiteral("x.x");
+    QTest::newRow("different designations, same place") << QStringLiteral("н1 0 0, н2 0 0") << QStringLiteral("..");
+    QTest::newRow("same designation, two places") << QStringLiteral("н1 0 0, н2 5 5, н1 9 9") << QStringLiteral("x.x");
     QTest::newRow("closed ring") << QStringLiteral("н1 0 0, н2 5 5, н3 5 0, н1 0 0") << QStringLiteral("....");
     QTest::newRow("case is ignored") << QStringLiteral("н1 0 0, Н1 0.02 0") << QStringLiteral("xx");
     QTest::newRow("within the tolerance") << QStringLiteral("н1 0 0, Н1 0.005 0.005") << QStringLiteral("..");
     QTest::newRow("no designations") << QStringLiteral("- 0 0, - 9 9") << QStringLiteral("..");
     QTest::newRow("two contours") << QStringLiteral("н1 0 0, н2 1 1 | н1 9 9") << QStringLiteral("x.|x");
-    QTest::newRow("not a number") << QStringLiteral("н1 nan 0, н1 nan 0") << QStringLiteral("xx");
+    QTest::newRow("NaN") << QStringLiteral("н1 nan 0, н1 nan 0") << QStringLiteral("xx");
 }
 
 void tst_DefPolygonTableModel::conflictsAreColoured()

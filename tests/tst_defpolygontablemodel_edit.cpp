@@ -23,12 +23,12 @@ private Q_SLOTS:
     void cellsFollowTheObject_data();
     void cellsFollowTheObject();
     void vertexWithoutRowHasNoConflicts();
-    void detachedObjectIsEmpty();
-    void refreshKeepsTheRowsOfTheSameShape();
+    void detachedTableHasEmptyRows();
+    void refreshWithSameShapeDoesNotReset();
     void refreshWithoutRowsSignalsNoCells();
-    void refreshShowsAnObjectOfAnotherShape_data();
-    void refreshShowsAnObjectOfAnotherShape();
-    void rowsAreRebuiltSilently();
+    void refreshWithAnotherShapeResets_data();
+    void refreshWithAnotherShapeResets();
+    void rebuildingRowsSignalsNothing();
 };
 
 void tst_DefPolygonTableModelEdit::renamingIsStoredAndSignalled_data()
@@ -38,7 +38,7 @@ void tst_DefPolygonTableModelEdit::renamingIsStoredAndSignalled_data()
 
     QTest::newRow("case only") << QVariant(QStringLiteral("Н2")) << QStringLiteral("Н2");
     QTest::newRow("spaces are kept") << QVariant(QStringLiteral(" н2 ")) << QStringLiteral(" н2 ");
-    QTest::newRow("no value") << QVariant() << QStringLiteral("null");
+    QTest::newRow("invalid value") << QVariant() << QStringLiteral("null");
 }
 
 void tst_DefPolygonTableModelEdit::renamingIsStoredAndSignalled()
@@ -128,9 +128,9 @@ void tst_DefPolygonTableModelEdit::cellsFollowTheObject_data()
     };
 
     add("unchanged", "x.|xx", "н1 н2 | Н1 н1", [](DefPolygon & /*object*/) {});
-    add("number", "xx|xx", "н1 н1 | Н1 н1",
+    add("designation changed", "xx|xx", "н1 н1 | Н1 н1",
         [](DefPolygon &object) { object.contours[0][1].def = QStringLiteral("н1"); });
-    add("place", "..|..", "н1 н2 | Н1 н1", [](DefPolygon &object) { object.contours[0][0].x = 9.01; });
+    add("coordinate changed", "..|..", "н1 н2 | Н1 н1", [](DefPolygon &object) { object.contours[0][0].x = 9.01; });
     add("vertex removed", "x.|x.", "н1 н2 | Н1 invalid", [](DefPolygon &object) { object.contours[1].removeLast(); });
     add("contour removed", "..|..", "н1 н2 | invalid invalid",
         [](DefPolygon &object) { object.contours.removeLast(); });
@@ -165,7 +165,7 @@ void tst_DefPolygonTableModelEdit::vertexWithoutRowHasNoConflicts()
     QCOMPARE(rowMarks(table.model), QStringLiteral("x.x"));
 }
 
-void tst_DefPolygonTableModelEdit::detachedObjectIsEmpty()
+void tst_DefPolygonTableModelEdit::detachedTableHasEmptyRows()
 {
     std::optional<DefPolygon> object = objectOf(QStringLiteral("н1 0 0 | н1 9 9"));
     DefPolygonTableModel model;
@@ -192,7 +192,7 @@ void tst_DefPolygonTableModelEdit::detachedObjectIsEmpty()
 }
 
 // A reset would lose the scroll position and the selection of the view.
-void tst_DefPolygonTableModelEdit::refreshKeepsTheRowsOfTheSameShape()
+void tst_DefPolygonTableModelEdit::refreshWithSameShapeDoesNotReset()
 {
     Table table(QStringLiteral("н1 0 0, н2 1 1 | н3 2 2"));
     const QAbstractItemModelTester tester(&table.model, failTest);
@@ -218,7 +218,7 @@ void tst_DefPolygonTableModelEdit::refreshWithoutRowsSignalsNoCells()
     QVERIFY2(!log.text().contains(QStringLiteral("changed")), qUtf8Printable(log.text()));
 }
 
-void tst_DefPolygonTableModelEdit::refreshShowsAnObjectOfAnotherShape_data()
+void tst_DefPolygonTableModelEdit::refreshWithAnotherShapeResets_data()
 {
     QTest::addColumn<QString>("object");
     QTest::addColumn<QString>("change");
@@ -232,7 +232,7 @@ void tst_DefPolygonTableModelEdit::refreshShowsAnObjectOfAnotherShape_data()
     QTest::newRow("no contours") << QString() << QStringLiteral("reset [invalid invalid | invalid] to []");
 }
 
-void tst_DefPolygonTableModelEdit::refreshShowsAnObjectOfAnotherShape()
+void tst_DefPolygonTableModelEdit::refreshWithAnotherShapeResets()
 {
     QFETCH(QString, object);
     Table table(QStringLiteral("н1 0 0, н2 1 1 | н3 2 2"));
@@ -245,7 +245,7 @@ void tst_DefPolygonTableModelEdit::refreshShowsAnObjectOfAnotherShape()
     QTEST(log.text(), "change");
 }
 
-void tst_DefPolygonTableModelEdit::rowsAreRebuiltSilently()
+void tst_DefPolygonTableModelEdit::rebuildingRowsSignalsNothing()
 {
     Table table(QStringLiteral("н1 0 0, н2 1 1 | н3 2 2"));
     const ModelLog log(table.model);

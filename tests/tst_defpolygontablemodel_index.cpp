@@ -53,7 +53,7 @@ bool isSame(const QString &a, const QString &b)
     return QString::compare(a, b, Qt::CaseInsensitive) == 0;
 }
 
-/// A text of one code point, which may be half a surrogate pair.
+/// A text of one code point, which may be a lone surrogate.
 QString textOf(uint codePoint)
 {
     if (QChar::requiresSurrogates(codePoint))
@@ -67,7 +67,7 @@ Value oneOf(const QVector<Value> &values, Random &random)
     return values.at(static_cast<int>(random() % static_cast<unsigned>(values.size())));
 }
 
-/// Up to three pieces with all kinds of case folding, so that many designations are equal.
+/// Up to three pieces from all kinds of case folding, so that many designations are equal.
 QString anyDef(Random &random)
 {
     static const QVector<QString> pieces{
@@ -82,7 +82,7 @@ QString anyDef(Random &random)
     return def;
 }
 
-/// Objects of which about a third have the designation of another.
+/// Objects of which about 40 % share their designation with another.
 Objects manyObjects(Random &random)
 {
     Objects objects;
@@ -124,17 +124,17 @@ class tst_DefPolygonTableModelIndex : public QObject
 private Q_SLOTS:
     void equalDesignationsHaveEqualHashes();
     void differentDesignationsHaveDifferentHashes();
-    void duplicatesEqualAScan();
+    void duplicatesMatchALinearScan();
     void changedObjectsAreDetected_data();
     void changedObjectsAreDetected();
     void aboveTheFullCheckSizeOnlyTheQueriedRowIsCompared();
     void duplicatesOfManyObjectsFollowEveryChange();
-    void conflictsEqualAScan();
+    void conflictsMatchALinearScan();
     void duplicateIndexIsBuiltOnce();
     void conflictIndexIsBuiltOnce();
 };
 
-// Sorting puts equal designations side by side.
+// Sorting makes equal designations adjacent.
 void tst_DefPolygonTableModelIndex::equalDesignationsHaveEqualHashes()
 {
     QVector<QString> texts;
@@ -163,7 +163,7 @@ void tst_DefPolygonTableModelIndex::differentDesignationsHaveDifferentHashes()
     QCOMPARE(hashes.size(), 0x400);
 }
 
-void tst_DefPolygonTableModelIndex::duplicatesEqualAScan()
+void tst_DefPolygonTableModelIndex::duplicatesMatchALinearScan()
 {
     const int size = 200;
     Random random(1);
@@ -191,10 +191,10 @@ void tst_DefPolygonTableModelIndex::changedObjectsAreDetected_data()
 
     add("unchanged", true, [](Objects & /*objects*/) {});
     add("contours only", true, [](Objects &objects) { objects[2].contours.append(QVector<DefPoint>()); });
-    add("letter in another row", false, [](Objects &objects) { objects[2].def[0] = QLatin1Char('x'); });
-    add("rows exchanged", false, [](Objects &objects) { std::swap(objects[1], objects[2]); });
+    add("character in another row", false, [](Objects &objects) { objects[2].def[0] = QLatin1Char('x'); });
+    add("rows swapped", false, [](Objects &objects) { std::swap(objects[1], objects[2]); });
     add("last object removed", false, [](Objects &objects) { objects.removeLast(); });
-    add("same texts in other memory", false, [](Objects &objects) {
+    add("same texts at another address", false, [](Objects &objects) {
         const Objects old = objects;
         objects[0].contours.clear();
     });
@@ -254,7 +254,7 @@ void tst_DefPolygonTableModelIndex::duplicatesOfManyObjectsFollowEveryChange()
     QCOMPARE(rowMarks(model), duplicatesByScan(objects));
 }
 
-void tst_DefPolygonTableModelIndex::conflictsEqualAScan()
+void tst_DefPolygonTableModelIndex::conflictsMatchALinearScan()
 {
     const double infinity = std::numeric_limits<double>::infinity();
     const QVector<QVector<double>> places{{0.0, -0.0},        {1e6, 1e6 + 5},           {1e15, 1e15 + 1},

@@ -14,14 +14,14 @@ private Q_SLOTS:
     void headersAreNumbered();
     void onlyTheFirstColumnIsEditable();
     void designationIsShown();
-    void otherCellsAreEmpty();
+    void otherRolesAndIndexesHaveNoValue();
     void duplicatesAreColoured_data();
     void duplicatesAreColoured();
     void renamingIsStoredAndSignalled_data();
     void renamingIsStoredAndSignalled();
     void renamingUpdatesDuplicates();
     void otherEditsAreRefused();
-    void detachedObjectsAreEmpty();
+    void detachedListIsEmpty();
 };
 
 void tst_DefMapTableModel::setMapResets()
@@ -68,7 +68,7 @@ void tst_DefMapTableModel::designationIsShown()
     QCOMPARE(list.model.rowCount(list.row(0)), 0);
 }
 
-void tst_DefMapTableModel::otherCellsAreEmpty()
+void tst_DefMapTableModel::otherRolesAndIndexesHaveNoValue()
 {
     List list(QStringLiteral("н1 н1"));
 
@@ -109,7 +109,7 @@ void tst_DefMapTableModel::renamingIsStoredAndSignalled_data()
 
     QTest::newRow("case only") << QVariant(QStringLiteral("Б")) << QStringLiteral("Б");
     QTest::newRow("spaces are kept") << QVariant(QStringLiteral(" б ")) << QStringLiteral(" б ");
-    QTest::newRow("no value") << QVariant() << QStringLiteral("null");
+    QTest::newRow("invalid value") << QVariant() << QStringLiteral("null");
 }
 
 void tst_DefMapTableModel::renamingIsStoredAndSignalled()
@@ -156,7 +156,7 @@ void tst_DefMapTableModel::otherEditsAreRefused()
     QCOMPARE(shownBy(list.model), QStringLiteral("ЗУ1 null"));
 }
 
-void tst_DefMapTableModel::detachedObjectsAreEmpty()
+void tst_DefMapTableModel::detachedListIsEmpty()
 {
     std::optional<QVector<DefPolygon>> objects = objectsOf(QStringLiteral("н1 Н1"));
     DefMapTableModel model;

@@ -9,7 +9,7 @@
 
 Q_DECLARE_METATYPE(Layout)
 
-/// The synthetic drawings of the benchmarks, whose figures mean something only if the import finds all objects in them.
+/// The synthetic drawings of the benchmarks. Timings are meaningful only if the import finds all objects.
 class tst_SampleFiles : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ class tst_SampleFiles : public QObject
 private Q_SLOTS:
     void layoutIsImported_data();
     void layoutIsImported();
-    void mosaicSharesItsNumbers();
+    void neighbouringPlotsShareVertexNumbers();
     void columnIsNarrow_data();
     void columnIsNarrow();
     void filesAreReproducible();
@@ -125,8 +125,9 @@ void tst_SampleFiles::layoutIsImported()
     }
 }
 
-// The second side of a plot is the fourth of the next one in the other direction. The tenth corner has no point.
-void tst_SampleFiles::mosaicSharesItsNumbers()
+// The second side of a plot is the fourth side of the next one, reversed. The tenth corner has no point, so its vertex
+// gets a generated number.
+void tst_SampleFiles::neighbouringPlotsShareVertexNumbers()
 {
     for (const QString &name : {mif, dxf}) {
         const Result result = imported(SampleFiles(Layout::Mosaic, 500), name);
