@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A reader that notes all lines of each pass, and those of the objects pass twice.
+/// A reader that records the lines of each pass; the objects pass reads them twice.
 class LineImport : public MapImport
 {
 public:
@@ -17,10 +17,10 @@ public:
     using MapImport::file;
     using MapImport::points;
 
-    QVector<DefPoint> found;  ///< what the points pass finds
+    QVector<DefPoint> found;  ///< points that the points pass adds
     QString failingPass;      ///< the pass that returns false
     QString passOutOfMemory;  ///< the pass that throws std::bad_alloc
-    QStringList passes;       ///< "pass from number of the first line to that after the last: lines"
+    QStringList passes;       ///< "pass first-last: lines" with lineNum before and after the lines
     QStringList pointsBefore; ///< the known points at the start of the objects pass
 
 protected:
@@ -55,7 +55,7 @@ private:
     }
 };
 
-/// An import of plan.txt, which looks up points.
+/// An import of plan.txt with a points pass.
 struct LineFixture
 {
     LineFixture()
@@ -89,9 +89,9 @@ private Q_SLOTS:
     void cleanup() { QTextCodec::setCodecForLocale(nullptr); }
 
     void messageReachesTheLatestCallbackUnchanged();
-    void newImporterHasNoOptions();
-    void unknownEncodingChangesNothing_data();
-    void unknownEncodingChangesNothing();
+    void newImporterHasDefaultOptions();
+    void unknownEncodingIsIgnored_data();
+    void unknownEncodingIsIgnored();
     void passesReadWholeFiles_data();
     void passesReadWholeFiles();
     void filesAreDecoded();
@@ -99,9 +99,9 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedIsSkipped();
     void failedPassEndsTheRun_data();
     void failedPassEndsTheRun();
-    void pointsOfAnEarlierRunAreForgotten();
-    void knownPointsAreSortedAndThinned_data();
-    void knownPointsAreSortedAndThinned();
+    void pointsOfAnEarlierRunAreDiscarded();
+    void knownPointsAreSortedAndDeduplicated_data();
+    void knownPointsAreSortedAndDeduplicated();
 };
 
 void tst_MapImport::messageReachesTheLatestCallbackUnchanged()
@@ -117,7 +117,7 @@ void tst_MapImport::messageReachesTheLatestCallbackUnchanged()
     showStatus(text);
 }
 
-void tst_MapImport::newImporterHasNoOptions()
+void tst_MapImport::newImporterHasDefaultOptions()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-5"));
     const LineImport import;
@@ -133,17 +133,17 @@ void tst_MapImport::newImporterHasNoOptions()
     QVERIFY(import.encoding.isEmpty());
 }
 
-void tst_MapImport::unknownEncodingChangesNothing_data()
+void tst_MapImport::unknownEncodingIsIgnored_data()
 {
     QTest::addColumn<QList<QByteArray>>("names");
     QTest::addColumn<QByteArray>("codec");
 
     QTest::newRow("unknown") << QList<QByteArray>{"no-such-encoding"} << QByteArray("ISO-8859-5");
     QTest::newRow("known, then empty") << QList<QByteArray>{"IBM866", ""} << QByteArray("IBM866");
-    QTest::newRow("two known") << QList<QByteArray>{"IBM866", "KOI8-R"} << QByteArray("KOI8-R");
+    QTest::newRow("known, then another") << QList<QByteArray>{"IBM866", "KOI8-R"} << QByteArray("KOI8-R");
 }
 
-void tst_MapImport::unknownEncodingChangesNothing()
+void tst_MapImport::unknownEncodingIsIgnored()
 {
     QFETCH(QList<QByteArray>, names);
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-5"));
@@ -243,11 +243,11 @@ void tst_MapImport::failedPassEndsTheRun_data()
 
     QTest::newRow("points") << QStringLiteral("points") << false << 1;
     QTest::newRow("objects") << QStringLiteral("objects") << false << 3;
-    QTest::newRow("no memory for points") << QStringLiteral("points") << true << 1;
-    QTest::newRow("no memory for objects") << QStringLiteral("objects") << true << 2;
+    QTest::newRow("out of memory in points") << QStringLiteral("points") << true << 1;
+    QTest::newRow("out of memory in objects") << QStringLiteral("objects") << true << 2;
 }
 
-// A reader reports its failures itself; only the lack of memory is reported by the base class.
+// A reader reports its own failures; the base class reports only a lack of memory.
 void tst_MapImport::failedPassEndsTheRun()
 {
     QFETCH(QString, pass);
@@ -268,7 +268,7 @@ void tst_MapImport::failedPassEndsTheRun()
     QVERIFY(!f.import.file.isOpen());
 }
 
-void tst_MapImport::pointsOfAnEarlierRunAreForgotten()
+void tst_MapImport::pointsOfAnEarlierRunAreDiscarded()
 {
     LineFixture f;
     f.import.searchPointDefs = false;
@@ -279,7 +279,7 @@ void tst_MapImport::pointsOfAnEarlierRunAreForgotten()
     QVERIFY(f.import.pointsBefore.isEmpty());
 }
 
-void tst_MapImport::knownPointsAreSortedAndThinned_data()
+void tst_MapImport::knownPointsAreSortedAndDeduplicated_data()
 {
     QTest::addColumn<QVector<DefPoint>>("found");
     QTest::addColumn<QStringList>("known");
@@ -287,15 +287,15 @@ void tst_MapImport::knownPointsAreSortedAndThinned_data()
     QTest::newRow("by x, then by y") << QVector<DefPoint>{pointAt("A", 2, 1), pointAt("B", 1, 9), pointAt("C", 1, 3)}
                                      << QStringList{QStringLiteral("C 1 3"), QStringLiteral("B 1 9"),
                                                     QStringLiteral("A 2 1")};
-    QTest::newRow("each is compared with the last one kept, not with the last one read")
+    QTest::newRow("compared with the last point kept, not the last read")
         << QVector<DefPoint>{pointAt("D", 0.024, 0), pointAt("C", 0.016, 0), pointAt("B", 0.008, 0), pointAt("", 0, 0)}
         << QStringList{QStringLiteral("- 0 0"), QStringLiteral("C 0.016 0")};
-    QTest::newRow("only neighbours in the order are compared")
+    QTest::newRow("only adjacent points are compared")
         << QVector<DefPoint>{pointAt("A", 0, 0), pointAt("B", 0, 5), pointAt("C", 0.005, 0)}
         << QStringList{QStringLiteral("A 0 0"), QStringLiteral("B 0 5"), QStringLiteral("C 0.005 0")};
 }
 
-void tst_MapImport::knownPointsAreSortedAndThinned()
+void tst_MapImport::knownPointsAreSortedAndDeduplicated()
 {
     QFETCH(QVector<DefPoint>, found);
     LineFixture f;

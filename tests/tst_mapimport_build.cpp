@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Publishes the operations with which a reader builds objects; reads nothing itself.
+/// Makes the building operations of readers public; reads nothing.
 class OpenImport : public MapImport
 {
 public:
@@ -181,9 +181,9 @@ void tst_MapImportBuild::numberFollowsThePrefix_data()
     QTest::newRow("letter") << QStringLiteral("н") << 1234567 << QStringLiteral("н1234567");
     QTest::newRow("no prefix") << QString() << 0 << QStringLiteral("0");
     // The prefix is inserted first; the number then replaces the lowest place marker.
-    QTest::newRow("first place marker") << QStringLiteral("н%1-") << 5 << QStringLiteral("н5-%2");
-    QTest::newRow("second place marker") << QStringLiteral("%2") << 5 << QStringLiteral("55");
-    QTest::newRow("third place marker") << QStringLiteral("%3") << 5 << QStringLiteral("%35");
+    QTest::newRow("place marker 1") << QStringLiteral("н%1-") << 5 << QStringLiteral("н5-%2");
+    QTest::newRow("place marker 2") << QStringLiteral("%2") << 5 << QStringLiteral("55");
+    QTest::newRow("place marker 3") << QStringLiteral("%3") << 5 << QStringLiteral("%35");
     QTest::newRow("percent sign") << QStringLiteral("%") << 5 << QStringLiteral("%5");
 }
 

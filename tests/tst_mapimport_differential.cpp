@@ -13,17 +13,17 @@ Q_DECLARE_METATYPE(RunKind)
 
 namespace {
 
-int numberFromEnvironment(const char *name, int byDefault)
+int numberFromEnvironment(const char *name, int defaultValue)
 {
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : byDefault;
+    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : defaultValue;
 }
 
 } // namespace
 
-/// The importers against the reference implementation, over a few thousand generated files.
+/// Compares the importers with the reference implementation on a few thousand generated files.
 ///
-/// A failure reports the number of the file. The environment variables IMPORT_FIRST_NUMBER and IMPORT_FILE_COUNT select
-/// other files and print statistics of them; IMPORT_KEEP_FILES keeps the last files and prints their folder.
+/// A failure reports the number of the file. Environment variables: IMPORT_FIRST_NUMBER and IMPORT_FILE_COUNT select
+/// other files, and the former also prints statistics; IMPORT_KEEP_FILES keeps the last files and prints their folder.
 class tst_MapImportDifferential : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-/// Pairs, the header and sections.
+/// Pairs, header and sections of a drawing.
 class tst_MapImport_Dxf : public QObject
 {
     Q_OBJECT
@@ -11,16 +11,16 @@ private Q_SLOTS:
     void fileWithoutHeaderIsRejected_data();
     void fileWithoutHeaderIsRejected();
     void rejectedPointFileEndsTheImport();
-    void codeMayHaveBlanksAroundIt_data();
-    void codeMayHaveBlanksAroundIt();
+    void blanksAroundCodeAreIgnored_data();
+    void blanksAroundCodeAreIgnored();
     void pairsAreRead_data();
     void pairsAreRead() { compareObjects(); }
     void onlyEntitiesSectionIsRead_data();
     void onlyEntitiesSectionIsRead() { compareObjects(); }
-    void pairAfterTextIsReadAgain_data();
-    void pairAfterTextIsReadAgain();
-    void pairAfterTextOutlivesItsPass_data();
-    void pairAfterTextOutlivesItsPass();
+    void pairAfterTextIsPushedBack_data();
+    void pairAfterTextIsPushedBack();
+    void pushedBackPairOutlivesItsPass_data();
+    void pushedBackPairOutlivesItsPass();
 
 private:
     static void compareObjects();
@@ -70,7 +70,7 @@ void tst_MapImport_Dxf::rejectedPointFileEndsTheImport()
     QCOMPARE(dxf.objects(), QString());
 }
 
-void tst_MapImport_Dxf::codeMayHaveBlanksAroundIt_data()
+void tst_MapImport_Dxf::blanksAroundCodeAreIgnored_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("code");
@@ -90,7 +90,7 @@ void tst_MapImport_Dxf::codeMayHaveBlanksAroundIt_data()
 }
 
 // A LINE begins with code 0 and its X has code 10, so without them there is no object.
-void tst_MapImport_Dxf::codeMayHaveBlanksAroundIt()
+void tst_MapImport_Dxf::blanksAroundCodeAreIgnored()
 {
     QFETCH(QString, line);
     QFETCH(QString, code);
@@ -121,7 +121,7 @@ void tst_MapImport_Dxf::pairsAreRead_data()
 
     addRun("blanks and tabs around codes and values", padded, lineObject);
     addRun("empty value", drawing("0 LINE|8 |10 0|20 0|11 10|21 0"), lineObject);
-    addRun("header's pairs only", pairs("0 SECTION|2 HEADER"), "");
+    addRun("header only", pairs("0 SECTION|2 HEADER"), "");
     addRun("end of the file after a section's name", pairs("0 SECTION|2 HEADER|0 SECTION|2 ENTITIES"), "");
     addRun("end of the file in place of a section's name", pairs("0 SECTION|2 HEADER|0 SECTION"), "", 7);
     addRun("end of the file after an entity", openDrawing(lineEntity), lineObject);
@@ -144,25 +144,25 @@ void tst_MapImport_Dxf::onlyEntitiesSectionIsRead_data()
         lineObject);
     row("another section without the end of the first",
         "0 SECTION|2 ENTITIES|" + lineEntity + "|0 SECTION|2 OBJECTS|" + otherLine, lineObject);
-    row("only another section ends it", "0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF|" + otherLine,
+    row("ENDSEC and EOF do not end it", "0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF|" + otherLine,
         "ЗУ1 [н1 0 0, н2 10 0]; ЗУ2 [н2 10 0, н3 20 0]");
-    row("name under another code", "0 SECTION|999  ENTITIES |" + lineEntity, lineObject);
-    row("name that looks like a section", "0 SECTION|0 SECTION|2 ENTITIES|" + lineEntity, "");
-    row("name in lower case", "0 SECTION|2 entities|" + lineEntity, "");
+    row("section name under another code", "0 SECTION|999  ENTITIES |" + lineEntity, lineObject);
+    row("section named SECTION", "0 SECTION|0 SECTION|2 ENTITIES|" + lineEntity, "");
+    row("section name in lower case", "0 SECTION|2 entities|" + lineEntity, "");
     row("SECTION under another code", "0 SECTION|2 ENTITIES|8 SECTION|2 OBJECTS|" + lineEntity, lineObject);
     row("entity under another code", "0 SECTION|2 ENTITIES|2 LINE|10 0|20 0|11 10|21 0", "");
     row("unknown entity", "0 SECTION|2 ENTITIES|0 FOO|90 abc|10 abc|20 |" + lineEntity, lineObject);
 }
 
-void tst_MapImport_Dxf::pairAfterTextIsReadAgain_data()
+void tst_MapImport_Dxf::pairAfterTextIsPushedBack_data()
 {
     addRunColumns();
 
     addRun("text, then point", drawing("0 TEXT|10 0|20 0|1 а|0 TEXT|10 9|20 9|1 б|0 POINT|10 8|20 8"), "б 8 8");
-    addRun("its lines are counted once", openDrawing("0 TEXT|10 0|20 0|1 а|0 POINT|10 5|20 5|"), "- 5 5", 25);
+    addRun("lines are counted once", openDrawing("0 TEXT|10 0|20 0|1 а|0 POINT|10 5|20 5|"), "- 5 5", 25);
 }
 
-void tst_MapImport_Dxf::pairAfterTextIsReadAgain()
+void tst_MapImport_Dxf::pairAfterTextIsPushedBack()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -170,7 +170,7 @@ void tst_MapImport_Dxf::pairAfterTextIsReadAgain()
     compareRun(dxf, &DxfFixture::points);
 }
 
-void tst_MapImport_Dxf::pairAfterTextOutlivesItsPass_data()
+void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass_data()
 {
     QTest::addColumn<QByteArray>("lastPair");
     QTest::addColumn<QByteArray>("objectPairs");
@@ -188,7 +188,7 @@ void tst_MapImport_Dxf::pairAfterTextOutlivesItsPass_data()
         << QByteArray() << "0 SECTION|2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
 }
 
-void tst_MapImport_Dxf::pairAfterTextOutlivesItsPass()
+void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass()
 {
     QFETCH(QByteArray, lastPair);
     QFETCH(QByteArray, objectPairs);

@@ -45,7 +45,7 @@ void tst_MapImport_DxfEntities::pointIsRead_data()
     addRun("x repeated after y", drawing("0 POINT|10 1|20 2|10 9"), "- 1 2");
     addRun("exponent and sign", drawing("0 POINT|10 +10e-1|20 .2e1"), "- 1 2");
     addRun("second point is ignored", drawing("0 ELLIPSE|11 abc|21 abc|10 1|20 2|40 abc"), "- 1 2");
-    addRun("y of the next entity", drawing("0 POINT|10 1|0 FOO|20 2"), "- 1 2");
+    addRun("y from the next entity", drawing("0 POINT|10 1|0 FOO|20 2"), "- 1 2");
     addRun("points in another order", drawing("0 POINT|10 3|20 4|0 CIRCLE|10 1|20 2"), "- 1 2; - 3 4");
 
     addRun("decimal comma", drawing("0 POINT|10 3|20 4|0 POINT|10 1,5|20 2"), "- 3 4", 20);
@@ -53,12 +53,12 @@ void tst_MapImport_DxfEntities::pointIsRead_data()
     addRun("end of the file before y", openDrawing("0 POINT|10 1"), "", 14);
     addRun("blank line before y", drawing("0 POINT|10 1||20 2"), "", 15);
 
-    // A value TEXT that ends the reading of a point begins a text.
+    // If reading a point stops at a pair with the value TEXT, a text begins there.
     const QByteArray point = "|0 POINT|10 1|20 2";
     addRun("TEXT in place of x", drawing("0 POINT|10 TEXT|10 1|20 2|1 т" + point), "т 1 2");
     // The objects pass fails at the blank line.
     addRun("TEXT before a blank line", drawing("0 CIRCLE|8  TEXT ||10 1|20 2|1 т" + point), "т 1 2", 15);
-    addRun("TEXT that is incomplete", drawing("0 POINT|10 TEXT|20 2|1 т"), "", 20);
+    addRun("incomplete TEXT", drawing("0 POINT|10 TEXT|20 2|1 т"), "", 20);
 }
 
 void tst_MapImport_DxfEntities::pointIsRead()
@@ -78,7 +78,7 @@ void tst_MapImport_DxfEntities::lineIsRead_data()
 
     addRun("all groups", drawing("0 LINE|8 0|10 1|20 2|30 9|11 3|21 4|31 9"), one);
     addRun("second point first", drawing("0 LINE|21 4|11 3|20 2|10 1|10 9|21 abc"), one);
-    addRun("coordinates of the next line",
+    addRun("coordinates from the next LINE",
            drawing("0 LINE|10 9|20 9|11 9|0 LINE|10 1|20 2|11 3|21 4|0 LINE|10 3|20 4|11 5|21 6"),
            "ЗУ1 [н1 1 2, н2 3 4]; ЗУ2 [н2 3 4, н3 5 6]");
     addRun("same place twice", drawing("0 LINE|10 1|20 2|11 1|21 2"), "ЗУ1 [н1 1 2, н1 1 2]");
@@ -96,7 +96,7 @@ void tst_MapImport_DxfEntities::polylineIsRead_data()
            drawing("0 POLYLINE|8 0|66 1|10 abc|20 abc|30 0|0 VERTEX|8 0|10 1|20 2|30 0|42 1"
                    "|0 VERTEX|10 3|20 4|10 abc|0 SEQEND|8 0"),
            "ЗУ1 [н1 1 2, н2 3 4]");
-    addRun("y beyond the end of the polyline",
+    addRun("y from beyond the end of the polyline",
            drawing(vertex + "0 VERTEX|10 3|0 SEQEND|0 FOO|20 4|0 VERTEX|10 5|20 6|0 SEQEND"),
            "ЗУ1 [н1 1 2, н2 3 4, н3 5 6]");
 
@@ -146,7 +146,7 @@ void tst_MapImport_DxfEntities::lwpolylineIsRead_data()
     row("no count before the first vertex", "10 1|20 2|90 2|10 3|20 4", "- []", 16);
     row("fewer vertices than the count", "90 4|10 1|20 2|10 3|20 4|" + lineEntity, "- [н1 1 2, н2 3 4]", 24);
     row("count is not a number", "90 2|10 1|20 2|90 abc|10 3|20 4", "- [н1 1 2]", 20);
-    row("count becomes the least", "90 2|10 1|20 2|90 -2147483648|10 3|20 4", "- [н1 1 2, н2 3 4]", 26);
+    row("count becomes the smallest int", "90 2|10 1|20 2|90 -2147483648|10 3|20 4", "- [н1 1 2, н2 3 4]", 26);
     row("x is not a number", "90 2|10 abc|20 2|10 3|20 4", "- []", 16);
     row("blank line in a vertex", "90 2|10 1|20 2|10 3||20 4", "- [н1 1 2]", 21);
     addRun("end of the file", openDrawing("0 LWPOLYLINE|90 2|10 1|20 2|10 3"), "- [н1 1 2]", 20);
@@ -184,7 +184,7 @@ void tst_MapImport_DxfEntities::lwpolylineIsClosedByBitZero_data()
     row("last vertex beyond the tolerance", "70 1", "10 1|20 2.0101", "н4 1 2.0101, н1 1 2");
 }
 
-// The first vertex has the empty designation of a known point and swapped coordinates, and so has its copy.
+// The first vertex has swapped coordinates and the empty designation of a known point. Its copy has the same.
 void tst_MapImport_DxfEntities::closingVertexIsCopiedAsStored()
 {
     DxfFixture dxf;

@@ -14,8 +14,8 @@ private Q_SLOTS:
     void lineNumberContinuesAfterTextsPass();
     void objectsPassContinuesAfterFailedTexts_data();
     void objectsPassContinuesAfterFailedTexts();
-    void bothPassesMayFail();
-    void pairAfterLastTextIsReadAgain();
+    void failuresOfBothPassesAreReported();
+    void pushedBackPairStartsTheObjectsPass();
     void designationsComeFromTheirFiles_data();
     void designationsComeFromTheirFiles();
     void pointTakesNearestText_data();
@@ -25,14 +25,14 @@ private Q_SLOTS:
     void pointNumberNamesNoObject();
     void unsortedTextsAreSearchedInFileOrder_data();
     void unsortedTextsAreSearchedInFileOrder();
-    void swappedVerticesTakeTextsAsRead();
+    void swappingDoesNotAffectTheTextSearch();
     void verticesBecomePoints();
 };
 
 namespace {
 
-/// Texts that a drawing can contain: each character of alphabetic scripts, also before a digit and after one, and
-/// random combinations of characters that matter.
+/// Texts that a drawing can contain: each character below U+1000 alone, before a digit and after one, and random
+/// combinations of relevant characters.
 QStringList textsAroundNumbers()
 {
     QStringList texts{QStringLiteral("12%%010"), QStringLiteral("12%%010%%010"), QStringLiteral("%%01012"),
@@ -51,7 +51,7 @@ QStringList textsAroundNumbers()
     return texts;
 }
 
-/// A drawing with an object on each text.
+/// A drawing with an object at the position of each text.
 QStringList drawingOf(const QStringList &texts)
 {
     QStringList lines = pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 ENTITIES");
@@ -65,7 +65,7 @@ QStringList drawingOf(const QStringList &texts)
 
 } // namespace
 
-// Entities of other passes would fail here.
+// The entities that belong to the other pass are invalid: reading them would fail.
 void tst_MapImport_DxfPasses::everyPassReadsItsOwnEntities()
 {
     DxfFixture dxf;
@@ -93,7 +93,7 @@ void tst_MapImport_DxfPasses::failedPointsPassEndsTheImport()
     QCOMPARE(dxf.objects(), QString());
 }
 
-// The texts pass reads the 26 lines of the file once more. It is not needed after a points pass over the same file.
+// The texts pass adds the 26 lines of the file. A points pass over the same file makes it unnecessary.
 void tst_MapImport_DxfPasses::lineNumberContinuesAfterTextsPass()
 {
     for (const bool searchPointDefs : {false, true}) {
@@ -121,7 +121,7 @@ void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts_data()
         << lineEntity + "|0 TEXT|10 0|20 0|0 ENDSEC" + section << QString::fromUtf8(lineObject) << 28;
     QTest::newRow("earlier texts name objects")
         << "0 TEXT|10 0|20 0|1 Сад|0 TEXT|10 5|20 0|0 FOO|0 TEXT|10 5|20 0|1 Лес" + section << named << 26;
-    QTest::newRow("earlier point numbers do not")
+    QTest::newRow("earlier point numbers name no objects")
         << "0 TEXT|10 5|20 0|1 12|0 TEXT|10 50|20 0|1 Сад|0 TEXT" + section << named << 30;
 }
 
@@ -138,7 +138,7 @@ void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts()
     QTEST(dxf.objects(), "objects");
 }
 
-void tst_MapImport_DxfPasses::bothPassesMayFail()
+void tst_MapImport_DxfPasses::failuresOfBothPassesAreReported()
 {
     DxfFixture dxf;
     dxf.import.searchObjectDefs = true;
@@ -148,9 +148,9 @@ void tst_MapImport_DxfPasses::bothPassesMayFail()
     QCOMPARE(dxf.messages(), (QStringList{readError(17), readError(25)}));
 }
 
-// The pair comes before the first line of the objects pass, where no section has begun, and again after the 30 lines of
-// the second reading, where its entity is incomplete.
-void tst_MapImport_DxfPasses::pairAfterLastTextIsReadAgain()
+// The objects pass begins with the pushed-back "0 LINE" and ignores it, as it is outside of any section. When the pass
+// reads the LINE again, the file ends in it, at line 60 after two readings of 30 lines.
+void tst_MapImport_DxfPasses::pushedBackPairStartsTheObjectsPass()
 {
     DxfFixture dxf;
     dxf.import.searchObjectDefs = true;
@@ -180,7 +180,7 @@ void tst_MapImport_DxfPasses::designationsComeFromTheirFiles_data()
         QTest::newRow(name) << points << pointEntities << objects << objectEntities << QString::fromUtf8(object);
     };
 
-    row("nothing", off, file, off, all, "ЗУ1 [н1 0 0, н2 10 0]");
+    row("no search", off, file, off, all, "ЗУ1 [н1 0 0, н2 10 0]");
     row("objects", off, noFile, on, all, "Лес [н1 0 0, н2 10 0]");
     row("objects, unused file of points", off, file, on, all, "Лес [н1 0 0, н2 10 0]");
     row("points", on, noFile, off, all, "ЗУ1 [11 0 0, н1 10 0]");
@@ -215,7 +215,7 @@ void tst_MapImport_DxfPasses::pointTakesNearestText_data()
     addRunColumns();
     const QByteArray point = "0 POINT|10 0|20 0|";
 
-    addRun("one text for all, far away", drawing(point + "0 POINT|10 1|20 0|0 TEXT|10 1000000|20 1|1 т"),
+    addRun("one distant text for all points", drawing(point + "0 POINT|10 1|20 0|0 TEXT|10 1000000|20 1|1 т"),
            "т 0 0; т 1 0");
     addRun("one text each, from right to left",
            drawing("0 TEXT|10 9|20 0|1 б|0 TEXT|10 -1|20 0|1 12|0 POINT|10 10|20 0|0 POINT|10 0|20 0"),
@@ -243,7 +243,7 @@ void tst_MapImport_DxfPasses::objectTakesNearestText_data()
         << QStringLiteral("а: б: в:");
     QTest::newRow("nearest to the centroid, not to a vertex")
         << QByteArray("0 TEXT|10 0|20 11|1 а:|0 TEXT|10 8|20 5|1 Сад") << QStringLiteral("Сад Сад Сад");
-    QTest::newRow("other texts precede point numbers")
+    QTest::newRow("other texts take precedence over point numbers")
         << QByteArray("0 TEXT|10 5|20 0|1 15|0 TEXT|10 100|20 0|1 н16|0 TEXT|10 -90|20 0|1 Сад")
         << QStringLiteral("Сад Сад Сад");
     QTest::newRow("only point numbers") << QByteArray("0 TEXT|10 190|20 0|1 16|0 TEXT|10 5|20 2|1 15")
@@ -321,7 +321,7 @@ void tst_MapImport_DxfPasses::unsortedTextsAreSearchedInFileOrder()
     QTEST(dxf.polygons.value(0).def, "def");
 }
 
-void tst_MapImport_DxfPasses::swappedVerticesTakeTextsAsRead()
+void tst_MapImport_DxfPasses::swappingDoesNotAffectTheTextSearch()
 {
     DxfFixture dxf;
     dxf.import.swapXY = true;

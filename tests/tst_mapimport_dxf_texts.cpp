@@ -8,10 +8,10 @@ class tst_MapImport_DxfTexts : public QObject
 private Q_SLOTS:
     void textIsDecoded_data();
     void textIsDecoded();
-    void textIsPlaced_data();
-    void textIsPlaced();
-    void textNeedsTextAndPlace_data();
-    void textNeedsTextAndPlace();
+    void alignmentSelectsThePosition_data();
+    void alignmentSelectsThePosition();
+    void textNeedsStringAndPosition_data();
+    void textNeedsStringAndPosition();
 };
 
 void tst_MapImport_DxfTexts::textIsDecoded_data()
@@ -24,7 +24,7 @@ void tst_MapImport_DxfTexts::textIsDecoded_data()
     };
 
     row("degrees", "45%%d", QStringLiteral("45°"));
-    row("all signs, several times", "%%d%%d%%p%%c%%p", QStringLiteral("°°±\u00D8±"), "UTF-8");
+    row("all symbols, repeated", "%%d%%d%%p%%c%%p", QStringLiteral("°°±\u00D8±"), "UTF-8");
     row("percent sign before degrees", "%%%d", QStringLiteral("%°"));
     row("degrees after percent signs", "%%%%d065", QStringLiteral("%%°065"));
 
@@ -37,7 +37,7 @@ void tst_MapImport_DxfTexts::textIsDecoded_data()
     row("decoded blanks stay", " %%032а%%032  ", QStringLiteral(" а "));
     row("byte 255 in Windows-1251", "%%255", QStringLiteral("я"));
     row("byte 177 in IBM866", "%%177", QStringLiteral("\u2592"), "IBM866");
-    row("each byte alone in UTF-8", "%%208%%144", QString(2, QChar(QChar::ReplacementCharacter)), "UTF-8");
+    row("bytes are decoded one by one in UTF-8", "%%208%%144", QString(2, QChar(QChar::ReplacementCharacter)), "UTF-8");
 
     for (const char *text : {"%%D", "%%P", "%%C", "%%999", "%%65", "%065", "%%o", "%%%", "% %d", "\\P"})
         row(text, text, QString::fromUtf8(text));
@@ -56,7 +56,7 @@ void tst_MapImport_DxfTexts::textIsDecoded()
     QTEST(dxf.polygons.value(0).def, "def");
 }
 
-void tst_MapImport_DxfTexts::textIsPlaced_data()
+void tst_MapImport_DxfTexts::alignmentSelectsThePosition_data()
 {
     QTest::addColumn<QByteArray>("groups");
     QTest::addColumn<bool>("bySecondPoint");
@@ -78,8 +78,8 @@ void tst_MapImport_DxfTexts::textIsPlaced_data()
     row("another text before it", "10 90|20 90|1 я|72 1|11 50|21 90|0 TEXT|10 10|20 20|1 т|21 60", false);
 }
 
-// The texts «а» and «б» are near the first point (10, 20) and the second point (50, 60) of «т», but not as near as it.
-void tst_MapImport_DxfTexts::textIsPlaced()
+// «а» is close to (10, 20) and «б» to (50, 60), the first and the second point of «т». The one that «т» uses is nearer.
+void tst_MapImport_DxfTexts::alignmentSelectsThePosition()
 {
     QFETCH(QByteArray, groups);
     QFETCH(bool, bySecondPoint);
@@ -94,7 +94,7 @@ void tst_MapImport_DxfTexts::textIsPlaced()
     QCOMPARE(dxf.points(), bySecondPoint ? QStringLiteral("а 10 20; т 50 60") : QStringLiteral("т 10 20; б 50 60"));
 }
 
-void tst_MapImport_DxfTexts::textNeedsTextAndPlace_data()
+void tst_MapImport_DxfTexts::textNeedsStringAndPosition_data()
 {
     addRunColumns();
 
@@ -110,7 +110,7 @@ void tst_MapImport_DxfTexts::textNeedsTextAndPlace_data()
     addRun("incomplete at the end of the file", openDrawing("0 TEXT|10 1|20 2"), "", 16);
 }
 
-void tst_MapImport_DxfTexts::textNeedsTextAndPlace()
+void tst_MapImport_DxfTexts::textNeedsStringAndPosition()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The chunk size of QTextStream, with which LineReader has to agree.
+/// The chunk size of QTextStream, which LineReader must match.
 constexpr int chunkSize = 16384;
 
 QByteArray randomBytes(QRandomGenerator &random, const QByteArray &alphabet, int count)
@@ -21,7 +21,7 @@ QByteArray randomBytes(QRandomGenerator &random, const QByteArray &alphabet, int
     return bytes;
 }
 
-/// Reads to the end; a line that ends the text is followed by the text "end".
+/// Reads all lines, and adds "end" after the line that brings the stream to its end.
 template <class Stream>
 QStringList readAll(Stream &stream)
 {
@@ -41,7 +41,7 @@ QStringList readByTextStream(QIODevice &device, QTextCodec *codec)
     return readAll(stream);
 }
 
-/// A device in text mode.
+/// A buffer that is open in text mode.
 struct TextBuffer : QBuffer
 {
     explicit TextBuffer(const QByteArray &bytes)
@@ -51,7 +51,7 @@ struct TextBuffer : QBuffer
     }
 };
 
-/// Decodes each byte to one character, but raises a byte above ASCII by one if it follows another such byte.
+/// Maps each byte to one character, but adds 1 to a non-ASCII byte that follows another one.
 class StatefulCodec : public QTextCodec
 {
 public:
@@ -84,8 +84,8 @@ bool isSameNumber(double a, double b)
     return memcmp(&a, &b, sizeof a) == 0;
 }
 
-/// True when \a text converts to the same numbers, or fails to, as with QString.
-bool convertsLikeString(const QString &text)
+/// True if \a text converts to a double and to an int, or fails to, exactly as with QString.
+bool convertsLikeQString(const QString &text)
 {
     bool ok = false;
     bool expectedOk = false;
@@ -98,35 +98,35 @@ bool convertsLikeString(const QString &text)
 
 } // namespace
 
-/// Qt's string functions and QTextStream are the reference implementation of the text layer.
+/// The text layer, compared with QTextStream and Qt's string functions.
 class tst_MapImportLines : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void codePagesAreDecodedByTable_data();
-    void codePagesAreDecodedByTable();
-    void everyCodePageDecodesLikeItsCodec();
-    void statefulCodecIsNoCodePage();
-    void linesAreThoseOfTextStream_data();
-    void linesAreThoseOfTextStream();
-    void randomLinesAreThoseOfTextStream_data();
-    void randomLinesAreThoseOfTextStream();
+    void singleByteCodecsAreRecognized_data();
+    void singleByteCodecsAreRecognized();
+    void tableDecodesLikeItsCodec();
+    void statefulCodecIsNotDecodedByTable();
+    void linesMatchTextStream_data();
+    void linesMatchTextStream();
+    void randomLinesMatchTextStream_data();
+    void randomLinesMatchTextStream();
     void rewindRestartsTheText();
     void viewOutlivesTheNextLine_data();
     void viewOutlivesTheNextLine();
-    void nextTextIsReadInItsOwnCodec();
-    void tokensAreThoseOfTheSimplifiedLine();
+    void setDeviceRestartsTheReader();
+    void tokensMatchSimplifiedLine();
     void everyWhiteSpaceSeparatesTokens();
     void surplusTokensAreOnlyCounted();
-    void numberIsThatOfString_data();
-    void numberIsThatOfString();
-    void randomNumberIsThatOfString();
+    void numbersMatchQString_data();
+    void numbersMatchQString();
+    void randomNumbersMatchQString();
 };
 
-void tst_MapImportLines::codePagesAreDecodedByTable_data()
+void tst_MapImportLines::singleByteCodecsAreRecognized_data()
 {
-    QTest::addColumn<bool>("isCodePage");
+    QTest::addColumn<bool>("isSingleByte");
 
     for (const char *const name : {"Windows-1251", "IBM866", "ISO-8859-5"})
         QTest::newRow(name) << true;
@@ -134,12 +134,12 @@ void tst_MapImportLines::codePagesAreDecodedByTable_data()
         QTest::newRow(name) << false;
 }
 
-void tst_MapImportLines::codePagesAreDecodedByTable()
+void tst_MapImportLines::singleByteCodecsAreRecognized()
 {
-    QTEST(SingleByteDecoder(QTextCodec::codecForName(QTest::currentDataTag())).isValid(), "isCodePage");
+    QTEST(SingleByteDecoder(QTextCodec::codecForName(QTest::currentDataTag())).isValid(), "isSingleByte");
 }
 
-void tst_MapImportLines::everyCodePageDecodesLikeItsCodec()
+void tst_MapImportLines::tableDecodesLikeItsCodec()
 {
     QByteArray bytes;
     for (int byte = 0; byte < 256; ++byte)
@@ -159,7 +159,7 @@ void tst_MapImportLines::everyCodePageDecodesLikeItsCodec()
     }
 }
 
-void tst_MapImportLines::statefulCodecIsNoCodePage()
+void tst_MapImportLines::statefulCodecIsNotDecodedByTable()
 {
     auto *const codec = new StatefulCodec; // owned by Qt
     TextBuffer device("a\xC0\xC0\n");
@@ -170,7 +170,7 @@ void tst_MapImportLines::statefulCodecIsNoCodePage()
     QVERIFY(!SingleByteDecoder(codec).isValid());
 }
 
-void tst_MapImportLines::linesAreThoseOfTextStream_data()
+void tst_MapImportLines::linesMatchTextStream_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArray>("codec");
@@ -184,19 +184,19 @@ void tst_MapImportLines::linesAreThoseOfTextStream_data()
     row("carriage returns", "a\r\nb\r\n\r\rc\rd\r");
     row("only carriage returns", "\r\r\r");
     row("carriage return alone in the last chunk", chunk.left(chunkSize - 1) + "\n\r");
-    row("half a character where half a chunk ends", chunk.left(chunkSize / 2 - 1) + "\n\xD0");
+    row("truncated character at half a chunk", chunk.left(chunkSize / 2 - 1) + "\n\xD0");
     row("chunks of carriage returns", "a\n" + QByteArray(2 * chunkSize, '\r') + "\r");
     row("line feed in the next chunk", chunk.left(chunkSize - 1) + "\r\nb\n");
-    row("line over three chunks", "a\n" + chunk.repeated(3) + "\nb");
+    row("line that spans chunks", "a\n" + chunk.repeated(3) + "\nb");
     row("file that ends with the chunk", chunk.left(chunkSize - 1) + "\n");
-    row("character in two chunks", chunk.left(chunkSize - 1) + "\xD0\xBD\nb\n");
-    row("UTF-8 signature", "\xEF\xBB\xBF\xD0\xBD\n1", "IBM866");
+    row("character that spans two chunks", chunk.left(chunkSize - 1) + "\xD0\xBD\nb\n");
+    row("byte-order mark of UTF-8", "\xEF\xBB\xBF\xD0\xBD\n1", "IBM866");
     row("byte-order mark of UTF-16", QByteArray("\xFF\xFE\x3D\x04\n\0001\0", 8), "IBM866");
-    row("signature in the second chunk", chunk.left(chunkSize - 1) + "\n\xEF\xBB\xBF\xD0\xBD\n", "IBM866");
-    row("byte of a carriage return in UTF-16", QByteArray("\x0D\x04\n\0001\0", 6), "UTF-16LE");
+    row("byte-order mark in the second chunk", chunk.left(chunkSize - 1) + "\n\xEF\xBB\xBF\xD0\xBD\n", "IBM866");
+    row("UTF-16 character with the byte of a CR", QByteArray("\x0D\x04\n\0001\0", 6), "UTF-16LE");
 }
 
-void tst_MapImportLines::linesAreThoseOfTextStream()
+void tst_MapImportLines::linesMatchTextStream()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, codec);
@@ -212,7 +212,7 @@ void tst_MapImportLines::linesAreThoseOfTextStream()
     QVERIFY(device.isTextModeEnabled());
 }
 
-void tst_MapImportLines::randomLinesAreThoseOfTextStream_data()
+void tst_MapImportLines::randomLinesMatchTextStream_data()
 {
     QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<QByteArray>("alphabet");
@@ -223,7 +223,7 @@ void tst_MapImportLines::randomLinesAreThoseOfTextStream_data()
     }
 }
 
-void tst_MapImportLines::randomLinesAreThoseOfTextStream()
+void tst_MapImportLines::randomLinesMatchTextStream()
 {
     QFETCH(QByteArray, codec);
     QFETCH(QByteArray, alphabet);
@@ -240,7 +240,7 @@ void tst_MapImportLines::randomLinesAreThoseOfTextStream()
     }
 }
 
-// The text keeps the codec that its signature has chosen.
+// The text keeps the codec that its byte-order mark has selected.
 void tst_MapImportLines::rewindRestartsTheText()
 {
     TextBuffer device("\xEF\xBB\xBF\xD0\xBD\n" + QByteArray(40000, 'x') + "\nb\n\xD0");
@@ -267,8 +267,8 @@ void tst_MapImportLines::viewOutlivesTheNextLine_data()
     QTest::addColumn<int>("first");
 
     for (const char *const codec : {"UTF-8", "Windows-1251"}) {
-        QTest::addRow("long line and the next, %s", codec) << QByteArray(codec) << 0;
-        QTest::addRow("line and the next, a long one, %s", codec) << QByteArray(codec) << 1;
+        QTest::addRow("long line, then a short one, %s", codec) << QByteArray(codec) << 0;
+        QTest::addRow("short line, then a long one, %s", codec) << QByteArray(codec) << 1;
     }
 }
 
@@ -293,7 +293,7 @@ void tst_MapImportLines::viewOutlivesTheNextLine()
     }
 }
 
-void tst_MapImportLines::nextTextIsReadInItsOwnCodec()
+void tst_MapImportLines::setDeviceRestartsTheReader()
 {
     TextBuffer first("\xED\xEE\nnever read\n");
     TextBuffer second("\xEF\xBB\xBF\xD0\xBD\nd\n");
@@ -307,7 +307,7 @@ void tst_MapImportLines::nextTextIsReadInItsOwnCodec()
     QCOMPARE(readAll(lines), (QStringList{QStringLiteral("н"), QStringLiteral("d"), QStringLiteral("end")}));
 }
 
-void tst_MapImportLines::tokensAreThoseOfTheSimplifiedLine()
+void tst_MapImportLines::tokensMatchSimplifiedLine()
 {
     QRandomGenerator random(2);
     for (int i = 0; i < 100000; ++i) {
@@ -346,7 +346,7 @@ void tst_MapImportLines::surplusTokensAreOnlyCounted()
     QVERIFY(tokens[7].isNull());
 }
 
-void tst_MapImportLines::numberIsThatOfString_data()
+void tst_MapImportLines::numbersMatchQString_data()
 {
     QTest::addColumn<QStringList>("texts");
 
@@ -365,14 +365,14 @@ void tst_MapImportLines::numberIsThatOfString_data()
     QTest::newRow("NUL") << QStringList{QStringLiteral("5") + QChar(0), QChar(0) + QStringLiteral("5")};
 }
 
-void tst_MapImportLines::numberIsThatOfString()
+void tst_MapImportLines::numbersMatchQString()
 {
     QFETCH(QStringList, texts);
     for (const QString &text : qAsConst(texts))
-        QVERIFY2(convertsLikeString(text), qPrintable(text));
+        QVERIFY2(convertsLikeQString(text), qPrintable(text));
 }
 
-void tst_MapImportLines::randomNumberIsThatOfString()
+void tst_MapImportLines::randomNumbersMatchQString()
 {
     const QString digits = QStringLiteral("0123456789");
     QRandomGenerator random(3);
@@ -382,7 +382,7 @@ void tst_MapImportLines::randomNumberIsThatOfString()
         if (i % 4 != 0 && text.size() > 1)
             text[random.bounded(text.size())] = QLatin1Char(i % 4 == 1 ? '-' : '.');
 
-        QVERIFY2(convertsLikeString(text), qPrintable(text));
+        QVERIFY2(convertsLikeQString(text), qPrintable(text));
     }
 }
 

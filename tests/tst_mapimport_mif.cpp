@@ -10,17 +10,17 @@ class tst_MapImportMif : public QObject
 private Q_SLOTS:
     void headerEndsWithDataLine_data();
     void headerEndsWithDataLine();
-    void otherHeaderIsRejected_data();
-    void otherHeaderIsRejected();
+    void invalidHeaderIsRejected_data();
+    void invalidHeaderIsRejected();
     void objectIsRead_data();
     void objectIsRead();
     void pointIsRead();
     void otherLinesAreIgnored_data();
     void otherLinesAreIgnored();
-    void unreadObjectTakesOneRecord_data();
-    void unreadObjectTakesOneRecord();
+    void skippedObjectConsumesOneRecord_data();
+    void skippedObjectConsumesOneRecord();
     void collectionEndsEachPassWithSuccess();
-    void signaturesAndCarriageReturnsAreIgnored();
+    void byteOrderMarksAndCarriageReturnsAreIgnored();
 };
 
 void tst_MapImportMif::headerEndsWithDataLine_data()
@@ -41,7 +41,7 @@ void tst_MapImportMif::headerEndsWithDataLine_data()
                              << QString();
 }
 
-// Lines of the header take no record: the only one belongs to the only object.
+// Header lines consume no record: the only record belongs to the only object.
 void tst_MapImportMif::headerEndsWithDataLine()
 {
     QFETCH(QString, text);
@@ -56,22 +56,22 @@ void tst_MapImportMif::headerEndsWithDataLine()
     QVERIFY(f.host.messages().isEmpty());
 }
 
-void tst_MapImportMif::otherHeaderIsRejected_data()
+void tst_MapImportMif::invalidHeaderIsRejected_data()
 {
     QTest::addColumn<QString>("header");
 
     QTest::newRow("empty file") << QString();
     QTest::newRow("two lines") << QStringLiteral("VERSION 300\nCHARSET x");
     QTest::newRow("empty line first") << QLatin1Char('\n') + mifHeader;
-    QTest::newRow("other word than VERSION") << QStringLiteral("VERSIONS 300\nCHARSET x\nDELIMITER ;\n");
-    QTest::newRow("other word than CHARSET") << QStringLiteral("VERSION 300\nDELIMITER ;\nDELIMITER ;\n");
-    QTest::newRow("other word than DELIMITER") << QStringLiteral("VERSION 300\nCHARSET x\nCOLUMNS 0\n");
+    QTest::newRow("wrong first keyword") << QStringLiteral("VERSIONS 300\nCHARSET x\nDELIMITER ;\n");
+    QTest::newRow("wrong second keyword") << QStringLiteral("VERSION 300\nDELIMITER ;\nDELIMITER ;\n");
+    QTest::newRow("wrong third keyword") << QStringLiteral("VERSION 300\nCHARSET x\nCOLUMNS 0\n");
     QTest::newRow("line without value") << QStringLiteral("VERSION\nCHARSET x\nDELIMITER ;\n");
     QTest::newRow("value of two words") << QStringLiteral("VERSION 300\nCHARSET \"Windows Cyrillic\"\nDELIMITER ;\n");
     QTest::newRow("delimiter is a tab") << QStringLiteral("VERSION 300\nCHARSET x\nDELIMITER \"\t\"\n");
 }
 
-void tst_MapImportMif::otherHeaderIsRejected()
+void tst_MapImportMif::invalidHeaderIsRejected()
 {
     QFETCH(QString, header);
     MifFixture f;
@@ -94,7 +94,7 @@ void tst_MapImportMif::objectIsRead_data()
         QTest::newRow(name) << QString::fromUtf8(data) << QString::fromUtf8(objects);
     };
     row("line", " \tline  0 \t2   1 3 ", "ЗУ1 [н1 0 2, н2 1 3]");
-    row("keyword whose upper case is ASCII", "lıne 0 0 1 1", "ЗУ1 [н1 0 0, н2 1 1]");
+    row("keyword with a dotless i", "lıne 0 0 1 1", "ЗУ1 [н1 0 0, н2 1 1]");
     row("words after the numbers", "LINE 0 0 1 1 2 x\nPLINE 2 MULTIPLE 2\n0 0\n1 1\nREGION 0 1",
         "ЗУ1 [н1 0 0, н2 1 1]\nЗУ2 [н1 0 0, н2 1 1]\nЗУ3");
     row("polyline", "pline 2\n 0\t0\n\t1  0 ", "ЗУ1 [н1 0 0, н2 1 0]");
@@ -118,7 +118,7 @@ void tst_MapImportMif::objectIsRead()
     QVERIFY(f.host.messages().isEmpty());
 }
 
-// The exchange of X and Y leaves points alone.
+// Swapping X and Y does not affect points.
 void tst_MapImportMif::pointIsRead()
 {
     MifFixture f;
@@ -161,7 +161,7 @@ void tst_MapImportMif::otherLinesAreIgnored()
     QVERIFY(f.host.messages().isEmpty());
 }
 
-void tst_MapImportMif::unreadObjectTakesOneRecord_data()
+void tst_MapImportMif::skippedObjectConsumesOneRecord_data()
 {
     QTest::addColumn<QString>("data");
 
@@ -171,11 +171,11 @@ void tst_MapImportMif::unreadObjectTakesOneRecord_data()
     QTest::newRow("rectangle") << QStringLiteral("RECT 1 1 2 2");
     QTest::newRow("rounded rectangle") << QStringLiteral("RoundRect 1 1 2 2\n0.5");
     QTest::newRow("ellipse") << QStringLiteral("ELLIPSE 1 1 2 2");
-    QTest::newRow("points in one object") << QStringLiteral("MULTIPOINT 2\n1 1\n2 2");
+    QTest::newRow("multipoint") << QStringLiteral("MULTIPOINT 2\n1 1\n2 2");
 }
 
-// An object that only the other pass reads takes its record as well.
-void tst_MapImportMif::unreadObjectTakesOneRecord()
+// An object that only the other pass reads consumes its record as well.
+void tst_MapImportMif::skippedObjectConsumesOneRecord()
 {
     QFETCH(QString, data);
     MifFixture f;
@@ -189,7 +189,7 @@ void tst_MapImportMif::unreadObjectTakesOneRecord()
     QVERIFY(f.host.messages().isEmpty());
 }
 
-// The collection takes no record: there are only two.
+// The collection consumes no record: there are only two.
 void tst_MapImportMif::collectionEndsEachPassWithSuccess()
 {
     MifFixture f;
@@ -204,7 +204,7 @@ void tst_MapImportMif::collectionEndsEachPassWithSuccess()
     QCOMPARE(f.objectText(), QStringLiteral("B [н1 0 0, A 1 1]"));
 }
 
-void tst_MapImportMif::signaturesAndCarriageReturnsAreIgnored()
+void tst_MapImportMif::byteOrderMarksAndCarriageReturnsAreIgnored()
 {
     MifFixture f;
     f.import.searchObjectDefs = true;

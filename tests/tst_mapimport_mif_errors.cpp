@@ -24,7 +24,7 @@ private:
 
 namespace {
 
-/// Adds a row whose \a data, which begins in line 5, leaves the objects \a left and a \a message of \a line.
+/// Adds a row: \a data, which begins in line 5, leaves the objects \a left and a \a message about \a line.
 void addRow(const char *name, const char *data, const QString &message, int line, const char *left)
 {
     QTest::newRow(name) << QString::fromUtf8(data) << message.arg(line) << QString::fromUtf8(left);
@@ -41,7 +41,7 @@ void tst_MapImportMifErrors::addLines()
     row("line: bad y1", "LINE 1 x 3 4", 5);
     row("line: bad x2", "LINE 1 2 x 4", 5);
     row("line: three numbers", "LINE 1 2 3\n4", 5);
-    row("line: second one bad", "LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6", 7, "ЗУ1 [н1 0 0, н2 1 1]");
+    row("line: second line bad", "LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6", 7, "ЗУ1 [н1 0 0, н2 1 1]");
 }
 
 void tst_MapImportMifErrors::addPolylines()
@@ -58,9 +58,9 @@ void tst_MapImportMifErrors::addPolylines()
     row("polyline: one number", "PLINE 2\n0 0\n1\n1", 7, "- [н1 0 0]");
     row("polyline: decimal commas", "PLINE 2\n1,5 2,5\n1 1", 6, "- []");
     row("polyline: bad y", "PLINE 2\n1.5 2,5\n1 1", 6, "- []");
-    row("polyline: keyword for a vertex", "PLINE 3\n0 0\n1 1\nLINE 5 5 6 6", 8, "- [н1 0 0, н2 1 1]");
+    row("polyline: keyword in place of a vertex", "PLINE 3\n0 0\n1 1\nLINE 5 5 6 6", 8, "- [н1 0 0, н2 1 1]");
     row("polyline: file ends before a vertex", "PLINE 2\n0 0", 6, "- [н1 0 0]");
-    row("polyline: second one bad", "PLINE 2\n0 0\n1 1\n2 2\nPLINE", 9, "ЗУ1 [н1 0 0, н2 1 1]\n-");
+    row("polyline: second polyline bad", "PLINE 2\n0 0\n1 1\n2 2\nPLINE", 9, "ЗУ1 [н1 0 0, н2 1 1]\n-");
 }
 
 void tst_MapImportMifErrors::addSections()
@@ -71,10 +71,10 @@ void tst_MapImportMifErrors::addSections()
     row("sections: count in the next line", "PLINE MULTIPLE\n2\n2\n0 0\n1 1", 5, "-");
     row("sections: only one", "PLINE MULTIPLE 1\n2\n0 0\n1 1", 5, "-");
     row("sections: one vertex", "PLINE MULTIPLE 2\n1\n0 0\n2\n1 1\n2 2", 6, "-");
-    row("sections: two numbers for a count", "PLINE MULTIPLE 2\n2 2\n0 0\n1 1", 6, "-");
+    row("sections: two numbers in place of a count", "PLINE MULTIPLE 2\n2 2\n0 0\n1 1", 6, "-");
     row("sections: surplus vertex", "PLINE MULTIPLE 2\n2\n0 0\n1 1\n2 2\n2\n3 3\n4 4", 9, "- [н1 0 0, н2 1 1]");
     row("sections: missing vertex", "PLINE MULTIPLE 2\n3\n0 0\n1 1\n2\n3 3\n4 4", 9, "- [н1 0 0, н2 1 1]");
-    row("sections: file ends before one", "PLINE MULTIPLE 2\n2\n0 0\n1 1", 8, "- [н1 0 0, н2 1 1]");
+    row("sections: file ends before a section", "PLINE MULTIPLE 2\n2\n0 0\n1 1", 8, "- [н1 0 0, н2 1 1]");
 }
 
 void tst_MapImportMifErrors::addRegions()
@@ -86,7 +86,8 @@ void tst_MapImportMifErrors::addRegions()
     row("region: negative count", "REGION -1\n3\n0 0\n1 0\n0 0", 5, "-");
     row("region: ring of two vertices", "Region 1\n2\n0 0\n1 1", 6, "-");
     row("region: bad closing vertex", "REGION 1\n3\n0 0\n1 0\n0 0 0", 9, "- [н1 0 0, н2 1 0]");
-    row("region: attribute for a ring", "REGION 2\n3\n0 0\n1 0\n0 0\nPEN (1,2,0)", 10, "- [н1 0 0, н2 1 0, н1 0 0]");
+    row("region: attribute in place of a ring", "REGION 2\n3\n0 0\n1 0\n0 0\nPEN (1,2,0)", 10,
+        "- [н1 0 0, н2 1 0, н1 0 0]");
     row("region: bad vertex in the second ring", "LINE 0 0 1 1\nREGION 2\n3\n0 0\n1 0\n0 0\n3\n5 5\nx y", 13,
         "ЗУ1 [н1 0 0, н2 1 1]\n- [н1 0 0, н3 1 0, н1 0 0] [н4 5 5]");
     row("region: file ends before a ring", "REGION 2147483647", 5, "-");
@@ -168,10 +169,10 @@ void tst_MapImportMifErrors::missingRecordEndsThePass_data()
     };
     const char *const object = "Ошибка чтения обозначения объекта из строки: 2";
     row("object", false, "REGION 0\nLINE 0 0 1 1\nREGION 0", "A\n", object, "A\n- [н1 0 0, н2 1 1]");
-    row("object, no last line feed", false, "REGION 0\nREGION 0\nREGION 0", "A", object, "A\n-");
-    row("object, white space for a record", false, "REGION 0\nREGION 0\nREGION 0", "A\n \t\r\nB\n", object, "A\n-");
+    row("object, no final line feed", false, "REGION 0\nREGION 0\nREGION 0", "A", object, "A\n-");
+    row("object, blank record", false, "REGION 0\nREGION 0\nREGION 0", "A\n \t\r\nB\n", object, "A\n-");
     row("first object", false, "REGION 0", "", "Ошибка чтения обозначения объекта из строки: 1", "-");
-    row("unread object", false, "REGION 0\nNONE\nREGION 0", "A\n\nB\n", "Ошибка чтения данных объекта из строки: 2",
+    row("skipped object", false, "REGION 0\nNONE\nREGION 0", "A\n\nB\n", "Ошибка чтения данных объекта из строки: 2",
         "A");
     row("point", true, "POINT 9 9\nPOINT 1 1\nPOINT 5 5", "A\n\nB\n", "Ошибка чтения обозначения точки из строки: 2",
         "- 1 1\nA 9 9");

@@ -12,13 +12,13 @@ private Q_SLOTS:
     void designationIsTheFirstField();
     void delimiterComesFromTheHeader_data();
     void delimiterComesFromTheHeader();
-    void everyKindOfObjectTakesItsRecord();
-    void eachPassReadsItsOwnPair();
-    void nameDiffersInTheLastCharacter_data();
-    void nameDiffersInTheLastCharacter();
-    void missingFileEndsTheRun_data();
-    void missingFileEndsTheRun();
-    void fileIsNotNeededUnlessSearched();
+    void everyKindOfObjectConsumesItsRecord();
+    void eachPassReadsItsOwnMidFile();
+    void midNameReplacesTheLastCharacter_data();
+    void midNameReplacesTheLastCharacter();
+    void missingMidFileEndsTheRun_data();
+    void missingMidFileEndsTheRun();
+    void midFileIsNotNeededWithoutSearch();
     void recordsAreDecoded();
 };
 
@@ -36,10 +36,10 @@ void tst_MapImportMifMid::designationIsTheFirstField_data()
     row("spaces in quotes", "   \"  Участок 5  \" , 12", "Участок 5");
     row("spaces around", "  12  A  ,x", "12  A");
     row("quotes in the middle", "ab\"cd\",x", "abcd");
-    row("quotes in the middle end the field", "ab \"  c,d\"ef,x", "ab c,d");
+    row("quoted part in the middle ends the field", "ab \"  c,d\"ef,x", "ab c,d");
     row("doubled quotes are no escape", "\"a\"\"b\",x", "a");
     row("doubled quotes after a space", "\"said \"\"b\"\"\",x", "said");
-    row("quotes are not closed", "\"17,x", "17,x");
+    row("unclosed quote", "\"17,x", "17,x");
     row("tabs around the record", "\t17,x\t", "17");
     row("tabs in the field", "17\t,x", "17\t");
     row("tabs in quotes", "\" \t17 \t \",x", "\t17 \t");
@@ -78,7 +78,7 @@ void tst_MapImportMifMid::delimiterComesFromTheHeader_data()
     row("in quotes", "\";\"", "\"1;2\",3;x", "1;2");
     row("without quotes", ";", "1,2;x", "1,2");
     row("first of several characters", "\";,\"", "1,2;x", "1,2");
-    row("letter of its own case", "\"x\"", "12X3x4", "12X3");
+    row("letter, case-sensitive", "\"x\"", "12X3x4", "12X3");
     row("none", "\"\"", "1,2;3|4\"5", "1,2;3|45");
 }
 
@@ -97,7 +97,7 @@ void tst_MapImportMifMid::delimiterComesFromTheHeader()
     QTEST(f.objectText(), "def");
 }
 
-void tst_MapImportMifMid::everyKindOfObjectTakesItsRecord()
+void tst_MapImportMifMid::everyKindOfObjectConsumesItsRecord()
 {
     MifFixture f;
     f.import.searchObjectDefs = true;
@@ -112,8 +112,8 @@ void tst_MapImportMifMid::everyKindOfObjectTakesItsRecord()
     QCOMPARE(f.import.objectStartNum, 2);
 }
 
-// The message of the second pass shows that its records are counted from 1 again.
-void tst_MapImportMifMid::eachPassReadsItsOwnPair()
+// The message of the second pass shows that record numbers restart at 1.
+void tst_MapImportMifMid::eachPassReadsItsOwnMidFile()
 {
     MifFixture f;
     f.searchDefs();
@@ -129,7 +129,7 @@ void tst_MapImportMifMid::eachPassReadsItsOwnPair()
     QCOMPARE(f.host.messages(), QStringList{QStringLiteral("Ошибка чтения обозначения объекта из строки: 2")});
 }
 
-void tst_MapImportMifMid::nameDiffersInTheLastCharacter_data()
+void tst_MapImportMifMid::midNameReplacesTheLastCharacter_data()
 {
     QTest::addColumn<QString>("mid");
 
@@ -138,7 +138,7 @@ void tst_MapImportMifMid::nameDiffersInTheLastCharacter_data()
     QTest::newRow("plan") << QStringLiteral("plad");
 }
 
-void tst_MapImportMifMid::nameDiffersInTheLastCharacter()
+void tst_MapImportMifMid::midNameReplacesTheLastCharacter()
 {
     QFETCH(QString, mid);
     const QString mif = QString::fromLatin1(QTest::currentDataTag());
@@ -153,7 +153,7 @@ void tst_MapImportMifMid::nameDiffersInTheLastCharacter()
     QCOMPARE(f.objectText(), QStringLiteral("A"));
 }
 
-void tst_MapImportMifMid::missingFileEndsTheRun_data()
+void tst_MapImportMifMid::missingMidFileEndsTheRun_data()
 {
     QTest::addColumn<bool>("searchPointDefs");
 
@@ -161,7 +161,7 @@ void tst_MapImportMifMid::missingFileEndsTheRun_data()
     QTest::newRow("objects") << false;
 }
 
-void tst_MapImportMifMid::missingFileEndsTheRun()
+void tst_MapImportMifMid::missingMidFileEndsTheRun()
 {
     QFETCH(bool, searchPointDefs);
     MifFixture f;
@@ -178,7 +178,7 @@ void tst_MapImportMifMid::missingFileEndsTheRun()
     QVERIFY(f.import.points.isEmpty());
 }
 
-void tst_MapImportMifMid::fileIsNotNeededUnlessSearched()
+void tst_MapImportMifMid::midFileIsNotNeededWithoutSearch()
 {
     MifFixture f;
     f.writeMif(QStringLiteral("POINT 0 0\nLINE 0 0 1 1\nNONE\nREGION 0"));
