@@ -5,18 +5,18 @@
 namespace {
 
 #ifdef __SANITIZE_ADDRESS__
-constexpr bool hasSanitizer = true; // which needs memory of its own for every allocation
+constexpr bool hasSanitizer = true; // which adds memory to every allocation
 #else
 constexpr bool hasSanitizer = false;
 #endif
 
 constexpr int megabyte = 1024 * 1024;
 
-/// Returns a text and then an error for every read, but never reports its end.
-class BrokenDevice : public QIODevice
+/// Returns a text, then an error for every read; never reports its end.
+class FailingDevice : public QIODevice
 {
 public:
-    explicit BrokenDevice(QByteArray text) : m_text(std::move(text)) { open(QIODevice::ReadOnly | QIODevice::Text); }
+    explicit FailingDevice(QByteArray text) : m_text(std::move(text)) { open(QIODevice::ReadOnly | QIODevice::Text); }
 
     bool atEnd() const override { return false; }
     qint64 size() const override { return 1000000; }
@@ -44,7 +44,7 @@ int countLines(LineReader &reader, int limit)
     return count;
 }
 
-QString truncatedFile; // by the first message; then holds the second message
+QString truncatedFile; // at the first message; afterwards the text of the second message
 
 void truncateAtMessage(const QString & /*text*/)
 {
@@ -54,34 +54,34 @@ void truncateAtMessage(const QString & /*text*/)
 
 } // namespace
 
-/// Input that must neither crash nor hang the importers, nor make them take unbounded memory.
+/// Input that must not crash or hang the importers or make them use unbounded memory.
 class tst_BadInput : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void memoryForAVertexIsBounded(); // first: memory left over from another run would hide some of it
-    void memoryForALineIsBounded_data();
-    void memoryForALineIsBounded();
-    void onlyAFileIsOpened_data();
-    void onlyAFileIsOpened();
-    void strangeBytesAreSurvived_data();
-    void strangeBytesAreSurvived();
+    void memoryPerVertexIsBounded(); // runs first: memory freed by another test would hide some of the growth
+    void memoryForALongLineIsBounded_data();
+    void memoryForALongLineIsBounded();
+    void onlyRegularFilesAreOpened_data();
+    void onlyRegularFilesAreOpened();
+    void malformedBytesAreHandled_data();
+    void malformedBytesAreHandled();
     void manySmallObjectsAreRead_data();
     void manySmallObjectsAreRead();
     void nonFiniteVerticesAreAllDifferent_data();
     void nonFiniteVerticesAreAllDifferent();
-    void shrunkFileEnds_data();
-    void shrunkFileEnds();
-    void brokenDeviceEnds();
-    void mifFileTruncatedBetweenThePasses_data();
-    void mifFileTruncatedBetweenThePasses();
-    void dxfFileTruncatedDuringAPass();
+    void readingEndsInATruncatedFile_data();
+    void readingEndsInATruncatedFile();
+    void readErrorEndsTheText();
+    void mifFileMayBeTruncatedBetweenPasses_data();
+    void mifFileMayBeTruncatedBetweenPasses();
+    void dxfFileMayBeTruncatedDuringAPass();
 };
 
-// A vertex needs 48 bytes for its number, 24 in its contour, 24 among the known points, the same again as reserve of
-// both vectors, and up to four slots of 24 in the index. The rest is for reallocation.
-void tst_BadInput::memoryForAVertexIsBounded()
+// A vertex needs 48 bytes for its number, 24 in its contour, 24 among the known points, the same again as spare
+// capacity of both vectors, and up to four slots of 24 in the index. The rest is for reallocation.
+void tst_BadInput::memoryPerVertexIsBounded()
 {
     constexpr int count = 300000;
     QByteArray vertices;
@@ -99,7 +99,7 @@ void tst_BadInput::memoryForAVertexIsBounded()
     QCOMPARE(run.import->pointStartNum, count + 1);
 }
 
-void tst_BadInput::memoryForALineIsBounded_data()
+void tst_BadInput::memoryForALongLineIsBounded_data()
 {
     QTest::addColumn<QString>("fileName"); // of the file with the long line
     QTest::addColumn<QByteArray>("before");
@@ -111,20 +111,20 @@ void tst_BadInput::memoryForALineIsBounded_data()
     row("MIF without a line end", mifName, QByteArray(), "x");
     row("word in the data", mifName, mifHead, "x");
     row("blanks", mifName, mifHead, " ");
-    row("words", mifName, mifHead, "P ");
-    row("words of a vertex", mifName, mifHead + "REGION 1\n4\n", "1 ");
+    row("tokens", mifName, mifHead, "P ");
+    row("tokens of a vertex", mifName, mifHead + "REGION 1\n4\n", "1 ");
     row("digits", mifName, mifHead + "LINE 1 2 3 ", "1");
     row("field of a record", midName, QByteArray(), "x");
     row("quotes of a record", midName, QByteArray(), "\"");
     row("group code", dxfName, dxfHead, "1");
     row("value", dxfName, dxfHead + "999\n", "x");
-    row("text of special signs", dxfName, dxfHead + dxfLine + "0\nTEXT\n10\n0\n20\n0\n1\n", "%%d");
+    row("text of special characters", dxfName, dxfHead + dxfLine + "0\nTEXT\n10\n0\n20\n0\n1\n", "%%d");
     row("short lines after a huge count", dxfName, dxfHead + "0\nLWPOLYLINE\n90\n2147483647\n", "999\nx\n");
 }
 
-// A character takes two bytes of memory, a line may exist twice, and a growing buffer has as much in reserve. The rest
-// is for sanitizers.
-void tst_BadInput::memoryForALineIsBounded()
+// A character takes two bytes, a line may exist twice, and a growing buffer has as much spare capacity. The rest is for
+// sanitizers.
+void tst_BadInput::memoryForALongLineIsBounded()
 {
     QFETCH(QString, fileName);
     QFETCH(QByteArray, before);
@@ -143,7 +143,7 @@ void tst_BadInput::memoryForALineIsBounded()
     QVERIFY(run.host.messages().size() <= 2);
 }
 
-void tst_BadInput::onlyAFileIsOpened_data()
+void tst_BadInput::onlyRegularFilesAreOpened_data()
 {
     QTest::addColumn<QString>("target"); // of a link
     QTest::addColumn<QString>("fileName");
@@ -161,7 +161,7 @@ void tst_BadInput::onlyAFileIsOpened_data()
 }
 
 // Reading a pipe without a writer would block, and some devices have no end.
-void tst_BadInput::onlyAFileIsOpened()
+void tst_BadInput::onlyRegularFilesAreOpened()
 {
     QFETCH(QString, target);
     QFETCH(QString, fileName);
@@ -179,7 +179,7 @@ void tst_BadInput::onlyAFileIsOpened()
     QCOMPARE(run.host.messages(), QStringList{message.arg(QDir::toNativeSeparators(path))});
 }
 
-void tst_BadInput::strangeBytesAreSurvived_data()
+void tst_BadInput::malformedBytesAreHandled_data()
 {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QByteArray>("bytes");
@@ -194,24 +194,25 @@ void tst_BadInput::strangeBytesAreSurvived_data()
                         const QString &objects) { QTest::newRow(name) << fileName << bytes << message << objects; };
     row("one long line", dxfName, QByteArray(1000000, '0'), noDxf, QString());
     row("binary", dxfName, QByteArray("Binary drawing\r\n\x1A\0\0\0SECTION\0\x02\0HEADER\0", 37), noDxf, QString());
-    row("zero in a group code", dxfName, dxfHead + "0\nLINE\n1" + zero + "0\n7\n" + dxfLine.mid(7), QString(),
+    row("NUL in a group code", dxfName, dxfHead + "0\nLINE\n1" + zero + "0\n7\n" + dxfLine.mid(7), QString(),
         QStringLiteral("ЗУ1") + vertices);
     // The 16 lines of the pass over the texts are counted as well.
-    row("zero in a coordinate", dxfName, dxfHead + "0\nLINE\n10\n0" + zero + "\n20\n0\n",
+    row("NUL in a coordinate", dxfName, dxfHead + "0\nLINE\n10\n0" + zero + "\n20\n0\n",
         QStringLiteral("Ошибка чтения DXF файла в строке: 30"), QString());
-    row("zero in a text", dxfName, dxfHead + dxfLine + text + "a" + zero + "b\n", QString(),
+    row("NUL in a text", dxfName, dxfHead + dxfLine + text + "a" + zero + "b\n", QString(),
         QStringLiteral("a%1b").arg(QChar(QChar::Null)) + vertices);
     row("invalid UTF-8 in a drawing", dxfName, dxfHead + "999\n\xFF\xFE\x80 \xC3\n\xD0\n\n" + dxfLine, QString(),
         QStringLiteral("ЗУ1") + vertices);
-    row("100000 special signs", dxfName, dxfHead + dxfLine + text + QByteArray("%%d%%065%").repeated(100000) + "\n",
-        QString(), QStringLiteral("°A%").repeated(100000) + vertices);
-    row("zeros in a record", midName, QByteArray(3, '\0'), QString(), QString(3, QChar(QChar::Null)) + vertices);
+    row("100000 special characters", dxfName,
+        dxfHead + dxfLine + text + QByteArray("%%d%%065%").repeated(100000) + "\n", QString(),
+        QStringLiteral("°A%").repeated(100000) + vertices);
+    row("NULs in a record", midName, QByteArray(3, '\0'), QString(), QString(3, QChar(QChar::Null)) + vertices);
     row("invalid UTF-8 in a record", midName, "\xFF,x\n", QString(), QStringLiteral("\uFFFD") + vertices);
     row("a million quotes", midName, QByteArray(1000001, '"'), QString(), QStringLiteral("ЗУ1") + vertices);
     row("unclosed quote", midName, "\"Лес,x\nПоле\n", QString(), QStringLiteral("Лес,x") + vertices);
 }
 
-void tst_BadInput::strangeBytesAreSurvived()
+void tst_BadInput::malformedBytesAreHandled()
 {
     QFETCH(QString, fileName);
     QFETCH(QByteArray, bytes);
@@ -243,8 +244,8 @@ void tst_BadInput::manySmallObjectsAreRead_data()
         QTest::newRow(name) << fileName << head << piece << objects << contours << nextPoint;
     };
     row("regions without rings", mifName, mifHead, "REGION 0\n", 200000, 0, 1);
-    row("lines at one place", mifName, mifHead, mifLine, 200000, 1, 3);
-    row("drawn lines at one place", dxfName, dxfHead, dxfLine, 200000, 1, 3);
+    row("coincident MIF lines", mifName, mifHead, mifLine, 200000, 1, 3);
+    row("coincident DXF lines", dxfName, dxfHead, dxfLine, 200000, 1, 3);
     row("sections", mifName, mifHead + "PLINE MULTIPLE 200000\n", "2\n0 0\n1 1\n", 1, 200000, 3);
     row("vertices of a ring", mifName, mifHead + "REGION 1\n200000\n", "0 0\n", 1, 1, 2);
 }
@@ -277,7 +278,7 @@ void tst_BadInput::nonFiniteVerticesAreAllDifferent_data()
     QTest::newRow("infinite") << QByteArray("-inf inf\n");
 }
 
-// Three of 100003 vertices are finite, and at one place.
+// Only three of the 100003 vertices are finite; they coincide.
 void tst_BadInput::nonFiniteVerticesAreAllDifferent()
 {
     QFETCH(QByteArray, vertex);
@@ -293,7 +294,7 @@ void tst_BadInput::nonFiniteVerticesAreAllDifferent()
     QCOMPARE(vertices.at(100002).def, QStringLiteral("н1"));
 }
 
-void tst_BadInput::shrunkFileEnds_data()
+void tst_BadInput::readingEndsInATruncatedFile_data()
 {
     QTest::addColumn<int>("size"); // of 200000 bytes
     QTest::addColumn<int>("fewest");
@@ -303,7 +304,7 @@ void tst_BadInput::shrunkFileEnds_data()
     QTest::newRow("to half") << 100000 << 9990 << 9991;
 }
 
-void tst_BadInput::shrunkFileEnds()
+void tst_BadInput::readingEndsInATruncatedFile()
 {
     QFETCH(int, size);
     QFETCH(int, fewest);
@@ -323,11 +324,11 @@ void tst_BadInput::shrunkFileEnds()
     QVERIFY(reader.readLine().isEmpty());
 }
 
-// A new device and a rewind are new attempts.
-void tst_BadInput::brokenDeviceEnds()
+// After an error, rewind() and setDevice() try again.
+void tst_BadInput::readErrorEndsTheText()
 {
-    BrokenDevice broken("first\nbroken o");
-    BrokenDevice other("second\n");
+    FailingDevice broken("first\nbroken o");
+    FailingDevice other("second\n");
     LineReader reader;
     reader.setDevice(&broken, QTextCodec::codecForName("UTF-8"));
     QCOMPARE(reader.readLine(), QStringLiteral("first"));
@@ -344,7 +345,7 @@ void tst_BadInput::brokenDeviceEnds()
     QCOMPARE(reader.readLine(), QStringLiteral("second"));
 }
 
-void tst_BadInput::mifFileTruncatedBetweenThePasses_data()
+void tst_BadInput::mifFileMayBeTruncatedBetweenPasses_data()
 {
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("message");
@@ -354,7 +355,7 @@ void tst_BadInput::mifFileTruncatedBetweenThePasses_data()
 }
 
 // The points pass reports the collection, and the message truncates the file.
-void tst_BadInput::mifFileTruncatedBetweenThePasses()
+void tst_BadInput::mifFileMayBeTruncatedBetweenPasses()
 {
     QFETCH(QString, fileName);
     QFETCH(QString, message);
@@ -372,7 +373,7 @@ void tst_BadInput::mifFileTruncatedBetweenThePasses()
 }
 
 // The objects pass continues where the failed pass over the texts has stopped.
-void tst_BadInput::dxfFileTruncatedDuringAPass()
+void tst_BadInput::dxfFileMayBeTruncatedDuringAPass()
 {
     BadInputFixture run(dxfName);
     run.import->searchObjectDefs = true;

@@ -20,8 +20,8 @@ private Q_SLOTS:
     void init() { settings.clear(); }
 
     void newDialogIsEmpty();
-    void toolButtonsAreEnlarged_data();
-    void toolButtonsAreEnlarged();
+    void toolButtonFontsAreEnlarged_data();
+    void toolButtonFontsAreEnlarged();
     void buttonBoxClosesDialog_data();
     void buttonBoxClosesDialog();
     void processButtonNeedsFileName();
@@ -39,15 +39,15 @@ namespace {
 /// the name filters and the selected files of the file dialog.
 QStringList chooseFile(const Dialog &dialog, const WidgetName &button, const QString &path)
 {
-    QStringList question;
+    QStringList properties;
     QTimer::singleShot(0, &dialog, [&] {
         auto *const fileDialog = dialog.findChild<QFileDialog *>();
-        question = QStringList{fileDialog->windowTitle()} + fileDialog->nameFilters() + fileDialog->selectedFiles();
+        properties = QStringList{fileDialog->windowTitle()} + fileDialog->nameFilters() + fileDialog->selectedFiles();
         fileDialog->selectFile(path);
         static_cast<QDialog *>(fileDialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
     });
     press(dialog, button);
-    return question;
+    return properties;
 }
 
 } // namespace
@@ -70,17 +70,17 @@ void tst_Dialog::newDialogIsEmpty()
         QVERIFY(child<QAbstractItemView>(dialog, name)->model() == nullptr);
 }
 
-void tst_Dialog::toolButtonsAreEnlarged_data()
+void tst_Dialog::toolButtonFontsAreEnlarged_data()
 {
     QTest::addColumn<bool>("inPixels");
     QTest::addColumn<int>("size");
 
-    QTest::newRow("points") << false << 10;
-    QTest::newRow("one point") << false << 1;
-    QTest::newRow("pixels") << true << 20;
+    QTest::newRow("10 points") << false << 10;
+    QTest::newRow("1 point") << false << 1;
+    QTest::newRow("20 pixels") << true << 20;
 }
 
-void tst_Dialog::toolButtonsAreEnlarged()
+void tst_Dialog::toolButtonFontsAreEnlarged()
 {
     QFETCH(bool, inPixels);
     QFETCH(int, size);
@@ -176,14 +176,14 @@ void tst_Dialog::onlyChosenFileIsEntered()
     QFETCH(QStringList, entries);
     const TextFixture files;
     const QString path = files.write(isDxf ? QStringLiteral("plan.dxf") : QStringLiteral("plan.mif"), {});
-    const QStringList question{QStringLiteral("Выбрать файл"), filter};
+    const QStringList properties{QStringLiteral("Выбрать файл"), filter};
     {
         Dialog dialog;
         dialog.isDxf = isDxf;
         enter(dialog, "objectFileNameEdit", QStringLiteral("план"));
         enter(dialog, "pointFileNameEdit", QStringLiteral("точки"));
 
-        QCOMPARE(chooseFile(dialog, button, path), question);
+        QCOMPARE(chooseFile(dialog, button, path), properties);
 
         entries.replaceInStrings(QStringLiteral("новый"), QDir::toNativeSeparators(path));
         QCOMPARE(entered(dialog, "objectFileNameEdit").toString(), entries.first());
@@ -193,7 +193,7 @@ void tst_Dialog::onlyChosenFileIsEntered()
         Dialog later;
         later.isDxf = isDxf;
         enter(later, "objectFileNameEdit", QStringLiteral("план"));
-        QCOMPARE(chooseFile(later, "objectFileButton", QString()), question + QStringList{path});
+        QCOMPARE(chooseFile(later, "objectFileButton", QString()), properties + QStringList{path});
         QCOMPARE(entered(later, "objectFileNameEdit").toString(), QStringLiteral("план"));
     }
     QCOMPARE(settings.stored(QStringLiteral("lastPath")).toString(), path);

@@ -62,7 +62,7 @@ void tst_DialogFields::keysAreLoadedAsColumns_data()
     QTest::newRow("none") << QStringList() << FieldMap();
     QTest::newRow("two") << list("10 а, 9 б") << mapOf("9 б, 10 а");
     QTest::newRow("negative column") << list("-3 а") << mapOf("-3 а");
-    QTest::newRow("word is column 0, last key wins") << list("0 а, x б") << mapOf("0 б");
+    QTest::newRow("non-numeric key is column 0, last key wins") << list("0 а, x б") << mapOf("0 б");
 }
 
 void tst_DialogFields::keysAreLoadedAsColumns()
@@ -234,7 +234,7 @@ void tst_DialogFields::plusNeedsPreviousRow()
     QCOMPARE(dialog.fieldCount, 2);
 }
 
-// The widgets are gone at once: readFields() would still find a widget that is deleted later.
+// The widgets are deleted at once: after deleteLater(), readFields() would still find them.
 void tst_DialogFields::minusDeletesLastRow()
 {
     const Dialog dialog;

@@ -46,7 +46,7 @@ QStringList words(const char *text)
     return str(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-/// Translates a text by putting "@" before it, provided that its context is "Dialog".
+/// Prefixes texts of the context "Dialog" with "@".
 class MarkingTranslator : public QTranslator
 {
 public:

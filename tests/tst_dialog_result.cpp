@@ -4,7 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-/// The document that the host receives, in a process with commas in its numbers.
+/// The result document, in a locale with decimal commas.
 class tst_DialogResult : public QObject
 {
     Q_OBJECT
@@ -13,10 +13,10 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void wholeDocument();
-    void fieldsAreThoseOfTheLastRun();
-    void objectsStandInTheirPresentOrder();
-    void dialogIsUnchanged();
+    void documentHasExpectedText();
+    void fieldsComeFromTheLastRun();
+    void objectsAreInTheirCurrentOrder();
+    void stringResultChangesNothing();
 
 private:
     SettingsSandbox settings;
@@ -32,7 +32,7 @@ void tst_DialogResult::init()
     settings.clear();
 }
 
-void tst_DialogResult::wholeDocument()
+void tst_DialogResult::documentHasExpectedText()
 {
     Dialog dialog;
     dialog.formName = QStringLiteral("Форма");
@@ -76,8 +76,8 @@ void tst_DialogResult::wholeDocument()
     QCOMPARE(dialog.stringResult(), expected);
 }
 
-// The rows of extra fields on the form count only when a file is processed.
-void tst_DialogResult::fieldsAreThoseOfTheLastRun()
+// The rows of extra fields on the form take effect only when a file is processed.
+void tst_DialogResult::fieldsComeFromTheLastRun()
 {
     Dialog dialog;
     dialog.objects = {object("ЗУ1", {{point("н1")}})};
@@ -88,7 +88,7 @@ void tst_DialogResult::fieldsAreThoseOfTheLastRun()
     QCOMPARE(dialog.stringResult(), document);
 }
 
-void tst_DialogResult::objectsStandInTheirPresentOrder()
+void tst_DialogResult::objectsAreInTheirCurrentOrder()
 {
     Dialog dialog;
     dialog.objects = {object("н10"), object("н2")};
@@ -101,7 +101,7 @@ void tst_DialogResult::objectsStandInTheirPresentOrder()
     QVERIFY(sorted.indexOf(QStringLiteral("<Cell>н2</Cell>")) < sorted.indexOf(QStringLiteral("<Cell>н10</Cell>")));
 }
 
-void tst_DialogResult::dialogIsUnchanged()
+void tst_DialogResult::stringResultChangesNothing()
 {
     Dialog dialog;
     dialog.objects = {object("ЗУ1", {{point("н1")}}), object("ЗУ2")};

@@ -7,9 +7,9 @@
 
 #include <limits>
 
-/// The document compared with that of QXmlStreamWriter over the cells of a vertex table.
+/// Compares the result document with one that QXmlStreamWriter writes from the cells of the vertex table.
 ///
-/// A process fixes the locale of its coordinates at first use. RESULT_LOCALE names it, Russian by default.
+/// The environment variable RESULT_LOCALE selects the locale, Russian by default.
 class tst_DialogResultOracle : public QObject
 {
     Q_OBJECT
@@ -18,9 +18,9 @@ private Q_SLOTS:
     void initTestCase();
 
     void everyCodeUnitIsEscaped();
-    void pairOfSpecialCodeUnitsIsEscaped();
-    void randomDocumentIsThatOfTheOracle_data();
-    void randomDocumentIsThatOfTheOracle();
+    void pairsOfSpecialCodeUnitsAreEscaped();
+    void randomDocumentsMatchTheOracle_data();
+    void randomDocumentsMatchTheOracle();
 
 private:
     SettingsSandbox settings;
@@ -96,7 +96,7 @@ QString oracle(const Dialog &dialog)
     return document;
 }
 
-/// Compares the line, since the whole document is too long for a message.
+/// Compares line by line, because a whole document is too long for a message.
 void compareWithOracle(Dialog &dialog)
 {
     const QString document = dialog.stringResult();
@@ -170,7 +170,7 @@ private:
         return contours;
     }
 
-    // Few differ, so that columns often coincide.
+    // Few different numbers, so that columns often coincide.
     int column() { return upTo(49) == 0 ? 30 : anyOf<int>({std::numeric_limits<int>::min(), -1, 0, 1, 2, 2, 3, 4}); }
 
     QRandomGenerator m_random;
@@ -200,7 +200,7 @@ void tst_DialogResultOracle::everyCodeUnitIsEscaped()
     compareWithOracle(dialog);
 }
 
-void tst_DialogResultOracle::pairOfSpecialCodeUnitsIsEscaped()
+void tst_DialogResultOracle::pairsOfSpecialCodeUnitsAreEscaped()
 {
     Dialog dialog;
     dialog.objects = {DefPolygon{QString(), {{}}}};
@@ -212,7 +212,7 @@ void tst_DialogResultOracle::pairOfSpecialCodeUnitsIsEscaped()
     compareWithOracle(dialog);
 }
 
-void tst_DialogResultOracle::randomDocumentIsThatOfTheOracle_data()
+void tst_DialogResultOracle::randomDocumentsMatchTheOracle_data()
 {
     QTest::addColumn<int>("start");
 
@@ -220,7 +220,7 @@ void tst_DialogResultOracle::randomDocumentIsThatOfTheOracle_data()
         QTest::addRow("start %d", start) << start;
 }
 
-void tst_DialogResultOracle::randomDocumentIsThatOfTheOracle()
+void tst_DialogResultOracle::randomDocumentsMatchTheOracle()
 {
     QFETCH(int, start);
     RandomContent content(start);

@@ -79,7 +79,7 @@ void tst_DialogRun::optionsReachImporter_data()
     row("object prefix and first number",
         list("searchObjectDefsCheck false, objectPrefEdit контур , objectStartNumSpin 30"),
         "контур 30 [7 0 0, н1 10 0]");
-    row("point file is disabled", {pointFile}, "ЗУ9 [7 0 0, н1 10 0]");
+    row("point file without its check box", {pointFile}, "ЗУ9 [7 0 0, н1 10 0]");
     row("point file", {pointFile, QStringLiteral("usePointFileCheck true")}, "ЗУ9 [н1 0 0, Б2 10 0]");
     row("X and Y are never swapped", list("swapXYCheck true"), "ЗУ9 [7 0 0, н1 10 0]");
 }
@@ -105,7 +105,7 @@ void tst_DialogRun::encodingReachesImporter_data()
 
     QTest::newRow("IBM866") << QByteArray("IBM866") << QStringLiteral("IBM866");
     QTest::newRow("typed name") << QByteArray("ISO-8859-5") << QStringLiteral("ISO-8859-5");
-    QTest::newRow("default of the system") << QByteArray("KOI8-R") << QStringLiteral("Default");
+    QTest::newRow("system default") << QByteArray("KOI8-R") << QStringLiteral("Default");
 }
 
 void tst_DialogRun::encodingReachesImporter()

@@ -121,7 +121,7 @@ void tst_DialogSettings::splitterStateIsKept()
     QCOMPARE(splitterState(later), state);
 }
 
-// A format of our own receives the values unconverted; an INI file keeps most of them as texts.
+// A custom settings format receives the values unconverted; an INI file stores most of them as text.
 void tst_DialogSettings::everyKeyIsStoredWithItsType()
 {
     QSettings::setDefaultFormat(QSettings::registerFormat(QStringLiteral("types"), readNothing, writeTypes));

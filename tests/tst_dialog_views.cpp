@@ -232,7 +232,7 @@ void tst_DialogViews::sortingKeepsCurrentCellOfSameShape_data()
     QTest::newRow("one vertex more") << Shape{2} << Shape{3} << false;
 }
 
-// The editor, which stays open, must not write the text of the old object into the new one.
+// The editor stays open and must not write the text of the old object into the new one.
 void tst_DialogViews::sortingKeepsCurrentCellOfSameShape()
 {
     QFETCH(Shape, first);

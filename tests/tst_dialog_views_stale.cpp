@@ -8,7 +8,7 @@
 using Action = void (*)(Dialog &dialog);
 Q_DECLARE_METATYPE(Action)
 
-/// The views while they are older than the objects: during a run and after a run without objects.
+/// The views while they are stale: during a run and after a run without objects.
 class tst_DialogViewsStale : public QObject
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ QStringList &messages()
     return texts;
 }
 
-/// The action of the host while it handles a message.
+/// What the host does while it handles a message; may be empty.
 std::function<void()> &reaction()
 {
     static std::function<void()> function;
@@ -192,7 +192,7 @@ void tst_DialogViewsStale::actionDuringRunIsHarmless()
     QCOMPARE(shown(dialog.polygonModel), list("н1|1.00|1.00, н2|2.00|2.00"));
 }
 
-// Reading further objects may move those that the run has read before.
+// Reading further objects may move those that have already been read.
 void tst_DialogViewsStale::staleRowIsIgnored()
 {
     Dialog dialog;

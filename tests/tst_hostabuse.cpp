@@ -19,13 +19,13 @@ constexpr int huge = 2000000000;
 constexpr int largest = std::numeric_limits<int>::max();
 constexpr int smallest = std::numeric_limits<int>::min();
 
-/// Open files and other handles of this process; 0 where the system does not list them.
+/// Number of open file descriptors of this process; 0 where the system does not list them.
 int openHandles()
 {
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
 }
 
-/// Bytes of the heap in use; 0 where the library does not count them.
+/// Bytes allocated on the heap; 0 where the C library does not count them.
 qint64 usedBytes()
 {
 #ifdef HAVE_MALLINFO2
@@ -36,7 +36,7 @@ qint64 usedBytes()
 #endif
 }
 
-/// False also under a sanitizer, which replaces the heap of the library.
+/// Also false under a sanitizer, which replaces malloc().
 bool isHeapCounted()
 {
     const qint64 before = usedBytes();
@@ -76,14 +76,14 @@ void store(const QString &key, const QVariant &value)
     QSettings().setValue(QStringLiteral("ImportObjects/") + key, value);
 }
 
-using Spoil = std::function<void(const PluginHost &)>;
+using Corruption = std::function<void(const PluginHost &)>;
 
 } // namespace
 
 Q_DECLARE_METATYPE(GeometryInfo)
-Q_DECLARE_METATYPE(Spoil)
+Q_DECLARE_METATYPE(Corruption)
 
-/// Hosts that call often, pass extreme column numbers or have unusable settings.
+/// Hosts that call often, pass extreme column numbers or have corrupt settings.
 class tst_HostAbuse : public QObject
 {
     Q_OBJECT
@@ -91,17 +91,17 @@ class tst_HostAbuse : public QObject
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
 
-    void thousandCallsLeaveNothing();
+    void thousandCallsLeakNothing();
     void extremeColumnsGiveAResult_data();
     void extremeColumnsGiveAResult();
     void hugeColumnsAreShown_data();
     void hugeColumnsAreShown();
     void hugeTableIsEditedAndSorted();
-    void unusableSettingsAreHarmless_data();
-    void unusableSettingsAreHarmless();
+    void corruptSettingsAreHarmless_data();
+    void corruptSettingsAreHarmless();
 };
 
-void tst_HostAbuse::thousandCallsLeaveNothing()
+void tst_HostAbuse::thousandCallsLeakNothing()
 {
     PluginHost host;
     QByteArray data;
@@ -121,10 +121,10 @@ void tst_HostAbuse::thousandCallsLeaveNothing()
     QCOMPARE(openHandles(), handles);
     QCOMPARE(QApplication::allWidgets().size(), widgets);
     if (!isHeapCounted())
-        QSKIP("the bytes in use are not counted here");
-    // The limit is 250 bytes a call. The messages, which the host keeps, take a sixth of that.
-    const qint64 more = usedBytes() - before;
-    QVERIFY2(more < 200000, qPrintable(QString::number(more)));
+        QSKIP("heap usage is not available here");
+    // The limit is 250 bytes per call. The messages that the host keeps take a sixth of it.
+    const qint64 growth = usedBytes() - before;
+    QVERIFY2(growth < 200000, qPrintable(QString::number(growth)));
 }
 
 void tst_HostAbuse::extremeColumnsGiveAResult_data()
@@ -202,19 +202,19 @@ void tst_HostAbuse::hugeTableIsEditedAndSorted()
     });
 }
 
-void tst_HostAbuse::unusableSettingsAreHarmless_data()
+void tst_HostAbuse::corruptSettingsAreHarmless_data()
 {
-    QTest::addColumn<Spoil>("spoil");
+    QTest::addColumn<Corruption>("corrupt");
 
-    const auto row = [](const char *name, const Spoil &spoil) { QTest::newRow(name) << spoil; };
+    const auto row = [](const char *name, const Corruption &corrupt) { QTest::newRow(name) << corrupt; };
     row("file in place of the folder", [](const PluginHost &host) { host.write(QStringLiteral("settings"), "x"); });
-    row("other contents", [](const PluginHost &host) {
+    row("binary contents", [](const PluginHost &host) {
         const QString name = QSettings().fileName();
         QDir().mkpath(QFileInfo(name).path());
         const QByteArray bytes = QByteArray("\0\xFF[[\n=%\x01", 8).repeated(99);
         QVERIFY(QFile::copy(host.write(QStringLiteral("other"), bytes), name));
     });
-    row("lists", [](const PluginHost & /*host*/) {
+    row("lists in place of values", [](const PluginHost & /*host*/) {
         for (const char *const key :
              {"size", "splitterSizes", "lastPath", "searchPointDefs", "pointPref", "pointStartNum", "searchObjectDefs",
               "objectPref", "objectStartNum", "usePointFile", "update", "FieldNumValueMap"})
@@ -224,11 +224,11 @@ void tst_HostAbuse::unusableSettingsAreHarmless_data()
     row("negative size", [](const PluginHost & /*host*/) { store(QStringLiteral("size"), QSize(-100, -100)); });
 }
 
-void tst_HostAbuse::unusableSettingsAreHarmless()
+void tst_HostAbuse::corruptSettingsAreHarmless()
 {
-    QFETCH(Spoil, spoil);
+    QFETCH(Corruption, corrupt);
     PluginHost host;
-    spoil(host);
+    corrupt(host);
 
     for (int call = 0; call < 2; ++call) {
         const QString result = host.call(fromMif, [&host](DialogDriver &driver) {

@@ -31,27 +31,27 @@ const QString unknownOperation = QStringLiteral("Ошибка. Операция 
 
 Q_DECLARE_METATYPE(DialogAction)
 
-/// The entry of the plug-in: metadata, instance, operations, and the results of calls without an import.
+/// The plug-in object: metadata, instance, operations, and the results of calls without an import.
 class tst_ImportPlugin : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void metadataHasOnlyIdAndClass();
-    void castAnswersToKnownNames_data();
-    void castAnswersToKnownNames();
+    void metacastAcceptsKnownNames_data();
+    void metacastAcceptsKnownNames();
     void instanceHasNoParentAndNoMembers();
     void destroyedInstanceIsReplaced();
     void mifIsOfferedFirst();
     void unknownOperationIsReportedOnce_data();
     void unknownOperationIsReportedOnce();
     void unknownOperationKeepsTheSettings();
-    void callbackIsReplacedBeforeTheDialogIsBuilt();
+    void callbackIsSetBeforeTheDialogIsBuilt();
     void missingCallbackDropsMessages();
     void cancelledDialogReturnsNull_data();
     void cancelledDialogReturnsNull();
     void acceptedEmptyDialogReturnsEmptyTable();
-    void nextCallKeepsTheSettingsOnly();
+    void nextCallKeepsOnlyTheSettings();
 };
 
 void tst_ImportPlugin::metadataHasOnlyIdAndClass()
@@ -71,10 +71,10 @@ void tst_ImportPlugin::metadataHasOnlyIdAndClass()
 #endif
 }
 
-void tst_ImportPlugin::castAnswersToKnownNames_data()
+void tst_ImportPlugin::metacastAcceptsKnownNames_data()
 {
     QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<int>("offset"); // of the answer in the instance; -1 for none
+    QTest::addColumn<int>("offset"); // of the result from the instance; -1 for null
 
     const int interfaceOffset = sizeof(QObject);
     QTest::newRow("own class") << QByteArray("ImportPlugin") << 0;
@@ -85,7 +85,7 @@ void tst_ImportPlugin::castAnswersToKnownNames_data()
     QTest::newRow("metadata identifier") << QByteArray("zelmarq.Orvindal.ImportGeometryInterface") << -1;
 }
 
-void tst_ImportPlugin::castAnswersToKnownNames()
+void tst_ImportPlugin::metacastAcceptsKnownNames()
 {
     QFETCH(QByteArray, name);
     QFETCH(int, offset);
@@ -93,10 +93,10 @@ void tst_ImportPlugin::castAnswersToKnownNames()
     QObject *const instance = host.instance();
     QVERIFY(instance != nullptr);
 
-    const char *const answer = static_cast<const char *>(instance->qt_metacast(name));
+    const char *const result = static_cast<const char *>(instance->qt_metacast(name));
     const char *const object = reinterpret_cast<const char *>(instance);
 
-    QCOMPARE(answer == nullptr ? -1 : int(answer - object), offset);
+    QCOMPARE(result == nullptr ? -1 : int(result - object), offset);
 }
 
 void tst_ImportPlugin::instanceHasNoParentAndNoMembers()
@@ -160,9 +160,9 @@ void tst_ImportPlugin::unknownOperationKeepsTheSettings()
     QCOMPARE(QSettings().value(QStringLiteral("ImportObjects/objectPref")).toString(), QStringLiteral(":ЗУ"));
 }
 
-// The nested call comes while the dialog of the outer one is built. If the outer call set its callback only after that,
-// the outer message would go to the first callback.
-void tst_ImportPlugin::callbackIsReplacedBeforeTheDialogIsBuilt()
+// The nested call replaces the callback while the outer call builds its dialog. If the outer call set its own callback
+// only afterwards, its message would go there.
+void tst_ImportPlugin::callbackIsSetBeforeTheDialogIsBuilt()
 {
     static QStringList received;
     received.clear();
@@ -205,7 +205,7 @@ void tst_ImportPlugin::cancelledDialogReturnsNull_data()
     row("window closed", [](DialogDriver &driver) { driver.dialog()->close(); });
 }
 
-// A cell editor is open when the dialog is left.
+// A cell editor is open when the dialog closes.
 void tst_ImportPlugin::cancelledDialogReturnsNull()
 {
     QFETCH(DialogAction, leave);
@@ -240,7 +240,7 @@ void tst_ImportPlugin::acceptedEmptyDialogReturnsEmptyTable()
     QCOMPARE(result, QStringLiteral("\n<FormTable Name=\"Участки\" Update=\"1\"/>"));
 }
 
-void tst_ImportPlugin::nextCallKeepsTheSettingsOnly()
+void tst_ImportPlugin::nextCallKeepsOnlyTheSettings()
 {
     PluginHost host;
     QCOMPARE(ResultOutline::lines(importLines(host)).size(), 6);

@@ -69,9 +69,9 @@ class tst_ImportPluginMemory : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void runWithoutMemoryIsReportedOnce_data();
-    void runWithoutMemoryIsReportedOnce();
-    void resultWithoutMemoryIsReported();
+    void outOfMemoryRunIsReportedOnce_data();
+    void outOfMemoryRunIsReportedOnce();
+    void outOfMemoryResultIsReported();
 };
 
 void tst_ImportPluginMemory::initTestCase()
@@ -80,19 +80,19 @@ void tst_ImportPluginMemory::initTestCase()
         QSKIP("allocations cannot be made to fail here");
 }
 
-void tst_ImportPluginMemory::runWithoutMemoryIsReportedOnce_data()
+void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce_data()
 {
     QTest::addColumn<QString>("operation");
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("isLasting");
 
     QTest::newRow("MIF, one allocation fails") << fromMif << largeMif() << false;
-    QTest::newRow("DXF, memory stays short") << fromDxf << largeDxf() << true;
+    QTest::newRow("DXF, all later allocations fail too") << fromDxf << largeDxf() << true;
 }
 
-// Each call fails at a later allocation than the one before, until a run needs no more of them. A run with enough
-// memory follows in the same dialog.
-void tst_ImportPluginMemory::runWithoutMemoryIsReportedOnce()
+// Each call fails one allocation later than the previous one, until a run succeeds. A run with enough memory follows in
+// the same dialog.
+void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce()
 {
     QFETCH(QString, operation);
     QFETCH(QByteArray, bytes);
@@ -127,11 +127,11 @@ void tst_ImportPluginMemory::runWithoutMemoryIsReportedOnce()
     }
 }
 
-void tst_ImportPluginMemory::resultWithoutMemoryIsReported()
+void tst_ImportPluginMemory::outOfMemoryResultIsReported()
 {
     PluginHost host;
     const QString path = host.writeMif(QStringLiteral("plan"), QByteArray("LINE 1 2 3 4\n").repeated(1000));
-    const auto importWithout = [&host, &path](int nth) {
+    const auto importWithFailure = [&host, &path](int nth) {
         std::optional<AllocationFailure> failure;
         return host.call(fromMif, [&](DialogDriver &driver) {
             searchNothing(driver);
@@ -141,10 +141,10 @@ void tst_ImportPluginMemory::resultWithoutMemoryIsReported()
         });
     };
 
-    QVERIFY(importWithout(1).isNull());
+    QVERIFY(importWithFailure(1).isNull());
     QCOMPARE(host.takeMessages(), QStringList{QStringLiteral("Недостаточно памяти для результата импорта")});
 
-    QVERIFY(importWithout(0).contains(QLatin1String("<Cell>4.00</Cell>")));
+    QVERIFY(importWithFailure(0).contains(QLatin1String("<Cell>4.00</Cell>")));
     QCOMPARE(host.messages(), QStringList());
 }
 

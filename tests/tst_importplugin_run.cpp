@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A drawing whose group codes and values are the words of \a entities; the first of them is in line 11.
+/// A drawing with the words of \a entities as group codes and values; the first of them is in line 11.
 QByteArray drawing(const QByteArray &entities)
 {
     const QByteArray words = "0 SECTION 2 HEADER 0 ENDSEC 0 SECTION 2 ENTITIES " + entities + " 0 ENDSEC 0 EOF ";
@@ -36,7 +36,7 @@ private Q_SLOTS:
     void failureIsReported();
 };
 
-// A region with a known point, a polyline of two sections and a line; then edits, and sorting.
+// Imports a region with a known point, a polyline of two sections and a line, then edits and sorts them.
 void tst_ImportPluginRun::editedMifObjectsReachTheHost()
 {
     PluginHost host;
