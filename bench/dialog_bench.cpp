@@ -1,8 +1,8 @@
-// How long the dialog takes with 100,000 objects and with an object of 100,000 vertices, beside how long it may take.
+// Measures the dialog with 100,000 objects and with an object of 100,000 vertices, and compares the times with bounds.
 //
 //     dialog_bench [--markdown] [--benchmark_filter=...]
 //
-// Nothing is seen: the platform is "offscreen". A table in Markdown goes to the standard output.
+// Runs on the platform "offscreen" and prints a Markdown table on standard output, also without --markdown.
 
 #include "formatbounds.h"
 #include "machine.h"
@@ -23,19 +23,20 @@ namespace {
 
 constexpr int count = 100000;
 constexpr int verticesInResult = 10; // of each object
-constexpr int bigRow = 1;            // where the big object stands among the many
+constexpr int bigObjectRow = 1;      // row of the big object in the list
 
-// What is measured goes into this counter: milliseconds or a ratio.
+// Counter for the measured value, which is in milliseconds or a ratio.
 const char *const measured = "measured";
 
-/// What may be measured at most, in the order of the table; nothing is asked of a bound of 0.
+/// An upper bound of a measured value.
 struct Bound
 {
     const char *name;
     const char *title; ///< in the table
-    double most;
+    double max;        ///< 0 if unbounded
 };
 
+// In the order of the table.
 const Bound bounds[] = {
     {"list/show", "показать список 100 000 объектов, мс", 600},
     {"list/rename", "переименовать объект в нём, мс", 600},
@@ -51,7 +52,7 @@ const Bound bounds[] = {
     {"result/memory", "память для результата к его тексту", 1.1},
 };
 
-/// Processor time in milliseconds: nothing here waits, and what else the machine has to do does not count.
+/// Processor time in milliseconds. Unlike wall-clock time it does not depend on other processes; no action waits.
 double timeOf(const std::function<void()> &action)
 {
     const double begin = processorSeconds();
@@ -72,11 +73,11 @@ QVector<DefPolygon> manyObjects()
     QVector<DefPolygon> objects;
     for (int i = 0; i < count; ++i)
         objects.append(DefPolygon{QStringLiteral("Участок 50:21:%1").arg(i), {{point("н1"), point("н2", 1005)}}});
-    objects[bigRow] = bigObject();
+    objects[bigObjectRow] = bigObject();
     return objects;
 }
 
-/// The dialog after a run, with other objects in place of those that were read.
+/// A shown dialog after a run, whose objects are replaced by others.
 class DialogFixture
 {
 public:
@@ -84,10 +85,10 @@ public:
     {
         dialog.resize(1200, 900);
         showPlan(dialog, m_files);
-        lay(objects);
+        setObjects(objects);
     }
 
-    void lay(const QVector<DefPolygon> &objects)
+    void setObjects(const QVector<DefPolygon> &objects)
     {
         dialog.polygonModel.detachPolygon();
         dialog.mapModel.detachMap();
@@ -97,7 +98,7 @@ public:
         paint();
     }
 
-    /// Until all is laid out and painted.
+    /// Completes layout and painting.
     void paint()
     {
         QCoreApplication::processEvents();
@@ -118,11 +119,11 @@ private:
     TextFixture m_files;
 };
 
-/// The one with all the objects, which takes long to fill.
-DialogFixture &desk()
+/// The dialog with all objects; shared, because filling it takes long.
+DialogFixture &fixture()
 {
-    static DialogFixture desk(manyObjects());
-    return desk;
+    static DialogFixture fixture(manyObjects());
+    return fixture;
 }
 
 void scrollByPage(QAbstractItemView &view)
@@ -131,8 +132,8 @@ void scrollByPage(QAbstractItemView &view)
     bar->setValue(bar->value() + bar->pageStep());
 }
 
-/// \a row and rows far from it by turns.
-int otherRow(int row)
+/// Alternates between \a row and rows far from it.
+int alternatingRow(int row)
 {
     static int turn = 0;
     return ++turn % 2 == 0 ? row : count / 2 + turn;
@@ -146,65 +147,65 @@ QString newName()
 
 double showList()
 {
-    DialogFixture &at = desk();
-    at.dialog.mapModel.setMap(nullptr);
-    at.paint();
-    return at.timeToPaint([&] { at.dialog.mapModel.setMap(&at.dialog.objects); });
+    DialogFixture &f = fixture();
+    f.dialog.mapModel.setMap(nullptr);
+    f.paint();
+    return f.timeToPaint([&] { f.dialog.mapModel.setMap(&f.dialog.objects); });
 }
 
 double renameObject()
 {
-    DialogFixture &at = desk();
-    const QModelIndex index = at.dialog.mapModel.index(count / 2, 0);
-    return at.timeToPaint([&] { at.dialog.mapModel.setData(index, newName()); });
+    DialogFixture &f = fixture();
+    const QModelIndex index = f.dialog.mapModel.index(count / 2, 0);
+    return f.timeToPaint([&] { f.dialog.mapModel.setData(index, newName()); });
 }
 
 double selectObject()
 {
-    selectRow(desk().dialog, otherRow(0));
-    desk().paint();
-    return desk().timeToPaint([] { selectRow(desk().dialog, otherRow(0)); });
+    selectRow(fixture().dialog, alternatingRow(0));
+    fixture().paint();
+    return fixture().timeToPaint([] { selectRow(fixture().dialog, alternatingRow(0)); });
 }
 
 double scrollList()
 {
-    return desk().timeToPaint([] { scrollByPage(*listOf(desk().dialog)); });
+    return fixture().timeToPaint([] { scrollByPage(*listOf(fixture().dialog)); });
 }
 
 double showTable()
 {
-    DialogFixture &at = desk();
-    at.dialog.polygonModel.setPolygon(nullptr);
-    at.paint();
-    return at.timeToPaint([&] { at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]); });
+    DialogFixture &f = fixture();
+    f.dialog.polygonModel.setPolygon(nullptr);
+    f.paint();
+    return f.timeToPaint([&] { f.dialog.polygonModel.setPolygon(&f.dialog.objects[bigObjectRow]); });
 }
 
 double renameVertex()
 {
-    DialogFixture &at = desk();
-    at.dialog.polygonModel.setPolygon(&at.dialog.objects[bigRow]);
-    at.paint();
-    const QModelIndex index = at.dialog.polygonModel.index(5, at.dialog.polygonModel.columnCount() - 3);
-    return at.timeToPaint([&] { at.dialog.polygonModel.setData(index, newName()); });
+    DialogFixture &f = fixture();
+    f.dialog.polygonModel.setPolygon(&f.dialog.objects[bigObjectRow]);
+    f.paint();
+    const QModelIndex index = f.dialog.polygonModel.index(5, f.dialog.polygonModel.columnCount() - 3);
+    return f.timeToPaint([&] { f.dialog.polygonModel.setData(index, newName()); });
 }
 
 double selectBigObject()
 {
-    selectRow(desk().dialog, count / 2);
-    desk().paint();
-    return desk().timeToPaint([] { selectRow(desk().dialog, bigRow); });
+    selectRow(fixture().dialog, count / 2);
+    fixture().paint();
+    return fixture().timeToPaint([] { selectRow(fixture().dialog, bigObjectRow); });
 }
 
 double scrollTable()
 {
-    selectRow(desk().dialog, bigRow);
-    desk().paint();
-    return desk().timeToPaint([] { scrollByPage(*tableViewOf(desk().dialog)); });
+    selectRow(fixture().dialog, bigObjectRow);
+    fixture().paint();
+    return fixture().timeToPaint([] { scrollByPage(*tableViewOf(fixture().dialog)); });
 }
 
 double sortShuffled()
 {
-    QVector<DefPolygon> objects = desk().dialog.objects;
+    QVector<DefPolygon> objects = fixture().dialog.objects;
     std::shuffle(objects.begin(), objects.end(), std::mt19937(1));
     return timeOf([&] { sortObjects(objects); });
 }
@@ -212,7 +213,7 @@ double sortShuffled()
 /// The texts of the cells of a vertex; null for a cell without a value.
 using Row = QVector<QString>;
 
-/// A dialog with a million vertices, and what it is going to write.
+/// A dialog with a million vertices, and the expected cells of its result.
 struct Result
 {
     explicit Result(int columns)
@@ -237,7 +238,7 @@ struct Result
         dialog.objects.append(object);
     }
 
-    // After all objects, which lie close together in memory as after a run.
+    // Runs after all objects are appended, so that they lie close together in memory, as after a run.
     void appendRows(const DefPolygon &object, int columns)
     {
         for (const DefPoint &p : object.contours.first()) {
@@ -264,8 +265,8 @@ void writeRow(QXmlStreamWriter &writer, const Row &row)
     writer.writeEndElement();
 }
 
-/// The document from texts that are all there.
-QString writeAlone(const Result &result)
+/// Writes the document with QXmlStreamWriter only, from prepared texts.
+QString writeWithStreamWriter(const Result &result)
 {
     QString document;
     QXmlStreamWriter writer(&document);
@@ -288,36 +289,36 @@ template <int columns>
 Result &resultOf()
 {
     static Result result(columns);
-    static const bool same = writeAlone(result) == result.dialog.stringResult();
-    if (!same)
+    static const bool isSame = writeWithStreamWriter(result) == result.dialog.stringResult();
+    if (!isSame)
         qFatal("the documents differ");
     return result;
 }
 
-/// The time of the document as a multiple of the writer's alone, which runs just before and just after: the processor
-/// may change its speed in between.
+/// Time of stringResult() relative to QXmlStreamWriter only, which runs before and after because processor speed
+/// varies.
 double resultRatio(Result &result)
 {
-    const auto timeAlone = [&] { return timeOf([&] { writeAlone(result); }); };
-    const double before = timeAlone();
+    const auto timeOfStreamWriter = [&] { return timeOf([&] { writeWithStreamWriter(result); }); };
+    const double before = timeOfStreamWriter();
     const double document = timeOf([&] { result.dialog.stringResult(); });
-    return document / ((before + timeAlone()) / 2);
+    return document / ((before + timeOfStreamWriter()) / 2);
 }
 
-/// What is taken at most while the document is made, as a multiple of its text.
+/// Peak memory of stringResult() relative to the size of the document.
 double resultMemory()
 {
     Result &result = resultOf<3>();
     QFile peak(QStringLiteral("/proc/self/clear_refs"));
     if (peak.open(QIODevice::WriteOnly))
-        peak.write("5"); // starts the peak anew
+        peak.write("5"); // resets the peak
     peak.close();
-    const double before = presentMemory();
+    const double before = residentMemory();
     const QString document = result.dialog.stringResult();
     return (peakMemory() - before) / (static_cast<double>(document.size()) * sizeof(QChar));
 }
 
-/// Collects the medians and prints them beside the bounds.
+/// Collects the medians and prints them with their bounds.
 class Table : public benchmark::BenchmarkReporter
 {
 public:
@@ -345,7 +346,7 @@ public:
 private:
     static QString textOf(double median, const Bound &bound)
     {
-        return bound.most > 0 ? atMost(median, bound.most) : russianNumber(median, 2);
+        return bound.max > 0 ? atMost(median, bound.max) : russianNumber(median, 2);
     }
 
     QMap<QString, double> m_medians;
@@ -384,7 +385,7 @@ void addAll()
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The dialogs live to the end of the process.
+    // Static, because the dialogs live until the process ends.
     static const QApplication app(argc, argv);
     static const SettingsSandbox settings;
     benchmark::Initialize(&argc, argv);

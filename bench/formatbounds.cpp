@@ -6,11 +6,12 @@
 
 namespace {
 
-QString bounded(double value, bool isKept, const QString &sign, double bound)
+QString bounded(double value, bool isWithinBound, const QString &sign, double bound)
 {
     if (!std::isfinite(value) || value <= 0)
         return QStringLiteral("—");
-    const QString text = isKept ? russianNumber(value, 2) : QStringLiteral("**%1**").arg(russianNumber(value, 2));
+    const QString text =
+        isWithinBound ? russianNumber(value, 2) : QStringLiteral("**%1**").arg(russianNumber(value, 2));
     return QStringLiteral("%1 (%2 %3)").arg(text, sign, QLocale(QLocale::Russian).toString(bound));
 }
 

@@ -1,12 +1,12 @@
-// Compares the import of generated map files with two other readers and prints the table of docs/performance.md:
+// Compares the import of synthetic map files with two other readers and prints the table of docs/performance.md:
 //
-//     lines    bare reading of lines
+//     lines    reading the lines only
 //     import   the import, with two passes, point numbers and designations
 //     gdal     GDAL, if available
 //
-// Processor speed varies over time. Readings to compare therefore run side by side in one round, and the table shows
-// the medians of the ratios. Google Benchmark repeats the rounds of all files in random order. Memory is measured for
-// the largest file of each layout, in a new process.
+// Processor speed varies over time. Measurements to compare therefore run side by side in one round, and the table
+// shows the medians of the ratios. Google Benchmark repeats the rounds of all files in random order. Memory is measured
+// for the largest file of each layout, in a new process.
 
 #include "gdalreader.h"
 #include "machine.h"

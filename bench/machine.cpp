@@ -56,7 +56,7 @@ double peakMemory()
     return bytesOf("VmHWM");
 }
 
-double presentMemory()
+double residentMemory()
 {
     return bytesOf("VmRSS");
 }

@@ -11,5 +11,5 @@ double processorSeconds();
 /// Peak memory of this process in bytes; 0 where the system does not report it.
 double peakMemory();
 
-/// Present memory of this process in bytes; 0 where the system does not report it.
-double presentMemory();
+/// Resident memory of this process in bytes; 0 where the system does not report it.
+double residentMemory();

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-/// Reads and discards the lines of all \a paths, the minimum for any reader of text. Returns seconds of processor time.
+/// Reads and discards the lines of all \a paths, a lower bound for any text reader. Returns seconds of processor time.
 double secondsOfLines(const QStringList &paths);
 
 /// Imports the MIF or DXF file \a path with its point numbers and designations. Returns seconds of processor time. A

@@ -13,8 +13,8 @@ constexpr double megabyte = 1e6;
 struct Bounds
 {
     QString format;
-    double maxTimesLines;  ///< import of a mosaic to bare reading of its lines
-    double minTimesFaster; ///< GDAL to import of a mosaic
+    double maxTimesLines;  ///< import of a mosaic relative to reading its lines
+    double minTimesFaster; ///< GDAL relative to the import of a mosaic
 };
 
 const Bounds &boundsOf(const QString &format)

@@ -11,12 +11,12 @@ struct SpeedRow
     QString format;
     Layout layout = Layout::Mosaic;
     QVector<double> imports; ///< seconds of an import, by number of vertices
-    QVector<double> growths; ///< time per vertex to that of the next smaller file; the first has none
+    QVector<double> growths; ///< time per vertex relative to the next smaller file; none for the first
     double lines = 0;        ///< seconds of reading the lines of the largest file
     double gdal = 0;         ///< seconds of GDAL for the largest file
-    double toLines = 0;      ///< import of the largest file to the reading of its lines
-    double gdalToImport = 0; ///< GDAL to the import of the largest file
-    double toMosaic = 0;     ///< import of the largest file to that of the largest mosaic
+    double toLines = 0;      ///< import of the largest file relative to reading its lines
+    double gdalToImport = 0; ///< GDAL relative to the import of the largest file
+    double toMosaic = 0;     ///< import of the largest file relative to that of the largest mosaic
     double fileSize = 0;     ///< bytes of the largest file, including its MID file
     double memory = 0;       ///< bytes that an import of the largest file needs
 };

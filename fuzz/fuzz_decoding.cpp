@@ -1,9 +1,9 @@
-// LineReader against QTextStream:
+// Compares LineReader with QTextStream. Input:
 //
 //     0              encoding
-//     0              number of lines to read before a rewind
-//     0              1: the text begins near the end of the first chunk that is decoded
-//     00             how many bytes before that end
+//     0              number of lines to read before rewinding
+//     0              1: the text begins near the end of the first decoded chunk
+//     00             distance from that end in bytes
 //     ...            the text
 
 #include "input.h"
@@ -42,10 +42,10 @@ void compareReaders(const QByteArray &bytes, QTextCodec *codec, int linesBeforeR
     device.seek(0);
     LineReader reader;
     reader.setDevice(&device, codec);
-    require(readLines(reader, linesBeforeRewind) == expectedBefore, "the first lines are those of QTextStream");
+    require(readLines(reader, linesBeforeRewind) == expectedBefore, "the first lines match QTextStream");
     reader.rewind();
     require(readLines(reader, std::numeric_limits<int>::max()) == expected,
-            "the lines after a rewind are those of QTextStream");
+            "the lines after a rewind match QTextStream");
     require(reader.atEnd() && reader.readLine().isNull(), "no line follows the last one");
 }
 

@@ -1,7 +1,7 @@
-// The DXF importer against the reference implementation:
+// Compares the DXF importer with the reference implementation. Input:
 //
 //     000000000      options, a digit each, see readOptions()
-//     0              1: the drawing of the objects is missing; 2: that of the points
+//     0              1: the object file is missing; 2: the point file is missing
 //     ...            both drawings, separated by a line of ===
 
 #include "importfiles.h"

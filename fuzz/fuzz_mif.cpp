@@ -1,4 +1,4 @@
-// The MIF importer against the reference implementation:
+// Compares the MIF importer with the reference implementation. Input:
 //
 //     000000000      options, a digit each, see readOptions()
 //     0              1: the MID file is missing

@@ -1,4 +1,4 @@
-// Both models and the result document over objects that change while they are shown:
+// Checks both models and the result document while the shown objects change. Input:
 //
 //     000            columns of the designation, of X and of Y
 //     ...            actions, a digit each, followed by its own options; see Session::run()
@@ -68,7 +68,7 @@ void checkResult(const QVector<DefPolygon> &objects)
             "the result document lists the objects and their vertices");
 }
 
-/// Models over objects, and the actions that change both.
+/// Models of the same objects, and the actions that change models and objects.
 class Session
 {
 public:
@@ -221,12 +221,12 @@ private:
         m_isShown = !m_objects.isEmpty();
         layOutRows();
         for (int i = 0; i < m_rows.size(); ++i)
-            require(m_vertices.isConflictingPoint(i) == isConflict(i), "one number at two places is a conflict");
+            require(m_vertices.isConflictingPoint(i) == isConflict(i), "one designation at two places is a conflict");
         QAbstractItemModelTester list(&m_list, QAbstractItemModelTester::FailureReportingMode::Fatal);
         QAbstractItemModelTester vertices(&m_vertices, QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
 
-    // The rows of the object's present shape, which the model knows only after setPolygon() and refresh().
+    // Lays out the rows of the object's current shape, which the model adopts only in setPolygon() and refresh().
     void layOutRows()
     {
         m_rows.clear();
@@ -241,7 +241,7 @@ private:
         }
     }
 
-    /// The present vertex of a row; null between two contours and after the vertex was removed.
+    /// The current vertex of a row; null between two contours and after the vertex was removed.
     const DefPoint *vertexOf(int row) const
     {
         const RowInfo info = m_rows.at(row);
@@ -264,7 +264,7 @@ private:
         return false;
     }
 
-    /// The text of a cell to edit. The first of the things that share a column is shown.
+    /// The edit value of a cell. If several values share a column, the first one is shown.
     QVariant textOf(const DefPoint &vertex, int column) const
     {
         if (column == m_defColumn)
@@ -289,7 +289,7 @@ private:
         const QVariant text = vertex == nullptr ? QVariant() : textOf(*vertex, column);
         const QString displayText = vertex == nullptr ? QString() : displayTextOf(*vertex, column);
         const QModelIndex index = m_vertices.index(row, column);
-        require(index.data(Qt::EditRole).isValid() == text.isValid(), "a cell has a value where its vertex has one");
+        require(index.data(Qt::EditRole).isValid() == text.isValid(), "a cell has a value if its vertex has one");
         require(index.data().isValid() == text.isValid(), "a cell with a value to edit displays it");
         require(index.data(Qt::EditRole).toString() == text.toString(), "a cell has the text of its vertex");
         require(index.data().toString() == displayText, "a cell displays the text of its vertex");
@@ -297,10 +297,10 @@ private:
         require(isRed == m_vertices.isConflictingPoint(row), "only conflicts are red");
     }
 
-    // The rows may be older than the object; every cell can be queried nevertheless.
+    // The rows may be stale; every cell can be queried nevertheless.
     void checkVertices()
     {
-        require(m_vertices.rowCount() == m_rows.size(), "the rows follow the object that was set or refreshed");
+        require(m_vertices.rowCount() == m_rows.size(), "the rows match the object last set or refreshed");
         for (int row = 0; row < m_rows.size(); ++row) {
             for (int column = 0; column < m_vertices.columnCount(); ++column)
                 checkCell(row, column);

@@ -9,7 +9,8 @@
 
 /// The input of one run: options, a byte each, then files.
 ///
-/// The digits stand for the choices from 0, any other byte for one of them. A line feed may end the options.
+/// A digit selects the choice with that number, counted from 0; any byte selects some choice. A line feed may end the
+/// options.
 class Input
 {
 public:

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Aborts, which the fuzzer reports as a find, unless the condition \a holds.
+/// Aborts unless the \a condition \a holds. The fuzzer reports that as a crash.
 inline void require(bool holds, const char *condition)
 {
     if (holds)
