@@ -22,5 +22,5 @@ struct SpeedRow
 };
 
 /// Returns a Markdown table of \a rows; \a vertexCounts are in ascending order. A figure with a bound shows the bound,
-/// and is bold when it exceeds it.
+/// and is bold when it violates it.
 QString resultTable(const QVector<SpeedRow> &rows, const QVector<int> &vertexCounts);

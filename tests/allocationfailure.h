@@ -63,7 +63,7 @@ public:
 
 private:
 #ifdef CAN_REPLACE_MALLOC
-    // Qt Widgets are built without exceptions and would crash if one of their own allocations failed.
+    // Qt Widgets is built without exceptions and would crash if one of its own allocations failed.
     static bool isForPlugin()
     {
         void *frames[32];

@@ -41,7 +41,7 @@ void FileGenerator::setStyle()
     m_grid = large && chance(70) ? 4 + below(4) : below(8);
     m_offset = chance(20) ? 1e6 * below(8) : 0;
     m_size = large ? 60 + below(300) : 1 + below(12);
-    m_oddPercent = !large && chance(20) ? 3 : 0;
+    m_unusualPercent = !large && chance(20) ? 3 : 0;
     m_extremePercent = chance(15) ? 4 : 0;
     m_pointPercent = chance(20) ? 0 : 25;
     m_textPercent = chance(15) ? 65 : 27;
@@ -106,18 +106,18 @@ FileGenerator::Place FileGenerator::place()
 // Sorting leaves the order of points and texts at the same place open, so most of them get an unused place.
 FileGenerator::Place FileGenerator::unusedPlace()
 {
-    if (below(400) == 0 && !m_taken.isEmpty())
-        return m_taken[below(m_taken.size())];
+    if (below(400) == 0 && !m_usedPlaces.isEmpty())
+        return m_usedPlaces[below(m_usedPlaces.size())];
     Place at = place();
-    for (int attempt = 0; attempt < 8 && m_taken.contains(at); ++attempt)
+    for (int attempt = 0; attempt < 8 && m_usedPlaces.contains(at); ++attempt)
         at = chance(70) ? place() : freshPlace();
-    if (m_taken.contains(at))
-        at = Place(m_offset + m_taken.size() * 0.0137, coordinate());
-    m_taken.append(at);
+    if (m_usedPlaces.contains(at))
+        at = Place(m_offset + m_usedPlaces.size() * 0.0137, coordinate());
+    m_usedPlaces.append(at);
     return at;
 }
 
-QString FileGenerator::oddNumber()
+QString FileGenerator::unusualNumber()
 {
     return oneOf("nan/inf/-inf/1e308/-1e200/1e-320/1e400/1,5/-0.0/+2.5/.5/5./1e/0x10/--1/-/1.5.2/1_0/٣/１/1.5E+01/abc/"
                  "1d2/NaN/Inf/1e+/1.0f/e5/0.1000000000000000055511151231257827/infinity/"
@@ -128,8 +128,8 @@ QString FileGenerator::number(double value)
 {
     if (chance(m_extremePercent))
         return oneOf("nan/inf/-inf/1e308/1.7976931348623157e308/-1e200/1e154/-1.4e154/1e16/1e-320/-0.0/1e-170");
-    if (chance(m_oddPercent))
-        return oddNumber();
+    if (chance(m_unusualPercent))
+        return unusualNumber();
     switch (below(20)) {
     case 0:
         return QString::number(value, 'e', 17);
@@ -195,15 +195,15 @@ QByteArray FileGenerator::encoded(const QStringList &lines)
 
 void FileGenerator::corruptBytes(QByteArray &bytes)
 {
-    static const QByteArray odd[] = {"\r",       "\n",       "\t",     "\v",           "\f",   "\x1a",   "\xff",
-                                     "\xd0",     "\x85",     " ",      "\"",           "0",    "\r\r\n", "\xe2\x80\xa8",
-                                     "\xc2\xa0", "\xc2\x85", "\x1b$B", "\xef\xbb\xbf", "\n\r", {1, '\0'}};
+    static const QByteArray insertions[] = {
+        "\r", "\n", "\t",     "\v",           "\f",       "\x1a",     "\xff",   "\xd0",         "\x85", " ",
+        "\"", "0",  "\r\r\n", "\xe2\x80\xa8", "\xc2\xa0", "\xc2\x85", "\x1b$B", "\xef\xbb\xbf", "\n\r", {1, '\0'}};
     if (chance(m_errorPercent) && chance(8))
         bytes.truncate(below(bytes.size() + 1));
     if (!chance(m_errorPercent) || !chance(25))
         return;
     for (int errors = 1 + below(3); errors > 0 && bytes.size() > 3; --errors) {
         const int at = chance(70) ? below(bytes.size()) : qMin(bytes.size(), chunkSize) - below(3);
-        bytes.insert(at, odd[below(20)]);
+        bytes.insert(at, insertions[below(20)]);
     }
 }

@@ -54,7 +54,8 @@ private:
     Place unusedPlace();
     QString number(double value);
     QString count(int value);
-    QString oddNumber();
+    /// A text that is a number in an unusual notation, a special number or no number at all.
+    QString unusualNumber();
     QString def();
     QString padding();
     QByteArray encoded(const QStringList &lines);
@@ -88,10 +89,10 @@ private:
 
     QRandomGenerator m_random;
     QVector<Place> m_places;
-    QVector<Place> m_taken;
+    QVector<Place> m_usedPlaces;
     int m_grid = 0;
     int m_size = 0;
-    int m_oddPercent = 0;
+    int m_unusualPercent = 0;
     int m_extremePercent = 0;
     int m_pointPercent = 0;
     int m_textPercent = 0;

@@ -18,7 +18,7 @@ void insertPair(QStringList &lines, int at, const QString &code, const QString &
 
 void FileGenerator::addDxf(GeneratedRun &run, const QString &name)
 {
-    m_taken.clear();
+    m_usedPlaces.clear();
     QStringList lines = dxf();
     if (chance(m_errorPercent + m_errorPercent / 3))
         corruptPairs(lines);
@@ -195,7 +195,7 @@ void FileGenerator::dxfLwpolyline(QStringList &lines)
 void FileGenerator::corruptPairs(QStringList &lines)
 {
     for (int errors = 1 + below(2); errors > 0 && lines.size() > 8; --errors) {
-        // The first two pairs are mostly spared: nothing is read after a wrong header.
+        // Mostly spares the first two pairs, because nothing is read after a wrong header.
         const int from = chance(95) ? 2 : 0;
         const int at = 2 * (from + below(lines.size() / 2 - from));
         const QString code = oneOf("0/10/20/70/90/1/72/010/11/21//2");
@@ -226,7 +226,7 @@ void FileGenerator::corruptPairs(QStringList &lines)
             lines = lines.mid(0, at + below(2));
             break;
         case 8:
-            lines[at + 1] = oddNumber();
+            lines[at + 1] = unusualNumber();
             break;
         case 9:
             lines[at + 1].append(QStringLiteral("\u00a0"));

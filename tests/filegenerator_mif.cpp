@@ -3,7 +3,7 @@
 void FileGenerator::addMif(GeneratedRun &run, const QString &name)
 {
     m_delimiter = oneOf(",/,/;/|");
-    m_taken.clear();
+    m_usedPlaces.clear();
     QStringList records;
     QStringList lines = mif(records);
     if (chance(m_errorPercent))
@@ -159,7 +159,7 @@ void FileGenerator::corruptLines(QStringList &lines, int from)
             lines = lines.mid(0, at);
             break;
         case 5:
-            words[word] = oddNumber();
+            words[word] = unusualNumber();
             lines[at] = words.join(QLatin1Char(' '));
             break;
         case 6:

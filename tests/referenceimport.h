@@ -10,7 +10,7 @@
 #include <QTextStream>
 #include <QVector>
 
-/// The options of an importer, under the same names, and the format.
+/// The format and the options of an importer, which have the same names there.
 struct ImportOptions
 {
     bool dxf = false;

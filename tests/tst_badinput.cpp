@@ -196,7 +196,7 @@ void tst_BadInput::malformedBytesAreHandled_data()
     row("binary", dxfName, QByteArray("Binary drawing\r\n\x1A\0\0\0SECTION\0\x02\0HEADER\0", 37), noDxf, QString());
     row("NUL in a group code", dxfName, dxfHead + "0\nLINE\n1" + zero + "0\n7\n" + dxfLine.mid(7), QString(),
         QStringLiteral("ЗУ1") + vertices);
-    // The 16 lines of the pass over the texts are counted as well.
+    // The line number includes the 16 lines that the texts pass has read.
     row("NUL in a coordinate", dxfName, dxfHead + "0\nLINE\n10\n0" + zero + "\n20\n0\n",
         QStringLiteral("Ошибка чтения DXF файла в строке: 30"), QString());
     row("NUL in a text", dxfName, dxfHead + dxfLine + text + "a" + zero + "b\n", QString(),
@@ -297,8 +297,8 @@ void tst_BadInput::nonFiniteVerticesAreAllDifferent()
 void tst_BadInput::readingEndsInATruncatedFile_data()
 {
     QTest::addColumn<int>("size"); // of 200000 bytes
-    QTest::addColumn<int>("fewest");
-    QTest::addColumn<int>("most");
+    QTest::addColumn<int>("minLines");
+    QTest::addColumn<int>("maxLines");
 
     QTest::newRow("to less than has been read") << 1000 << 1 << 10000;
     QTest::newRow("to half") << 100000 << 9990 << 9991;
@@ -307,8 +307,8 @@ void tst_BadInput::readingEndsInATruncatedFile_data()
 void tst_BadInput::readingEndsInATruncatedFile()
 {
     QFETCH(int, size);
-    QFETCH(int, fewest);
-    QFETCH(int, most);
+    QFETCH(int, minLines);
+    QFETCH(int, maxLines);
     const TextFixture files;
     QFile file(files.writeBytes(mifName, QByteArray("123456789\n").repeated(20000)));
     QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
@@ -320,7 +320,7 @@ void tst_BadInput::readingEndsInATruncatedFile()
     QVERIFY(QFile::resize(file.fileName(), size));
 
     const int lines = countLines(reader, 20000);
-    QVERIFY2(lines >= fewest && lines <= most, qPrintable(QString::number(lines)));
+    QVERIFY2(lines >= minLines && lines <= maxLines, qPrintable(QString::number(lines)));
     QVERIFY(reader.readLine().isEmpty());
 }
 
@@ -372,7 +372,7 @@ void tst_BadInput::mifFileMayBeTruncatedBetweenPasses()
     QCOMPARE(truncatedFile, message.replace(QStringLiteral("%1"), QDir::toNativeSeparators(run.files.path(mifName))));
 }
 
-// The objects pass continues where the failed pass over the texts has stopped.
+// The objects pass continues where the failed texts pass stopped.
 void tst_BadInput::dxfFileMayBeTruncatedDuringAPass()
 {
     BadInputFixture run(dxfName);

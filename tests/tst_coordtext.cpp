@@ -50,7 +50,7 @@ double nearBinaryTie(Numbers &numbers)
     return choices[numbers() % 3];
 }
 
-/// The double nearest to a tie of the decimal rounding, slightly above or below it.
+/// The double nearest to a tie of decimal rounding; it lies slightly above or below the tie.
 double nearDecimalTie(Numbers &numbers)
 {
     const auto n = static_cast<double>(std::uniform_int_distribution<qint64>(-10000000000, 10000000000)(numbers));

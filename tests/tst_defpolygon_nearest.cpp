@@ -200,14 +200,14 @@ void tst_DefPolygonNearest::noPointIsNearerThanTheResult()
 
 void tst_DefPolygonNearest::unsortedSpecialPointsAreSafe()
 {
-    const QVector<double> odd{notANumber, 3, -infinity, 7, infinity, 0, -2, notANumber, 1e200, 5, infinity};
+    const QVector<double> specials{notANumber, 3, -infinity, 7, infinity, 0, -2, notANumber, 1e200, 5, infinity};
     QVector<DefPoint> points;
     for (int size = 0; size < 40; ++size) {
-        for (double x : odd) {
+        for (double x : specials) {
             const int found = nearestAmong(points, QPointF(x, 0));
             QVERIFY(found >= -1 && found < size);
         }
-        points.append(DefPoint{QString(), odd.at(size * 7 % 11), odd.at(size * 5 % 11)});
+        points.append(DefPoint{QString(), specials.at(size * 7 % 11), specials.at(size * 5 % 11)});
     }
 }
 

@@ -223,10 +223,10 @@ void tst_DefPolygonSort::pointsAreSorted()
 
 void tst_DefPolygonSort::manySpecialPointsAreSorted()
 {
-    const QVector<double> odd{notANumber, 1, infinity, notANumber, -infinity, 0, notANumber};
+    const QVector<double> specials{notANumber, 1, infinity, notANumber, -infinity, 0, notANumber};
     Places places;
     for (int i = 0; i < 1001; ++i)
-        places.append({odd.at(i % 7), odd.at(i / 7 % 7)});
+        places.append({specials.at(i % 7), specials.at(i / 7 % 7)});
     QVector<DefPoint> points = pointsAt(places);
 
     sortPoints(points);

@@ -67,7 +67,7 @@ Value oneOf(const QVector<Value> &values, Random &random)
     return values.at(static_cast<int>(random() % static_cast<unsigned>(values.size())));
 }
 
-/// Up to three pieces from all kinds of case folding, so that many designations are equal.
+/// Up to three pieces that cover all kinds of case folding, so that many designations are equal.
 QString anyDef(Random &random)
 {
     static const QVector<QString> pieces{

@@ -3,7 +3,7 @@
 #include <QDir>
 
 /// Pairs, header and sections of a drawing.
-class tst_MapImport_Dxf : public QObject
+class tst_MapImportDxf : public QObject
 {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ QString formatError(const QString &fileName)
 
 } // namespace
 
-void tst_MapImport_Dxf::fileWithoutHeaderIsRejected_data()
+void tst_MapImportDxf::fileWithoutHeaderIsRejected_data()
 {
     QTest::addColumn<QByteArray>("begin");
 
@@ -47,7 +47,7 @@ void tst_MapImport_Dxf::fileWithoutHeaderIsRejected_data()
     QTest::newRow("another second value") << QByteArray("0 SECTION|2 TABLES");
 }
 
-void tst_MapImport_Dxf::fileWithoutHeaderIsRejected()
+void tst_MapImportDxf::fileWithoutHeaderIsRejected()
 {
     QFETCH(QByteArray, begin);
     DxfFixture dxf;
@@ -58,7 +58,7 @@ void tst_MapImport_Dxf::fileWithoutHeaderIsRejected()
     QCOMPARE(dxf.objects(), QString());
 }
 
-void tst_MapImport_Dxf::rejectedPointFileEndsTheImport()
+void tst_MapImportDxf::rejectedPointFileEndsTheImport()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -70,7 +70,7 @@ void tst_MapImport_Dxf::rejectedPointFileEndsTheImport()
     QCOMPARE(dxf.objects(), QString());
 }
 
-void tst_MapImport_Dxf::blanksAroundCodeAreIgnored_data()
+void tst_MapImportDxf::blanksAroundCodeAreIgnored_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("code");
@@ -90,7 +90,7 @@ void tst_MapImport_Dxf::blanksAroundCodeAreIgnored_data()
 }
 
 // A LINE begins with code 0 and its X has code 10, so without them there is no object.
-void tst_MapImport_Dxf::blanksAroundCodeAreIgnored()
+void tst_MapImportDxf::blanksAroundCodeAreIgnored()
 {
     QFETCH(QString, line);
     QFETCH(QString, code);
@@ -105,14 +105,14 @@ void tst_MapImport_Dxf::blanksAroundCodeAreIgnored()
     QCOMPARE(ok, isCode || code == QStringLiteral("0"));
 }
 
-void tst_MapImport_Dxf::compareObjects()
+void tst_MapImportDxf::compareObjects()
 {
     DxfFixture dxf;
 
     compareRun(dxf, &DxfFixture::objects);
 }
 
-void tst_MapImport_Dxf::pairsAreRead_data()
+void tst_MapImportDxf::pairsAreRead_data()
 {
     addRunColumns();
     QStringList padded;
@@ -131,7 +131,7 @@ void tst_MapImport_Dxf::pairsAreRead_data()
     addRun("blank line after the closing pair", drawing(lineEntity) + pairs(""), lineObject, 25);
 }
 
-void tst_MapImport_Dxf::onlyEntitiesSectionIsRead_data()
+void tst_MapImportDxf::onlyEntitiesSectionIsRead_data()
 {
     addRunColumns();
     const QByteArray otherLine = "0 LINE|10 10|20 0|11 20|21 0";
@@ -154,7 +154,7 @@ void tst_MapImport_Dxf::onlyEntitiesSectionIsRead_data()
     row("unknown entity", "0 SECTION|2 ENTITIES|0 FOO|90 abc|10 abc|20 |" + lineEntity, lineObject);
 }
 
-void tst_MapImport_Dxf::pairAfterTextIsPushedBack_data()
+void tst_MapImportDxf::pairAfterTextIsPushedBack_data()
 {
     addRunColumns();
 
@@ -162,7 +162,7 @@ void tst_MapImport_Dxf::pairAfterTextIsPushedBack_data()
     addRun("lines are counted once", openDrawing("0 TEXT|10 0|20 0|1 а|0 POINT|10 5|20 5|"), "- 5 5", 25);
 }
 
-void tst_MapImport_Dxf::pairAfterTextIsPushedBack()
+void tst_MapImportDxf::pairAfterTextIsPushedBack()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -170,7 +170,7 @@ void tst_MapImport_Dxf::pairAfterTextIsPushedBack()
     compareRun(dxf, &DxfFixture::points);
 }
 
-void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass_data()
+void tst_MapImportDxf::pushedBackPairOutlivesItsPass_data()
 {
     QTest::addColumn<QByteArray>("lastPair");
     QTest::addColumn<QByteArray>("objectPairs");
@@ -188,7 +188,7 @@ void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass_data()
         << QByteArray() << "0 SECTION|2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
 }
 
-void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass()
+void tst_MapImportDxf::pushedBackPairOutlivesItsPass()
 {
     QFETCH(QByteArray, lastPair);
     QFETCH(QByteArray, objectPairs);
@@ -206,5 +206,5 @@ void tst_MapImport_Dxf::pushedBackPairOutlivesItsPass()
     QCOMPARE(dxf.objects(), isRead ? QString::fromUtf8(lineObject) : QString());
 }
 
-QTEST_GUILESS_MAIN(tst_MapImport_Dxf)
+QTEST_GUILESS_MAIN(tst_MapImportDxf)
 #include "tst_mapimport_dxf.moc"

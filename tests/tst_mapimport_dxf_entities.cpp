@@ -1,7 +1,7 @@
 #include "dxftesting.h"
 
 /// The readers of points, lines and polylines.
-class tst_MapImport_DxfEntities : public QObject
+class tst_MapImportDxfEntities : public QObject
 {
     Q_OBJECT
 
@@ -26,14 +26,14 @@ private:
     static void compareObjects();
 };
 
-void tst_MapImport_DxfEntities::compareObjects()
+void tst_MapImportDxfEntities::compareObjects()
 {
     DxfFixture dxf;
 
     compareRun(dxf, &DxfFixture::objects);
 }
 
-void tst_MapImport_DxfEntities::pointIsRead_data()
+void tst_MapImportDxfEntities::pointIsRead_data()
 {
     addRunColumns();
     for (const char *entity : {"INSERT", "POINT", "CIRCLE", "ELLIPSE"})
@@ -61,7 +61,7 @@ void tst_MapImport_DxfEntities::pointIsRead_data()
     addRun("incomplete TEXT", drawing("0 POINT|10 TEXT|20 2|1 т"), "", 20);
 }
 
-void tst_MapImport_DxfEntities::pointIsRead()
+void tst_MapImportDxfEntities::pointIsRead()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -71,7 +71,7 @@ void tst_MapImport_DxfEntities::pointIsRead()
     QCOMPARE(dxf.import.pointStartNum, 1);
 }
 
-void tst_MapImport_DxfEntities::lineIsRead_data()
+void tst_MapImportDxfEntities::lineIsRead_data()
 {
     addRunColumns();
     const auto one = "ЗУ1 [н1 1 2, н2 3 4]";
@@ -86,7 +86,7 @@ void tst_MapImport_DxfEntities::lineIsRead_data()
     addRun("no second y", drawing("0 LINE|10 1|20 2|11 3"), "", 22);
 }
 
-void tst_MapImport_DxfEntities::polylineIsRead_data()
+void tst_MapImportDxfEntities::polylineIsRead_data()
 {
     addRunColumns();
     const QByteArray vertex = "0 POLYLINE|0 VERTEX|10 1|20 2|";
@@ -108,7 +108,7 @@ void tst_MapImport_DxfEntities::polylineIsRead_data()
     addRun("end of the file after a vertex", openDrawing(vertices + "8 0"), "- [н1 1 2, н2 3 4]", 26);
 }
 
-void tst_MapImport_DxfEntities::polylineIsClosedByFlagOne_data()
+void tst_MapImportDxfEntities::polylineIsClosedByFlagOne_data()
 {
     addRunColumns();
     const auto row = [](const char *name, const QByteArray &groups, const QByteArray &vertex, bool isClosed) {
@@ -127,7 +127,7 @@ void tst_MapImport_DxfEntities::polylineIsClosedByFlagOne_data()
     row("flag of a vertex between its coordinates", "|70 0", "10 1|70 1|20 2", false);
 }
 
-void tst_MapImport_DxfEntities::lwpolylineIsRead_data()
+void tst_MapImportDxfEntities::lwpolylineIsRead_data()
 {
     addRunColumns();
     const auto two = "ЗУ1 [н1 1 2, н2 3 4]";
@@ -152,7 +152,7 @@ void tst_MapImport_DxfEntities::lwpolylineIsRead_data()
     addRun("end of the file", openDrawing("0 LWPOLYLINE|90 2|10 1|20 2|10 3"), "- [н1 1 2]", 20);
 }
 
-void tst_MapImport_DxfEntities::lwpolylineNeedsItsVertexCount_data()
+void tst_MapImportDxfEntities::lwpolylineNeedsItsVertexCount_data()
 {
     addRunColumns();
 
@@ -162,7 +162,7 @@ void tst_MapImport_DxfEntities::lwpolylineNeedsItsVertexCount_data()
         addRun(count, drawing(QByteArray("0 LWPOLYLINE|90 ") + count + "|10 1|20 2|10 3|20 4"), "- []", 14);
 }
 
-void tst_MapImport_DxfEntities::lwpolylineIsClosedByBitZero_data()
+void tst_MapImportDxfEntities::lwpolylineIsClosedByBitZero_data()
 {
     addRunColumns();
     const auto row = [](const char *name, const QByteArray &groups, const QByteArray &last, const char *lastVertices) {
@@ -185,7 +185,7 @@ void tst_MapImport_DxfEntities::lwpolylineIsClosedByBitZero_data()
 }
 
 // The first vertex has swapped coordinates and the empty designation of a known point. Its copy has the same.
-void tst_MapImport_DxfEntities::closingVertexIsCopiedAsStored()
+void tst_MapImportDxfEntities::closingVertexIsCopiedAsStored()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -197,5 +197,5 @@ void tst_MapImport_DxfEntities::closingVertexIsCopiedAsStored()
     QCOMPARE(dxf.points(), QStringLiteral("- 0 5; н1 9 5; н2 9 8"));
 }
 
-QTEST_GUILESS_MAIN(tst_MapImport_DxfEntities)
+QTEST_GUILESS_MAIN(tst_MapImportDxfEntities)
 #include "tst_mapimport_dxf_entities.moc"

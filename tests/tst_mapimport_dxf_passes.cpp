@@ -4,7 +4,7 @@
 #include <QRegularExpression>
 
 /// The passes over a drawing and the designations that they find.
-class tst_MapImport_DxfPasses : public QObject
+class tst_MapImportDxfPasses : public QObject
 {
     Q_OBJECT
 
@@ -66,7 +66,7 @@ QStringList drawingOf(const QStringList &texts)
 } // namespace
 
 // The entities that belong to the other pass are invalid: reading them would fail.
-void tst_MapImport_DxfPasses::everyPassReadsItsOwnEntities()
+void tst_MapImportDxfPasses::everyPassReadsItsOwnEntities()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -80,7 +80,7 @@ void tst_MapImport_DxfPasses::everyPassReadsItsOwnEntities()
     QCOMPARE(dxf.objects(), QString::fromUtf8(lineObject));
 }
 
-void tst_MapImport_DxfPasses::failedPointsPassEndsTheImport()
+void tst_MapImportDxfPasses::failedPointsPassEndsTheImport()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -94,7 +94,7 @@ void tst_MapImport_DxfPasses::failedPointsPassEndsTheImport()
 }
 
 // The texts pass adds the 26 lines of the file. A points pass over the same file makes it unnecessary.
-void tst_MapImport_DxfPasses::lineNumberContinuesAfterTextsPass()
+void tst_MapImportDxfPasses::lineNumberContinuesAfterTextsPass()
 {
     for (const bool searchPointDefs : {false, true}) {
         DxfFixture dxf;
@@ -107,7 +107,7 @@ void tst_MapImport_DxfPasses::lineNumberContinuesAfterTextsPass()
     }
 }
 
-void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts_data()
+void tst_MapImportDxfPasses::objectsPassContinuesAfterFailedTexts_data()
 {
     QTest::addColumn<QByteArray>("entities");
     QTest::addColumn<QString>("objects");
@@ -125,7 +125,7 @@ void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts_data()
         << "0 TEXT|10 5|20 0|1 12|0 TEXT|10 50|20 0|1 Сад|0 TEXT" + section << named << 30;
 }
 
-void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts()
+void tst_MapImportDxfPasses::objectsPassContinuesAfterFailedTexts()
 {
     QFETCH(QByteArray, entities);
     QFETCH(int, errorLine);
@@ -138,7 +138,7 @@ void tst_MapImport_DxfPasses::objectsPassContinuesAfterFailedTexts()
     QTEST(dxf.objects(), "objects");
 }
 
-void tst_MapImport_DxfPasses::failuresOfBothPassesAreReported()
+void tst_MapImportDxfPasses::failuresOfBothPassesAreReported()
 {
     DxfFixture dxf;
     dxf.import.searchObjectDefs = true;
@@ -150,7 +150,7 @@ void tst_MapImport_DxfPasses::failuresOfBothPassesAreReported()
 
 // The objects pass begins with the pushed-back "0 LINE" and ignores it, as it is outside of any section. When the pass
 // reads the LINE again, the file ends in it, at line 60 after two readings of 30 lines.
-void tst_MapImport_DxfPasses::pushedBackPairStartsTheObjectsPass()
+void tst_MapImportDxfPasses::pushedBackPairStartsTheObjectsPass()
 {
     DxfFixture dxf;
     dxf.import.searchObjectDefs = true;
@@ -161,7 +161,7 @@ void tst_MapImport_DxfPasses::pushedBackPairStartsTheObjectsPass()
     QCOMPARE(dxf.objects(), QStringLiteral("Сад [н1 0 0, н2 10 0]"));
 }
 
-void tst_MapImport_DxfPasses::designationsComeFromTheirFiles_data()
+void tst_MapImportDxfPasses::designationsComeFromTheirFiles_data()
 {
     QTest::addColumn<bool>("searchPointDefs");
     QTest::addColumn<QByteArray>("pointEntities");
@@ -192,7 +192,7 @@ void tst_MapImport_DxfPasses::designationsComeFromTheirFiles_data()
     row("file of points, objects, no texts", on, file, on, noTexts, "ЗУ1 [н1 0 0, 22 10 0]");
 }
 
-void tst_MapImport_DxfPasses::designationsComeFromTheirFiles()
+void tst_MapImportDxfPasses::designationsComeFromTheirFiles()
 {
     QFETCH(bool, searchPointDefs);
     QFETCH(QByteArray, pointEntities);
@@ -210,7 +210,7 @@ void tst_MapImport_DxfPasses::designationsComeFromTheirFiles()
     QTEST(dxf.objects(), "object");
 }
 
-void tst_MapImport_DxfPasses::pointTakesNearestText_data()
+void tst_MapImportDxfPasses::pointTakesNearestText_data()
 {
     addRunColumns();
     const QByteArray point = "0 POINT|10 0|20 0|";
@@ -224,7 +224,7 @@ void tst_MapImport_DxfPasses::pointTakesNearestText_data()
     addRun("point that is not a number", drawing("0 POINT|10 nan|20 0|0 TEXT|10 0|20 0|1 т"), "- nan 0");
 }
 
-void tst_MapImport_DxfPasses::pointTakesNearestText()
+void tst_MapImportDxfPasses::pointTakesNearestText()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -232,7 +232,7 @@ void tst_MapImport_DxfPasses::pointTakesNearestText()
     compareRun(dxf, &DxfFixture::points);
 }
 
-void tst_MapImport_DxfPasses::objectTakesNearestText_data()
+void tst_MapImportDxfPasses::objectTakesNearestText_data()
 {
     QTest::addColumn<QByteArray>("texts");
     QTest::addColumn<QString>("defs");
@@ -254,7 +254,7 @@ void tst_MapImport_DxfPasses::objectTakesNearestText_data()
         << QByteArray("0 TEXT|10 inf|20 0|1 Сад|0 TEXT|10 0|20 nan|1 Лес") << QStringLiteral("ЗУ1 ЗУ2 ЗУ3");
 }
 
-void tst_MapImport_DxfPasses::objectTakesNearestText()
+void tst_MapImportDxfPasses::objectTakesNearestText()
 {
     QFETCH(QByteArray, texts);
     DxfFixture dxf;
@@ -270,7 +270,7 @@ void tst_MapImport_DxfPasses::objectTakesNearestText()
     QTEST(defs.join(QLatin1Char(' ')), "defs");
 }
 
-void tst_MapImport_DxfPasses::pointNumberNamesNoObject()
+void tst_MapImportDxfPasses::pointNumberNamesNoObject()
 {
     const QRegularExpression pointNumber(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
     QStringList texts = textsAroundNumbers();
@@ -292,7 +292,7 @@ void tst_MapImport_DxfPasses::pointNumberNamesNoObject()
 
 // The centroid is (4.5, 0). Among texts at x = 4, 100, 0, 50 the bisection ends at 50, the text before it is nearer,
 // and the walk to the left stops at 100. Among sorted texts the one at 4 is found.
-void tst_MapImport_DxfPasses::unsortedTextsAreSearchedInFileOrder_data()
+void tst_MapImportDxfPasses::unsortedTextsAreSearchedInFileOrder_data()
 {
     QTest::addColumn<bool>("searchPointDefs");
     QTest::addColumn<QByteArray>("entities");
@@ -306,7 +306,7 @@ void tst_MapImport_DxfPasses::unsortedTextsAreSearchedInFileOrder_data()
     QTest::newRow("failed texts pass") << false << QByteArray("0 TEXT|0 SECTION|2 ENTITIES|") << unsorted;
 }
 
-void tst_MapImport_DxfPasses::unsortedTextsAreSearchedInFileOrder()
+void tst_MapImportDxfPasses::unsortedTextsAreSearchedInFileOrder()
 {
     QFETCH(bool, searchPointDefs);
     QFETCH(QByteArray, entities);
@@ -321,7 +321,7 @@ void tst_MapImport_DxfPasses::unsortedTextsAreSearchedInFileOrder()
     QTEST(dxf.polygons.value(0).def, "def");
 }
 
-void tst_MapImport_DxfPasses::swappingDoesNotAffectTheTextSearch()
+void tst_MapImportDxfPasses::swappingDoesNotAffectTheTextSearch()
 {
     DxfFixture dxf;
     dxf.import.swapXY = true;
@@ -335,7 +335,7 @@ void tst_MapImport_DxfPasses::swappingDoesNotAffectTheTextSearch()
     QCOMPARE(dxf.points(), QStringLiteral("12 0 100; н1 10 100"));
 }
 
-void tst_MapImport_DxfPasses::verticesBecomePoints()
+void tst_MapImportDxfPasses::verticesBecomePoints()
 {
     DxfFixture dxf;
     QVERIFY(dxf.run(drawing(lineEntity)));
@@ -347,5 +347,5 @@ void tst_MapImport_DxfPasses::verticesBecomePoints()
     QCOMPARE(dxf.points(), QStringLiteral("в -1 0; н1 0 0; а 3 3; н2 10 0"));
 }
 
-QTEST_GUILESS_MAIN(tst_MapImport_DxfPasses)
+QTEST_GUILESS_MAIN(tst_MapImportDxfPasses)
 #include "tst_mapimport_dxf_passes.moc"

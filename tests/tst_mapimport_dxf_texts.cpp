@@ -1,7 +1,7 @@
 #include "dxftesting.h"
 
 /// The reader of TEXT and the special characters in its text.
-class tst_MapImport_DxfTexts : public QObject
+class tst_MapImportDxfTexts : public QObject
 {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ private Q_SLOTS:
     void textNeedsStringAndPosition();
 };
 
-void tst_MapImport_DxfTexts::textIsDecoded_data()
+void tst_MapImportDxfTexts::textIsDecoded_data()
 {
     QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<QString>("text");
@@ -43,7 +43,7 @@ void tst_MapImport_DxfTexts::textIsDecoded_data()
         row(text, text, QString::fromUtf8(text));
 }
 
-void tst_MapImport_DxfTexts::textIsDecoded()
+void tst_MapImportDxfTexts::textIsDecoded()
 {
     QFETCH(QByteArray, codec);
     QFETCH(QString, text);
@@ -56,7 +56,7 @@ void tst_MapImport_DxfTexts::textIsDecoded()
     QTEST(dxf.polygons.value(0).def, "def");
 }
 
-void tst_MapImport_DxfTexts::alignmentSelectsThePosition_data()
+void tst_MapImportDxfTexts::alignmentSelectsThePosition_data()
 {
     QTest::addColumn<QByteArray>("groups");
     QTest::addColumn<bool>("bySecondPoint");
@@ -79,7 +79,7 @@ void tst_MapImport_DxfTexts::alignmentSelectsThePosition_data()
 }
 
 // «а» is close to (10, 20) and «б» to (50, 60), the first and the second point of «т». The one that «т» uses is nearer.
-void tst_MapImport_DxfTexts::alignmentSelectsThePosition()
+void tst_MapImportDxfTexts::alignmentSelectsThePosition()
 {
     QFETCH(QByteArray, groups);
     QFETCH(bool, bySecondPoint);
@@ -94,7 +94,7 @@ void tst_MapImport_DxfTexts::alignmentSelectsThePosition()
     QCOMPARE(dxf.points(), bySecondPoint ? QStringLiteral("а 10 20; т 50 60") : QStringLiteral("т 10 20; б 50 60"));
 }
 
-void tst_MapImport_DxfTexts::textNeedsStringAndPosition_data()
+void tst_MapImportDxfTexts::textNeedsStringAndPosition_data()
 {
     addRunColumns();
 
@@ -110,7 +110,7 @@ void tst_MapImport_DxfTexts::textNeedsStringAndPosition_data()
     addRun("incomplete at the end of the file", openDrawing("0 TEXT|10 1|20 2"), "", 16);
 }
 
-void tst_MapImport_DxfTexts::textNeedsStringAndPosition()
+void tst_MapImportDxfTexts::textNeedsStringAndPosition()
 {
     DxfFixture dxf;
     dxf.import.searchPointDefs = true;
@@ -118,5 +118,5 @@ void tst_MapImport_DxfTexts::textNeedsStringAndPosition()
     compareRun(dxf, &DxfFixture::points);
 }
 
-QTEST_GUILESS_MAIN(tst_MapImport_DxfTexts)
+QTEST_GUILESS_MAIN(tst_MapImportDxfTexts)
 #include "tst_mapimport_dxf_texts.moc"
