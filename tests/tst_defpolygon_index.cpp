@@ -119,6 +119,7 @@ private Q_SLOTS:
     void unsortedPointsFollowTheProbeSequence();
     void knownPointQueryExaminesFewEntries_data();
     void knownPointQueryExaminesFewEntries();
+    void coordinatesWithFewBitsDoNotCollide();
     void nearestPointQueryExaminesFewEntries_data();
     void nearestPointQueryExaminesFewEntries();
 
@@ -262,6 +263,24 @@ void tst_DefPolygonIndex::knownPointQueryExaminesFewEntries()
         int steps = 0;
         QVERIFY(index.find(points, point.x + 0.0001, point.y, &steps) != nullptr);
         QVERIFY2(steps > 0 && steps < limit, qPrintable(QString::number(steps)));
+    }
+}
+
+// The cells of powers of two differ only in their high bits.
+void tst_DefPolygonIndex::coordinatesWithFewBitsDoNotCollide()
+{
+    QVector<DefPoint> points;
+    for (int i = 50; i < 190; ++i) {
+        for (int j = 50; j < 190; ++j)
+            points.append(DefPoint{QString(), std::ldexp(1.0, i), std::ldexp(1.0, j)});
+    }
+    KnownPointIndex index;
+    index.reset(points);
+
+    for (const DefPoint &point : qAsConst(points)) {
+        int steps = 0;
+        QVERIFY(index.find(points, point.x, point.y, &steps) != nullptr);
+        QVERIFY2(steps > 0 && steps < 100, qPrintable(QString::number(steps)));
     }
 }
 
