@@ -45,6 +45,7 @@ public:
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
         m_loader.setLoadHints({}); // by default a loader keeps the library mapped after unload()
         received().clear();
+        onMessage = nullptr;
     }
 
     QObject *instance() { return m_loader.instance(); }
@@ -98,7 +99,12 @@ public:
     QString objectTable = QStringLiteral("Участки");
     QString pointTable = QStringLiteral("Координаты");
     GeometryInfo columns{0, 1, 2, 0};
-    void (*statusFunc)(const QString &) = [](const QString &text) { received().append(text); };
+    void (*statusFunc)(const QString &) = [](const QString &text) {
+        received().append(text);
+        if (onMessage)
+            onMessage();
+    };
+    static inline std::function<void()> onMessage; ///< what the host does while it receives a message
 
 private:
     static QStringList &received()
