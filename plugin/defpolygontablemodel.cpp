@@ -71,7 +71,6 @@ void DefPolygonTableModel::refresh()
         setPolygon(polygon);
         return;
     }
-    invalidateConflictIndex();
     if (!rows.isEmpty())
         Q_EMIT dataChanged(index(0, 0), index(rows.size() - 1, columnCount() - 1));
 }

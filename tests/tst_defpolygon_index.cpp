@@ -119,6 +119,7 @@ private Q_SLOTS:
     void unsortedPointsFollowTheProbeSequence();
     void knownPointQueryExaminesFewEntries_data();
     void knownPointQueryExaminesFewEntries();
+    void nonFiniteQueryExaminesNothing();
     void coordinatesWithFewBitsDoNotCollide();
     void nearestPointQueryExaminesFewEntries_data();
     void nearestPointQueryExaminesFewEntries();
@@ -269,6 +270,18 @@ void tst_DefPolygonIndex::knownPointQueryExaminesFewEntries()
         total += steps;
     }
     QVERIFY2(total < meanLimit * points.size(), qPrintable(QString::number(total)));
+}
+
+void tst_DefPolygonIndex::nonFiniteQueryExaminesNothing()
+{
+    const QVector<DefPoint> points{DefPoint{QString(), 1, 1}};
+    KnownPointIndex index;
+    index.reset(points);
+    int steps = 1;
+
+    QVERIFY(index.find(points, qQNaN(), 1, &steps) == nullptr);
+
+    QCOMPARE(steps, 0);
 }
 
 // The cells of powers of two differ only in their high bits.

@@ -129,7 +129,9 @@ private Q_SLOTS:
     void changedObjectsAreDetected();
     void aboveTheFullCheckSizeOnlyTheQueriedRowIsCompared();
     void duplicatesOfManyObjectsFollowEveryChange();
+    void indexOfManyObjectsIsDroppedWhenStale();
     void conflictsMatchALinearScan();
+    void detachedObjectIsNotShared();
     void duplicateIndexIsBuiltOnce();
     void conflictIndexIsBuiltOnce();
 };
@@ -252,6 +254,38 @@ void tst_DefPolygonTableModelIndex::duplicatesOfManyObjectsFollowEveryChange()
     QVERIFY(model.setData(model.index(0, 0), objects.at(1).def + QStringLiteral("я")));
     QVERIFY(model.setData(model.index(1, 0), objects.at(0).def.toLower()));
     QCOMPARE(rowMarks(model), duplicatesByScan(objects));
+}
+
+// Above the full check size another row's change is noticed when the list is set or that row is edited.
+void tst_DefPolygonTableModelIndex::indexOfManyObjectsIsDroppedWhenStale()
+{
+    Objects objects;
+    for (int i = 0; i <= DuplicateIndex::fullCheckSize; ++i)
+        objects.append(DefPolygon{QString::number(i), {}});
+    DefMapTableModel model;
+    model.setMap(&objects);
+    QVERIFY(!model.isDuplicateDef(0));
+
+    objects[5].def = QStringLiteral("0");
+    model.setMap(&objects);
+    QVERIFY(model.isDuplicateDef(0));
+
+    objects[5].def = QStringLiteral("5");
+    QVERIFY(model.setData(model.index(5, 0), QStringLiteral("6")));
+    QVERIFY(!model.isDuplicateDef(0));
+}
+
+void tst_DefPolygonTableModelIndex::detachedObjectIsNotShared()
+{
+    DefPolygon object{QString(), {{DefPoint{QStringLiteral("1"), 0, 0}}}};
+    DefPolygonTableModel model;
+    model.setPolygon(&object);
+    QVERIFY(!model.isConflictingPoint(0));
+    QVERIFY(!object.contours.isDetached());
+
+    model.detachPolygon();
+
+    QVERIFY(object.contours.isDetached());
 }
 
 void tst_DefPolygonTableModelIndex::conflictsMatchALinearScan()

@@ -17,6 +17,7 @@ class tst_DialogResultOracle : public QObject
 private Q_SLOTS:
     void initTestCase();
 
+    void resultFixesLocale();
     void everyCodeUnitIsEscaped();
     void pairsOfSpecialCodeUnitsAreEscaped();
     void randomDocumentsMatchTheOracle_data();
@@ -183,6 +184,20 @@ void tst_DialogResultOracle::initTestCase()
     const QString name = qEnvironmentVariable("RESULT_LOCALE", QStringLiteral("ru_RU"));
     QLocale::setDefault(QLocale(name));
     QCOMPARE(QLocale().name(), name);
+}
+
+// The first coordinate of a process fixes its locale, also when it is written in the C locale.
+void tst_DialogResultOracle::resultFixesLocale()
+{
+    const QLocale locale;
+    Dialog dialog;
+    dialog.objects = {DefPolygon{QString(), {{DefPoint{QString(), 1234.5, 0}}}}};
+    QVERIFY(dialog.stringResult().contains(QStringLiteral("1234.50")));
+
+    QLocale::setDefault(QLocale(QStringLiteral("mr_IN")));
+
+    QCOMPARE(DefPolygonTableModel().formatCoord(1234.5, true), locale.toString(1234.5, 'f', 2));
+    QLocale::setDefault(locale);
 }
 
 void tst_DialogResultOracle::everyCodeUnitIsEscaped()
