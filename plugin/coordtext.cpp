@@ -9,10 +9,10 @@ namespace {
 
 constexpr std::array<double, 10> powersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
-/// 2^52; doubles below it can represent halves, so rounding to an integer can be decided exactly.
-constexpr double largestWithHalves = 4503599627370496.0;
+/// 2^52: only doubles below it have halves, so rounding to an integer can be decided exactly.
+constexpr double halvesLimit = 4503599627370496.0;
 
-/// Writes the last digit of \a n before \a end, removes it from \a n and returns its position.
+/// Writes the last digit of \a n before \a end and removes it from \a n. Returns the new start of the text.
 QChar *writeDigit(QChar *end, quint64 &n)
 {
     *--end = QLatin1Char(static_cast<char>('0' + n % 10));
@@ -20,7 +20,7 @@ QChar *writeDigit(QChar *end, quint64 &n)
     return end;
 }
 
-/// Writes \a n divided by 10^\a decimals before \a end and returns where it begins.
+/// Writes \a n divided by 10^\a decimals so that it ends before \a end. Returns the start of the text.
 QChar *writeFixed(QChar *end, quint64 n, int decimals)
 {
     for (int i = 0; i < decimals; ++i)
@@ -38,11 +38,11 @@ QChar *writeFixed(QChar *end, quint64 n, int decimals)
 void appendCoord(QString &text, double v, int decimals)
 {
     const auto power = static_cast<std::size_t>(decimals);
-    const double scaled = power < powersOfTen.size() ? std::fabs(v) * powersOfTen[power] : largestWithHalves;
-    const bool hasHalves = scaled < largestWithHalves; // false for NaN
+    const double scaled = power < powersOfTen.size() ? std::fabs(v) * powersOfTen[power] : halvesLimit;
+    const bool hasHalves = scaled < halvesLimit; // false for NaN
     const quint64 whole = hasHalves ? static_cast<quint64>(scaled) : 0;
     const double rest = scaled - static_cast<double>(whole);
-    // Slow path. Rounding of the product matters only at an exact half.
+    // Slow path: too large, NaN, or an exact half, the only case in which the rounding of the product matters.
     if (!hasHalves || rest == 0.5) {
         text += QLocale::c().toString(v, 'f', decimals);
         return;

@@ -97,7 +97,7 @@ bool DefPolygonTableModel::isSeparator(int row) const
     return rows.at(row).contourIndex < 0;
 }
 
-// The row layout may be older than the object, which may have lost vertices since.
+// The object may have lost vertices since the rows were laid out.
 bool DefPolygonTableModel::hasVertex(int row) const
 {
     if (polygon == nullptr || row < 0 || row >= rows.size() || isSeparator(row))
@@ -116,20 +116,20 @@ const DefPoint &DefPolygonTableModel::vertex(int row) const
 // Holding a copy makes every outside edit detach, so isSharedWith() detects edits.
 void DefPolygonTableModel::ensureConflictIndex() const
 {
-    if (polygon == nullptr || placedContours.isSharedWith(polygon->contours))
+    if (polygon == nullptr || indexedContours.isSharedWith(polygon->contours))
         return;
     conflictIndex.emplace();
     for (int row = 0; row < rows.size(); ++row) {
         if (hasVertex(row))
             (*conflictIndex)[vertex(row).def].add(vertex(row));
     }
-    placedContours = polygon->contours;
+    indexedContours = polygon->contours;
 }
 
 void DefPolygonTableModel::invalidateConflictIndex()
 {
     conflictIndex.reset();
-    placedContours.clear();
+    indexedContours.clear();
 }
 
 bool DefPolygonTableModel::isConflictingPoint(int row) const

@@ -10,7 +10,7 @@
 #include <limits>
 #include <optional>
 
-/// The list of objects: one row per object, with its designation. Designations that occur twice are coloured.
+/// The list of objects: one row per object, with its designation. Duplicate designations are coloured.
 class DefMapTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -21,16 +21,16 @@ public:
     /// Shows and edits \a map, which the caller owns and keeps alive while it is shown; null shows nothing.
     void setMap(QVector<DefPolygon> *map);
 
-    /// Detaches from the objects before their owner replaces them. Nothing is signalled: views keep what they have
-    /// painted, and the rows that they still ask for are empty until the next setMap().
+    /// Detaches from the objects before their owner replaces them. Emits no signal: views keep what they painted, and
+    /// data() is empty until the next setMap().
     void detachMap();
 
     /// True when another object has the designation of \a row, ignoring case. An empty one is never a duplicate.
     ///
-    /// Changes of the objects outside the model are noticed as far as DuplicateIndex::isCurrent() documents.
+    /// Changes made outside the model are detected within the limits of DuplicateIndex::isCurrent().
     bool isDuplicateDef(int row) const;
 
-    /// Builds the index behind isDuplicateDef() unless it is current; otherwise the first question does.
+    /// Builds the index of isDuplicateDef() in advance, unless it is current.
     void ensureDuplicateIndex(int row = 0) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -45,7 +45,7 @@ private:
     bool isIndexed(int row) const { return duplicateIndex.has_value() && duplicateIndex->isCurrent(*map, row); }
 
     QVector<DefPolygon> *map = nullptr;
-    mutable std::optional<DuplicateIndex> duplicateIndex; ///< of the map; built at the first question
+    mutable std::optional<DuplicateIndex> duplicateIndex; ///< of the map; built on first use
 };
 
 /// The vertex shown in a row of the vertex table; both indexes are -1 in a separator between two contours.
@@ -60,21 +60,21 @@ struct RowInfo
     int vertexIndex;
 };
 
-/// A column of the vertex table in which a vertex can have a value.
+/// A column of the vertex table with content.
 struct ValueColumn
 {
     enum Content { Nothing, Def, X, Y, Field };
 
     int number;      ///< counted from 0
     Content content; ///< never Nothing
-    QString text;    ///< of an extra field, for all vertices
+    QString text;    ///< for Field: the constant text of all vertices
 };
 
 Q_DECLARE_TYPEINFO(RowInfo, Q_PRIMITIVE_TYPE);
 
 /// The vertices of one object in the columns of the host's coordinate table.
 ///
-/// An empty row separates two contours. Vertices are coloured when their designation also occurs at another place.
+/// An empty row separates two contours. A vertex is coloured if its designation also occurs at another position.
 /// Designations can be edited; the change is stored in the object.
 class DefPolygonTableModel : public QAbstractTableModel
 {
@@ -83,57 +83,57 @@ class DefPolygonTableModel : public QAbstractTableModel
 public:
     explicit DefPolygonTableModel(QObject *parent = nullptr);
 
-    /// Sets the zero-based columns of designation, X and Y. The table grows to hold them and never shrinks. Nothing is
-    /// signalled.
+    /// Sets the zero-based columns of designation, X and Y. The table may grow but never shrinks. Emits no signal.
     void setNxyColNum(int n, int x, int y);
 
-    /// Sets constant texts of whole columns, by zero-based column. Nothing is signalled.
+    /// Sets constant texts of whole columns, by zero-based column. Emits no signal.
     void setFieldNumValueMap(const QMap<int, QString> &values);
 
-    /// The limit for views: they lay out every column of a model, visible or not.
+    /// Column limit for views, which lay out all columns, even hidden ones.
     static constexpr int maxShownColumns = 10000;
-    /// Limits columnCount() to \a count. Nothing is signalled.
+    /// Limits columnCount() to \a count. Emits no signal.
     void setColumnLimit(int count) { columnLimit = count; }
 
     /// Shows and edits \a p, which the caller owns and keeps alive while it is shown; null shows nothing.
     void setPolygon(DefPolygon *p);
 
-    /// Detaches from the object before its owner destroys it. Nothing is signalled: the rows stay, empty and read-only,
+    /// Detaches from the object before its owner destroys it. Emits no signal: the rows stay, empty and read-only,
     /// until the next setPolygon().
     void detachPolygon();
 
-    /// Shows the object that now is at the address of the one shown, after its owner has moved objects. Views keep
-    /// their current cell if it has as many vertices in each contour. Does nothing without an object.
+    /// Updates the table after the owner has moved another object to the address of the shown one. If each contour has
+    /// as many vertices as before, emits dataChanged(), so that views keep the current cell; otherwise resets the
+    /// model. Does nothing without an object.
     void refresh();
 
-    /// Rebuilds the row layout from the contours of the object. Nothing is signalled.
+    /// Rebuilds the row layout from the contours of the object. Emits no signal.
     void rebuildRows();
 
-    /// True when the designation of \a row, ignoring case, occurs in another row at another place.
+    /// True if the designation of \a row, ignoring case, occurs in another row at a different position.
     ///
-    /// Changes of the object outside the model are noticed, except through a reference to a contour or vertex that was
-    /// taken before the first question: the model shares the contours.
+    /// Outside changes are detected because they detach the contours, which the model shares; writes through a
+    /// reference taken before the first call are not.
     bool isConflictingPoint(int row) const;
 
-    /// Builds the index behind isConflictingPoint() unless it is current; otherwise the first question does.
+    /// Builds the index of isConflictingPoint() in advance, unless it is current.
     void ensureConflictIndex() const;
 
-    /// The columns that can have values, in ascending order; data() has a value in no other.
+    /// Columns with content, in ascending order; data() is empty in all others.
     QVector<ValueColumn> valueColumns() const;
 
-    /// The vertex in \a row; null in a row without a vertex.
+    /// The vertex in \a row, valid until the object changes; null in a row without a vertex.
     const DefPoint *vertexAt(int row) const { return hasVertex(row) ? &vertex(row) : nullptr; }
 
-    /// The decimals of formatCoord().
+    /// Decimals of formatCoord(), from coordPrecision(). The first number above 0 is kept for the life of the process.
     static int coordDecimals();
 
     /// Formats \a v with the decimals of coordPrecision(), in the default locale if \a localized, else in the C locale.
     ///
-    /// Locale and number of decimals are fixed at the first call and kept for the life of the process.
+    /// The first call of this or of coordDecimals() fixes the locale for the life of the process.
     QString formatCoord(double v, bool localized) const;
 
     static double coordPrecision() { return s_coordPrecision; }
-    /// Takes effect only for \a p above 0 and before formatCoord() has fixed the number of decimals.
+    /// Ignored unless \a p is above 0; no effect on texts once coordDecimals() has fixed a number above 0.
     static void setCoordPrecision(double p);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -161,9 +161,8 @@ private:
     int columnLimit = std::numeric_limits<int>::max();
     QVector<RowInfo> rows;
     QMap<int, QString> fieldNumValueMap;
-    mutable std::optional<DefMap<ConflictIndex>>
-        conflictIndex;                                 ///< of the vertices in the rows; built at the first question
-    mutable QVector<QVector<DefPoint>> placedContours; ///< the contours that were indexed
+    mutable std::optional<DefMap<ConflictIndex>> conflictIndex; ///< of the vertices in the rows; built on first use
+    mutable QVector<QVector<DefPoint>> indexedContours;         ///< shared copy of the indexed contours
 
     static double s_coordPrecision;
 };

@@ -2,13 +2,13 @@
 //
 //     0              code 0 begins a section, an entity or a vertex of a polyline
 //     LWPOLYLINE
-//     90             other codes describe it: 10 and 20 are X and Y, 11 and 21 the second X and Y, 70 flags,
-//     4              90 a number of vertices, 1 a text; which of them count depends on the entity
+//     90             other codes describe it: 10/20 and 11/21 are points, 70 flags, 72/73 the alignment of a text,
+//     4              90 a number of vertices, 1 a text, 2 a name; each entity reads only some of them
 //
-// A file begins with the section HEADER; only the entities of the section ENTITIES are read. There are no attributes:
-// points and objects are named by the nearest texts.
+// The first section is HEADER; entities are read only in ENTITIES. There are no attributes: the nearest texts name
+// points and objects.
 //
-// Functions are in data-flow order: pair, text, entity; the passes have a file of their own.
+// Functions are in data-flow order: pair, text, entity. The passes are in mapimport_dxf_passes.cpp.
 
 #include "mapimport_dxf.h"
 
@@ -22,14 +22,13 @@ constexpr bool hasAll(unsigned groups, unsigned wanted)
     return (groups & wanted) == wanted;
 }
 
-/// A group code of one or two characters as one number. A trimmed code never begins with a space, so a single digit is
-/// keyed with one before it.
+/// Key of a trimmed group code of one or two characters; a single one is padded with a space in front.
 constexpr uint key(char16_t tens, char16_t ones)
 {
     return uint{tens} << 16U | ones;
 }
 
-/// Replaces every \a code in \a text by \a sign. QString::replace() is quadratic here, as it moves the rest each time.
+/// Replaces every \a code by \a sign in linear time; QString::replace() is quadratic here.
 QString replaced(const QString &text, QLatin1String code, QChar sign)
 {
     QString result;
@@ -77,7 +76,7 @@ DxfImport::Group DxfImport::groupOf(QStringView code)
     }
 }
 
-// A blank line in place of a group code ends the reading, as does the end of the file.
+// False for a blank line instead of a group code and at the end of the file. A blank value is valid.
 bool DxfImport::readCodeValue()
 {
     if (pushedBack) {
@@ -110,7 +109,7 @@ bool DxfImport::checkDxfFile()
     return ok || failWithFileName(QStringLiteral("Ошибка. Файл %1 не соответствует формату DXF"));
 }
 
-// Replaces the codes of special characters and single bytes; all other formatting codes stay in the text.
+// Expands %%d, %%p, %%c and %%nnn (a byte in the file's encoding). Other formatting codes are kept.
 QString DxfImport::decodeText(const QString &s) const
 {
     static const QRegularExpression re(QStringLiteral("%%(\\d{3})"));
@@ -120,7 +119,7 @@ QString DxfImport::decodeText(const QString &s) const
     text = replaced(text, QLatin1String("%%p"), QChar(0xB1));
     text = replaced(text, QLatin1String("%%c"), QChar(0xD8));
 
-    QString decoded = QStringLiteral("");
+    QString decoded = QStringLiteral(""); // empty but not null: the result writes the two differently
     int end = 0;
     for (QRegularExpressionMatchIterator it = re.globalMatch(text); it.hasNext();) {
         const QRegularExpressionMatch match = it.next();
@@ -148,7 +147,7 @@ double *DxfImport::Coordinates::find(Group group)
     }
 }
 
-// Reads until all wanted coordinates are there, if necessary from the entities that follow.
+// Reads on until all wanted coordinates are found, even beyond the end of the entity; kept for compatibility.
 bool DxfImport::readCoordinates(Coordinates &at, unsigned wanted)
 {
     unsigned missing = wanted;
@@ -196,8 +195,8 @@ bool DxfImport::readLine()
     return true;
 }
 
-// Reads the vertices of a POLYLINE up to its SEQEND. Only the flag value 1 closes it, not 9 or 129; it counts also in
-// the groups after the coordinates of a VERTEX.
+// Reads the vertices of a POLYLINE up to SEQEND. Only the flags value 1 closes it, not 9 or 129. Flags after the
+// coordinates of a VERTEX count as well.
 bool DxfImport::readVertices(bool &closed)
 {
     while (!stream.atEnd() && readCodeValue()) {
@@ -228,7 +227,7 @@ bool DxfImport::readLwVertices(bool &closed)
     unsigned missing = X | Y;
     bool first = true;
     bool ok = true;
-    qint64 count = 0; // 64 bits: a file may count down from -2^31
+    qint64 count = 0; // 64 bits: a repeated code 90 may set -2^31, where --count would overflow an int
     while (ok && !stream.atEnd() && readCodeValue()) {
         if (code == Begin)
             return false;
@@ -264,7 +263,7 @@ bool DxfImport::readLwpolyline()
     return readLwVertices(closed) && finishContour(closed);
 }
 
-// A closed contour ends with a copy of its first vertex, unless the last vertex already lies there.
+// A closed contour ends with a copy of its first vertex, unless the last vertex already equals it.
 bool DxfImport::finishContour(bool closed)
 {
     QVector<DefPoint> &contour = objects->last().contours.last();
@@ -278,7 +277,7 @@ bool DxfImport::finishContour(bool closed)
 void DxfImport::storeTextGroup(TextGroups &groups) const
 {
     bool ok = false;
-    if (double *const coordinate = groups.at.find(code))
+    if (double *const coordinate = groups.position.find(code))
         *coordinate = toDouble(value, ok);
     else if (code == Text)
         groups.text = value.toString();
@@ -287,7 +286,7 @@ void DxfImport::storeTextGroup(TextGroups &groups) const
     else if (code == VerticalAlignment)
         groups.vertical = toInt(value, ok);
     groups.present |= code;
-    groups.numbers = ok ? groups.numbers | code : groups.numbers & ~code;
+    groups.numeric = ok ? groups.numeric | code : groups.numeric & ~code;
 }
 
 // Reads the groups of a TEXT up to the next pair with code 0, which is pushed back.
@@ -309,12 +308,12 @@ bool DxfImport::readTextGroups(TextGroups &groups)
 bool DxfImport::readText()
 {
     TextGroups groups;
-    if (!readTextGroups(groups) || !hasAll(groups.present, X | Y | Text) || !hasAll(groups.numbers, X | Y))
+    if (!readTextGroups(groups) || !hasAll(groups.present, X | Y | Text) || !hasAll(groups.numeric, X | Y))
         return false;
     const bool second = groups.isAligned() && hasAll(groups.present, X2 | Y2);
-    if (second && !hasAll(groups.numbers, X2 | Y2))
+    if (second && !hasAll(groups.numeric, X2 | Y2))
         return false;
-    const Coordinates &at = groups.at;
+    const Coordinates &at = groups.position;
     texts.append(DefPoint{decodeText(groups.text), second ? at.x2 : at.x, second ? at.y2 : at.y});
     return true;
 }

@@ -11,7 +11,7 @@
 class DxfImport : public MapImport
 {
 public:
-    /// Adds every vertex of every object to the known points, without duplicates. No pass uses it.
+    /// Adds all vertices of all objects to the known points, without duplicates. Published but unused here.
     void pointsFromPolygons();
 
 protected:
@@ -25,9 +25,9 @@ private:
         QLatin1String name;
         Reader read;
     };
-    using Entities = QVector<Entity>; ///< those that a pass reads
+    using Entities = QVector<Entity>; ///< the entities that a pass reads
 
-    /// The group codes that are read; their values are bits, so that a set of groups is a mask.
+    /// Group codes that are read, as bits, so that a set of groups is a mask.
     enum Group : unsigned {
         Other = 0,
         X = 1U << 0U,
@@ -58,8 +58,8 @@ private:
     struct TextGroups
     {
         unsigned present = 0; ///< mask of the groups that occurred
-        unsigned numbers = 0; ///< mask of the coordinates whose value is a number
-        Coordinates at;
+        unsigned numeric = 0; ///< mask of the coordinates whose value is a number
+        Coordinates position;
         bool isAligned() const { return horizontal != 0 || vertical != 0; }
 
         int horizontal = 0;

@@ -22,7 +22,7 @@ QString rawString(QStringView view)
     return QString::fromRawData(view.data(), static_cast<int>(view.size()));
 }
 
-/// Appends the decimal digits at \a i, at most \a limit, to \a number; returns how many there are.
+/// Appends at most \a limit decimal digits at \a i to \a number and advances \a i. Returns how many were read.
 int readDigits(QStringView word, int &i, int limit, qint64 &number)
 {
     const int begin = i;
@@ -43,17 +43,17 @@ void LineReader::setDevice(QIODevice *device, QTextCodec *codec)
     m_codec = codec;
     m_detectUnicode = true;
     m_exhausted = false;
-    forgetText();
+    discardText();
 }
 
 void LineReader::rewind()
 {
     m_device->seek(0);
     m_exhausted = false;
-    forgetText();
+    discardText();
 }
 
-void LineReader::forgetText()
+void LineReader::discardText()
 {
     m_state = std::make_unique<QTextCodec::ConverterState>();
     m_next = nullptr;

@@ -15,8 +15,8 @@ class QIODevice;
 inline bool isSpace(QChar c)
 {
     const ushort u = c.unicode();
-    const bool isKnownLetter = (u > 0x20 && u < 0x7F) || (u >= 0x100 && u < 0x1680);
-    return !isKnownLetter && c.isSpace();
+    const bool isNeverSpace = (u > 0x20 && u < 0x7F) || (u >= 0x100 && u < 0x1680);
+    return !isNeverSpace && c.isSpace();
 }
 
 /// Returns the first line feed between \a begin and \a end, or \a end.
@@ -24,12 +24,13 @@ inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
 {
 #if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
     // Scan four characters per step (SWAR); a per-character loop mispredicts at each line end (DXF +8 %).
-    constexpr quint64 each = 0x0001000100010001;
+    constexpr quint64 onePerLane = 0x0001000100010001;
     for (; end - begin >= 4; begin += 4) {
         quint64 block = 0;
         std::memcpy(&block, begin, sizeof block);
-        block ^= each * '\n';
-        const quint64 zeros = (block - each) & ~block & (each << 15U); // only the lowest set bit is reliable
+        block ^= onePerLane * '\n';
+        // Only the lowest set bit is reliable.
+        const quint64 zeros = (block - onePerLane) & ~block & (onePerLane << 15U);
         if (zeros != 0)
             return begin + qCountTrailingZeroBits(zeros) / 16;
     }
@@ -39,8 +40,8 @@ inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
 
 /// Reads a text line by line like QTextStream::readLine(), without allocating a string for each line (MIF +15 %).
 ///
-/// Line ends, byte-order marks and encodings are handled exactly as by a QTextStream whose device is open in text mode
-/// and whose codec was set after the device.
+/// Handles line ends, byte-order marks and encodings like a QTextStream in text mode with the codec set after the
+/// device.
 class LineReader
 {
 public:
@@ -73,7 +74,7 @@ public:
     }
 
 private:
-    void forgetText();
+    void discardText();
     QStringView readLongLine();
     bool fill();
 
@@ -84,9 +85,9 @@ private:
     std::unique_ptr<QTextCodec::ConverterState> m_state;
     std::unique_ptr<const SingleByteDecoder> m_decoder; ///< of m_codec; null before the first chunk
     QString m_buffer;                                   ///< decoded text
-    QString m_previousBuffer;                           ///< the text before; the previous line may point into it
-    const QChar *m_next = nullptr;                      ///< where the next line begins in m_buffer
-    const QChar *m_end = nullptr;                       ///< the end of m_buffer
+    QString m_previousBuffer;      ///< previous content of m_buffer; the previous line may point into it
+    const QChar *m_next = nullptr; ///< where the next line begins in m_buffer
+    const QChar *m_end = nullptr;  ///< the end of m_buffer
 };
 
 /// The words of a line, separated by white space. They point into the line.
@@ -96,10 +97,10 @@ public:
     /// Splits \a line; an empty line has one empty token.
     void split(QStringView line);
 
-    /// Number of tokens on the line, also of those that are not kept.
+    /// Number of tokens on the line, including those not kept.
     int size() const { return m_size; }
 
-    /// Returns token \a i, counted from 0; null beyond the last one and beyond the five that any keyword needs.
+    /// Returns token \a i, counted from 0; null if there is none or \a i is 5 or more, which no keyword needs.
     QStringView operator[](int i) const { return i < m_size && i < maxKept ? m_tokens[i] : QStringView(); }
 
 private:
