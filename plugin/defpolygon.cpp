@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Up to this area a ring counts as degenerate.
+/// A ring with an absolute area up to this is degenerate.
 constexpr double degenerateArea = 1e-12;
 
 QPointF meanOf(const QVector<DefPoint> &ring)

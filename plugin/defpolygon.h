@@ -17,7 +17,7 @@ struct DefPoint
     double y = 0;
 };
 
-// QVector moves such elements bytewise when it grows.
+// Lets QVector relocate the elements with memcpy().
 Q_DECLARE_TYPEINFO(DefPoint, Q_MOVABLE_TYPE);
 
 /// True within the tolerance on both axes; designations are ignored. Not transitive.
@@ -53,7 +53,8 @@ Q_DECLARE_TYPEINFO(DefPolygon, Q_MOVABLE_TYPE);
 /// \a num is -1 if there are no trailing digits, and 0 if they do not fit an int.
 void splitDef(const QString &def, QString &prefix, int &num);
 
-/// Sorts by designation: prefix ignoring case, then number. Not stable. Pointers to the elements stay valid.
+/// Sorts by designation: prefix ignoring case, then number. Not stable. Pointers to elements stay valid, but may then
+/// refer to other objects.
 void sortObjects(QVector<DefPolygon> &objects);
 
 /// Sorts by lessNanLast(). Not stable.
@@ -69,12 +70,13 @@ inline bool lessNanLast(const DefPoint &a, const DefPoint &b)
     return a.y < b.y || (std::isnan(b.y) && !std::isnan(a.y));
 }
 
-/// Returns the index of the first of the sorted \a points whose x is not less than \a x; their number if there is none.
-/// In unsorted points it is the index where the bisection ends.
+/// Returns the index of the first of the sorted \a points with x >= \a x, or their number. For unsorted points it
+/// returns the index where the bisection ends.
 int bisectByX(const QVector<DefPoint> &points, double x);
 
-/// Returns a pointer to the nearest to \a p of \a points, which are sorted by x; null if none has a finite distance.
+/// Returns the point of \a points nearest to \a p; null if no squared distance is below the largest double.
 ///
-/// Among points at the same distance the first visited wins. Visited are the first point not left of \a p, the one
-/// before it, the others to the right, the others to the left.
+/// The points own the result. They should be sorted by x; otherwise the result depends on the bisection and need not be
+/// the nearest. Ties go to the point visited first: the first point not left of \a p, the one before it, the others to
+/// the right, the others to the left.
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Equal points lie no farther apart than this, and neither does a point that is nearer than an equal one.
+// Search radius. Equal points are at most sqrt(2) * epsilon apart; the nearest point is no farther than an equal one.
 constexpr double reach = 1.5 * DefPoint::epsilon;
 
 // A power of two, so that scaling a coordinate is exact. With the smallest cells possible, 32 per unit, nearly every
@@ -21,7 +21,8 @@ static_assert(2 * reach * cellsPerUnit < 1, "the box searched for a query must s
 // added later lie more than the tolerance apart, so a cell holds only some hundreds of them.
 constexpr int maxInCell = 32;
 
-/// The cell of a coordinate. Where neighbouring doubles are farther apart than the reach, each has a cell of its own.
+/// Returns the cell of a coordinate. Beyond the limit it is the bit pattern: doubles there are farther apart than
+/// reach.
 qint64 cellOf(double coordinate)
 {
     constexpr double limit = 1e15;
@@ -93,7 +94,7 @@ void KnownPointIndex::reset(const QVector<DefPoint> &points)
     std::vector<KdTree::Entry> overflow;
     for (int i = 0; i < points.size(); ++i) {
         const DefPoint &point = points.at(i);
-        if (!isFinite(point.x, point.y)) // equals no query
+        if (!isFinite(point.x, point.y)) // never equals a query
             continue;
         if (!insert(Slot{hashOf(cellOf(point.x), cellOf(point.y)), i}, maxInCell))
             overflow.push_back(KdTree::Entry{point.x, point.y, i});
@@ -130,7 +131,7 @@ struct KnownPointIndex::Query
     const QVector<DefPoint> &points;
     double x;
     double y;
-    double best = reach * reach; ///< squared; nothing farther away can be equal or nearer than an equal point
+    double best = reach * reach; ///< squared distance of the nearest point so far; at first the search radius
     int found = -1;
     int steps = 0;
 
@@ -138,6 +139,7 @@ struct KnownPointIndex::Query
     {
         const DefPoint &point = points.at(i);
         const double distance = squaredDistance(point.x, point.y, x, y);
+        // Two cells can have the same hash, so a point may be examined twice.
         if (!(distance <= best) || i == found)
             return;
         if (found < 0 || distance < best || index.isVisitedFirst(*this, point, points.at(found))) {
@@ -153,9 +155,8 @@ struct KnownPointIndex::Query
     }
 };
 
-// Breaks a tie by the visiting order of findNearestPoint(): the first point not left of the query, the one before it,
-// the others to the right, the others to the left. That order needs the sorted points only when the two lie on both
-// sides. They are kept in a tree from then on: on a raster of half the tolerance every query has such a tie.
+// Breaks a tie by the visiting order of findNearestPoint(). Points on both sides of the query need the sorted order;
+// the first such tie builds a std::set. On a grid spaced at half the tolerance every query has one.
 bool KnownPointIndex::isVisitedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
 {
     const bool aLeft = a.x < query.x;
@@ -222,7 +223,8 @@ NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points) : m_points
     m_tree = KdTree(std::move(entries));
 }
 
-// Of several points at one position findNearestPoint() visits the first, or the last when it comes from the right.
+// Of several points at one position findNearestPoint() visits the first before the others, or the last if they lie left
+// of the query.
 int NearestPointIndex::firstVisited(const KdTree::Entry &entry, double x) const
 {
     const auto first = m_points.begin() + entry.point;
@@ -239,8 +241,8 @@ struct NearestPointIndex::Query
     double y;
     double best = std::numeric_limits<double>::max();
     const KdTree::Entry *found = nullptr;
-    int foundRank = unknown; ///< visitRank() of what is found; computed at a tie
-    int bound = unknown;     ///< the first point not left of the query; computed at a tie
+    int foundRank = unknown; ///< visitRank(*found); computed at a tie
+    int bound = unknown;     ///< the first point not left of the query; computed at the first tie
     int steps = 0;
 
     static constexpr int unknown = -1;
@@ -248,7 +250,7 @@ struct NearestPointIndex::Query
     void examine(const KdTree::Entry &entry)
     {
         ++steps;
-        // Infinite and NaN distances are never less. Neither is the largest finite one, so it is not found at all.
+        // As in findNearestPoint(), only distances below the largest double are found; this excludes infinity and NaN.
         const double distance = squaredDistance(entry.x, entry.y, x, y);
         if (distance < best) {
             best = distance;
@@ -272,7 +274,7 @@ struct NearestPointIndex::Query
         }
     }
 
-    /// Position of an entry in the visiting order of findNearestPoint(), from 0; gaps do not matter.
+    /// Rank of an entry in the visiting order of findNearestPoint(), with gaps.
     int visitRank(const KdTree::Entry &entry) const
     {
         const int i = index.firstVisited(entry, x);

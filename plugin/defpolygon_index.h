@@ -9,10 +9,10 @@
 #include <set>
 #include <vector>
 
-/// Answers findNearestPoint() for a growing list, as far as an answer equal to the query matters.
+/// Finds the known point equal to a position, in a growing list. Same answer as findNearestPoint() where that is equal.
 ///
-/// A spatial hash: the points are hashed by square cells larger than the tolerance, so a query looks into one to four
-/// cells. Finite points must be distinct, as the known points of an import are.
+/// A spatial hash of square cells larger than the tolerance: a query searches one to four cells. No two finite points
+/// may have the same position.
 class KnownPointIndex
 {
 public:
@@ -22,7 +22,7 @@ public:
     /// Replaces the content of the index by \a points.
     void reset(const QVector<DefPoint> &points);
 
-    /// Adds the last of \a points, whose others are in the index.
+    /// Adds the last of \a points; all others are already in the index.
     void addLast(const QVector<DefPoint> &points);
 
     /// Returns what findNearestPoint() returns for the sorted \a points if that equals (x, y), else null.
@@ -56,18 +56,18 @@ private:
     quint64 m_columnFactor = QRandomGenerator::global()->generate64() | 1U;
     quint64 m_rowFactor = QRandomGenerator::global()->generate64() | 1U;
     int m_count = 0;
-    KdTree m_overflow;                                ///< points of crowded cells
-    std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points; filled when a tie first asks for their order
+    KdTree m_overflow;                                ///< overflow of full cells
+    std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points; filled at the first tie that needs their order
 };
 
-/// Answers findNearestPoint() for a sorted list that does not change, on average in O(log n).
+/// A k-d tree for findNearestPoint() on a sorted list that does not change: O(log n) on average.
 class NearestPointIndex
 {
 public:
     /// Copies \a points, which are in the order of sortPoints().
     explicit NearestPointIndex(const QVector<DefPoint> &points);
 
-    /// Returns what findNearestPoint() returns for the points and \a p. The pointer is valid as long as this object.
+    /// Same result as findNearestPoint() for the points. The pointer is valid while this object exists.
     ///
     /// \a steps receives the number of entries examined, for tests.
     const DefPoint *find(const QPointF &p, int *steps = nullptr) const;

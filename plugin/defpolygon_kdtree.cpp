@@ -22,7 +22,7 @@ KdTree::KdTree(std::vector<Entry> entries) : m_entries(std::move(entries))
     build(0, size(), box);
 }
 
-// Splits the range at its median along the longer side of its box, then both halves.
+// Partitions the range at its median along the longer side of its box, then builds both halves.
 void KdTree::build(std::size_t begin, std::size_t end, Box box)
 {
     if (end - begin <= leafSize)

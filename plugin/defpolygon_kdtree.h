@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-/// A k-d tree of positions: finds near ones in O(log n) on average, however they are distributed.
+/// A k-d tree: finds nearby positions in O(log n) on average for any distribution.
 class KdTree
 {
 public:
@@ -22,10 +22,9 @@ public:
 
     std::size_t size() const { return m_entries.size(); }
 
-    /// Passes every entry that is no farther from \a query than its best to query.examine(), in any order.
+    /// Calls query.examine() for all entries within the squared distance query.best and for some others, in any order.
     ///
-    /// A query has the coordinates x and y, the squared distance best, which it lowers while it finds entries, and
-    /// examine(const Entry &).
+    /// A query has x, y, best (the squared search radius, which it lowers) and examine(const Entry &).
     template <class Query>
     void search(Query &query) const
     {

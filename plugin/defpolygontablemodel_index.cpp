@@ -1,5 +1,5 @@
-// The models colour rows by what stands in all other rows. An index answers that for every row; scanning the other rows
-// for each painted row would be quadratic.
+// The models colour a row by comparing it with all others. The indexes answer that in O(1) on average; scanning for
+// each painted row would be quadratic.
 
 #include "defpolygontablemodel_index.h"
 
@@ -18,7 +18,7 @@ bool isFinite(const DefPoint &vertex)
 } // namespace
 
 // FNV-1a over case-folded characters, with its 32-bit offset basis and prime. Folds like QString::compare(): one code
-// unit at a time (ß never becomes ss), and the second half of a surrogate pair as the character of the pair.
+// unit at a time (ß never becomes ss), and a low surrogate as the code point of its pair.
 std::size_t CaseFoldHash::operator()(const QString &def) const
 {
     // Randomised per process, so that a crafted file cannot force collisions.
@@ -75,7 +75,7 @@ void ConflictIndex::add(const DefPoint &vertex)
     m_top = std::max(m_top, vertex.y);
 }
 
-// The vertex that differs most from this one touches a side of the bounding box; rounding keeps that order.
+// On each axis the farthest vertex lies on the bounding box, and rounding is monotonic, so the box decides exactly.
 bool ConflictIndex::isConflict(const DefPoint &vertex) const
 {
     if (!isFinite(vertex))

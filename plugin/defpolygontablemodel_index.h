@@ -17,7 +17,7 @@ struct CaseInsensitiveEqual
     }
 };
 
-/// A hash that is the same for designations that are equal by CaseInsensitiveEqual.
+/// A hash consistent with CaseInsensitiveEqual.
 struct CaseFoldHash
 {
     std::size_t operator()(const QString &def) const;
@@ -27,26 +27,26 @@ struct CaseFoldHash
 template <class Value>
 using DefMap = std::unordered_map<QString, Value, CaseFoldHash, CaseInsensitiveEqual>;
 
-/// Which designations of many objects occur more than once; empty ones are counted like any other.
+/// Counts the designations of objects, so that duplicates are found in O(1). Empty ones count as well.
 class DuplicateIndex
 {
 public:
     explicit DuplicateIndex(const QVector<DefPolygon> &objects);
 
-    /// False when the index is stale, that is, \a objects have other designations than those that were counted.
+    /// False if the index is stale.
     ///
-    /// Up to fullCheckSize objects are compared one by one, so that any change is noticed. With more objects only their
-    /// place in memory, their number and the \a row that is asked for are compared: another import and another order
-    /// are noticed, but not a designation of another row that was written without rename().
+    /// Up to fullCheckSize objects, every changed designation is detected. With more, only their address, their number
+    /// and the designation of \a row are compared: another import and another order are detected, but not a change in
+    /// another row that bypassed rename().
     bool isCurrent(const QVector<DefPolygon> &objects, int row) const;
 
-    /// True when the designation of \a row was counted more than once.
+    /// True if the designation of \a row occurs more than once. Requires isCurrent().
     bool isDuplicate(int row) const { return m_counts.at(m_defs.at(row)) > 1; }
 
     /// Counts \a def instead of the designation of \a row.
     void rename(int row, const QString &def);
 
-    /// The number of objects that are compared one by one for each question.
+    /// Up to this number, isCurrent() compares all objects.
     static constexpr int fullCheckSize = 1000;
 
 private:
@@ -55,7 +55,7 @@ private:
     DefMap<int> m_counts;
 };
 
-/// Where the vertices of one designation lie.
+/// The bounding box of the vertices with one designation.
 class ConflictIndex
 {
 public:
@@ -67,7 +67,7 @@ public:
 private:
     static constexpr double infinity = std::numeric_limits<double>::infinity();
 
-    // Bounding box of the vertices with finite coordinates. The others are equal to none.
+    // Bounding box of the finite vertices. A non-finite vertex equals no other.
     double m_left = infinity;
     double m_right = -infinity;
     double m_bottom = infinity;

@@ -37,11 +37,11 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Dialo
 
     readSettings();
 
-    // Connected by name, like all the other slots of the form.
+    // String-based, like the automatic connections of the form: the slots are looked up by name.
     connect(ui->buttonBox, SIGNAL(accepted()), this, SLOT(accept()));
     connect(ui->buttonBox, SIGNAL(rejected()), this, SLOT(reject()));
 
-    // The swap of X and Y is not offered; its check box is never passed to the importer.
+    // Swapping X and Y is not offered: the check box stays hidden and is never passed to the importer.
     ui->swapXYCheck->hide();
 }
 

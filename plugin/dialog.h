@@ -35,10 +35,12 @@ public:
 
     /// Returns the objects as the XML text for the host, with the extra fields of the last processing run.
     ///
-    /// Throws std::bad_alloc when memory, or what a QString can hold, is exceeded.
+    /// Throws std::bad_alloc if the text exceeds memory or the size limit of QString.
     QString stringResult();
 
+    /// Loads the window layout, options and extra fields from the settings and shows them.
     void readSettings();
+    /// Saves them; reads the extra fields from the form first.
     void writeSettings();
     /// Rebuilds fieldNumValueMap from the rows of extra fields on the form; rows without a text are skipped.
     void readFields();
@@ -47,7 +49,7 @@ public:
 
     bool isDxf = false; ///< imports DXF drawings instead of MIF files
 
-    // Published defaults: X comes behind Y here and before it in polygonModel. They never show, as setColumns()
+    // Published defaults: X comes after Y here and before it in polygonModel. They have no effect, because setColumns()
     // replaces both before the dialog opens.
     int nColNum = 0;
     int xColNum = 2;

@@ -18,12 +18,12 @@
 
 namespace {
 
-/// A vertex row, prepared from the columns: the text between two values is appended in one step. Writing each cell
-/// by itself takes 1.2 times as long.
+/// A vertex row, prepared from the columns: the text between two values is appended in one step. Writing cell by cell
+/// takes 1.05 times as long with 3 columns, 1.1 times with 8.
 class RowTemplate
 {
 public:
-    /// A row whose vertex \a hasDef or not: a null designation is an empty cell.
+    /// Without \a hasDef the vertex has a null designation, whose cell is empty.
     RowTemplate(const DefPolygonTableModel &model, const ResultWriter::Lines &lines, bool hasDef)
     {
         const QVector<ValueColumn> columns = model.valueColumns();
@@ -49,8 +49,8 @@ public:
     }
 
 private:
-    /// A text and what follows it: a value of the vertex, or empty cells. These are counted, as a host may name a
-    /// column in the millions.
+    /// A text, then a value of the vertex or empty cells. The cells are counted, not stored: a host may name a column
+    /// in the millions.
     struct Piece
     {
         QString text;

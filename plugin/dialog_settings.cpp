@@ -11,7 +11,7 @@ namespace {
 
 constexpr int maxFieldCount = 5;
 
-// Deep copies: QSettings caches values for the whole process, which may unload the library with its read-only data.
+// Deep copies: the process-wide cache of QSettings outlives the library, whose read-only data is unmapped on unload.
 const QString defaultPointPref = QString::fromUtf8("н");
 const QString defaultObjectPref = QString::fromUtf8(":ЗУ");
 

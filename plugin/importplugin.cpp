@@ -11,7 +11,7 @@ namespace {
 const QString strImportFromMif = QString::fromUtf8("Объекты из MIF");
 const QString strImportFromDxf = QString::fromUtf8("Объекты из DXF");
 
-// A long designation at many vertices, or many columns, can exceed memory or what a QString can hold.
+// A long designation at many vertices, or many columns, can exceed memory or the size limit of QString.
 QString resultOf(Dialog &dialog)
 {
     try {
@@ -34,6 +34,7 @@ QString ImportPlugin::operation(const QString &op, const QString &formName, cons
                                 void (*statusFunc)(const QString &))
 {
     setStatusFunc(statusFunc);
+    // Built before the check: an unknown operation reads and writes the settings as well.
     Dialog dialog;
     if (op != strImportFromMif && op != strImportFromDxf) {
         showStatus(QStringLiteral("Ошибка. Операция импорта \"%1\" планином не поддерживается.").arg(op)); // sic

@@ -8,7 +8,7 @@
 class ImportPlugin : public QObject, public ImportGeometryInterface
 {
     Q_OBJECT
-    // Unlike the interface identifier, the IID has no version suffix; hosts look for both exactly as they are.
+    // Unlike the interface identifier, the IID has no version suffix. Hosts compare both literally.
     Q_PLUGIN_METADATA(IID "zelmarq.Orvindal.ImportGeometryInterface")
     Q_INTERFACES(ImportGeometryInterface)
 

@@ -19,7 +19,7 @@ QString numbered(const QString &prefix, int &num)
     // Fast path: QString::arg() adds 10 % to the import of a drawing without known points.
     if (!prefix.contains(QLatin1Char('%')))
         return prefix + QString::number(num++);
-    // A prefix may contain place markers itself; chained calls substitute the number there.
+    // A prefix may contain %1 itself. Chained arg() calls then put the number there; kept for compatibility.
     return QStringLiteral("%1%2").arg(prefix).arg(num++); // NOLINT(*-multi-arg)
 }
 

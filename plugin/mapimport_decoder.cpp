@@ -24,7 +24,7 @@ SingleByteDecoder::SingleByteDecoder(const QTextCodec *codec)
         m_characters[i] = text.isEmpty() ? QChar() : text.at(0);
         table += m_characters[i];
     }
-    // A codec may keep a state, so that a byte is decoded differently behind others.
+    // A stateful codec decodes a byte differently after others; decoding all bytes in one call detects it.
     m_isValid = m_isValid && decoded(codec, bytes.data(), static_cast<int>(bytes.size())) == table;
 }
 

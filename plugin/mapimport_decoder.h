@@ -7,7 +7,7 @@
 class QString;
 class QTextCodec;
 
-/// Decodes a text whose encoding maps each byte to one character, by table.
+/// Decodes single-byte encodings by table.
 ///
 /// Nearly all map files use such an encoding; decoding by table instead of through the codec makes MIF imports up to
 /// 15 % faster, depending on the machine.
@@ -17,7 +17,7 @@ public:
     /// Builds the table of \a codec.
     explicit SingleByteDecoder(const QTextCodec *codec);
 
-    /// False when the codec is not single-byte or keeps a state between bytes; then appendTo() must not be called.
+    /// False if the encoding is not single-byte or is stateful; then appendTo() must not be called.
     bool isValid() const { return m_isValid; }
 
     /// Appends \a size decoded \a bytes to \a text, without carriage returns.

@@ -1,4 +1,4 @@
-// The passes over a DXF drawing (points and texts, texts only, objects) and how texts become designations.
+// The passes over a DXF drawing (points and texts, texts only, objects) and how texts name points and objects.
 
 #include "digit.h"
 #include "mapimport_dxf.h"
@@ -28,7 +28,7 @@ bool isPointNumber(const QString &def)
 
 } // namespace
 
-// The name test for TEXT comes after the point reader: a point that breaks off at the value TEXT is read as a text.
+// A point that fails at a pair with the value TEXT is read as a text, so readPoint() comes first.
 bool DxfImport::loadPoint()
 {
     const bool ok = readPoint();
@@ -64,6 +64,7 @@ bool DxfImport::scanSections(const Entities &entities)
         if (value == QLatin1String("SECTION")) {
             if (!readCodeValue())
                 return false;
+            // The group code of the name is not checked.
             inEntities = value == QLatin1String("ENTITIES");
         } else if (inEntities && !readEntity(entities)) {
             return false;
@@ -92,7 +93,7 @@ bool DxfImport::loadPoints()
                          {QLatin1String("TEXT"), &DxfImport::readText}});
 }
 
-// After a failure the stream is not rewound: the objects pass continues where this one stopped.
+// After a failure, which is reported but ignored, the stream is not rewound: the objects pass continues from there.
 bool DxfImport::loadTextsOnly()
 {
     if (!loadEntities({{QLatin1String("TEXT"), &DxfImport::readText}}))
@@ -144,7 +145,7 @@ void DxfImport::filterObjectDefs()
         texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
-// Without points the texts of a drawing are never sorted; findNearestPoint() is applied to them in file order.
+// Texts stay in file order if the drawing has no known points. The result then depends on the bisection: no index.
 const DefPoint *DxfImport::nearestText(const QPointF &p) const
 {
     return textIndex ? textIndex->find(p) : findNearestPoint(texts, p);

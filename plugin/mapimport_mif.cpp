@@ -3,10 +3,10 @@
 //     VERSION 300            three compulsory lines; DELIMITER separates the fields of the MID file
 //     CHARSET "WindowsCyrillic"
 //     DELIMITER ","
-//     ...                    coordinate system, names of columns
+//     ...                    coordinate system, column definitions
 //     DATA                   then objects, each with a keyword line: POINT x y, LINE x1 y1 x2 y2,
 //     REGION 1               PLINE n, PLINE MULTIPLE k, REGION r, and others that are not imported;
-//     4                      a ring or section is its number of vertices,
+//     4                      a ring or section begins with its number of vertices,
 //     10.5 20.25             then a line for each vertex; other lines (PEN, BRUSH ...) are ignored
 //
 // Functions are in data-flow order: line, header, record, vertex, object, pass.
@@ -87,7 +87,7 @@ bool MifImport::readMidLine()
     return !midLine.isEmpty();
 }
 
-// Consumes one record; a null def skips it. Without a MID file it succeeds and leaves def alone.
+// Consumes one record; a null def skips it. Without a MID file it succeeds and leaves def unchanged.
 bool MifImport::readMidDef(QString *def)
 {
     if (!midFile.isOpen())
@@ -125,7 +125,7 @@ QString MifImport::extractDef(QStringView record) const
     return def.isEmpty() ? QString() : QString(def.constData(), def.size());
 }
 
-// Converts token i; false if there is none or it is not a number.
+// False if token i is missing or not a number.
 bool MifImport::toNumber(int i, double &number) const
 {
     bool ok = false;
@@ -188,7 +188,7 @@ bool MifImport::readSub(int count, bool closeLast)
     return true;
 }
 
-// Reads a section or ring that begins with a line for its number of vertices.
+// Reads a section or ring that begins with a line holding its number of vertices.
 bool MifImport::readCountedSub(int minCount, bool closeLast)
 {
     int count = 0;
@@ -292,7 +292,7 @@ void MifImport::skipHeader()
 bool MifImport::readData(const Readers &readers)
 {
     while (!stream.atEnd()) {
-        // Fast path: most lines are vertices of objects that this pass does not read (10 % of the import).
+        // Fast path: most lines are vertices of objects that this pass skips (10 % of the import).
         if (!readTokenizeMifLine(false) || !line[0].isLetter())
             continue;
         tokens.split(line);

@@ -57,6 +57,6 @@ private:
     QString keyword;              ///< first token of the current line in upper case
     QFile midFile;                ///< open during a pass that reads designations
     LineReader midStream;
-    QStringView midLine; ///< the last record, trimmed; stays valid while one more is read
+    QStringView midLine; ///< last record, trimmed; remains valid during the next read
     int midLineNo = 0;   ///< its line number, counted from 1
 };
