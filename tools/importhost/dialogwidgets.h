@@ -11,7 +11,7 @@ class QAbstractItemView;
 
 /// Finds and operates the widgets of the import dialog by their object names.
 ///
-/// A missing widget is passed to the error handler; the search then returns null and the step false.
+/// For a missing widget the error handler is called; find() and list() then return null, all other functions false.
 class DialogWidgets
 {
 public:

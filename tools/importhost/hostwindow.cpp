@@ -58,7 +58,7 @@ void HostWindow::showStatus(const QString &text)
         openWindow->m_log->appendPlainText(text);
 }
 
-void HostWindow::runGivenOperation()
+void HostWindow::runRequestedOperation()
 {
     if (!m_options.operation.isEmpty())
         runOperation(m_options.operation);

@@ -17,7 +17,7 @@ public:
     ~HostWindow() override;
 
 private Q_SLOTS:
-    void runGivenOperation(); ///< the operation of the command line, if any
+    void runRequestedOperation(); ///< the operation of the command line, if any
 
 private:
     void runOperation(const QString &op);

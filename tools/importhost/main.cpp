@@ -19,7 +19,7 @@ namespace {
 
 enum ExitStatus { Imported = 0, NothingImported = 1, Failed = 2 };
 
-// Unbuffered, so that messages and result keep their order.
+// Flushed after each line, so that messages and result keep their order.
 bool printLine(FILE *output, const QString &text)
 {
     const QByteArray line = text.toUtf8() + '\n';
@@ -50,7 +50,7 @@ bool hasDisplay()
 
 // Qt warns about a missing XDG_RUNTIME_DIR and about windows that the offscreen platform cannot place. Without a window
 // these warnings would mix with the messages of the plug-in.
-void showSeriousMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+void printErrorsOnly(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         printLine(stderr, qFormatLogMessage(type, context, text));
@@ -96,7 +96,7 @@ int showWindow(ImportGeometryInterface &plugin, const HostOptions &options)
 {
     HostWindow window(plugin, options);
     window.show();
-    QTimer::singleShot(0, &window, SLOT(runGivenOperation()));
+    QTimer::singleShot(0, &window, SLOT(runRequestedOperation()));
     return QApplication::exec();
 }
 
@@ -138,7 +138,7 @@ int runApplication(char **argv, const HostOptions &options)
 {
     const bool needsWindow = !options.dialog && !options.list;
     if (!needsWindow)
-        qInstallMessageHandler(showSeriousMessage);
+        qInstallMessageHandler(printErrorsOnly);
     if (!hasDisplay()) {
         if (needsWindow)
             return fail(QStringLiteral("No display for the window. Use --objects to import without one."));

@@ -66,7 +66,7 @@ QList<QCommandLineOption> callOptions()
 QList<QCommandLineOption> dialogOptions()
 {
     return {
-        {strObjects, QStringLiteral("Imports this file without a user and without a window."), strFile},
+        {strObjects, QStringLiteral("Imports this file unattended, without a window."), strFile},
         {strPoints, QStringLiteral("Separate file with the points."), strFile},
         {strEncoding, QStringLiteral("Encoding of the input files."), strName, QStringLiteral("Default")},
         {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
@@ -78,7 +78,7 @@ QList<QCommandLineOption> dialogOptions()
         {strField, QStringLiteral("Fills a column (1 to 20) with a text for each vertex. Can be given up to 5 times."),
          QStringLiteral("column=text")},
         {strSort, QStringLiteral("Sorts the objects.")},
-        {strUpdate, QStringLiteral("Requests the host to update existing objects.")},
+        {strUpdate, QStringLiteral("Asks the host to update existing objects.")},
         {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
         {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import."), strFile},
     };
@@ -125,7 +125,7 @@ bool CommandLine::read(const QStringList &arguments)
     m_options.objectTable = m_parser.value(strObjectTable);
     m_options.pointTable = m_parser.value(strPointTable);
     m_options.output = m_parser.value(strOutput);
-    return checkUse() && readColumns() && readDialog();
+    return checkCombination() && readColumns() && readDialog();
 }
 
 bool CommandLine::readColumns()
@@ -142,7 +142,7 @@ bool CommandLine::readColumns()
 }
 
 // The choices of the dialog require --objects: otherwise the user makes them in the dialog.
-bool CommandLine::checkUse()
+bool CommandLine::checkCombination()
 {
     const QStringList positional = m_parser.positionalArguments();
     if (!positional.isEmpty())

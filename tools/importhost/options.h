@@ -10,7 +10,7 @@
 
 #include <optional>
 
-/// The choices of a user in the dialog of the plug-in.
+/// The user's choices in the plug-in's dialog.
 struct DialogChoices
 {
     static constexpr int maxFieldCount = 5;
@@ -30,7 +30,7 @@ struct DialogChoices
     QString screenshot; ///< file for a picture of the dialog; empty: none
 };
 
-/// The command line as values.
+/// The parsed command line.
 struct HostOptions
 {
     QString plugin; ///< path of the plug-in
@@ -60,7 +60,7 @@ public:
 private:
     bool fail(const QString &text);
     bool readColumns();
-    bool checkUse();
+    bool checkCombination();
     bool readDialog();
     bool readStart(const QString &name, int &number);
     bool readFields(QVector<QPair<int, QString>> &fields);

@@ -44,11 +44,11 @@ bool finish(const DialogWidgets &widgets)
 
 void UnattendedImport::waitForDialog()
 {
-    QTimer::singleShot(0, this, &UnattendedImport::useDialog);
+    QTimer::singleShot(0, this, &UnattendedImport::operateDialog);
 }
 
 // Leaving the event loops closes any dialog, even one without the expected buttons.
-void UnattendedImport::useDialog()
+void UnattendedImport::operateDialog()
 {
     QWidget *const dialog = QApplication::activeModalWidget();
     const DialogWidgets widgets(dialog, [this](const QString &error) { fail(error); });

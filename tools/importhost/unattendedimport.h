@@ -7,7 +7,7 @@
 
 class DialogWidgets;
 
-/// Enters the choices of the command line in the import dialog and finishes it.
+/// Enters the choices of the command line in the import dialog and closes it.
 ///
 /// Every choice is entered, defaults included, so that remembered settings have no effect.
 class UnattendedImport : public QObject
@@ -25,7 +25,7 @@ public:
     const QString &error() const { return m_error; }
 
 private Q_SLOTS:
-    void useDialog();
+    void operateDialog();
 
 private:
     bool fail(const QString &error);
