@@ -1,4 +1,4 @@
-"""Finds the mutants of a source: small changes that a test should notice."""
+"""Finds the mutants of a source: small changes that a test should detect."""
 
 import re
 from dataclasses import dataclass
@@ -9,8 +9,8 @@ _COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=
 _OPPOSITES = {"true": "false", "false": "true"}
 _CONTROL = {"if", "while", "for", "switch", "return", "else", "do"}
 _NO_EXPRESSION = _CONTROL | {"break", "continue", "case", "default", "using", "delete"}
-_SYMMETRICAL = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # functions of unordered arguments
-_CONVERSIONS = {"hasToken", "toDouble", "toInt"}
+_COMMUTATIVE = {"min", "max", "qMin", "qMax", "swap", "isFinite", "isSamePlace"}  # argument order does not matter
+_CONVERSIONS = {"toNumber", "toDouble", "toInt"}
 _LONG_LIST = 6  # a longer list is a table, whose rows can usually be in any order
 
 
@@ -128,7 +128,7 @@ def _texts(source):
 
 def _arguments(source):
     for i in source.partner:
-        if _in_assertion(source, i) or _is_symmetrical(source, i):
+        if _in_assertion(source, i) or _is_commutative(source, i):
             continue
         if _is_call(source, i) or _is_value(source, i):
             yield from _swapped_elements(source, source.split_list(i))
@@ -147,9 +147,9 @@ def _is_value(source, i):
 
 
 # Arguments, or the elements of a list argument, of a function that treats them all alike.
-def _is_symmetrical(source, i):
+def _is_commutative(source, i):
     call = i - 1 if source.token(i) == "{" and source.token(i - 1) == "(" else i
-    return source.token(call - 1) in _SYMMETRICAL
+    return source.token(call - 1) in _COMMUTATIVE
 
 
 def _swapped_elements(source, elements):
@@ -164,15 +164,14 @@ def _swapped_elements(source, elements):
             yield first[0], second[1], texts[1] + source.text[first[1] : second[0]] + texts[0], "order"
 
 
-# Only texts of the same shape are swapped: obviously different types do not compile, and a reversed range is no
-# plausible mistake.
+# Swaps only texts of the same shape: others do not compile, and a reversed range is not a plausible mistake.
 def _shape(text):
     if text.endswith((".begin()", ".end()")):
         return text
     return (
         bool(re.fullmatch(r"true|false|-?[\d.]+", text)),
         bool(re.search(r'"|QString\(', text)),
-        "[](" in text or "Before" in text,
+        "[](" in text,
         text == "this" or text.startswith(("Qt::", "&")),
     )
 
@@ -210,7 +209,7 @@ def _simple_statements(source):
 
 
 def _begins_statement(source, i):
-    if source.token(source.around[i]) != "{" or not _in_function(source, i):
+    if source.token(source.enclosing[i]) != "{" or not _in_function(source, i):
         return False
     before = source.token(i - 1)
     if before == ")":
@@ -285,13 +284,12 @@ def _is_overwritten(source, i):
     if any(source.token(j) in _CONTROL and source.partner.get(j + 1, use) < use for j in range(i, use)):
         return False
     if source.token(use + 1) == "=":
-        return source.around[use] == source.around[i]
-    call = source.around[use]
+        return source.enclosing[use] == source.enclosing[i]
+    call = source.enclosing[use]
     return source.token(call) == "(" and source.token(call - 1) in _CONVERSIONS and source.token(use + 1) == ")"
 
 
-# A constant index, or the 1 that a conditional operator chooses: becomes smaller, because an index past the end of an
-# array is undefined behaviour.
+# Constant indices, and a 1 in ?:, get smaller: an index past the end is undefined behaviour.
 def _is_index(source, i):
     if source.token(i - 1) in ("?", ":"):
         return source.token(i) == "1"

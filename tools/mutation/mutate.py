@@ -1,4 +1,4 @@
-"""Applies small changes to the plug-in, one at a time, and reports those that no test notices. Run by tools/mutate."""
+"""Applies small changes to the plug-in, one at a time, and reports those that no test detects. Run by tools/mutate."""
 
 import argparse
 import hashlib
@@ -21,7 +21,7 @@ FOLDER = ROOT / "build" / "mutation"
 EXPLAINED = Path(__file__).with_name("equivalent.txt")
 UNCOMPILED = "does not compile"
 SURVIVED = "survived"
-_WAYS = {"fails": "fails", "crashes": "crashes", "out": "times out"}
+_KILLED_BY = {"fails": "fails", "crashes": "crashes", "out": "times out"}
 
 
 def read_arguments():
@@ -32,12 +32,12 @@ def read_arguments():
     parser.add_argument("--headers", action="store_true", help="include the headers")
     parser.add_argument("--explained", action="store_true", help="only the mutants that equivalent.txt explains")
     parser.add_argument("--sample", type=int, metavar="N", help="a random sample of N mutants")
-    parser.add_argument("--draw", type=int, default=1, metavar="K", help="the number of the sample, default 1")
+    parser.add_argument("--draw", type=int, default=1, metavar="K", help="which random sample to draw, default 1")
     parser.add_argument("--jobs", type=int, default=2, choices=range(1, 10), metavar="J", help="default 2")
     parser.add_argument("--resume", action="store_true", help="continue with the log of an earlier run")
     parser.add_argument("--survivors", action="store_true", help="with --resume: try the survivors again")
     parser.add_argument("--tests", default="", metavar="REGEX", help="build and try only the tests whose names match")
-    parser.add_argument("--longest", type=float, default=20, metavar="S", help="leave out tests that take longer")
+    parser.add_argument("--longest", type=float, default=20, metavar="S", help="skip tests that take over S seconds")
     parser.add_argument("--log", type=Path, default=FOLDER / "log.txt", help="file for the results")
     return parser.parse_args()
 
@@ -118,7 +118,7 @@ class Log:
 
 
 @dataclass
-class Order:
+class TestOrder:
     """The order in which a mutant's tests run: those of its own subject first, in each group the fastest first."""
 
     times: dict
@@ -205,7 +205,7 @@ def try_all(mutants, arguments, log):
     print(f"Running {len(tests)} tests without a mutant", file=sys.stderr)
     times = measure(jobs, tests, arguments.longest)
     print(f"They take {sum(times.values()):.0f} s; trying {len(mutants)} mutants", file=sys.stderr)
-    order = Order(times, [Path(name).stem for name in base.compile])
+    order = TestOrder(times, [Path(name).stem for name in base.compile])
     lock, begin, done = threading.Lock(), time.monotonic(), 0
 
     def work(job, mutant):
@@ -237,7 +237,7 @@ def summarize(mutants, results, list_survivors):
     )
     ways = Counter(results[m.number].split()[-1] for m in tried if results[m.number].startswith("killed"))
     if ways:
-        print("Killed by a test that " + ", ".join(f"{_WAYS[way]}: {count}" for way, count in ways.most_common()))
+        print("Killed by a test that " + ", ".join(f"{_KILLED_BY[way]}: {count}" for way, count in ways.most_common()))
 
 
 def report_wrong_explanations(mutants, explanations, results):

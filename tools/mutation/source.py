@@ -41,19 +41,19 @@ class Source:
             if match.lastgroup != "skip"
         ]
         self.partner = {}  # maps the index of each bracket to its match
-        self.around = []  # for each token the innermost open bracket, or -1
+        self.enclosing = []  # for each token the innermost open bracket, or -1
         self._pair_brackets()
 
     def _pair_brackets(self):
-        open_ones = []
+        open_brackets = []
         for i, token in enumerate(self.tokens):
-            self.around.append(open_ones[-1] if open_ones else -1)
+            self.enclosing.append(open_brackets[-1] if open_brackets else -1)
             if token.kind != "sign":
                 continue
             if token.text in _PAIRS:
-                open_ones.append(i)
-            elif token.text in _PAIRS.values() and open_ones:
-                begin = open_ones.pop()
+                open_brackets.append(i)
+            elif token.text in _PAIRS.values() and open_brackets:
+                begin = open_brackets.pop()
                 self.partner[begin], self.partner[i] = i, begin
 
     def token(self, i):
@@ -69,13 +69,13 @@ class Source:
         token = self.tokens[i]
         return self.text[token.start - 1].isspace() and self.text[token.end : token.end + 1].isspace()
 
-    def line_number(self, place):
-        return self.text.count("\n", 0, place) + 1
+    def line_number(self, offset):
+        return self.text.count("\n", 0, offset) + 1
 
-    def line_at(self, place):
+    def line_at(self, offset):
         """The line at an offset, without its indentation."""
-        end = self.text.find("\n", place)
-        return self.text[self.text.rfind("\n", 0, place) + 1 : end if end >= 0 else None].strip()
+        end = self.text.find("\n", offset)
+        return self.text[self.text.rfind("\n", 0, offset) + 1 : end if end >= 0 else None].strip()
 
     def split_list(self, opening):
         """The elements of a bracketed list, each as its first and last token."""
