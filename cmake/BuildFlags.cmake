@@ -19,7 +19,7 @@ else()
                   -Wold-style-cast
                   -Wcast-align
                   -Wformat=2
-                  -ffp-contract=off # fused multiply-add would number vertices differently on other processors
+                  -ffp-contract=off # FMA changes the rounding and thus the numbering between processors
                   $<$<BOOL:${IMPORT_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         target_compile_options(build_flags INTERFACE -Wno-unknown-warning-option)
@@ -33,8 +33,8 @@ if(IMPORT_SANITIZERS)
     target_compile_definitions(build_flags INTERFACE QT_FORCE_ASSERTS)
 endif()
 
-# The readers call small functions of other files for every line and vertex. All targets need the property: clang cannot
-# link the objects of importcore without it.
+# Link-time optimisation: the readers call small functions of other files for each line and vertex. All targets need it:
+# clang cannot link LTO objects of importcore otherwise.
 include(CheckIPOSupported)
 check_ipo_supported(RESULT HAVE_IPO OUTPUT ipo_output LANGUAGES CXX)
 if(HAVE_IPO)

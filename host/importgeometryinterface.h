@@ -24,11 +24,11 @@ public:
     /// Returns the names of the operations, as the host shows them in its menu.
     virtual QList<QString> operations() const = 0;
 
-    /// Runs the operation named \a op. Returns the imported objects as an XML text; an empty string after a cancel or
-    /// an unknown \a op.
+    /// Runs the operation named \a op in a modal dialog; call it from the GUI thread. Returns the objects as XML text,
+    /// or an empty string after a cancel, for an unknown \a op, or if the result exceeds memory.
     ///
-    /// \a objectTableName and \a pointTableName name the host's tables. \a statusFunc receives the messages until the
-    /// next call replaces it; with null they are dropped.
+    /// \a formName, \a objectTableName and \a pointTableName are names in the host; the first is not in the result.
+    /// \a statusFunc receives the messages and must stay valid until the next call; null drops them.
     virtual QString operation(const QString &op, const QString &formName, const QString &objectTableName,
                               const QString &pointTableName, const GeometryInfo &info,
                               void (*statusFunc)(const QString &)) = 0;

@@ -18,7 +18,7 @@ stop() {
     exit 1
 }
 
-# True on the supported systems, whose package names are known.
+# True on a system whose package names are known.
 is_known_system() {
     [[ -r /etc/os-release ]] || return 1
     local system
@@ -79,7 +79,7 @@ prepare_machine() {
         install_missing
     else
         say "Neither Debian 12 nor Ubuntu 24.04: looking for CMake 3.25, Ninja, a C++ compiler and Qt 5.15"
-        can_build || stop "some are missing. Install the equivalents of these Debian 12 packages: ${packages[*]}"
+        can_build || stop "something is missing. Install the equivalents of these Debian 12 packages: ${packages[*]}"
     fi
 }
 
