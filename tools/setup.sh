@@ -38,7 +38,7 @@ as_root() {
     fi
 }
 
-# Installs without questions and recommended packages, and waits for the lock of another package manager.
+# Non-interactive; waits for the lock of another package manager.
 apt_get() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" >/dev/null
 }
