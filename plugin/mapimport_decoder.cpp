@@ -11,6 +11,11 @@ QString decoded(const QTextCodec *codec, const char *bytes, int size)
     return codec->toUnicode(bytes, size, &state);
 }
 
+QChar firstOf(const QString &text)
+{
+    return text.isEmpty() ? QChar() : text.at(0);
+}
+
 } // namespace
 
 SingleByteDecoder::SingleByteDecoder(const QTextCodec *codec)
@@ -19,13 +24,11 @@ SingleByteDecoder::SingleByteDecoder(const QTextCodec *codec)
     QString table;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<char>(i);
-        const QString text = decoded(codec, &bytes[i], 1);
-        m_isValid = m_isValid && text.size() == 1;
-        m_characters[i] = text.isEmpty() ? QChar() : text.at(0);
+        m_characters[i] = firstOf(decoded(codec, &bytes[i], 1));
         table += m_characters[i];
     }
-    // A stateful codec decodes a byte differently after others; decoding all bytes in one call detects it.
-    m_isValid = m_isValid && decoded(codec, bytes.data(), static_cast<int>(bytes.size())) == table;
+    // A stateful or multi-byte codec decodes bytes differently after others; decoding all in one call detects it.
+    m_isValid = decoded(codec, bytes.data(), static_cast<int>(bytes.size())) == table;
 }
 
 void SingleByteDecoder::appendTo(QString &text, const char *bytes, int size) const

@@ -24,6 +24,6 @@ public:
     void appendTo(QString &text, const char *bytes, int size) const;
 
 private:
-    bool m_isValid = true;
+    bool m_isValid = false;
     std::array<QChar, 256> m_characters;
 };

@@ -58,7 +58,7 @@ QList<QCommandLineOption> callOptions()
         {strObjectTable, QStringLiteral("Name of the object table in the host."), strName, QStringLiteral("Участки")},
         {strPointTable, QStringLiteral("Name of the point table in the host."), strName, QStringLiteral("Координаты")},
         {strColumns,
-         QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, counted from 0."),
+         QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, 0 to 999."),
          QStringLiteral("n,x,y,def"), QStringLiteral("0,1,2,0")},
     };
 }
