@@ -208,7 +208,7 @@ void FileGenerator::corruptPairs(QStringList &lines)
             lines.removeAt(at + below(2));
             break;
         case 2:
-            insertPair(lines, at, lines[at], lines[at + 1]);
+            insertPair(lines, at, QString(lines[at]), QString(lines[at + 1]));
             break;
         case 3:
             lines[at] = code;
