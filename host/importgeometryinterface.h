@@ -27,8 +27,8 @@ public:
     /// Runs the operation named \a op in a modal dialog; call it from the GUI thread. Returns the objects as XML text,
     /// or an empty string after a cancel, for an unknown \a op, or if the result exceeds memory.
     ///
-    /// \a formName, \a objectTableName and \a pointTableName are names in the host; the first is not in the result.
-    /// \a statusFunc receives the messages and must stay valid until the next call; null drops them.
+    /// \a formName, \a objectTableName and \a pointTableName are names in the host; the result contains only those of
+    /// the tables. \a statusFunc receives the messages and must stay valid until the next call; null discards them.
     virtual QString operation(const QString &op, const QString &formName, const QString &objectTableName,
                               const QString &pointTableName, const GeometryInfo &info,
                               void (*statusFunc)(const QString &)) = 0;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::array<double, 10> powersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
-/// 2^52: only doubles below it have halves, so rounding to an integer can be decided exactly.
+/// 2^52: doubles of this size or more have no fractional part. Below it, splitting off the integer part is exact.
 constexpr double halvesLimit = 4503599627370496.0;
 
 /// Writes the last digit of \a n before \a end and removes it from \a n. Returns the new start of the text.

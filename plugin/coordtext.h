@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Appends what QLocale::c().toString(\a v, 'f', \a decimals) returns to \a text, several times faster. \a decimals is
-/// 0 or more.
+/// Same as \a text += QLocale::c().toString(\a v, 'f', \a decimals), several times faster. \a decimals must not be
+/// negative.
 void appendCoord(QString &text, double v, int decimals);
 
 /// Returns the text that appendCoord() appends.

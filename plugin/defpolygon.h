@@ -20,7 +20,7 @@ struct DefPoint
 // Lets QVector relocate the elements with memcpy().
 Q_DECLARE_TYPEINFO(DefPoint, Q_MOVABLE_TYPE);
 
-/// True within the tolerance on both axes; designations are ignored. Not transitive.
+/// True if the coordinates agree within the tolerance on both axes; designations are ignored. Not transitive.
 inline bool operator==(const DefPoint &a, const DefPoint &b)
 {
     return std::fabs(a.x - b.x) <= DefPoint::epsilon && std::fabs(a.y - b.y) <= DefPoint::epsilon;
@@ -70,13 +70,14 @@ inline bool lessNanLast(const DefPoint &a, const DefPoint &b)
     return a.y < b.y || (std::isnan(b.y) && !std::isnan(a.y));
 }
 
-/// Returns the index of the first of the sorted \a points with x >= \a x, or their number. For unsorted points it
-/// returns the index where the bisection ends.
+/// Returns the index of the first point with an X of at least \a x, or the number of points if there is none.
+///
+/// The \a points should be sorted by x; otherwise the result is the index where the bisection ends.
 int bisectByX(const QVector<DefPoint> &points, double x);
 
 /// Returns the point of \a points nearest to \a p; null if no squared distance is below the largest double.
 ///
-/// The points own the result. They should be sorted by x; otherwise the result depends on the bisection and need not be
-/// the nearest. Ties go to the point visited first: the first point not left of \a p, the one before it, the others to
-/// the right, the others to the left.
+/// The result points into \a points. They should be sorted by x; otherwise the result depends on the bisection and need
+/// not be the nearest. Of equally near points the one visited first is returned. The order of visits is: the first
+/// point not left of \a p, the one before it, the others to the right, the others to the left.
 const DefPoint *findNearestPoint(const QVector<DefPoint> &points, const QPointF &p);

@@ -8,7 +8,8 @@
 
 namespace {
 
-// Search radius. Equal points are at most sqrt(2) * epsilon apart; the nearest point is no farther than an equal one.
+// Search radius. Equal points are at most sqrt(2) * epsilon apart, so if any point equals the query, the nearest
+// point is within this radius.
 constexpr double reach = 1.5 * DefPoint::epsilon;
 
 // A power of two, so that scaling a coordinate is exact. With the smallest cells possible, 32 per unit, nearly every
@@ -16,13 +17,13 @@ constexpr double reach = 1.5 * DefPoint::epsilon;
 constexpr double cellsPerUnit = 4;
 static_assert(2 * reach * cellsPerUnit < 1, "the box searched for a query must span at most two cells on each axis");
 
-// Overflow: coordinates in degrees put all points of a town into a few cells. When the index is filled, points beyond
-// this number per cell go to the k-d tree; otherwise 200,000 of them would be searched linearly for each vertex. Points
-// added later lie more than the tolerance apart, so a cell holds only some hundreds of them.
+// Maximum number of points per cell when the index is filled; the others go to the k-d tree. Coordinates in degrees put
+// all points of a town into a few cells, and 200,000 of them would be searched linearly for each vertex. Points added
+// later are not limited: they lie more than the tolerance apart, so a cell holds at most a few hundred of them.
 constexpr int maxInCell = 32;
 
-/// Returns the cell of a coordinate. Beyond the limit it is the bit pattern: doubles there are farther apart than
-/// reach.
+/// Returns the number of the cell of a coordinate. Beyond the limit each double is a cell of its own, numbered by its
+/// bit pattern: neighbouring doubles are farther apart there than the search radius.
 qint64 cellOf(double coordinate)
 {
     constexpr double limit = 1e15;
@@ -69,7 +70,7 @@ std::size_t KnownPointIndex::slotOf(quint32 hash) const
     return static_cast<std::size_t>((static_cast<quint64>(hash) * m_slots.size()) >> 32U);
 }
 
-// Linear probing. False if the table already holds as many points with this hash as allowed.
+// Inserts by linear probing. Returns false if the allowed number of points already have this hash.
 bool KnownPointIndex::insert(Slot entry, int allowed)
 {
     const std::size_t last = m_slots.size() - 1;
@@ -131,7 +132,7 @@ struct KnownPointIndex::Query
     const QVector<DefPoint> &points;
     double x;
     double y;
-    double best = reach * reach; ///< squared distance of the nearest point so far; at first the search radius
+    double best = reach * reach; ///< squared distance of the nearest point so far; initially the squared search radius
     int found = -1;
     int steps = 0;
 
@@ -155,8 +156,9 @@ struct KnownPointIndex::Query
     }
 };
 
-// Breaks a tie by the visiting order of findNearestPoint(). Points on both sides of the query need the sorted order;
-// the first such tie builds a std::set. On a grid spaced at half the tolerance every query has one.
+// Breaks a tie by the visiting order of findNearestPoint(). Between points on opposite sides of the query it depends on
+// the sorted list: the first such tie builds a std::set, because on a grid spaced at half the tolerance every query has
+// such a tie.
 bool KnownPointIndex::isVisitedFirst(const Query &query, const DefPoint &a, const DefPoint &b)
 {
     const bool aLeft = a.x < query.x;
@@ -223,8 +225,8 @@ NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points) : m_points
     m_tree = KdTree(std::move(entries));
 }
 
-// Of several points at one position findNearestPoint() visits the first before the others, or the last if they lie left
-// of the query.
+// Returns which of the points at the entry's position findNearestPoint() visits first: the last of them if they lie
+// left of the query, otherwise the first.
 int NearestPointIndex::firstVisited(const KdTree::Entry &entry, double x) const
 {
     const auto first = m_points.begin() + entry.point;

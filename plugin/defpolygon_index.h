@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-/// Finds the known point equal to a position, in a growing list. Same answer as findNearestPoint() where that is equal.
+/// Finds the known point that equals a position, in a growing list; the nearest one if several do.
 ///
 /// A spatial hash of square cells larger than the tolerance: a query searches one to four cells. No two finite points
 /// may have the same position.
@@ -25,10 +25,9 @@ public:
     /// Adds the last of \a points; all others are already in the index.
     void addLast(const QVector<DefPoint> &points);
 
-    /// Returns what findNearestPoint() returns for the sorted \a points if that equals (x, y), else null.
+    /// Returns the point that findNearestPoint() would find if \a points were sorted; null if it does not equal (x, y).
     ///
-    /// \a points is the indexed list; it need not be sorted. \a steps receives the number of entries examined, for
-    /// tests.
+    /// \a points is the indexed list, in any order. \a steps receives the number of entries examined, for tests.
     const DefPoint *find(const QVector<DefPoint> &points, double x, double y, int *steps = nullptr);
 
 private:
@@ -51,7 +50,7 @@ private:
     void searchCell(qint64 column, qint64 row, Query &query) const;
     bool isVisitedFirst(const Query &query, const DefPoint &a, const DefPoint &b);
 
-    /// Open addressing; the size is a power of two, at least half of the slots are free.
+    /// Open addressing; the size is a power of two, and at least half of the slots are free.
     std::vector<Slot> m_slots = std::vector<Slot>(smallestTable);
     quint64 m_columnFactor = QRandomGenerator::global()->generate64() | 1U;
     quint64 m_rowFactor = QRandomGenerator::global()->generate64() | 1U;
@@ -64,7 +63,7 @@ private:
 class NearestPointIndex
 {
 public:
-    /// Copies \a points, which are in the order of sortPoints().
+    /// Copies \a points, which must be in the order of sortPoints().
     explicit NearestPointIndex(const QVector<DefPoint> &points);
 
     /// Same result as findNearestPoint() for the points. The pointer is valid while this object exists.

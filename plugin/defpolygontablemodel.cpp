@@ -140,7 +140,8 @@ bool DefPolygonTableModel::isConflictingPoint(int row) const
     return conflictIndex->at(vertex(row).def).isConflict(vertex(row));
 }
 
-// Locale and decimals are frozen at first use, whichever comes first: a process never formats coordinates in two ways.
+// Fixes the locale together with the decimals, so that a process does not mix two formats. A precision of 1 or more
+// gives 0 decimals, which are not fixed but computed at each call.
 int DefPolygonTableModel::coordDecimals()
 {
     static int decimals = 0;

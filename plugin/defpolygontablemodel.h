@@ -30,7 +30,7 @@ public:
     /// Changes made outside the model are detected within the limits of DuplicateIndex::isCurrent().
     bool isDuplicateDef(int row) const;
 
-    /// Builds the index of isDuplicateDef() in advance, unless it is current.
+    /// Builds the index of isDuplicateDef() in advance, unless it is current for \a row.
     void ensureDuplicateIndex(int row = 0) const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -111,8 +111,8 @@ public:
 
     /// True if the designation of \a row, ignoring case, occurs in another row at a different position.
     ///
-    /// Outside changes are detected because they detach the contours, which the model shares; writes through a
-    /// reference taken before the first call are not.
+    /// Changes made outside the model are detected because they detach the contours, which the model shares. Writes
+    /// through a reference taken before the first call are not detected.
     bool isConflictingPoint(int row) const;
 
     /// Builds the index of isConflictingPoint() in advance, unless it is current.
@@ -129,7 +129,7 @@ public:
 
     /// Formats \a v with the decimals of coordPrecision(), in the default locale if \a localized, else in the C locale.
     ///
-    /// The first call of this or of coordDecimals() fixes the locale for the life of the process.
+    /// The first call of this function or of coordDecimals() fixes the locale for the life of the process.
     QString formatCoord(double v, bool localized) const;
 
     static double coordPrecision() { return s_coordPrecision; }

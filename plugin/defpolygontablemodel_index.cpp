@@ -1,5 +1,5 @@
-// The models colour a row by comparing it with all others. The indexes answer that in O(1) on average; scanning for
-// each painted row would be quadratic.
+// The colour of a row depends on all other rows. The indexes find it in O(1) on average; a scan for each painted row
+// would be quadratic.
 
 #include "defpolygontablemodel_index.h"
 

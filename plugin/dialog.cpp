@@ -41,7 +41,7 @@ Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Dialo
     connect(ui->buttonBox, SIGNAL(accepted()), this, SLOT(accept()));
     connect(ui->buttonBox, SIGNAL(rejected()), this, SLOT(reject()));
 
-    // Swapping X and Y is not offered: the check box stays hidden and is never passed to the importer.
+    // Swapping X and Y is not offered: the check box stays hidden, and its state is never passed to the importer.
     ui->swapXYCheck->hide();
 }
 
@@ -152,7 +152,7 @@ void Dialog::showObjects()
     polygonModel.ensureConflictIndex();
 }
 
-// During a run the list still has the rows of the previous one.
+// During a run the list view still has the rows of the previous run.
 void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & /*previous*/)
 {
     if (!current.isValid() || isProcessing || current.row() >= objects.size())
@@ -161,7 +161,7 @@ void Dialog::procCurrentChanged(const QModelIndex &current, const QModelIndex & 
     polygonModel.setFieldNumValueMap(fieldNumValueMap);
 }
 
-// The table stays at its index, where sorting may have moved another object.
+// The vertex table keeps showing the same position in the list, where another object may be after sorting.
 void Dialog::on_sortButton_clicked()
 {
     if (isProcessing)

@@ -19,7 +19,7 @@ namespace Ui {
 class Dialog;
 }
 
-/// Runs one import: the user chooses files and options and inspects the objects; the host gets the result.
+/// The import dialog: the user chooses files and options, processes them and checks the objects.
 ///
 /// The choices are read from the settings by the constructor and saved by the destructor.
 class Dialog : public QDialog
@@ -40,7 +40,7 @@ public:
 
     /// Loads the window layout, options and extra fields from the settings and shows them.
     void readSettings();
-    /// Saves them; reads the extra fields from the form first.
+    /// Reads the extra fields from the form, then saves everything that readSettings() loads.
     void writeSettings();
     /// Rebuilds fieldNumValueMap from the rows of extra fields on the form; rows without a text are skipped.
     void readFields();

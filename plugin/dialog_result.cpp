@@ -1,4 +1,4 @@
-// The text that the host receives: a table of objects, and in each object's row the table of its vertices.
+// The text that the host receives: a table of objects; the row of an object contains the table of its vertices.
 //
 //     <FormTable Name="Участки" Update="1">
 //         <Row>

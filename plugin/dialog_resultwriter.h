@@ -49,7 +49,7 @@ public:
     void emptyCells(int count);
     void textCell(const QString &text);
 
-    /// Writes prepared text: line starts, tags and escaped characters.
+    /// Appends \a text without escaping it: line starts, tags and characters that are already escaped.
     void fragment(const QString &text) { m_document += text; }
     void characters(const QString &text);
     void coordinate(double v, int decimals);

@@ -76,7 +76,7 @@ DxfImport::Group DxfImport::groupOf(QStringView code)
     }
 }
 
-// False for a blank line instead of a group code and at the end of the file. A blank value is valid.
+// Returns false if the line of the group code is blank, and at the end of the file. A blank value is valid.
 bool DxfImport::readCodeValue()
 {
     if (pushedBack) {

@@ -45,7 +45,7 @@ private:
 
     struct Coordinates
     {
-        /// The coordinate with this group code; null for other groups.
+        /// The coordinate with this group code; null for any other group.
         double *find(Group group);
 
         double x = 0;
@@ -58,7 +58,7 @@ private:
     struct TextGroups
     {
         unsigned present = 0; ///< mask of the groups that occurred
-        unsigned numeric = 0; ///< mask of the coordinates whose value is a number
+        unsigned numeric = 0; ///< mask of the groups whose last value is a number
         Coordinates position;
         bool isAligned() const { return horizontal != 0 || vertical != 0; }
 

@@ -28,7 +28,8 @@ bool isPointNumber(const QString &def)
 
 } // namespace
 
-// A point that fails at a pair with the value TEXT is read as a text, so readPoint() comes first.
+// If a point fails at a pair with the value TEXT, a text is read from there. The value is that of the last pair that
+// readPoint() has read.
 bool DxfImport::loadPoint()
 {
     const bool ok = readPoint();
@@ -145,7 +146,8 @@ void DxfImport::filterObjectDefs()
         texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
-// Texts stay in file order if the drawing has no known points. The result then depends on the bisection: no index.
+// Texts stay in file order if the drawing has no known points. The result then depends on the bisection, which no index
+// can reproduce.
 const DefPoint *DxfImport::nearestText(const QPointF &p) const
 {
     return textIndex ? textIndex->find(p) : findNearestPoint(texts, p);

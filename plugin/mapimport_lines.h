@@ -11,7 +11,7 @@
 class SingleByteDecoder;
 class QIODevice;
 
-/// Same as QChar::isSpace(), with a fast path for printable ASCII and U+0100-U+167F: 4 % of a DXF import.
+/// Same as QChar::isSpace(), with a fast path for printable ASCII and U+0100-U+167F, which saves 4 % of a DXF import.
 inline bool isSpace(QChar c)
 {
     const ushort u = c.unicode();
@@ -23,7 +23,8 @@ inline bool isSpace(QChar c)
 inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
 {
 #if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
-    // Scan four characters per step (SWAR); a per-character loop mispredicts at each line end (DXF +8 %).
+    // Scan four characters per step (SWAR); a per-character loop mispredicts at each line end, and a DXF import
+    // takes 8 % longer.
     constexpr quint64 onePerLane = 0x0001000100010001;
     for (; end - begin >= 4; begin += 4) {
         quint64 block = 0;
@@ -38,10 +39,11 @@ inline const QChar *findLineFeed(const QChar *begin, const QChar *end)
     return std::find(begin, end, QLatin1Char('\n'));
 }
 
-/// Reads a text line by line like QTextStream::readLine(), without allocating a string for each line (MIF +15 %).
+/// Reads a text line by line like QTextStream::readLine(). Allocating a string for each line, as QTextStream does,
+/// makes a MIF import take 15 % longer.
 ///
-/// Handles line ends, byte-order marks and encodings like a QTextStream in text mode with the codec set after the
-/// device.
+/// Handles line ends, byte-order marks and encodings like a QTextStream on a device in text mode, whose codec is set
+/// after the device.
 class LineReader
 {
 public:
@@ -110,7 +112,7 @@ private:
     QStringView m_tokens[maxKept];
 };
 
-/// Same as QStringView::trimmed(), which takes 8 % longer in an import.
+/// Same as QStringView::trimmed(), with which an import takes 8 % longer.
 inline QStringView trimmedLine(QStringView line)
 {
     const QChar *begin = line.begin();
@@ -122,7 +124,7 @@ inline QStringView trimmedLine(QStringView line)
     return {begin, end};
 }
 
-/// Sets \a upper to \a word.toString().toUpper() in place; without temporary strings a MIF import is 9 % faster.
+/// Sets \a upper to \a word.toString().toUpper(). Avoiding temporary strings makes a MIF import 9 % faster.
 void toUpper(QStringView word, QString &upper);
 
 /// Same as QString::toDouble() on \a word, with a fast path for plain decimal numbers of up to 15 digits.
