@@ -19,7 +19,7 @@ else()
                   -Wold-style-cast
                   -Wcast-align
                   -Wformat=2
-                  -ffp-contract=off # FMA changes the rounding and thus the numbering between processors
+                  -ffp-contract=off # with FMA, rounding and thus numbering depend on the processor
                   $<$<BOOL:${IMPORT_WERROR}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         target_compile_options(build_flags INTERFACE -Wno-unknown-warning-option)
@@ -33,8 +33,8 @@ if(IMPORT_SANITIZERS)
     target_compile_definitions(build_flags INTERFACE QT_FORCE_ASSERTS)
 endif()
 
-# Link-time optimisation: the readers call small functions of other files for each line and vertex. All targets need it:
-# clang cannot link LTO objects of importcore otherwise.
+# Link-time optimisation (LTO): the readers call small functions of other files for each line and vertex. It is enabled
+# for all targets, because with clang only a target that uses LTO itself can link the LTO objects of importcore.
 include(CheckIPOSupported)
 check_ipo_supported(RESULT HAVE_IPO OUTPUT ipo_output LANGUAGES CXX)
 if(HAVE_IPO)

@@ -47,7 +47,7 @@ void UnattendedImport::waitForDialog()
     QTimer::singleShot(0, this, &UnattendedImport::operateDialog);
 }
 
-// Leaving the event loops closes any dialog, even one without the expected buttons.
+// After an error, leave all event loops: that closes any dialog, even one without the expected buttons.
 void UnattendedImport::operateDialog()
 {
     QWidget *const dialog = QApplication::activeModalWidget();

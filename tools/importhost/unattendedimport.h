@@ -9,7 +9,7 @@ class DialogWidgets;
 
 /// Enters the choices of the command line in the import dialog and closes it.
 ///
-/// Every choice is entered, defaults included, so that remembered settings have no effect.
+/// Every choice is entered, defaults included, so that saved settings have no effect.
 class UnattendedImport : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     /// \a choices must outlive this object.
     explicit UnattendedImport(const DialogChoices &choices) : m_choices(choices) {}
 
-    /// Operates the modal dialog that opens next, once its event loop runs.
+    /// Returns at once; the modal dialog that opens next is operated as soon as its event loop runs.
     void waitForDialog();
 
     /// The first error, or empty. An error closes the dialog as Cancel does.

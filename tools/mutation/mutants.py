@@ -275,7 +275,7 @@ def _in_assertion(source, i):
     return "static_assert" in source.text[statement : source.tokens[i].start]
 
 
-# True if a variable is overwritten before its initial value is read. The conversion functions always set theirs.
+# True if a variable is overwritten before its initial value is read. The conversion functions always set their outputs.
 def _is_overwritten(source, i):
     name = source.token(i - 2)
     if source.token(i - 1) != "=" or source.token(i - 3) not in ("bool", "int", "double") or source.token(i + 1) != ";":

@@ -128,8 +128,8 @@ class TestOrder:
         stem = Path(name).stem
         return sorted(self.times, key=lambda test: (not self._is_own(test, stem), self.times[test], test))
 
-    # A test belongs to the source with the longest name that its name begins with. tst_mapimport_mif_mid is an own test
-    # of mapimport_mif and mapimport, but not of mapimport_dxf.
+    # A test belongs to the source whose name is the longest prefix of its own: tst_mapimport_mif_mid belongs to
+    # mapimport_mif. It is also an own test of mapimport, but not of mapimport_dxf.
     def _is_own(self, test, stem):
         owner = max((s for s in self.stems if test.startswith(f"tst_{s}")), key=len, default=None)
         return owner is not None and (f"{owner}_".startswith(f"{stem}_") or f"{stem}_".startswith(f"{owner}_"))
@@ -241,7 +241,7 @@ def summarize(mutants, results, list_survivors):
 
 
 def report_wrong_explanations(mutants, explanations, results):
-    """Lists explanations of changes that do not exist any more, and of mutants that a test has killed."""
+    """Lists explanations of changes that no longer exist, and of mutants that a test has killed."""
     keys = {explain_key(mutant): mutant for mutant in mutants}
     for key, line_number in explanations.items():
         place = f"{EXPLAINED.relative_to(ROOT)}:{line_number}"

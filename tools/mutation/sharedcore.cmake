@@ -1,5 +1,5 @@
-# Links the tests and the plug-in against the core as a shared library: a mutant replaces it without linking the tests
-# again. Only the preset "mutation" includes this file, after project().
+# Links the tests and the plug-in against the core as a shared library, so that a mutant can be tried without relinking
+# the tests. Only the preset "mutation" includes this file, after project().
 
 function(link_shared_core)
     get_target_property(libraries importcore INTERFACE_LINK_LIBRARIES)
