@@ -213,8 +213,12 @@ const DefPoint *KnownPointIndex::find(const QVector<DefPoint> &points, double x,
     return nearest == DefPoint{QString(), x, y} ? &nearest : nullptr;
 }
 
-NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points) : m_points(points)
+NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points)
+    : m_points(points),
+      m_isSorted(std::is_sorted(points.begin(), points.end(), lessNanLast))
 {
+    if (!m_isSorted)
+        return;
     std::vector<KdTree::Entry> entries;
     entries.reserve(static_cast<std::size_t>(points.size()));
     for (int i = 0; i < points.size(); ++i) {
@@ -288,6 +292,10 @@ struct NearestPointIndex::Query
 
 const DefPoint *NearestPointIndex::find(const QPointF &p, int *steps) const
 {
+    if (steps != nullptr)
+        *steps = m_points.size();
+    if (!m_isSorted)
+        return findNearestPoint(m_points, p);
     Query query{*this, p.x(), p.y()};
     if (isFinite(p.x(), p.y()))
         m_tree.search(query);

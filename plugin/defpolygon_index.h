@@ -59,12 +59,13 @@ private:
     std::set<DefPoint, Order> m_ordered{lessNanLast}; ///< all points; filled at the first tie that needs their order
 };
 
-/// A k-d tree for findNearestPoint() on a sorted list that does not change: O(log n) on average.
+/// A k-d tree for findNearestPoint() on a list that does not change: O(log n) on average if the list is sorted.
 class NearestPointIndex
 {
 public:
-    /// Copies \a points, which must be in the order of sortPoints().
-    explicit NearestPointIndex(const QVector<DefPoint> &points);
+    /// Copies \a points. Only points in the order of sortPoints() are indexed: among others the result of
+    /// findNearestPoint() depends on its bisection, which no tree can reproduce.
+    explicit NearestPointIndex(const QVector<DefPoint> &points = {});
 
     /// Same result as findNearestPoint() for the points. The pointer is valid while this object exists.
     ///
@@ -77,5 +78,6 @@ private:
     int firstVisited(const KdTree::Entry &entry, double x) const;
 
     QVector<DefPoint> m_points;
+    bool m_isSorted;
     KdTree m_tree; ///< one entry for each distinct position, with the first point there
 };

@@ -37,14 +37,14 @@ public:
         m_text += lines.endRow;
     }
 
-    void write(ResultWriter &writer, const DefPoint &vertex) const
+    void write(ResultWriter &writer, const DefPoint &vertex, int decimals) const
     {
         if (m_isEmpty) {
             writer.emptyRow();
             return;
         }
         for (const Piece &piece : m_pieces)
-            writePiece(writer, piece, vertex);
+            writePiece(writer, piece, vertex, decimals);
         writer.fragment(m_text);
     }
 
@@ -89,7 +89,7 @@ private:
         m_next = column.number + 1;
     }
 
-    static void writePiece(ResultWriter &writer, const Piece &piece, const DefPoint &vertex)
+    static void writePiece(ResultWriter &writer, const Piece &piece, const DefPoint &vertex, int decimals)
     {
         writer.fragment(piece.text);
         switch (piece.content) {
@@ -97,10 +97,10 @@ private:
             writer.characters(vertex.def);
             break;
         case ValueColumn::X:
-            writer.coordinate(vertex.x, DefPolygonTableModel::coordDecimals());
+            writer.coordinate(vertex.x, decimals);
             break;
         case ValueColumn::Y:
-            writer.coordinate(vertex.y, DefPolygonTableModel::coordDecimals());
+            writer.coordinate(vertex.y, decimals);
             break;
         default:
             writer.emptyCells(piece.emptyCells);
@@ -135,18 +135,19 @@ public:
             return;
         }
         m_writer.startTable(m_tag);
+        const int decimals = DefPolygonTableModel::coordDecimals();
         for (int row = 0; row < rows; ++row)
-            writeRow(m_model.vertexAt(row));
+            writeRow(m_model.vertexAt(row), decimals);
         m_writer.endTable();
     }
 
 private:
-    void writeRow(const DefPoint *vertex) const
+    void writeRow(const DefPoint *vertex, int decimals) const
     {
         if (vertex == nullptr)
             m_writer.emptyRow();
         else
-            (vertex->def.isNull() ? m_withoutDef : m_withDef).write(m_writer, *vertex);
+            (vertex->def.isNull() ? m_withoutDef : m_withDef).write(m_writer, *vertex, decimals);
     }
 
     ResultWriter &m_writer;

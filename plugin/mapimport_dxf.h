@@ -5,8 +5,6 @@
 #include <QLatin1String>
 #include <QVector>
 
-#include <memory>
-
 /// Reads an ASCII DXF drawing. Points and objects are named by the nearest texts.
 class DxfImport : public MapImport
 {
@@ -98,12 +96,10 @@ private:
     void updatePointsDefs();
     void updateLastPolygonDef();
 
-    const DefPoint *nearestText(const QPointF &p) const;
-
-    Group code = Other;                           ///< of the current pair
-    QStringView value;                            ///< of the current pair, trimmed; valid until the next pair is read
-    bool pushedBack = false;                      ///< the next readCodeValue() delivers the current pair again
-    QString pushedBackValue;                      ///< owns the value of a pushed-back pair
-    QVector<DefPoint> texts;                      ///< texts of the drawing with their positions
-    std::unique_ptr<NearestPointIndex> textIndex; ///< of the texts during the objects pass; null if they are unsorted
+    Group code = Other;          ///< of the current pair
+    QStringView value;           ///< of the current pair, trimmed; valid until the next pair is read
+    bool pushedBack = false;     ///< the next readCodeValue() delivers the current pair again
+    QString pushedBackValue;     ///< owns the value of a pushed-back pair
+    QVector<DefPoint> texts;     ///< texts of the drawing with their positions
+    NearestPointIndex textIndex; ///< of the texts that can name objects
 };

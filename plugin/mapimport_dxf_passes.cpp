@@ -116,8 +116,7 @@ bool DxfImport::loadPolygons()
             loadTextsOnly();
         }
         filterObjectDefs();
-        if (std::is_sorted(texts.begin(), texts.end(), lessNanLast))
-            textIndex = std::make_unique<NearestPointIndex>(texts);
+        textIndex = NearestPointIndex(texts); // without known points the texts are in file order
     }
     return loadEntities({{QLatin1String("LINE"), &DxfImport::loadObject<&DxfImport::readLine>},
                          {QLatin1String("POLYLINE"), &DxfImport::loadObject<&DxfImport::readPolyline>},
@@ -146,20 +145,13 @@ void DxfImport::filterObjectDefs()
         texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
 }
 
-// Texts stay in file order if the drawing has no known points. The result then depends on the bisection, which no index
-// can reproduce.
-const DefPoint *DxfImport::nearestText(const QPointF &p) const
-{
-    return textIndex ? textIndex->find(p) : findNearestPoint(texts, p);
-}
-
 void DxfImport::updateLastPolygonDef()
 {
     QString def;
     if (searchObjectDefs) {
         const QPointF m = objects->last().centroid();
         // swapXY applies to stored vertices, never to texts.
-        const DefPoint *const text = nearestText(swapXY ? QPointF(m.y(), m.x()) : m);
+        const DefPoint *const text = textIndex.find(swapXY ? QPointF(m.y(), m.x()) : m);
         if (text != nullptr)
             def = text->def;
     }

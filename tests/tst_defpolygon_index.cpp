@@ -113,6 +113,7 @@ class tst_DefPolygonIndex : public QObject
 private Q_SLOTS:
     void nearestPointIsFound_data() { addLayouts(); }
     void nearestPointIsFound();
+    void unsortedPointsAreSearchedAsTheyAre();
     void knownPointIsFound_data() { addLayouts(); }
     void knownPointIsFound();
     void unsortedPointsFollowTheProbeSequence_data();
@@ -169,6 +170,19 @@ void tst_DefPolygonIndex::nearestPointIsFound()
             QCOMPARE(difference(findNearestPoint(points, p), expected, p), QString());
             QCOMPARE(difference(index.find(p), expected, p), QString());
         }
+    }
+}
+
+void tst_DefPolygonIndex::unsortedPointsAreSearchedAsTheyAre()
+{
+    QVector<DefPoint> points;
+    for (int i = 0; i < 100; ++i)
+        points.append(DefPoint{QString::number(i), i * 37 % 100 * 1.0, 0});
+    const NearestPointIndex index(points);
+
+    for (int x = 0; x < 100; ++x) {
+        const QPointF p(x, 0);
+        QCOMPARE(difference(index.find(p), findNearestPoint(points, p), p), QString());
     }
 }
 
