@@ -1,8 +1,9 @@
-// Measures the dialog with 100,000 objects and with an object of 100,000 vertices, and compares the times with bounds.
+// Measures the dialog with 100,000 objects and with an object of 100,000 vertices, and compares the figures with
+// bounds.
 //
 //     dialog_bench [--markdown] [--benchmark_filter=...]
 //
-// Runs on the platform "offscreen" and prints a Markdown table on standard output, also without --markdown.
+// Runs on the platform "offscreen" and prints a Markdown table to standard output; --markdown changes nothing.
 
 #include "formatbounds.h"
 #include "machine.h"
@@ -25,7 +26,7 @@ constexpr int count = 100000;
 constexpr int verticesInResult = 10; // of each object
 constexpr int bigObjectRow = 1;      // row of the big object in the list
 
-// Counter for the measured value, which is in milliseconds or a ratio.
+// Name of the counter that holds the measured value: milliseconds or a ratio.
 const char *const measured = "measured";
 
 /// An upper bound of a measured value.
@@ -52,7 +53,8 @@ const Bound bounds[] = {
     {"result/memory", "память для результата к его тексту", 1.1},
 };
 
-/// Processor time in milliseconds. Unlike wall-clock time it does not depend on other processes; no action waits.
+/// Processor time of \a action in milliseconds. Unlike wall-clock time it does not depend on other processes, and it
+/// misses nothing because no action waits.
 double timeOf(const std::function<void()> &action)
 {
     const double begin = processorSeconds();
@@ -77,7 +79,7 @@ QVector<DefPolygon> manyObjects()
     return objects;
 }
 
-/// A shown dialog after a run, whose objects are replaced by others.
+/// A visible dialog after a run, with the imported objects replaced by generated ones.
 class DialogFixture
 {
 public:
@@ -119,7 +121,7 @@ private:
     TextFixture m_files;
 };
 
-/// The dialog with all objects; shared, because filling it takes long.
+/// The dialog with all objects; shared, because filling it is slow.
 DialogFixture &fixture()
 {
     static DialogFixture fixture(manyObjects());
@@ -238,7 +240,7 @@ struct Result
         dialog.objects.append(object);
     }
 
-    // Runs after all objects are appended, so that they lie close together in memory, as after a run.
+    // Called after all objects have been appended: the objects then lie close together in memory, as after an import.
     void appendRows(const DefPolygon &object, int columns)
     {
         for (const DefPoint &p : object.contours.first()) {
@@ -265,7 +267,7 @@ void writeRow(QXmlStreamWriter &writer, const Row &row)
     writer.writeEndElement();
 }
 
-/// Writes the document with QXmlStreamWriter only, from prepared texts.
+/// Writes the same document with QXmlStreamWriter alone, from prepared texts.
 QString writeWithStreamWriter(const Result &result)
 {
     QString document;
@@ -295,8 +297,8 @@ Result &resultOf()
     return result;
 }
 
-/// Time of stringResult() relative to QXmlStreamWriter only, which runs before and after because processor speed
-/// varies.
+/// Time of stringResult() relative to QXmlStreamWriter alone. The latter is measured before and after, because
+/// processor speed varies.
 double resultRatio(Result &result)
 {
     const auto timeOfStreamWriter = [&] { return timeOf([&] { writeWithStreamWriter(result); }); };

@@ -4,9 +4,9 @@
 //     import   the import, with two passes, point numbers and designations
 //     gdal     GDAL, if available
 //
-// Processor speed varies over time. Measurements to compare therefore run side by side in one round, and the table
-// shows the medians of the ratios. Google Benchmark repeats the rounds of all files in random order. Memory is measured
-// for the largest file of each layout, in a new process.
+// Processor speed varies over time. Measurements that are compared therefore run side by side in one round, and the
+// table shows the medians of the ratios. Google Benchmark repeats the rounds of all files in random order. Memory is
+// measured for the largest file of each layout, in a new process.
 
 #include "gdalreader.h"
 #include "machine.h"
@@ -40,7 +40,7 @@ struct SampleFile
     QString format;
     Layout layout;
     int vertexCount;
-    QStringList paths; ///< of the file and of its MID file
+    QStringList paths; ///< the file, then the MID file of a MIF file
 
     QString name() const { return QFileInfo(paths.first()).fileName(); }
     double size() const
@@ -154,7 +154,7 @@ struct Imports
             seconds += secondsOfImport(file.paths.first());
     }
     double mean() const { return seconds / count; }
-    double meanOfVertex() const { return mean() / file.vertexCount; }
+    double meanPerVertex() const { return mean() / file.vertexCount; }
 };
 
 // A single import of a smaller file is too short to compare, so it is repeated before and after the largest file.
@@ -191,7 +191,7 @@ void measureRound(const Series &series, benchmark::UserCounters &counters)
     for (size_t i = 0; i < all.size(); ++i) {
         counters[nameOfImport(all[i].file.vertexCount)] = all[i].mean();
         if (i > 0)
-            counters[nameOfGrowth(all[i].file.vertexCount)] = all[i].meanOfVertex() / all[i - 1].meanOfVertex();
+            counters[nameOfGrowth(all[i].file.vertexCount)] = all[i].meanPerVertex() / all[i - 1].meanPerVertex();
     }
     counters["lines"] = lines;
     counters["to_lines"] = imports.mean() / lines;
@@ -271,7 +271,7 @@ void printTable(const QVector<int> &vertexCounts, bool tableOnly)
     std::cout << resultTable(rows, vertexCounts).toStdString();
 }
 
-// Removes the options of Google Benchmark. Random interleaving can be set only as an option.
+// Enables random interleaving, which can be set only by an option, and removes the options of Google Benchmark.
 QStringList ownArguments(int argc, char **argv)
 {
     std::string interleave = "--benchmark_enable_random_interleaving=true";
@@ -289,7 +289,7 @@ int usage()
 {
     std::cerr << "usage: import_bench [--quick] [--markdown] [--benchmark_...] | --machine | --memory FILE\n\n"
                  "  --quick     import only files of 100 000 vertices\n"
-                 "  --markdown  print only the table on standard output\n"
+                 "  --markdown  print only the table to standard output\n"
                  "  --machine   print processor, system and build\n"
                  "  --memory    print the memory in bytes that an import of FILE needs\n";
     return 2;

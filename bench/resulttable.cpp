@@ -24,7 +24,7 @@ const Bounds &boundsOf(const QString &format)
     return format == mif.format ? mif : dxf;
 }
 
-// Bounds of every layout.
+// Bounds that apply to every layout.
 constexpr double maxGrowth = 1.7; // of the time per vertex, from one file size to the next
 constexpr double maxTimesMosaic = 3;
 constexpr double maxTimesFileSize = 6;

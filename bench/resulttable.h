@@ -4,8 +4,8 @@
 
 #include <QVector>
 
-/// The figures of one format and layout; 0 if not measured. Ratios come from times that were measured side by side,
-/// unlike the times themselves.
+/// The figures of one format and layout; 0 if not measured. Times and ratios are medians over all rounds. A ratio
+/// compares times of the same round, so its median can differ from the quotient of the median times.
 struct SpeedRow
 {
     QString format;

@@ -1,5 +1,5 @@
 // Plots are generated first; points and names are derived from their corners. Random numbers are the same with every
-// compiler and library, so that figures can be compared.
+// compiler and library, so that results from different machines are comparable.
 
 #include "samplefiles.h"
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-// Local coordinates in metres, as plans of one district have them.
+// Local coordinates in metres, as in the plans of a district.
 constexpr QPointF origin(13200, 48100);
 constexpr double plotSize = 20;
 
@@ -30,7 +30,7 @@ struct Named
 
 using Random = std::mt19937;
 
-// Unlike std::uniform_real_distribution the same with every library.
+// Unlike std::uniform_real_distribution, returns the same numbers with every library.
 double uniform(Random &random, double below)
 {
     return below * static_cast<double>(random()) / 4294967296.0;
@@ -121,7 +121,7 @@ QVector<Plot> plotsOf(Layout layout, int plotCount)
     return mosaic(plotCount, 6);
 }
 
-// Number of corners to count per plot, starting with the first, so that shared corners count once.
+// Number of leading corners to count per plot, so that each shared corner counts once.
 size_t ownCorners(Layout layout)
 {
     switch (layout) {
@@ -233,7 +233,7 @@ SampleFiles::SampleFiles(Layout layout, int vertexCount) : m_drawing(std::make_u
 
 SampleFiles::~SampleFiles() = default;
 
-// MIF has no texts, so the stray text is omitted.
+// In a MID file a designation belongs to an object, so the stray one is omitted.
 void SampleFiles::writeMif(const QString &path) const
 {
     QFile mif(path);

@@ -21,7 +21,7 @@ namespace {
 
 Dialog *dialog = nullptr;
 
-bool isAlike(const QString &a, const QString &b)
+bool equalsIgnoringCase(const QString &a, const QString &b)
 {
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
@@ -63,7 +63,7 @@ void checkResult(const QVector<DefPolygon> &objects)
     }
     dialog->objects = objects;
     const QStringList actual = ResultOutline::lines(dialog->stringResult());
-    // In UTF-8 a lone surrogate is a question mark, as in the result.
+    // QXmlStreamReader decodes a lone surrogate as a question mark, as toUtf8() encodes it.
     require(actual.join(QLatin1Char('\n')).toUtf8() == expected.join(QLatin1Char('\n')).toUtf8(),
             "the result document lists the objects and their vertices");
 }
@@ -100,7 +100,7 @@ public:
     }
 
 private:
-    // The colon, which follows the digits, selects a text from the input.
+    // A colon, the character after '9', selects a text from the input.
     QString text()
     {
         static const char *const texts[] = {"", "н1", "Н1", "н2", "ЗУ", "зу", "н99999999999", "1", "<&>", "ß", nullptr};
@@ -177,7 +177,7 @@ private:
             layOutRows();
     }
 
-    // The model is not notified.
+    // Does not notify the model, whose rows become stale.
     void removeVertex()
     {
         if (m_objects.isEmpty() || m_objects.at(m_current).contours.isEmpty())
@@ -241,7 +241,7 @@ private:
         }
     }
 
-    /// The current vertex of a row; null between two contours and after the vertex was removed.
+    /// The current vertex of a row; null for a separator row and for a removed vertex.
     const DefPoint *vertexOf(int row) const
     {
         const RowInfo info = m_rows.at(row);
@@ -258,13 +258,13 @@ private:
         const DefPoint *const vertex = vertexOf(row);
         for (int i = 0; i < m_rows.size() && vertex != nullptr && !vertex->def.isEmpty(); ++i) {
             const DefPoint *const other = i == row ? nullptr : vertexOf(i);
-            if (other != nullptr && isAlike(other->def, vertex->def) && !isWithinTolerance(*other, *vertex))
+            if (other != nullptr && equalsIgnoringCase(other->def, vertex->def) && !isWithinTolerance(*other, *vertex))
                 return true;
         }
         return false;
     }
 
-    /// The edit value of a cell. If several values share a column, the first one is shown.
+    /// The edit value of a cell. In a shared column the designation takes precedence, then X, then Y, then the field.
     QVariant textOf(const DefPoint &vertex, int column) const
     {
         if (column == m_defColumn)
@@ -290,14 +290,14 @@ private:
         const QString displayText = vertex == nullptr ? QString() : displayTextOf(*vertex, column);
         const QModelIndex index = m_vertices.index(row, column);
         require(index.data(Qt::EditRole).isValid() == text.isValid(), "a cell has a value if its vertex has one");
-        require(index.data().isValid() == text.isValid(), "a cell with a value to edit displays it");
-        require(index.data(Qt::EditRole).toString() == text.toString(), "a cell has the text of its vertex");
-        require(index.data().toString() == displayText, "a cell displays the text of its vertex");
+        require(index.data().isValid() == text.isValid(), "a cell displays a value if it has one to edit");
+        require(index.data(Qt::EditRole).toString() == text.toString(), "the edit text is that of the vertex");
+        require(index.data().toString() == displayText, "the displayed text is that of the vertex");
         const bool isRed = index.data(Qt::BackgroundRole).value<QBrush>().color() == QColor(255, 220, 220);
         require(isRed == m_vertices.isConflictingPoint(row), "only conflicts are red");
     }
 
-    // The rows may be stale; every cell can be queried nevertheless.
+    // Every cell can be queried, even if the rows are stale.
     void checkVertices()
     {
         require(m_vertices.rowCount() == m_rows.size(), "the rows match the object last set or refreshed");
@@ -311,7 +311,7 @@ private:
     {
         for (int i = 0; i < m_list.rowCount(); ++i) {
             const QString def = m_objects.at(i).def;
-            const auto hasDef = [&](const DefPolygon &object) { return isAlike(object.def, def); };
+            const auto hasDef = [&](const DefPolygon &object) { return equalsIgnoringCase(object.def, def); };
             const bool duplicate = !def.isEmpty() && std::count_if(m_objects.cbegin(), m_objects.cend(), hasDef) > 1;
             const QModelIndex index = m_list.index(i, 0);
             require(m_list.isDuplicateDef(i) == duplicate, "a designation that occurs twice is a duplicate");

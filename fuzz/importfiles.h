@@ -3,7 +3,7 @@
 #include "importcomparison.h"
 #include "input.h"
 
-/// Takes the options of a run from \a input, for files with \a extension in a folder of the process.
+/// Reads the options of a run from \a input. Its files have \a extension and lie in a temporary folder.
 ImportOptions readOptions(Input &input, const QString &extension);
 
 /// Writes \a bytes to \a fileName, or removes the file when it \a isMissing.

@@ -9,8 +9,7 @@
 
 /// The input of one run: options, a byte each, then files.
 ///
-/// A digit selects the choice with that number, counted from 0; any byte selects some choice. A line feed may end the
-/// options.
+/// A byte selects a choice by its distance from '0', modulo the number of choices. A line feed may end the options.
 class Input
 {
 public:
