@@ -14,8 +14,8 @@
 #endif
 #endif
 
-/// During its lifetime the \a nth of the plug-in's allocations of at least 64 KiB fails, and with \a isLasting all
-/// later ones too. None fails if \a nth is 0.
+/// During its lifetime, makes the plug-in's \a nth allocation of at least 64 KiB fail; with \a isLasting, all later
+/// ones as well. If \a nth is 0, none fails.
 ///
 /// Replaces malloc() and realloc(), so only one source file of a program may include it.
 class AllocationFailure

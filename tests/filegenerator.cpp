@@ -103,7 +103,7 @@ FileGenerator::Place FileGenerator::place()
     return at;
 }
 
-// Sorting leaves the order of points and texts at the same place open, so most of them get an unused place.
+// The sort is unstable for points and texts at the same place, so most of them get an unused place.
 FileGenerator::Place FileGenerator::unusedPlace()
 {
     if (below(400) == 0 && !m_usedPlaces.isEmpty())
@@ -159,7 +159,7 @@ QString FileGenerator::def()
         .replace(QLatin1Char('#'), QString::number(1 + below(99)));
 }
 
-// A line about as long as a chunk, so that a chunk ends within the next lines.
+// A line of about half a chunk or a whole one, so that a chunk ends in one of the next lines.
 QString FileGenerator::padding()
 {
     const int size = chunkSize / (1 + below(2));

@@ -55,7 +55,8 @@ inline QString textOf(const QVariant &value)
     return value.isNull() ? QStringLiteral("null") : value.toString();
 }
 
-/// The backgrounds of one column: "#ffdcdc" for a solid brush, "none" for an invalid value, "other" for anything else.
+/// The backgrounds of one column: the colour of a solid brush ("#ffdcdc"), "none" for an invalid value, "other" for
+/// anything else.
 inline QStringList backgroundsOf(const QAbstractItemModel &model, int column = 0)
 {
     QStringList colours;
@@ -93,8 +94,8 @@ inline QString shownBy(const QAbstractItemModel &model)
     return texts.join(QLatin1Char(' '));
 }
 
-/// Logs the signals of a model with the texts that it shows at each signal: "reset [н1] to [н5 | н6]" and, for the
-/// roles display and edit of one cell, "changed 1,0 to 1,0 roles 0 2 [н5 | н6]".
+/// Logs the signals of a model and the texts that it shows at each of them. A reset is logged as
+/// "reset [н1] to [н5 | н6]", a new display and edit text of one cell as "changed 1,0 to 1,0 roles 0 2 [н5 | н6]".
 class ModelLog
 {
 public:

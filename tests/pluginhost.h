@@ -31,8 +31,8 @@ inline void doNothing(DialogDriver & /*driver*/) {}
 
 /// Loads the built plug-in as a host does, calls its operations and records its messages.
 ///
-/// Each PluginHost has its own settings, initially empty, and its own folder for input files. Use one at a time. The
-/// encoding "Default" is UTF-8.
+/// Each PluginHost has its own settings, initially empty, and its own folder for input files. Use one at a time. It
+/// makes UTF-8 the locale encoding, which "Default" selects.
 class PluginHost
 {
 public:
@@ -104,7 +104,7 @@ public:
         if (onMessage)
             onMessage();
     };
-    static inline std::function<void()> onMessage; ///< what the host does while it receives a message
+    static inline std::function<void()> onMessage; ///< called on each message; may be empty
 
 private:
     static QStringList &received()

@@ -160,6 +160,6 @@ void ReferenceImport::sort(QVector<DefPoint> &points)
         const DefPoint &b = points[i];
         const bool same = a.def == b.def && isSameNumber(a.x, b.x) && isSameNumber(a.y, b.y);
         if (!isBefore(a, b) && !same)
-            m_out.orderIsOpen = true;
+            m_out.orderIsUnspecified = true;
     }
 }

@@ -36,9 +36,9 @@ struct ImportOutcome
     int objectStartNum = 0;
     QStringList messages;
 
-    /// True when points at exactly one place had to be sorted: the sort is unstable, so more than one outcome is
-    /// correct.
-    bool orderIsOpen = false;
+    /// True if different points or texts at exactly the same place were sorted. The sort of the importers is
+    /// unstable, so more than one outcome is correct.
+    bool orderIsUnspecified = false;
 };
 
 /// Reference implementation of the import: no index, no buffer, linear searches.

@@ -44,7 +44,7 @@ int countLines(LineReader &reader, int limit)
     return count;
 }
 
-QString truncatedFile; // at the first message; afterwards the text of the second message
+QString truncatedFile; // truncated at the first message; then holds the text of the second one
 
 void truncateAtMessage(const QString & /*text*/)
 {
@@ -71,16 +71,16 @@ private Q_SLOTS:
     void manySmallObjectsAreRead();
     void nonFiniteVerticesAreAllDifferent_data();
     void nonFiniteVerticesAreAllDifferent();
-    void readingEndsInATruncatedFile_data();
-    void readingEndsInATruncatedFile();
+    void readingEndsWhenTheFileIsTruncated_data();
+    void readingEndsWhenTheFileIsTruncated();
     void readErrorEndsTheText();
     void mifFileMayBeTruncatedBetweenPasses_data();
     void mifFileMayBeTruncatedBetweenPasses();
     void dxfFileMayBeTruncatedDuringAPass();
 };
 
-// A vertex needs 48 bytes for its number, 24 in its contour, 24 among the known points, the same again as spare
-// capacity of both vectors, and up to four slots of 24 in the index. The rest is for reallocation.
+// A vertex needs 48 bytes for its number, 24 in its contour, 24 among the known points, up to 48 as spare capacity
+// of both vectors, and up to four slots of 24 in the index. The rest is for reallocation.
 void tst_BadInput::memoryPerVertexIsBounded()
 {
     constexpr int count = 300000;
@@ -145,7 +145,7 @@ void tst_BadInput::memoryForALongLineIsBounded()
 
 void tst_BadInput::onlyRegularFilesAreOpened_data()
 {
-    QTest::addColumn<QString>("target"); // of a link
+    QTest::addColumn<QString>("target"); // of the symbolic link
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("message");
     QTest::addColumn<bool>("ok");
@@ -294,17 +294,17 @@ void tst_BadInput::nonFiniteVerticesAreAllDifferent()
     QCOMPARE(vertices.at(100002).def, QStringLiteral("н1"));
 }
 
-void tst_BadInput::readingEndsInATruncatedFile_data()
+void tst_BadInput::readingEndsWhenTheFileIsTruncated_data()
 {
-    QTest::addColumn<int>("size"); // of 200000 bytes
+    QTest::addColumn<int>("size"); // after truncation; 200000 before
     QTest::addColumn<int>("minLines");
     QTest::addColumn<int>("maxLines");
 
-    QTest::newRow("to less than has been read") << 1000 << 1 << 10000;
-    QTest::newRow("to half") << 100000 << 9990 << 9991;
+    QTest::newRow("to less than was already read") << 1000 << 1 << 10000;
+    QTest::newRow("to half of its size") << 100000 << 9990 << 9991;
 }
 
-void tst_BadInput::readingEndsInATruncatedFile()
+void tst_BadInput::readingEndsWhenTheFileIsTruncated()
 {
     QFETCH(int, size);
     QFETCH(int, minLines);

@@ -42,7 +42,7 @@ double coordinate(Numbers &numbers)
     return std::uniform_real_distribution<double>(-1e7, 1e7)(numbers);
 }
 
-/// Multiples of 1/8, many of which are ties of the rounding, and their neighbouring doubles.
+/// Multiples of 1/8, many of which are rounding ties, and their neighbouring doubles.
 double nearBinaryTie(Numbers &numbers)
 {
     const double tie = static_cast<double>(std::uniform_int_distribution<int>(-100000, 100000)(numbers)) / 8;
@@ -50,7 +50,7 @@ double nearBinaryTie(Numbers &numbers)
     return choices[numbers() % 3];
 }
 
-/// The double nearest to a tie of decimal rounding; it lies slightly above or below the tie.
+/// The double nearest to a decimal rounding tie; it lies slightly above or below the tie.
 double nearDecimalTie(Numbers &numbers)
 {
     const auto n = static_cast<double>(std::uniform_int_distribution<qint64>(-10000000000, 10000000000)(numbers));

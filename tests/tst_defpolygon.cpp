@@ -169,7 +169,7 @@ void tst_DefPolygon::objectsAreSorted()
     QCOMPARE(defsOf(objects).join(QLatin1Char(',')), after);
 }
 
-// With equal designations only, std::sort reads out of bounds if the order is not a strict weak ordering.
+// If all designations are equal, std::sort reads out of bounds if the order is not a strict weak ordering.
 void tst_DefPolygon::manyObjectsAreSorted()
 {
     for (int distinct : {1, 1009}) {

@@ -23,7 +23,7 @@ struct Layout
     double stepY = 0.01;
     int columns = 20;
     int rows = 20;
-    double offset = 0;        ///< moves a third of the coordinates off the grid, either way
+    double offset = 0;        ///< moves a third of the coordinates off the grid, in either direction
     bool hasSpecials = false; ///< one in eight coordinates is NaN, infinite, -0 or huge
     int maxKnownPoints = 40;  ///< before duplicates are removed
 };
@@ -186,7 +186,7 @@ void tst_DefPolygonIndex::unsortedPointsAreSearchedAsTheyAre()
     }
 }
 
-// As in an import, a vertex that equals no known point is added to them. Each run resets the index.
+// As in an import, a vertex that equals no known point becomes one. Each run resets the index.
 void tst_DefPolygonIndex::knownPointIsFound()
 {
     QFETCH(Layout, layout);
@@ -223,7 +223,7 @@ void tst_DefPolygonIndex::unsortedPointsFollowTheProbeSequence_data()
     using Xs = QVector<double>;
 
     QTest::newRow("descending") << Xs{20, 10, 0} << 1;
-    QTest::newRow("bisection misses the first point not left") << Xs{20, 0, 30} << 1;
+    QTest::newRow("bisection misses the first point that is not to the left") << Xs{20, 0, 30} << 1;
     QTest::newRow("bisection passes the nearest") << Xs{9, 100, 0, 50} << 2;
     QTest::newRow("walk to the right stops") << Xs{0, 30, 50, 11} << 0;
     QTest::newRow("walk to the right continues") << Xs{0, 30, 11, 40} << 2;
@@ -253,7 +253,7 @@ void tst_DefPolygonIndex::knownPointQueryExaminesFewEntries_data()
 {
     QTest::addColumn<double>("size");
     QTest::addColumn<bool>("isAppended");
-    QTest::addColumn<int>("meanLimit"); // a query of a k-d tree alone examines more
+    QTest::addColumn<int>("meanLimit"); // of scattered points, a k-d tree alone would exceed it
     QTest::addColumn<int>("limit");
 
     QTest::newRow("scattered") << 1000.0 << false << 10 << 100;

@@ -30,7 +30,7 @@ private Q_SLOTS:
     void withoutAnObjectThereAreNoRows();
     void rowsAreLaidOut_data();
     void rowsAreLaidOut();
-    void tableGrowsAndNeverShrinks();
+    void columnCountNeverShrinks();
     void largestColumnDoesNotOverflow();
     void columnLimitCapsTheColumnCount();
     void headersAreNumbered();
@@ -91,7 +91,7 @@ void tst_DefPolygonTableModel::rowsAreLaidOut()
     QCOMPARE(table.model.rowCount(table.cell(0)), 0);
 }
 
-void tst_DefPolygonTableModel::tableGrowsAndNeverShrinks()
+void tst_DefPolygonTableModel::columnCountNeverShrinks()
 {
     DefPolygonTableModel model;
     const ModelLog log(model);

@@ -15,7 +15,7 @@ int allocationCount = 0;
 
 } // namespace
 
-// Counts allocations: an index that is rebuilt for each query allocates each time.
+// Counts allocations: an index rebuilt for each query would allocate each time.
 void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept
 {
     ++allocationCount;
@@ -67,7 +67,7 @@ Value oneOf(const QVector<Value> &values, Random &random)
     return values.at(static_cast<int>(random() % static_cast<unsigned>(values.size())));
 }
 
-/// Up to three pieces that cover all kinds of case folding, so that many designations are equal.
+/// A designation of up to three pieces, so few that many designations are equal. They cover all kinds of case folding.
 QString anyDef(Random &random)
 {
     static const QVector<QString> pieces{
@@ -96,8 +96,8 @@ QString duplicatesByScan(const Objects &objects)
 {
     QString marks;
     for (const DefPolygon &object : objects) {
-        const auto isAlike = [&](const DefPolygon &other) { return isSame(object.def, other.def); };
-        marks += QLatin1Char(std::count_if(objects.begin(), objects.end(), isAlike) > 1 ? 'x' : '.');
+        const auto hasSameDef = [&](const DefPolygon &other) { return isSame(object.def, other.def); };
+        marks += QLatin1Char(std::count_if(objects.begin(), objects.end(), hasSameDef) > 1 ? 'x' : '.');
     }
     return marks;
 }
@@ -256,7 +256,7 @@ void tst_DefPolygonTableModelIndex::duplicatesOfManyObjectsFollowEveryChange()
     QCOMPARE(rowMarks(model), duplicatesByScan(objects));
 }
 
-// Above the full check size another row's change is noticed when the list is set or that row is edited.
+// Above the full check size, a change in another row is noticed only when the list is set or that row is edited.
 void tst_DefPolygonTableModelIndex::indexOfManyObjectsIsDroppedWhenStale()
 {
     Objects objects;

@@ -111,17 +111,17 @@ void compareWithOracle(Dialog &dialog)
     QCOMPARE(lines.size(), expectedLines.size());
 }
 
-/// Markup, quotes, control characters, surrogates and the ends of ranges.
+/// Markup, quotes, control characters, surrogates and the limits of the ranges that XML allows.
 const QVector<ushort> specials{0,      1,      8,      9,      10,     11,     12,     13,    14,     31,     32,
                                '!',    '"',    '#',    '%',    '&',    '\'',   '(',    ';',   '<',    '=',    '>',
                                '?',    ']',    0x7E,   0x7F,   0x80,   0x85,   0x9F,   0x436, 0x2028, 0xD7FF, 0xD800,
                                0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFEFF, 0xFFFD, 0xFFFE, 0xFFFF};
 
-/// The random content of a dialog; the same for the same start.
+/// Random content for a dialog; the same number gives the same content.
 class RandomContent
 {
 public:
-    explicit RandomContent(int start) : m_random(static_cast<quint32>(start)) {}
+    explicit RandomContent(int number) : m_random(static_cast<quint32>(number)) {}
 
     void fill(Dialog &dialog)
     {
@@ -186,7 +186,7 @@ void tst_DialogResultOracle::initTestCase()
     QCOMPARE(QLocale().name(), name);
 }
 
-// The first coordinate of a process fixes its locale, also when it is written in the C locale.
+// The first coordinate of a process fixes its locale, even if it is written in the C locale.
 void tst_DialogResultOracle::resultFixesLocale()
 {
     const QLocale locale;
@@ -229,16 +229,16 @@ void tst_DialogResultOracle::pairsOfSpecialCodeUnitsAreEscaped()
 
 void tst_DialogResultOracle::randomDocumentsMatchTheOracle_data()
 {
-    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("number");
 
-    for (int start = 1; start <= 10; ++start)
-        QTest::addRow("start %d", start) << start;
+    for (int number = 1; number <= 10; ++number)
+        QTest::addRow("number %d", number) << number;
 }
 
 void tst_DialogResultOracle::randomDocumentsMatchTheOracle()
 {
-    QFETCH(int, start);
-    RandomContent content(start);
+    QFETCH(int, number);
+    RandomContent content(number);
     Dialog dialog;
 
     for (int i = 0; i < 1000 && !QTest::currentTestFailed(); ++i) {

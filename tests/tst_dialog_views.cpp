@@ -5,7 +5,7 @@
 #include <QHeaderView>
 #include <QSignalSpy>
 
-/// The numbers of vertices in the contours of an object.
+/// The number of vertices in each contour of an object.
 using Shape = QVector<int>;
 Q_DECLARE_METATYPE(Shape)
 
@@ -20,7 +20,7 @@ private Q_SLOTS:
 
     void currentObjectIsShown();
     void rowSelectedDuringResetIsShown();
-    void fieldsFollowVertices();
+    void fieldsAreSetAfterVertices();
     void invalidRowIsIgnored();
     void designationsAreEdited();
     void longDesignationIsFullyVisible();
@@ -30,8 +30,8 @@ private Q_SLOTS:
     void longTextIsElided();
 
     void sortingKeepsCurrentRow();
-    void sortingKeepsCurrentCellOfSameShape_data();
-    void sortingKeepsCurrentCellOfSameShape();
+    void sortingKeepsCurrentCellIfShapeIsSame_data();
+    void sortingKeepsCurrentCellIfShapeIsSame();
     void sortingWithoutObjectsIsHarmless();
     void openEditorChangesNoOtherObject_data();
     void openEditorChangesNoOtherObject();
@@ -80,7 +80,7 @@ void tst_DialogViews::rowSelectedDuringResetIsShown()
 }
 
 // Setting the fields signals nothing, so views see a changed number of columns only when the next object is shown.
-void tst_DialogViews::fieldsFollowVertices()
+void tst_DialogViews::fieldsAreSetAfterVertices()
 {
     Dialog dialog;
     enter(dialog, "fieldEdit_0", QStringLiteral("626"));
@@ -218,7 +218,7 @@ void tst_DialogViews::sortingKeepsCurrentRow()
     QCOMPARE(shown(dialog.polygonModel), list("н10|5.00|5.00|626, н11|6.00|6.00|626"));
 }
 
-void tst_DialogViews::sortingKeepsCurrentCellOfSameShape_data()
+void tst_DialogViews::sortingKeepsCurrentCellIfShapeIsSame_data()
 {
     QTest::addColumn<Shape>("first");
     QTest::addColumn<Shape>("second");
@@ -227,13 +227,13 @@ void tst_DialogViews::sortingKeepsCurrentCellOfSameShape_data()
     QTest::newRow("same shape") << Shape{2, 3} << Shape{2, 3} << true;
     QTest::newRow("other contours, same number of rows") << Shape{2, 3} << Shape{3, 2} << false;
     QTest::newRow("one contour, same number of rows") << Shape{2, 3} << Shape{6} << false;
-    QTest::newRow("one contour less") << Shape{2, 3} << Shape{2} << false;
+    QTest::newRow("one contour fewer") << Shape{2, 3} << Shape{2} << false;
     QTest::newRow("one contour more") << Shape{2} << Shape{2, 3} << false;
     QTest::newRow("one vertex more") << Shape{2} << Shape{3} << false;
 }
 
 // The editor stays open and must not write the text of the old object into the new one.
-void tst_DialogViews::sortingKeepsCurrentCellOfSameShape()
+void tst_DialogViews::sortingKeepsCurrentCellIfShapeIsSame()
 {
     QFETCH(Shape, first);
     QFETCH(Shape, second);

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-/// An action of the user on the views and the buttons.
+/// A user action on the views and the buttons.
 using Action = void (*)(Dialog &dialog);
 Q_DECLARE_METATYPE(Action)
 
@@ -41,7 +41,7 @@ QStringList &messages()
     return texts;
 }
 
-/// What the host does while it handles a message; may be empty.
+/// The reaction of the host to a message; may be empty.
 std::function<void()> &reaction()
 {
     static std::function<void()> function;

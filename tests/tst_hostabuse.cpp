@@ -36,7 +36,7 @@ qint64 usedBytes()
 #endif
 }
 
-/// Also false under a sanitizer, which replaces malloc().
+/// False if the C library does not count heap usage or a sanitizer replaces malloc().
 bool isHeapCounted()
 {
     const qint64 before = usedBytes();
@@ -122,7 +122,7 @@ void tst_HostAbuse::thousandCallsLeakNothing()
     QCOMPARE(QApplication::allWidgets().size(), widgets);
     if (!isHeapCounted())
         QSKIP("heap usage is not available here");
-    // The limit is 250 bytes per call. The messages that the host keeps take a sixth of it.
+    // The limit is 250 bytes per call. A sixth of that is taken by the messages that the host keeps.
     const qint64 growth = usedBytes() - before;
     QVERIFY2(growth < 200000, qPrintable(QString::number(growth)));
 }

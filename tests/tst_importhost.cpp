@@ -127,8 +127,8 @@ void tst_ImportHost::failureIsReported_data()
     const QString foreign = platforms.filePath(names.first());
     QTest::newRow("missing plug-in") << arguments("--plugin missing.so")
                                      << QStringLiteral("importhost: Cannot load \"missing.so\": ");
-    QTest::newRow("plug-in of Qt") << QStringList{QStringLiteral("--plugin"), foreign}
-                                   << QStringLiteral("importhost: \"%1\" is not an import plug-in.").arg(foreign);
+    QTest::newRow("Qt platform plug-in") << QStringList{QStringLiteral("--plugin"), foreign}
+                                         << QStringLiteral("importhost: \"%1\" is not an import plug-in.").arg(foreign);
     QTest::newRow("result in a missing folder")
         << arguments("--output missing/result.xml")
         << QStringLiteral("importhost: Cannot save the result \"missing/result.xml\".");
@@ -182,9 +182,9 @@ void tst_ImportHost::messagesArePrinted_data()
     QTest::newRow("missing file") << fromMif << QStringLiteral("missing.mif") << 1 << QString()
                                   << QStringList{notOpened, notOpened};
     QTest::newRow("no objects") << fromMif << QStringLiteral("empty.mif") << 1 << QString() << QStringList();
-    QTest::newRow("unknown operation") << QStringLiteral("Объекты") << QStringLiteral("line.mif") << 1 << QString()
-                                       << QStringList{QStringLiteral(
-                                              "Ошибка. Операция импорта \"Объекты\" планином не поддерживается.")};
+    QTest::newRow("unknown operation")
+        << QStringLiteral("Объекты") << QStringLiteral("line.mif") << 1 << QString()
+        << QStringList{QStringLiteral("Ошибка. Операция импорта \"Объекты\" планином не поддерживается.")}; // sic
     QTest::newRow("failure after the first object") << fromMif << QStringLiteral("line.mif") << 0 << documentOfLine
                                                     << QStringList{QStringLiteral("Ошибка чтения линии из строки: 6")};
 }

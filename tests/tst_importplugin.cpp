@@ -25,7 +25,7 @@ private:
     std::function<void()> m_action;
 };
 
-const QString unknownOperation = QStringLiteral("Ошибка. Операция импорта \"%1\" планином не поддерживается.");
+const QString unknownOperation = QStringLiteral("Ошибка. Операция импорта \"%1\" планином не поддерживается."); // sic
 
 } // namespace
 
@@ -161,7 +161,7 @@ void tst_ImportPlugin::unknownOperationKeepsTheSettings()
 }
 
 // The nested call replaces the callback while the outer call builds its dialog. If the outer call set its own callback
-// only afterwards, its message would go there.
+// only after that, its message would reach its own callback.
 void tst_ImportPlugin::callbackIsSetBeforeTheDialogIsBuilt()
 {
     static QStringList received;

@@ -32,7 +32,7 @@ QByteArray largeMif()
            joined(lineCount, [](const QByteArray &i) { return "LINE " + i + " 0 " + i + " 1\n"; });
 }
 
-/// The same; every point has a text beside it.
+/// The same as a drawing, with a text beside each point.
 QByteArray largeDxf()
 {
     QByteArray words = "0 SECTION 2 HEADER 0 ENDSEC 0 SECTION 2 ENTITIES ";
@@ -44,7 +44,7 @@ QByteArray largeDxf()
     return words.replace(' ', '\n');
 }
 
-/// Presses the process button. False when an exception escapes from the dialog.
+/// Presses the process button. Returns false if an exception escapes from the dialog.
 bool process(const DialogDriver &driver)
 {
     try {
@@ -90,8 +90,7 @@ void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce_data()
     QTest::newRow("DXF, all later allocations fail too") << fromDxf << largeDxf() << true;
 }
 
-// Each call fails one allocation later than the previous one, until a run succeeds. A run with enough memory follows in
-// the same dialog.
+// In each call a later allocation fails, until none does. Each run is repeated with enough memory in the same dialog.
 void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce()
 {
     QFETCH(QString, operation);

@@ -26,7 +26,7 @@ class tst_ImportPluginRun : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The dialog shows coordinates with a decimal comma; the result has a point in any locale.
+    // The dialog shows coordinates with a decimal comma; the result has a decimal point in any locale.
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia)); }
 
     void editedMifObjectsReachTheHost();
@@ -150,7 +150,7 @@ void tst_ImportPluginRun::failureIsReported_data()
         {QStringLiteral("Ошибка чтения данных объекта из строки: 1")});
     mif("object without a record", "POINT 1 2\nLINE 1 2 3 4\n", "1\n",
         {QStringLiteral("Ошибка чтения обозначения объекта из строки: 2")}, false);
-    const QString collection = QStringLiteral("Ошибка в стоке 5. Коллекции в MIF файлах не поддерживаются.");
+    const QString collection = QStringLiteral("Ошибка в стоке 5. Коллекции в MIF файлах не поддерживаются."); // sic
     mif("collection, in both passes", "COLLECTION 1\n", "1\n", {collection, collection});
     dxf("MIF as drawing", mifHeader, QStringLiteral("Ошибка. Файл %1.dxf не соответствует формату DXF"));
     dxf("comma as decimal separator", drawing("0 LINE 10 1,5"), QStringLiteral("Ошибка чтения DXF файла в строке: 14"));

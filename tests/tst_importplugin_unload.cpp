@@ -28,7 +28,7 @@ private Q_SLOTS:
     void textsOutliveTheLibrary();
 };
 
-// Texts in the read-only data of the library are unmapped with it.
+// A QStringLiteral points into the read-only data of the library, which unload() unmaps.
 void tst_ImportPluginUnload::textsOutliveTheLibrary()
 {
     PluginHost host;
@@ -59,7 +59,7 @@ void tst_ImportPluginUnload::textsOutliveTheLibrary()
     const auto withPath = [](const char *text, const QString &path) {
         return QString::fromUtf8(text) + QDir::toNativeSeparators(path);
     };
-    QStringList messages{QStringLiteral("Ошибка. Операция импорта \"?\" планином не поддерживается."),
+    QStringList messages{QStringLiteral("Ошибка. Операция импорта \"?\" планином не поддерживается."), // sic
                          withPath("Ошибка открытия файла ", missing),
                          withPath("Ошибка. Файл ", other) + QStringLiteral(" не соответствует формату MIF"),
                          withPath("Ошибка открытия MID файла ", host.path(QStringLiteral("single.mid")))};

@@ -247,7 +247,7 @@ void tst_MapImport::failedPassEndsTheRun_data()
     QTest::newRow("out of memory in objects") << QStringLiteral("objects") << true << 2;
 }
 
-// A reader reports its own failures; the base class reports only a lack of memory.
+// A reader reports its own failures; the base class reports only that memory ran out.
 void tst_MapImport::failedPassEndsTheRun()
 {
     QFETCH(QString, pass);

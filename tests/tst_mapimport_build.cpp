@@ -61,7 +61,7 @@ private Q_SLOTS:
     void knownDesignationIsCopied_data();
     void knownDesignationIsCopied();
     void closingVertexRepeatsTheFirstNumber();
-    void verticesAreSwappedAndPointsAreNot();
+    void swapAffectsVerticesAndNotPoints();
     void numberFollowsThePrefix_data();
     void numberFollowsThePrefix();
     void emptyDesignationIsGenerated();
@@ -158,7 +158,7 @@ void tst_MapImportBuild::closingVertexRepeatsTheFirstNumber()
     QCOMPARE(f.import.pointStartNum, 4);
 }
 
-void tst_MapImportBuild::verticesAreSwappedAndPointsAreNot()
+void tst_MapImportBuild::swapAffectsVerticesAndNotPoints()
 {
     BuildFixture f;
     f.import.swapXY = true;

@@ -67,17 +67,17 @@ void tst_MapImportDifferential::importMatchesReference()
         const ImportOutcome expected = runReference(run.options);
         count(expected, run.options.pointStartNum);
         withObjects += expected.objects.isEmpty() ? 0 : 1;
-        if (expected.orderIsOpen) {
+        if (expected.orderIsUnspecified) {
             ++skipped;
             continue;
         }
         const QString found = difference(runImporter(run.options), expected);
         QVERIFY2(found.isEmpty(), qPrintable(QStringLiteral("file %1: %2").arg(number).arg(found)));
     }
-    qInfo("files %d to %d: %d with objects, %d skipped because the order of their points is open", first,
+    qInfo("files %d to %d: %d with objects, %d skipped because the order of their points is unspecified", first,
           first + size - 1, withObjects, skipped);
     if (size >= 100) {
-        QVERIFY2(skipped < size / 10, "too many files whose order is open");
+        QVERIFY2(skipped < size / 10, "too many files whose order is unspecified");
         QVERIFY2(withObjects > size / 2, "too few files with objects");
     }
 }
@@ -103,7 +103,7 @@ void tst_MapImportDifferential::count(const ImportOutcome &out, int firstNumber)
     const auto isNamed = [](const DefPoint &point) { return !point.def.isEmpty(); };
     const auto named = std::count_if(out.points.begin(), out.points.end(), isNamed);
     m_counts[QStringLiteral("files")] += 1;
-    m_counts[QStringLiteral("files whose order is open")] += out.orderIsOpen ? 1 : 0;
+    m_counts[QStringLiteral("files whose order is unspecified")] += out.orderIsUnspecified ? 1 : 0;
     m_counts[QStringLiteral("files with objects")] += out.objects.isEmpty() ? 0 : 1;
     m_counts[QStringLiteral("files with more than 200 points")] += out.points.size() > 200 ? 1 : 0;
     m_counts[QStringLiteral("files that name points")] += named > out.pointStartNum - firstNumber ? 1 : 0;

@@ -142,9 +142,9 @@ void tst_MapImportDxf::onlyEntitiesSectionIsRead_data()
     row("header", lineEntity, "");
     row("blocks, then entities", "0 SECTION|2 BLOCKS|" + otherLine + "|0 ENDSEC|0 SECTION|2 ENTITIES|" + lineEntity,
         lineObject);
-    row("another section without the end of the first",
+    row("next section without ENDSEC before it",
         "0 SECTION|2 ENTITIES|" + lineEntity + "|0 SECTION|2 OBJECTS|" + otherLine, lineObject);
-    row("ENDSEC and EOF do not end it", "0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF|" + otherLine,
+    row("ENDSEC and EOF do not end the section", "0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF|" + otherLine,
         "ЗУ1 [н1 0 0, н2 10 0]; ЗУ2 [н2 10 0, н3 20 0]");
     row("section name under another code", "0 SECTION|999  ENTITIES |" + lineEntity, lineObject);
     row("section named SECTION", "0 SECTION|0 SECTION|2 ENTITIES|" + lineEntity, "");
@@ -184,7 +184,7 @@ void tst_MapImportDxf::pushedBackPairOutlivesItsPass_data()
         << QByteArray("|0 SECTION") << "2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
     QTest::newRow("not counted in the next file")
         << QByteArray("|0 SECTION") << "2 HEADER||0 SECTION|2 ENTITIES|" + lineEntity << readError(3) << false;
-    QTest::newRow("not at the end of the file")
+    QTest::newRow("no pair pushed back at the end of the file")
         << QByteArray() << "0 SECTION|2 HEADER|0 SECTION|2 ENTITIES|" + lineEntity << QString() << true;
 }
 

@@ -18,8 +18,8 @@ private Q_SLOTS:
     void lwpolylineIsRead() { compareObjects(); }
     void lwpolylineNeedsItsVertexCount_data();
     void lwpolylineNeedsItsVertexCount() { compareObjects(); }
-    void lwpolylineIsClosedByBitZero_data();
-    void lwpolylineIsClosedByBitZero() { compareObjects(); }
+    void lwpolylineIsClosedByLowestBit_data();
+    void lwpolylineIsClosedByLowestBit() { compareObjects(); }
     void closingVertexIsCopiedAsStored();
 
 private:
@@ -162,7 +162,7 @@ void tst_MapImportDxfEntities::lwpolylineNeedsItsVertexCount_data()
         addRun(count, drawing(QByteArray("0 LWPOLYLINE|90 ") + count + "|10 1|20 2|10 3|20 4"), "- []", 14);
 }
 
-void tst_MapImportDxfEntities::lwpolylineIsClosedByBitZero_data()
+void tst_MapImportDxfEntities::lwpolylineIsClosedByLowestBit_data()
 {
     addRunColumns();
     const auto row = [](const char *name, const QByteArray &groups, const QByteArray &last, const char *lastVertices) {

@@ -16,8 +16,8 @@ private Q_SLOTS:
     void objectsPassContinuesAfterFailedTexts();
     void failuresOfBothPassesAreReported();
     void pushedBackPairStartsTheObjectsPass();
-    void designationsComeFromTheirFiles_data();
-    void designationsComeFromTheirFiles();
+    void searchOptionsSelectTheDesignations_data();
+    void searchOptionsSelectTheDesignations();
     void pointTakesNearestText_data();
     void pointTakesNearestText();
     void objectTakesNearestText_data();
@@ -31,8 +31,8 @@ private Q_SLOTS:
 
 namespace {
 
-/// Texts that a drawing can contain: each character below U+1000 alone, before a digit and after one, and random
-/// combinations of relevant characters.
+/// Texts that reading leaves unchanged except for %%010: each character below U+1000 alone, before a digit and after
+/// one, and random combinations of relevant characters.
 QStringList textsAroundNumbers()
 {
     QStringList texts{QStringLiteral("12%%010"), QStringLiteral("12%%010%%010"), QStringLiteral("%%01012"),
@@ -93,7 +93,8 @@ void tst_MapImportDxfPasses::failedPointsPassEndsTheImport()
     QCOMPARE(dxf.objects(), QString());
 }
 
-// The texts pass adds the 26 lines of the file. A points pass over the same file makes it unnecessary.
+// Line numbers of the objects pass continue after the 26 lines of the texts pass. A points pass over the same file
+// collects the texts as well, so there is no texts pass.
 void tst_MapImportDxfPasses::lineNumberContinuesAfterTextsPass()
 {
     for (const bool searchPointDefs : {false, true}) {
@@ -161,7 +162,7 @@ void tst_MapImportDxfPasses::pushedBackPairStartsTheObjectsPass()
     QCOMPARE(dxf.objects(), QStringLiteral("Сад [н1 0 0, н2 10 0]"));
 }
 
-void tst_MapImportDxfPasses::designationsComeFromTheirFiles_data()
+void tst_MapImportDxfPasses::searchOptionsSelectTheDesignations_data()
 {
     QTest::addColumn<bool>("searchPointDefs");
     QTest::addColumn<QByteArray>("pointEntities");
@@ -192,7 +193,7 @@ void tst_MapImportDxfPasses::designationsComeFromTheirFiles_data()
     row("file of points, objects, no texts", on, file, on, noTexts, "ЗУ1 [н1 0 0, 22 10 0]");
 }
 
-void tst_MapImportDxfPasses::designationsComeFromTheirFiles()
+void tst_MapImportDxfPasses::searchOptionsSelectTheDesignations()
 {
     QFETCH(bool, searchPointDefs);
     QFETCH(QByteArray, pointEntities);
@@ -290,8 +291,8 @@ void tst_MapImportDxfPasses::pointNumberNamesNoObject()
     QCOMPARE(wrong, QStringList());
 }
 
-// The centroid is (4.5, 0). Among texts at x = 4, 100, 0, 50 the bisection ends at 50, the text before it is nearer,
-// and the walk to the left stops at 100. Among sorted texts the one at 4 is found.
+// The centroid is (4.5, 0). In file order, with texts at x = 4, 100, 0, 50, the bisection ends at 50. The text before
+// it, at 0, is nearer, and the walk to the left stops at 100. If the texts are sorted, the one at 4 is found.
 void tst_MapImportDxfPasses::unsortedTextsAreSearchedInFileOrder_data()
 {
     QTest::addColumn<bool>("searchPointDefs");

@@ -78,7 +78,8 @@ void tst_MapImportDxfTexts::alignmentSelectsThePosition_data()
     row("another text before it", "10 90|20 90|1 я|72 1|11 50|21 90|0 TEXT|10 10|20 20|1 т|21 60", false);
 }
 
-// «а» is close to (10, 20) and «б» to (50, 60), the first and the second point of «т». The one that «т» uses is nearer.
+// «т» lies exactly at (10, 20), its first point, or at (50, 60), its second, and names the POINT there. The other POINT
+// takes «а» or «б», which lie 0.1 away.
 void tst_MapImportDxfTexts::alignmentSelectsThePosition()
 {
     QFETCH(QByteArray, groups);

@@ -21,7 +21,7 @@ QByteArray randomBytes(QRandomGenerator &random, const QByteArray &alphabet, int
     return bytes;
 }
 
-/// Reads all lines, and adds "end" after the line that brings the stream to its end.
+/// Reads all lines. "end" follows the line after which the stream is at its end.
 template <class Stream>
 QStringList readAll(Stream &stream)
 {
@@ -84,7 +84,7 @@ bool isSameNumber(double a, double b)
     return memcmp(&a, &b, sizeof a) == 0;
 }
 
-/// True if \a text converts to a double and to an int, or fails to, exactly as with QString.
+/// True if toDouble() and toInt() return the same numbers and flags for \a text as QString does.
 bool convertsLikeQString(const QString &text)
 {
     bool ok = false;
@@ -104,8 +104,8 @@ class tst_MapImportLines : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void singleByteCodecsAreRecognized_data();
-    void singleByteCodecsAreRecognized();
+    void singleByteCodecsAreRecognised_data();
+    void singleByteCodecsAreRecognised();
     void tableDecodesLikeItsCodec();
     void statefulCodecIsNotDecodedByTable();
     void linesMatchTextStream_data();
@@ -124,7 +124,7 @@ private Q_SLOTS:
     void randomNumbersMatchQString();
 };
 
-void tst_MapImportLines::singleByteCodecsAreRecognized_data()
+void tst_MapImportLines::singleByteCodecsAreRecognised_data()
 {
     QTest::addColumn<bool>("isSingleByte");
 
@@ -134,7 +134,7 @@ void tst_MapImportLines::singleByteCodecsAreRecognized_data()
         QTest::newRow(name) << false;
 }
 
-void tst_MapImportLines::singleByteCodecsAreRecognized()
+void tst_MapImportLines::singleByteCodecsAreRecognised()
 {
     QTEST(SingleByteDecoder(QTextCodec::codecForName(QTest::currentDataTag())).isValid(), "isSingleByte");
 }
@@ -180,7 +180,7 @@ void tst_MapImportLines::linesMatchTextStream_data()
     };
     const QByteArray chunk(chunkSize, 'x');
     row("empty file", QByteArray());
-    row("empty lines and no last line feed", "\n\na\n\nabc");
+    row("empty lines and no final line feed", "\n\na\n\nabc");
     row("carriage returns", "a\r\nb\r\n\r\rc\rd\r");
     row("only carriage returns", "\r\r\r");
     row("carriage return alone in the last chunk", chunk.left(chunkSize - 1) + "\n\r");
@@ -240,7 +240,7 @@ void tst_MapImportLines::randomLinesMatchTextStream()
     }
 }
 
-// The text keeps the codec that its byte-order mark has selected.
+// The codec that the byte-order mark selects stays in use after a rewind.
 void tst_MapImportLines::rewindRestartsTheText()
 {
     TextBuffer device("\xEF\xBB\xBF\xD0\xBD\n" + QByteArray(40000, 'x') + "\nb\n\xD0");

@@ -199,7 +199,7 @@ void tst_MapImportMif::collectionEndsEachPassWithSuccess()
 
     QVERIFY(f.import.importMap());
 
-    const QString message = QStringLiteral("Ошибка в стоке 8. Коллекции в MIF файлах не поддерживаются.");
+    const QString message = QStringLiteral("Ошибка в стоке 8. Коллекции в MIF файлах не поддерживаются."); // sic
     QCOMPARE(f.host.messages(), (QStringList{message, message}));
     QCOMPARE(f.objectText(), QStringLiteral("B [н1 0 0, A 1 1]"));
 }

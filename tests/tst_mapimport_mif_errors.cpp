@@ -24,7 +24,8 @@ private:
 
 namespace {
 
-/// Adds a row: \a data, which begins in line 5, leaves the objects \a left and a \a message about \a line.
+/// Adds a row: reading \a data, which begins in line 5, fails with a \a message about \a line and leaves the objects
+/// \a left.
 void addRow(const char *name, const char *data, const QString &message, int line, const char *left)
 {
     QTest::newRow(name) << QString::fromUtf8(data) << message.arg(line) << QString::fromUtf8(left);
@@ -41,7 +42,7 @@ void tst_MapImportMifErrors::addLines()
     row("line: bad y1", "LINE 1 x 3 4", 5);
     row("line: bad x2", "LINE 1 2 x 4", 5);
     row("line: three numbers", "LINE 1 2 3\n4", 5);
-    row("line: second line bad", "LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6", 7, "ЗУ1 [н1 0 0, н2 1 1]");
+    row("line: second LINE bad", "LINE 0 0 1 1\n    PEN (1,2,0)\nLINE 1 1\nLINE 5 5 6 6", 7, "ЗУ1 [н1 0 0, н2 1 1]");
 }
 
 void tst_MapImportMifErrors::addPolylines()

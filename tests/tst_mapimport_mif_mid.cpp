@@ -49,7 +49,7 @@ void tst_MapImportMifMid::designationIsTheFirstField_data()
     row("one quote", "\"", "");
 }
 
-// A null designation differs from one that the user has emptied: the result document distinguishes them.
+// An empty field gives a null designation. One that the user has emptied is not null, and the result document differs.
 void tst_MapImportMifMid::designationIsTheFirstField()
 {
     QFETCH(QString, record);
