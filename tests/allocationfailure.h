@@ -1,9 +1,11 @@
 #pragma once
 
+#include "sanitizer.h"
+
 #include <QtGlobal>
 
 // Only glibc lets a program replace malloc() and still call the original. A sanitizer replaces malloc() itself.
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(__GLIBC__) && !defined(HAS_ADDRESS_SANITIZER)
 #if __GLIBC_PREREQ(2, 34)
 #define CAN_REPLACE_MALLOC
 #include <cerrno>

@@ -1,10 +1,11 @@
 #include "badinputfixture.h"
+#include "sanitizer.h"
 
 #include <QTest>
 
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef HAS_ADDRESS_SANITIZER
 constexpr bool hasSanitizer = true; // which adds memory to every allocation
 #else
 constexpr bool hasSanitizer = false;

@@ -1,6 +1,7 @@
 #include "allocationfailure.h"
 #include "pluginhost.h"
 
+#include <QScrollBar>
 #include <QTest>
 
 #include <new>
@@ -60,6 +61,15 @@ int rowCount(const QAbstractItemView *view)
     return view->model() == nullptr ? 0 : view->model()->rowCount();
 }
 
+/// True if the list shows objects and the table vertices, or if neither shows anything, not even an old scroll bar.
+bool isConsistent(const DialogDriver &driver)
+{
+    QCoreApplication::processEvents(); // views lay out their rows later
+    if (rowCount(driver.list()) > 0)
+        return rowCount(driver.table()) > 0;
+    return rowCount(driver.table()) == 0 && driver.list()->verticalScrollBar()->maximum() == 0;
+}
+
 } // namespace
 
 /// Imports that run out of memory.
@@ -71,6 +81,7 @@ private Q_SLOTS:
     void initTestCase();
     void outOfMemoryRunIsReportedOnce_data();
     void outOfMemoryRunIsReportedOnce();
+    void resultHoldsTheListAfterAFailure();
     void outOfMemoryResultIsReported();
 };
 
@@ -126,6 +137,38 @@ void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce()
             return;
         QVERIFY2(result.count(QLatin1String("<FormTable ")) == lineCount + 2, allocation.constData());
     }
+}
+
+// A pass that fails keeps the objects it has read; a failure while they are being shown drops them.
+void tst_ImportPluginMemory::resultHoldsTheListAfterAFailure()
+{
+    PluginHost host;
+    const QString path = host.write(QStringLiteral("plan.mif"), largeMif());
+    bool hasFailed = true;
+    bool hasDropped = false;
+    for (int nth = 1; hasFailed; ++nth) {
+        int shown = 0;
+
+        const QString result = host.call(fromMif, [&](DialogDriver &driver) {
+            searchNothing(driver);
+            driver.type("objectFileNameEdit", path);
+            {
+                const AllocationFailure failure(nth);
+                process(driver);
+                hasFailed = failure.hasHappened();
+            }
+            shown = rowCount(driver.list());
+            hasDropped = hasDropped || (shown == 0 && driver.list()->model() != nullptr);
+            QVERIFY2(isConsistent(driver), QByteArray::number(nth).constData());
+            driver.accept();
+        });
+
+        if (QTest::currentTestFailed())
+            return;
+        const int objectTable = 1;
+        QCOMPARE(result.count(QLatin1String("<FormTable ")), objectTable + shown);
+    }
+    QVERIFY(hasDropped);
 }
 
 void tst_ImportPluginMemory::outOfMemoryResultIsReported()
