@@ -146,10 +146,11 @@ void Dialog::showObjects()
     ui->listView->setModel(&mapModel);
     ui->tableView->setModel(&polygonModel);
     connect(ui->listView->selectionModel(), &QItemSelectionModel::currentChanged, this, &Dialog::procCurrentChanged);
-    // Allocate the row layout and both indexes here, where bad_alloc is caught, not while painting.
-    ui->listView->doItemsLayout();
+    // Allocate both indexes and the row layout here, where bad_alloc is caught, not while painting. The layout asks for
+    // colours, so it comes last: an exception from an index would skip the clean-up of the view.
     mapModel.ensureDuplicateIndex();
     polygonModel.ensureConflictIndex();
+    ui->listView->doItemsLayout();
 }
 
 // During a run the list view still has the rows of the previous run.
