@@ -60,7 +60,7 @@ void tst_ImportHost::helpListsEveryOption()
 void tst_ImportHost::operationsOfAnotherPluginAreListed()
 {
     const Host host;
-    const QDir built(QFileInfo(QStringLiteral(IMPORTHOST_PATH)).dir().filePath(QStringLiteral("../../plugin")));
+    const QDir built(QFileInfo(QStringLiteral(IMPORTHOST_PATH)).dir().filePath(QStringLiteral("../plugin")));
     const QStringList names = built.entryList({QStringLiteral("*importplugin*")}, QDir::Files);
     QCOMPARE(names.size(), 1);
     QVERIFY(QFile::copy(built.filePath(names.first()), host.files.path(names.first())));

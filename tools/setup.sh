@@ -6,7 +6,7 @@ cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/.." || exit
 
 # The packages for a build on a minimal Debian or Ubuntu. qtbase5-dev includes Qt Test and depends on libqt5gui5, which
 # has the offscreen platform. DejaVu contains Cyrillic letters.
-packages=(g++ cmake ninja-build qtbase5-dev fonts-dejavu-core)
+packages=(g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttranslations5-l10n fonts-dejavu-core)
 
 # Progress goes to stderr; stdout is reserved for results.
 say() {
@@ -66,7 +66,7 @@ can_build() {
     cat >"$probe/CMakeLists.txt" <<'PROBE'
 cmake_minimum_required(VERSION 3.25)
 project(probe LANGUAGES CXX)
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Test)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Svg Test)
 PROBE
     cmake -G Ninja -S "$probe" -B "$probe/build" >/dev/null 2>&1 || found=1
     rm -rf -- "$probe"

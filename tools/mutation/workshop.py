@@ -91,7 +91,7 @@ class Base:
         # Compiling a mutant takes longer than running it, so it is not optimised.
         self.compile = {Path(entry["file"]).name: [*shlex.split(entry["command"]), "-O0"] for entry in plugin}
         self.links = {name: self._link_command(f"plugin/lib{name}.so") for name in ("importshared", "importplugin")}
-        self.programs = [f"tests/{test}" for test in tests] + ["tools/importhost/importhost"]
+        self.programs = [f"tests/{test}" for test in tests] + ["workbench/importhost"]
         self.header = folder / "system.h"
         self._precompile()
 

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QPointF>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// A contour of an object: \a vertexCount vertices from \a firstVertex on.
+struct ResultContour
+{
+    int firstVertex = 0;
+    int vertexCount = 0;
+    bool isClosed = false; ///< the last vertex repeats the position of the first
+};
+
+/// An object: \a contourCount contours from \a firstContour on. Its vertices follow each other, too.
+struct ResultObject
+{
+    QString def; ///< designation; may be empty
+    int firstContour = 0;
+    int contourCount = 0;
+    int firstVertex = 0;
+    int vertexCount = 0;
+};
+
+/// The content of a result document: flat arrays, because a result may have a million vertices.
+///
+/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a number is NaN.
+class ImportResult
+{
+public:
+    QString objectTable; ///< name of the table of objects; may be empty
+    QString pointTable;  ///< name of the vertex tables; may be empty
+    bool isUpdate = false;
+    QVector<ResultObject> objects;
+    QVector<ResultContour> contours;
+    QVector<QPointF> vertices;
+    int numberColumn = 0; ///< column of the point numbers, counted from 0
+    int columnCount = 0;  ///< cells of the longest vertex row
+
+    /// The cells of a vertex as the host receives them.
+    QStringList cells(int vertex) const;
+
+    /// The text of one cell; empty if the row is shorter.
+    QString cell(int vertex, int column) const;
+
+    /// The point number of a vertex.
+    QString number(int vertex) const { return cell(vertex, numberColumn); }
+
+    /// The object that \a vertex belongs to, as an index.
+    int objectOf(int vertex) const;
+
+    void appendVertex(const QPointF &position, const QByteArray &rowCells);
+
+private:
+    QByteArray rowOf(int vertex) const;
+
+    QByteArray m_cells;       ///< the cells of all rows in UTF-8; NUL, which XML cannot contain, ends each cell
+    QVector<int> m_rowStarts; ///< where each vertex's cells begin
+};

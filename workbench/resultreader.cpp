@@ -1,0 +1,188 @@
+#include "resultreader.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+const QString strTable = QStringLiteral("FormTable");
+const QString strRow = QStringLiteral("Row");
+const QString strCell = QStringLiteral("Cell");
+const QString strName = QStringLiteral("Name");
+
+/// A text as a device of UTF-8: the parser holds one piece of it at a time. Given the whole text, it would hold two
+/// more copies, 430 MB for a million vertices.
+class TextDevice : public QIODevice
+{
+public:
+    explicit TextDevice(const QString &text) : m_text(text) { open(QIODevice::ReadOnly); }
+
+    bool isSequential() const override { return true; }
+    bool atEnd() const override { return m_position >= m_text.size() && m_bytes.isEmpty(); }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        if (m_bytes.isEmpty())
+            encodeNext();
+        const auto size = std::min<qint64>(maxSize, m_bytes.size());
+        std::memcpy(data, m_bytes.constData(), static_cast<size_t>(size));
+        m_bytes.remove(0, static_cast<int>(size));
+        return size;
+    }
+    qint64 writeData(const char * /*data*/, qint64 /*maxSize*/) override { return -1; }
+
+private:
+    void encodeNext()
+    {
+        constexpr int pieceSize = 4096;
+        int end = std::min(m_position + pieceSize, m_text.size());
+        if (end < m_text.size() && m_text.at(end - 1).isHighSurrogate())
+            ++end;
+        m_bytes = m_text.midRef(m_position, end - m_position).toUtf8();
+        m_position = end;
+    }
+
+    const QString &m_text;
+    int m_position = 0;
+    QByteArray m_bytes;
+};
+
+double coordinate(const char *text)
+{
+    bool ok = false;
+    const double value = QByteArray::fromRawData(text, static_cast<int>(std::strlen(text))).toDouble(&ok);
+    return ok ? value : qQNaN();
+}
+
+} // namespace
+
+bool ResultReader::fail(const QString &what)
+{
+    if (m_error.isEmpty())
+        m_error = QStringLiteral("Результат не прочитан, строка %1: %2").arg(m_xml.lineNumber()).arg(what);
+    return false;
+}
+
+bool ResultReader::read(const QString &text)
+{
+    TextDevice device(text);
+    m_xml.setDevice(&device);
+    m_result.numberColumn = m_columns.nColNum;
+    if (!m_xml.readNextStartElement() || m_xml.name() != strTable)
+        return m_xml.hasError() ? checkEnd() : fail(QStringLiteral("это не таблица объектов"));
+    m_result.objectTable = m_xml.attributes().value(strName).toString();
+    m_result.isUpdate = m_xml.attributes().value(QStringLiteral("Update")) == QLatin1String("1");
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() != strRow)
+            return fail(QStringLiteral("вместо объекта стоит %1").arg(m_xml.name()));
+        if (!readObject())
+            return false;
+    }
+    return checkEnd();
+}
+
+bool ResultReader::checkEnd()
+{
+    while (!m_xml.atEnd())
+        m_xml.readNext();
+    return !m_xml.hasError() || fail(m_xml.errorString());
+}
+
+bool ResultReader::readObject()
+{
+    ResultObject object;
+    object.firstContour = m_result.contours.size();
+    object.firstVertex = m_result.vertices.size();
+    if (!readDef())
+        return false;
+    object.def = QString::fromUtf8(m_row);
+    if (!m_xml.readNextStartElement() || m_xml.name() != strTable)
+        return fail(QStringLiteral("у объекта нет таблицы вершин"));
+    m_result.pointTable = m_xml.attributes().value(strName).toString();
+    if (!readVertices())
+        return false;
+    object.contourCount = m_result.contours.size() - object.firstContour;
+    object.vertexCount = m_result.vertices.size() - object.firstVertex;
+    m_result.objects.append(object);
+    m_xml.skipCurrentElement();
+    return true;
+}
+
+/// Reads the cells of an object and keeps the last, its designation.
+bool ResultReader::readDef()
+{
+    for (int column = 0; column <= m_columns.defColNum; ++column) {
+        m_row.clear();
+        if (!m_xml.readNextStartElement() || m_xml.name() != strCell)
+            return fail(QStringLiteral("у объекта нет обозначения"));
+        if (!readCell())
+            return false;
+    }
+    m_row.chop(1);
+    return true;
+}
+
+bool ResultReader::readVertices()
+{
+    const int firstContour = m_result.contours.size();
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() != strRow)
+            return fail(QStringLiteral("вместо вершины стоит %1").arg(m_xml.name()));
+        if (m_result.contours.size() == firstContour)
+            beginContour();
+        if (!readVertex())
+            return false;
+    }
+    std::for_each(m_result.contours.begin() + firstContour, m_result.contours.end(),
+                  [this](ResultContour &contour) { contour.isClosed = isClosed(contour); });
+    return true;
+}
+
+// A row without cells separates two contours.
+bool ResultReader::readVertex()
+{
+    QPointF position(qQNaN(), qQNaN());
+    int cellCount = 0;
+    for (m_row.clear(); m_xml.readNextStartElement(); ++cellCount) {
+        const int start = m_row.size();
+        if (m_xml.name() != strCell || !readCell())
+            return fail(QStringLiteral("в строке вершины стоит %1").arg(m_xml.name()));
+        if (cellCount == m_columns.xColNum)
+            position.setX(coordinate(m_row.constData() + start));
+        if (cellCount == m_columns.yColNum)
+            position.setY(coordinate(m_row.constData() + start));
+    }
+    if (cellCount == 0) {
+        beginContour();
+        return true;
+    }
+    if (cellCount <= std::max({m_columns.nColNum, m_columns.xColNum, m_columns.yColNum}))
+        return fail(QStringLiteral("в строке вершины не хватает столбцов"));
+    m_result.appendVertex(position, m_row);
+    ++m_result.contours.last().vertexCount;
+    return true;
+}
+
+/// Appends the text of a cell and a NUL to the row.
+bool ResultReader::readCell()
+{
+    m_row += m_xml.readElementText().toUtf8();
+    m_row += '\0';
+    return !m_xml.hasError();
+}
+
+void ResultReader::beginContour()
+{
+    ResultContour contour;
+    contour.firstVertex = m_result.vertices.size();
+    m_result.contours.append(contour);
+}
+
+bool ResultReader::isClosed(const ResultContour &contour) const
+{
+    const int last = contour.firstVertex + contour.vertexCount - 1;
+    return contour.vertexCount > 1 && m_result.vertices.at(contour.firstVertex) == m_result.vertices.at(last);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "importgeometryinterface.h"
+#include "importresult.h"
+
+#include <QXmlStreamReader>
+
+/// Reads a result document into an ImportResult, as a host would.
+///
+///     FormTable [Name] [Update]          table of objects
+///         Row                            object
+///             Cell …                     empty cells before the designation
+///             Cell                       designation
+///             FormTable [Name]           table of its vertices
+///                 Row                    vertex: a cell for each column
+///                 Row                    without cells: separates two contours
+///
+/// Use one reader per document.
+class ResultReader
+{
+public:
+    /// \a columns are those that the plug-in was called with.
+    explicit ResultReader(const GeometryInfo &columns) : m_columns(columns) {}
+
+    /// Reads all of \a text. Returns false for a text that is not such a document; error() then says why.
+    bool read(const QString &text);
+
+    const ImportResult &result() const { return m_result; }
+
+    /// What is wrong, for the user, or empty.
+    const QString &error() const { return m_error; }
+
+private:
+    bool fail(const QString &what);
+    bool checkEnd();
+    bool readObject();
+    bool readDef();
+    bool readVertices();
+    bool readVertex();
+    bool readCell();
+    void beginContour();
+    bool isClosed(const ResultContour &contour) const;
+
+    GeometryInfo m_columns;
+    QXmlStreamReader m_xml;
+    ImportResult m_result;
+    QString m_error;
+    QByteArray m_row; ///< the cells of the current row
+};
