@@ -19,6 +19,23 @@ void enlargeFont(QFont &font)
         font.setPixelSize(font.pixelSize() + 1);
 }
 
+/// Shows the wait cursor over all windows of the host.
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    Q_DISABLE_COPY(WaitCursor)
+};
+
+// The host may open a box, which needs its own cursor.
+void reportWithoutWaitCursor(const QString &message)
+{
+    QGuiApplication::restoreOverrideCursor();
+    showStatus(message);
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
 } // namespace
 
 Dialog::Dialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::Dialog>())
@@ -92,6 +109,7 @@ void Dialog::applyOptions(MapImport &importer)
     importer.objectStartNum = ui->objectStartNumSpin->value();
     importer.setEncoding(ui->encodingCombo->currentText().toLatin1());
     importer.objects = &objects;
+    importer.report = reportWithoutWaitCursor;
 }
 
 void Dialog::clearObjects()
@@ -122,6 +140,7 @@ void Dialog::on_startButton_clicked()
 {
     if (isProcessing)
         return;
+    const WaitCursor cursor;
     // Filling the models and views allocates as well, so memory may run out there, too.
     try {
         runImport();

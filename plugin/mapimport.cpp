@@ -1,7 +1,5 @@
 #include "mapimport.h"
 
-#include "mapimport_status.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QTextCodec>
@@ -47,10 +45,15 @@ void MapImport::setEncoding(const QByteArray &name)
         codec = found;
 }
 
+bool MapImport::fail(const QString &message) const
+{
+    report(message);
+    return false;
+}
+
 bool MapImport::failWithFileName(const QString &text) const
 {
-    showStatus(text.arg(QDir::toNativeSeparators(file.fileName())));
-    return false;
+    return fail(text.arg(QDir::toNativeSeparators(file.fileName())));
 }
 
 bool MapImport::openText(QFile &file)

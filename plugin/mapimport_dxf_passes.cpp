@@ -2,7 +2,6 @@
 
 #include "digit.h"
 #include "mapimport_dxf.h"
-#include "mapimport_status.h"
 
 #include <algorithm>
 
@@ -76,10 +75,7 @@ bool DxfImport::scanSections(const Entities &entities)
 
 bool DxfImport::loadEntities(const Entities &entities)
 {
-    if (scanSections(entities))
-        return true;
-    showStatus(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(lineNum));
-    return false;
+    return scanSections(entities) || fail(QStringLiteral("Ошибка чтения DXF файла в строке: %1").arg(lineNum));
 }
 
 bool DxfImport::loadPoints()

@@ -13,21 +13,9 @@
 
 #include "mapimport_mif.h"
 
-#include "mapimport_status.h"
-
 #include <QDir>
 #include <QTextCodec>
 #include <QVarLengthArray>
-
-namespace {
-
-bool failAtLine(const QString &text, int number)
-{
-    showStatus(text.arg(number));
-    return false;
-}
-
-} // namespace
 
 MifImport::MifImport()
     : objectKeywords{QStringLiteral("NONE"),    QStringLiteral("POINT"),      QStringLiteral("LINE"),
@@ -71,10 +59,8 @@ bool MifImport::openMidFile()
     QString name = file.fileName();
     name.chop(1);
     midFile.setFileName(name + QLatin1Char('d'));
-    if (!openText(midFile)) {
-        showStatus(QStringLiteral("Ошибка открытия MID файла %1").arg(QDir::toNativeSeparators(midFile.fileName())));
-        return false;
-    }
+    if (!openText(midFile))
+        return fail(QStringLiteral("Ошибка открытия MID файла %1").arg(QDir::toNativeSeparators(midFile.fileName())));
     midStream.setDevice(&midFile, codec);
     midLineNo = 0;
     return true;
@@ -235,16 +221,16 @@ bool MifImport::readRegion()
 bool MifImport::loadPoint()
 {
     if (!readPoint())
-        return failAtLine(QStringLiteral("Ошибка чтения координат точки из строки: %1"), lineNum);
+        return fail(QStringLiteral("Ошибка чтения координат точки из строки: %1").arg(lineNum));
     if (!readMidDef(&points.last().def))
-        return failAtLine(QStringLiteral("Ошибка чтения обозначения точки из строки: %1"), midLineNo);
+        return fail(QStringLiteral("Ошибка чтения обозначения точки из строки: %1").arg(midLineNo));
     return true;
 }
 
 bool MifImport::loadLine()
 {
     if (!readLine())
-        return failAtLine(QStringLiteral("Ошибка чтения линии из строки: %1"), lineNum);
+        return fail(QStringLiteral("Ошибка чтения линии из строки: %1").arg(lineNum));
     return loadObjectDef();
 }
 
@@ -252,14 +238,14 @@ bool MifImport::loadPline()
 {
     const bool multiple = tokens[1].toString().toUpper() == QLatin1String("MULTIPLE");
     if (!(multiple ? readPlineMultiple() : readPline()))
-        return failAtLine(QStringLiteral("Ошибка чтения полилинии из строки: %1"), lineNum);
+        return fail(QStringLiteral("Ошибка чтения полилинии из строки: %1").arg(lineNum));
     return loadObjectDef();
 }
 
 bool MifImport::loadRegion()
 {
     if (!readRegion())
-        return failAtLine(QStringLiteral("Ошибка чтения области из строки: %1"), lineNum);
+        return fail(QStringLiteral("Ошибка чтения области из строки: %1").arg(lineNum));
     return loadObjectDef();
 }
 
@@ -267,7 +253,7 @@ bool MifImport::loadObjectDef()
 {
     QString def;
     if (!readMidDef(&def))
-        return failAtLine(QStringLiteral("Ошибка чтения обозначения объекта из строки: %1"), midLineNo);
+        return fail(QStringLiteral("Ошибка чтения обозначения объекта из строки: %1").arg(midLineNo));
     setLastPolygonDef(def);
     return true;
 }
@@ -275,7 +261,7 @@ bool MifImport::loadObjectDef()
 bool MifImport::skipRecord()
 {
     if (!readMidDef(nullptr))
-        return failAtLine(QStringLiteral("Ошибка чтения данных объекта из строки: %1"), midLineNo);
+        return fail(QStringLiteral("Ошибка чтения данных объекта из строки: %1").arg(midLineNo));
     return true;
 }
 
@@ -301,7 +287,7 @@ bool MifImport::readData(const Readers &readers)
             continue;
         if (keyword == QLatin1String("COLLECTION")) {
             // The objects before a collection are kept, so the pass succeeds.
-            failAtLine(QStringLiteral("Ошибка в стоке %1. Коллекции в MIF файлах не поддерживаются."), lineNum); // sic
+            fail(QStringLiteral("Ошибка в стоке %1. Коллекции в MIF файлах не поддерживаются.").arg(lineNum)); // sic
             return true;
         }
         const Reader read = readers.value(keyword, &MifImport::skipRecord);

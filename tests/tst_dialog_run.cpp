@@ -27,6 +27,7 @@ private Q_SLOTS:
     void emptyRunRemovesObjects_data();
     void emptyRunRemovesObjects();
     void fieldsAreReadByRun();
+    void waitCursorIsShownBetweenMessages();
 
 private:
     QString plan(const char *data) const { return files.write(QStringLiteral("plan.mif"), mifLines(list(data))); }
@@ -241,6 +242,29 @@ void tst_DialogRun::fieldsAreReadByRun()
         enter(dialog, "fieldEdit_0", QStringLiteral("628"));
     }
     QCOMPARE(settings.stored(QStringLiteral("FieldNumValueMap/3")).toString(), QStringLiteral("628"));
+}
+
+// The host's own cursor is visible while it handles a message and afterwards.
+void tst_DialogRun::waitCursorIsShownBetweenMessages()
+{
+    const auto shape = [] { return QGuiApplication::overrideCursor()->shape(); };
+    static QVector<Qt::CursorShape> inMessage;
+    setStatusFunc([](const QString &) { inMessage.append(QGuiApplication::overrideCursor()->shape()); });
+    QGuiApplication::setOverrideCursor(Qt::CrossCursor);
+    const Dialog dialog;
+    searchNothing(dialog);
+    process(dialog, plan("LINE 0 0 1 1"));
+    Qt::CursorShape whileShowing = Qt::ArrowCursor;
+    connect(modelOf(dialog, "listView"), &QAbstractItemModel::modelReset, [&] { whileShowing = shape(); });
+
+    process(dialog, plan("LINE 0 0 1 1, PLINE x"));
+
+    QCOMPARE(inMessage, QVector<Qt::CursorShape>{Qt::CrossCursor});
+    QCOMPARE(whileShowing, Qt::WaitCursor);
+    QCOMPARE(shape(), Qt::CrossCursor);
+    QGuiApplication::restoreOverrideCursor();
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+    setStatusFunc(nullptr);
 }
 
 QTEST_MAIN(tst_DialogRun)
