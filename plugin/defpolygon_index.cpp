@@ -233,7 +233,7 @@ NearestPointIndex::NearestPointIndex(const QVector<DefPoint> &points)
 // left of the query, otherwise the first.
 int NearestPointIndex::firstVisited(const KdTree::Entry &entry, double x) const
 {
-    const auto first = m_points.begin() + entry.point;
+    const DefPoint *const first = m_points.constData() + entry.point;
     if (!(entry.x < x) || first + 1 == m_points.end() || !isSamePlace(*(first + 1), *first))
         return entry.point;
     return static_cast<int>(std::upper_bound(first, m_points.end(), *first, lessNanLast) - m_points.begin()) - 1;
