@@ -49,7 +49,7 @@ public:
 #ifdef CAN_REPLACE_MALLOC
     static bool mustFail(std::size_t size) noexcept
     {
-        constexpr std::size_t large = 64 * 1024;
+        constexpr std::size_t large = 65536;
         if (s_remaining == 0 || size < large || !isForPlugin())
             return false;
         const bool fails = s_remaining == 1;
@@ -89,6 +89,8 @@ private:
 };
 
 #ifdef CAN_REPLACE_MALLOC
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-*,misc-definitions-in-headers,readability-inconsistent-*): names of
+// libc
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_realloc(void *block, std::size_t size);
@@ -103,4 +105,5 @@ Q_DECL_EXPORT void *realloc(void *block, std::size_t size) noexcept
     return AllocationFailure::mustFail(size) ? nullptr : __libc_realloc(block, size);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-*,misc-definitions-in-headers,readability-inconsistent-*)
 #endif

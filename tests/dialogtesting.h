@@ -11,6 +11,8 @@
 #include <QSettings>
 #include <QVariant>
 
+#include <utility>
+
 /// Redirects the settings of the process to a temporary folder. Create it before any dialog.
 class SettingsSandbox
 {
@@ -45,7 +47,7 @@ private:
 struct WidgetName
 {
     WidgetName(const char *name) : text(QLatin1String(name)) {}
-    WidgetName(const QString &name) : text(name) {}
+    WidgetName(QString name) : text(std::move(name)) {}
 
     const QString text;
 };

@@ -17,7 +17,7 @@ QStringList described(const ImportOutcome &out)
 {
     QStringList texts = out.messages;
     texts.append(QStringLiteral("result %1, next numbers %2 and %3, %4 objects")
-                     .arg(out.result)
+                     .arg(out.result ? 1 : 0)
                      .arg(out.pointStartNum)
                      .arg(out.objectStartNum)
                      .arg(out.objects.size()));

@@ -21,7 +21,7 @@ bool isBefore(const DefPoint &a, const DefPoint &b)
 
 bool isSameNumber(double a, double b)
 {
-    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+    return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0; // NOLINT: -0 differs from 0
 }
 
 double square(double a)

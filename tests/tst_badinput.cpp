@@ -140,7 +140,7 @@ void tst_BadInput::memoryForALongLineIsBounded()
 
     run.import->importMap();
 
-    QVERIFY2(memory.bytes() <= 12 * size, qPrintable(QString::number(memory.bytes())));
+    QVERIFY2(memory.bytes() <= qint64(12) * size, qPrintable(QString::number(memory.bytes())));
     QVERIFY(run.host.messages().size() <= 2);
 }
 

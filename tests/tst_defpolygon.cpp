@@ -194,7 +194,7 @@ void tst_DefPolygon::objectsAreSortedInPlace()
     QVector<DefPolygon> objects = objectsNamed({QStringLiteral("в"), QStringLiteral("б"), QStringLiteral("а")});
     objects.first().contours.append(pointsAt({{5, 6}, {7, 8}}));
     const QVector<DefPolygon> copy = objects;
-    const DefPolygon *const first = &objects[0];
+    const DefPolygon *const first = objects.data();
 
     sortObjects(objects);
 

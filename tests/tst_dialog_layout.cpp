@@ -89,7 +89,7 @@ void tst_DialogLayout::membersAreDeclaredInFormOrder()
               "splitter listView tableView horizontalLayout_4 startButton sortButton updateCheck buttonBox");
 
     // All members of the class are pointers to classes whose first base is QObject.
-    std::array<QObject *, sizeof(Ui::Dialog) / sizeof(QObject *)> members{};
+    std::array<QObject *, sizeof(Ui::Dialog) / sizeof(QObject *)> members{}; // NOLINT(bugprone-sizeof-*)
     std::memcpy(members.data(), &ui, sizeof ui);
 
     QStringList found;

@@ -149,7 +149,7 @@ private:
 
     QString text()
     {
-        QString text = anyOf<QString>({QString(), QStringLiteral(""), QStringLiteral("н1"), QStringLiteral("а")});
+        auto text = anyOf<QString>({QString(), QStringLiteral(""), QStringLiteral("н1"), QStringLiteral("а")});
         for (int i = upTo(3); i > 0; --i)
             text.append(QChar(upTo(1) == 0 ? anyOf(specials) : static_cast<ushort>(upTo(0xFFFF))));
         return text;

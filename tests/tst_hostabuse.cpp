@@ -30,7 +30,7 @@ qint64 usedBytes()
 {
 #ifdef HAVE_MALLINFO2
     const struct mallinfo2 heap = mallinfo2();
-    return static_cast<qint64>(heap.uordblks + heap.hblkhd);
+    return static_cast<qint64>(heap.uordblks) + static_cast<qint64>(heap.hblkhd);
 #else
     return 0;
 #endif

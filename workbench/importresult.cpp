@@ -39,6 +39,6 @@ QString ImportResult::cell(int vertex, int column) const
 int ImportResult::objectOf(int vertex) const
 {
     const auto isAfter = [](int v, const ResultObject &object) { return v < object.firstVertex; };
-    const auto next = std::upper_bound(objects.begin(), objects.end(), vertex, isAfter);
-    return static_cast<int>(next - objects.begin()) - 1;
+    const ResultObject *const first = objects.constData();
+    return static_cast<int>(std::upper_bound(first, first + objects.size(), vertex, isAfter) - first) - 1;
 }
