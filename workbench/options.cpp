@@ -1,7 +1,6 @@
 #include "options.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include "pluginpath.h"
 
 #include <algorithm>
 
@@ -39,12 +38,6 @@ const QString strOne = QStringLiteral("1");
 constexpr int maxColumn = 999;
 constexpr int maxField = 20;
 constexpr int maxStart = 999999999;
-
-QString defaultPlugin()
-{
-    const QDir dir(QCoreApplication::applicationDirPath());
-    return dir.absoluteFilePath(QStringLiteral(PLUGIN_PATH));
-}
 
 QList<QCommandLineOption> callOptions()
 {
