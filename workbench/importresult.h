@@ -37,6 +37,8 @@ public:
     QVector<ResultContour> contours;
     QVector<QPointF> vertices;
     int numberColumn = 0; ///< column of the point numbers, counted from 0
+    int xColumn = 1;      ///< column of X
+    int yColumn = 2;      ///< column of Y
     int columnCount = 0;  ///< cells of the longest vertex row
 
     /// The cells of a vertex as the host receives them.

@@ -71,6 +71,8 @@ bool ResultReader::read(const QString &text)
     TextDevice device(text);
     m_xml.setDevice(&device);
     m_result.numberColumn = m_columns.nColNum;
+    m_result.xColumn = m_columns.xColNum;
+    m_result.yColumn = m_columns.yColNum;
     if (!m_xml.readNextStartElement() || m_xml.name() != strTable)
         return m_xml.hasError() ? checkEnd() : fail(QStringLiteral("это не таблица объектов"));
     m_result.objectTable = m_xml.attributes().value(strName).toString();
