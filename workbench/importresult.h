@@ -26,7 +26,7 @@ struct ResultObject
 
 /// The content of a result document: flat arrays, because a result may have a million vertices.
 ///
-/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a number is NaN.
+/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a finite number is NaN.
 class ImportResult
 {
 public:

@@ -22,7 +22,8 @@ public:
     /// \a columns are those that the plug-in was called with.
     explicit ResultReader(const GeometryInfo &columns) : m_columns(columns) {}
 
-    /// Reads all of \a text. Returns false for a text that is not such a document; error() then says why.
+    /// Reads all of \a text. Returns false for a text that is not such a document; error() then says why, and the
+    /// result is empty.
     bool read(const QString &text);
 
     const ImportResult &result() const { return m_result; }
@@ -32,9 +33,11 @@ public:
 
 private:
     bool fail(const QString &what);
-    bool checkEnd();
+    bool failAtElement(const QString &what);
+    bool readChild(QByteArray *text = nullptr);
+    bool readDocument();
     bool readObject();
-    bool readDef();
+    bool readDef(QString &def);
     bool readVertices();
     bool readVertex();
     bool readCell();
