@@ -14,6 +14,7 @@ private Q_SLOTS:
     void initTestCase();
 
     void helpListsEveryOption();
+    void versionIsPrinted();
     void operationsOfAnotherPluginAreListed();
     void wrongUsageIsReported_data();
     void wrongUsageIsReported();
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void optionsReachTheImport();
     void optionsReachTheResult_data();
     void optionsReachTheResult();
+    void examplesAreImported_data();
     void examplesAreImported();
 
     void userSettingsAreNeitherReadNorWritten();
@@ -43,7 +45,7 @@ void tst_ImportHost::initTestCase()
 
 void tst_ImportHost::helpListsEveryOption()
 {
-    const QStringList options = arguments("-h, --help --plugin --list --operation --form-name --object-table "
+    const QStringList options = arguments("-h, --help --version --plugin --list --operation --form-name --object-table "
                                           "--point-table --columns --objects --points --encoding --no-search-points "
                                           "--no-search-objects --point-prefix --object-prefix --point-start "
                                           "--object-start --field --sort --update --output --screenshot");
@@ -54,6 +56,16 @@ void tst_ImportHost::helpListsEveryOption()
     QCOMPARE(run.messages, QStringList());
     for (const QString &option : options)
         QVERIFY2(run.output.contains(QLatin1Char(' ') + option), qUtf8Printable(option));
+    QVERIFY(run.output.contains(QStringLiteral("Default: 0,1,2,0\n")));
+}
+
+void tst_ImportHost::versionIsPrinted()
+{
+    const HostRun run = Host().run(arguments("--version"));
+
+    QCOMPARE(run.status, 0);
+    QVERIFY2(QRegularExpression(QStringLiteral("^importhost \\d+\\.\\d+\\.\\d+\n$")).match(run.output).hasMatch(),
+             qUtf8Printable(run.output));
 }
 
 // A path without a folder is a file in the working directory.
@@ -84,6 +96,8 @@ void tst_ImportHost::wrongUsageIsReported_data()
     row("plan.mif", "Unexpected argument \"plan.mif\".");
     row("--objects x", "--objects needs --operation.");
     row("--operation x --objects=", "--objects needs the name of a file.");
+    row("--operation x --objects x --output=", "--output needs the name of a file.");
+    row("--operation x --objects x --encoding x", "--encoding: unknown encoding \"x\".");
     row("--operation x --sort", "--sort needs --objects.");
     row("--columns 0,1,2,3,4", "--columns takes four numbers from 0 to 999, not \"0,1,2,3,4\".");
     row("--columns 0,1,2,x", "--columns takes four numbers from 0 to 999, not \"0,1,2,x\".");
@@ -271,21 +285,33 @@ void tst_ImportHost::optionsReachTheResult()
     QTEST(compact(run.output), "xml");
 }
 
+void tst_ImportHost::examplesAreImported_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QStringList>("files");
+
+    const QStringList mif = arguments("--objects plan.mif");
+    const QStringList dxf = arguments("--objects plan.dxf --points points.dxf");
+    QTest::newRow("mif") << QStringLiteral("mif") << mif;
+    QTest::newRow("dxf") << QStringLiteral("dxf") << dxf;
+    QTest::newRow("full name of mif") << QStringLiteral("Объекты из MIF") << mif;
+    QTest::newRow("full name of dxf") << QStringLiteral("Объекты из DXF") << dxf;
+}
+
 void tst_ImportHost::examplesAreImported()
 {
+    QFETCH(QString, operation);
+    QFETCH(QStringList, files);
     Host host;
     host.folder = QFINDTESTDATA("../examples");
     QVERIFY(!host.folder.isEmpty());
 
-    for (const char *const files : {"MIF --objects plan.mif", "DXF --objects plan.dxf --points points.dxf"}) {
-        const QStringList words = arguments(files);
-        const HostRun run =
-            host.run(QStringList{QStringLiteral("--operation"), QStringLiteral("Объекты из ") + words.first()} +
-                     words.mid(1) + arguments("--encoding Windows-1251"));
-        QCOMPARE(run.status, 0);
-        QCOMPARE(run.messages, QStringList());
-        QVERIFY(run.output.contains(QStringLiteral(">:ЗУ2<")));
-    }
+    const HostRun run =
+        host.run(QStringList{QStringLiteral("--operation"), operation} + files + arguments("--encoding Windows-1251"));
+
+    QCOMPARE(run.messages, QStringList());
+    QVERIFY(run.output.contains(QStringLiteral(">:ЗУ2<")));
+    QCOMPARE(run.status, 0);
 }
 
 void tst_ImportHost::userSettingsAreNeitherReadNorWritten()

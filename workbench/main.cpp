@@ -158,8 +158,8 @@ int main(int argc, char **argv)
     const std::optional<HostOptions> options = readArguments(argc, argv);
     if (!options)
         return Failed;
-    if (options->help.isEmpty())
+    if (options->information.isEmpty())
         return runApplication(argv, *options);
-    printLine(stdout, options->help);
+    printLine(stdout, options->information);
     return Imported;
 }

@@ -2,6 +2,8 @@
 
 #include "pluginpath.h"
 
+#include <QTextCodec>
+
 #include <algorithm>
 
 namespace {
@@ -9,6 +11,7 @@ namespace {
 const QString strPlugin = QStringLiteral("plugin");
 const QString strList = QStringLiteral("list");
 const QString strHelp = QStringLiteral("help");
+const QString strVersion = QStringLiteral("version");
 const QString strOperation = QStringLiteral("operation");
 const QString strFormName = QStringLiteral("form-name");
 const QString strObjectTable = QStringLiteral("object-table");
@@ -34,25 +37,39 @@ const QString strText = QStringLiteral("text");
 const QString strFile = QStringLiteral("file");
 const QString strName = QStringLiteral("name");
 const QString strOne = QStringLiteral("1");
+const QString strDefaultEncoding = QStringLiteral("Default"); // as the dialog calls the encoding of the system
 
 constexpr int maxColumn = 999;
 constexpr int maxField = 20;
 constexpr int maxStart = 999999999;
 
+/// An option whose default the help shows.
+QCommandLineOption withDefault(const QString &name, const QString &description, const QString &valueName,
+                               const QString &value)
+{
+    return {name, QStringLiteral("%1 Default: %2").arg(description, value), valueName, value};
+}
+
 QList<QCommandLineOption> callOptions()
 {
     return {
         {{QStringLiteral("h"), strHelp}, QStringLiteral("Prints this help and exits.")},
-        {strPlugin, QStringLiteral("Path of the plug-in. The default is the one built with this program."), strFile,
-         defaultPlugin()},
+        {strVersion, QStringLiteral("Prints the version and exits.")},
+        {strPlugin, QStringLiteral("Path of the plug-in. The default is the one built or installed with this program."),
+         strFile, defaultPlugin()},
         {strList, QStringLiteral("Lists the operations of the plug-in and exits.")},
-        {strOperation, QStringLiteral("Operation to call. The window calls it at startup."), strName},
-        {strFormName, QStringLiteral("Name of the form in the host."), strName, QStringLiteral("Форма")},
-        {strObjectTable, QStringLiteral("Name of the object table in the host."), strName, QStringLiteral("Участки")},
-        {strPointTable, QStringLiteral("Name of the point table in the host."), strName, QStringLiteral("Координаты")},
-        {strColumns,
-         QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, 0 to 999."),
-         QStringLiteral("n,x,y,def"), QStringLiteral("0,1,2,0")},
+        {strOperation,
+         QStringLiteral("Operation to call: mif, dxf or a name that --list prints. The window calls it at startup."),
+         strName},
+        withDefault(strFormName, QStringLiteral("Name of the form in the host."), strName, QStringLiteral("Форма")),
+        withDefault(strObjectTable, QStringLiteral("Name of the object table in the host."), strName,
+                    QStringLiteral("Участки")),
+        withDefault(strPointTable, QStringLiteral("Name of the point table in the host."), strName,
+                    QStringLiteral("Координаты")),
+        withDefault(strColumns,
+                    QStringLiteral("Columns of point number, X, Y and object designation in the host's tables, counted "
+                                   "from 0, at most 999."),
+                    QStringLiteral("n,x,y,def"), QStringLiteral("0,1,2,0")),
     };
 }
 
@@ -61,20 +78,38 @@ QList<QCommandLineOption> dialogOptions()
     return {
         {strObjects, QStringLiteral("Imports this file unattended, without a window."), strFile},
         {strPoints, QStringLiteral("Separate file with the points."), strFile},
-        {strEncoding, QStringLiteral("Encoding of the input files."), strName, QStringLiteral("Default")},
+        {strEncoding,
+         QStringLiteral("Encoding of the input files, such as Windows-1251, IBM866 or UTF-8. Default: Default, that of "
+                        "the system"),
+         strName, strDefaultEncoding},
         {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
         {strNoSearchObjects, QStringLiteral("Renames all objects.")},
-        {strPointPrefix, QStringLiteral("Prefix of new point numbers."), strText, QStringLiteral("н")},
-        {strObjectPrefix, QStringLiteral("Prefix of new object designations."), strText, QStringLiteral(":ЗУ")},
-        {strPointStart, QStringLiteral("First new point number."), strNumber, strOne},
-        {strObjectStart, QStringLiteral("First number of the new object designations."), strNumber, strOne},
-        {strField, QStringLiteral("Fills a column (1 to 20) with a text for each vertex. Can be given up to 5 times."),
+        withDefault(strPointPrefix, QStringLiteral("Prefix of new point numbers."), strText, QStringLiteral("н")),
+        withDefault(strObjectPrefix, QStringLiteral("Prefix of new object designations."), strText,
+                    QStringLiteral(":ЗУ")),
+        withDefault(strPointStart, QStringLiteral("First new point number."), strNumber, strOne),
+        withDefault(strObjectStart, QStringLiteral("First number of the new object designations."), strNumber, strOne),
+        {strField,
+         QStringLiteral("Fills a column, counted from 1 as in the dialog, at most 20, with a text for each vertex. Can "
+                        "be given up to 5 times."),
          QStringLiteral("column=text")},
         {strSort, QStringLiteral("Sorts the objects.")},
         {strUpdate, QStringLiteral("Asks the host to update existing objects.")},
         {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
-        {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import."), strFile},
+        {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import to this file."), strFile},
     };
+}
+
+QString operationName(const QString &text)
+{
+    if (text == QLatin1String("mif"))
+        return QStringLiteral("Объекты из MIF");
+    return text == QLatin1String("dxf") ? QStringLiteral("Объекты из DXF") : text;
+}
+
+bool isEncoding(const QString &name)
+{
+    return name == strDefaultEncoding || QTextCodec::codecForName(name.toLatin1()) != nullptr;
 }
 
 bool toNumber(const QString &text, int min, int max, int &number)
@@ -91,10 +126,17 @@ CommandLine::CommandLine()
     m_parser.setApplicationDescription(
         QStringLiteral("Stand-in host: calls an operation of the import plug-in.\n\n"
                        "With --objects, the program fills in the plug-in's dialog, prints messages to standard error\n"
-                       "and the result to standard output. Without it, the program opens a window.\n\n"
-                       "Exit status: 0 if there is a result, 1 if nothing was imported, 2 on an error."));
+                       "and the result to standard output. Without it, the program opens a window."));
     m_parser.addOptions(callOptions());
     m_parser.addOptions(dialogOptions());
+}
+
+QString CommandLine::help() const
+{
+    return m_parser.helpText() +
+           QStringLiteral("\nExit status: 0 if there is a result, 1 if nothing was imported, 2 on an error.\n\n"
+                          "Example:\n"
+                          "  importhost --operation mif --objects plan.mif --encoding Windows-1251 --output plan.xml");
 }
 
 bool CommandLine::fail(const QString &text)
@@ -107,18 +149,23 @@ bool CommandLine::read(const QStringList &arguments)
 {
     if (!m_parser.parse(arguments))
         return fail(m_parser.errorText());
-    if (m_parser.isSet(strHelp)) {
-        m_options.help = m_parser.helpText();
-        return true;
-    }
+    if (m_parser.isSet(strHelp))
+        m_options.information = help();
+    else if (m_parser.isSet(strVersion))
+        m_options.information = QStringLiteral("importhost " IMPORT_VERSION);
+    return !m_options.information.isEmpty() || (checkCombination() && checkFileNames() && readCall() && readDialog());
+}
+
+bool CommandLine::readCall()
+{
     m_options.list = m_parser.isSet(strList);
     m_options.plugin = m_parser.value(strPlugin);
-    m_options.operation = m_parser.value(strOperation);
+    m_options.operation = operationName(m_parser.value(strOperation));
     m_options.formName = m_parser.value(strFormName);
     m_options.objectTable = m_parser.value(strObjectTable);
     m_options.pointTable = m_parser.value(strPointTable);
     m_options.output = m_parser.value(strOutput);
-    return checkCombination() && readColumns() && readDialog();
+    return readColumns();
 }
 
 bool CommandLine::readColumns()
@@ -140,16 +187,22 @@ bool CommandLine::checkCombination()
     const QStringList positional = m_parser.positionalArguments();
     if (!positional.isEmpty())
         return fail(QStringLiteral("Unexpected argument \"%1\".").arg(positional.first()));
-    if (m_parser.isSet(strObjects)) {
-        if (m_parser.value(strObjects).isEmpty())
-            return fail(QStringLiteral("--objects needs the name of a file."));
+    if (m_parser.isSet(strObjects))
         return m_parser.isSet(strOperation) || fail(QStringLiteral("--objects needs --operation."));
-    }
     const QList<QCommandLineOption> options = dialogOptions();
     for (const QCommandLineOption &option : options) {
         const QString name = option.names().first();
         if (m_parser.isSet(name))
             return fail(QStringLiteral("--%1 needs --objects.").arg(name));
+    }
+    return true;
+}
+
+bool CommandLine::checkFileNames()
+{
+    for (const QString &name : {strPlugin, strObjects, strPoints, strOutput, strScreenshot}) {
+        if (m_parser.isSet(name) && m_parser.value(name).isEmpty())
+            return fail(QStringLiteral("--%1 needs the name of a file.").arg(name));
     }
     return true;
 }
@@ -162,6 +215,8 @@ bool CommandLine::readDialog()
     choices.objectFile = m_parser.value(strObjects);
     choices.pointFile = m_parser.value(strPoints);
     choices.encoding = m_parser.value(strEncoding);
+    if (!isEncoding(choices.encoding))
+        return fail(QStringLiteral("--encoding: unknown encoding \"%1\".").arg(choices.encoding));
     choices.searchPoints = !m_parser.isSet(strNoSearchPoints);
     choices.searchObjects = !m_parser.isSet(strNoSearchObjects);
     choices.pointPrefix = m_parser.value(strPointPrefix);

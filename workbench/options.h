@@ -42,7 +42,7 @@ struct HostOptions
     std::optional<DialogChoices> dialog; ///< empty when a user operates the dialog
     QString output;                      ///< file for the result; empty: the standard output
     bool list = false;                   ///< list the operations and exit
-    QString help;                        ///< help text to print before exiting; empty: not requested
+    QString information;                 ///< help or version to print before exiting; empty: not requested
 };
 
 /// Reads the arguments of the program. Requires an application object.
@@ -59,8 +59,11 @@ public:
 
 private:
     bool fail(const QString &text);
+    QString help() const;
+    bool readCall();
     bool readColumns();
     bool checkCombination();
+    bool checkFileNames();
     bool readDialog();
     bool readStart(const QString &name, int &number);
     bool readFields(QVector<QPair<int, QString>> &fields);
