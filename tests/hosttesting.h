@@ -5,7 +5,17 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-const QString fromMif = QStringLiteral("Объекты из MIF");
+/// Encodes arguments and file names as UTF-8 in any locale.
+inline void useUtf8()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+/// Splits \a text at its blanks.
+inline QStringList arguments(const char *text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
 
 /// The outcome of one run of the stand-in host.
 struct HostRun
@@ -13,6 +23,7 @@ struct HostRun
     int status; ///< exit status; -1 after a crash or a timeout
     QString output;
     QStringList messages;
+    QString summary; ///< the closing line of an import; empty if there is none
 };
 
 /// Runs the stand-in host in a temporary folder with its own settings.
@@ -44,16 +55,34 @@ struct Host
     HostRun run(const QStringList &args) const
     {
         QProcess process;
+        return run(args, process);
+    }
+
+    HostRun run(const QStringList &args, QProcess &process) const
+    {
         start(process, args);
         const bool ended = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
         const QString messages = QString::fromUtf8(process.readAllStandardError());
-        return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
-                messages.split(QLatin1Char('\n'), Qt::SkipEmptyParts)};
+        HostRun run{ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+                    messages.split(QLatin1Char('\n'), Qt::SkipEmptyParts), QString()};
+        static const QRegularExpression summary(QStringLiteral("^\\d+ objects?, \\d+ vert(ex|ices), \\d+ messages?$"));
+        if (!run.messages.isEmpty() && summary.match(run.messages.last()).hasMatch())
+            run.summary = run.messages.takeLast();
+        return run;
     }
 
     HostRun importMif(const QString &fileName, const QStringList &args = {}) const
     {
-        return run(QStringList{QStringLiteral("--operation"), fromMif, QStringLiteral("--objects"), fileName} + args);
+        return run(arguments("--operation mif --objects") + QStringList{fileName} + args);
+    }
+
+    /// Runs a plug-in that returns \a result. With --form-name in \a args, its message is that name.
+    HostRun echo(const QString &result, const QStringList &args = {}) const
+    {
+        const QStringList call{QStringLiteral("--plugin"),     QStringLiteral(ECHOPLUGIN_PATH),
+                               QStringLiteral("--objects"),    QStringLiteral("x"),
+                               QStringLiteral("--form-name="), QStringLiteral("--operation=") + result};
+        return run(call + args);
     }
 
     /// Writes a MIF file whose line 5 is the first of \a data, and its MID file.
@@ -77,6 +106,12 @@ struct Host
     void writeLine() const
     {
         writeMif(QStringLiteral("line"), QStringLiteral("LINE 1000 2000 1010.5 2000"), QStringLiteral("ЗУ1"));
+    }
+
+    QByteArray content(const char *fileName) const
+    {
+        QFile file(files.path(QLatin1String(fileName)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not opened");
     }
 
     const TextFixture files;
@@ -137,15 +172,3 @@ const QString documentOfPlan = document(planRegion(QStringLiteral("ЗУ10"), QSt
                                         planLine(QStringLiteral("ЗУ2"), QStringLiteral("н2 н3")));
 const QString documentOfLine = document(
     object(QStringLiteral("ЗУ1"), {QStringLiteral("н1,1000.00,2000.00"), QStringLiteral("н2,1010.50,2000.00")}));
-
-/// Encodes arguments and file names as UTF-8 in any locale.
-inline void useUtf8()
-{
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-}
-
-/// Splits \a text at its blanks.
-inline QStringList arguments(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}

@@ -1,42 +1,21 @@
 // A stand-in host for trying the plug-in: loads the library, calls an operation, shows the messages and the result.
 
+#include "console.h"
 #include "hostwindow.h"
 #include "options.h"
 #include "unattendedimport.h"
+#include "unattendedoutput.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QPluginLoader>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include <cstdio>
 #include <optional>
 
 namespace {
-
-enum ExitStatus { Imported = 0, NothingImported = 1, Failed = 2 };
-
-// Flushed after each line, so that messages and result keep their order.
-bool printLine(FILE *output, const QString &text)
-{
-    const QByteArray line = text.toUtf8() + '\n';
-    QFile file;
-    return file.open(output, QIODevice::WriteOnly) && file.write(line) == line.size() && file.flush();
-}
-
-void printStatus(const QString &text)
-{
-    printLine(stderr, text);
-}
-
-int fail(const QString &text)
-{
-    printLine(stderr, QStringLiteral("importhost: %1").arg(text));
-    return Failed;
-}
 
 bool hasDisplay()
 {
@@ -65,31 +44,14 @@ void redirectSettings(const QTemporaryDir &dir)
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, dir.path());
 }
 
-bool save(const QString &fileName, const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    QFile file(fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
-int outputResult(const QString &result, const QString &fileName)
-{
-    if (result.isEmpty())
-        return NothingImported;
-    if (fileName.isEmpty())
-        return printLine(stdout, result) ? Imported : fail(QStringLiteral("Cannot print the result."));
-    return save(fileName, result) ? Imported : fail(QStringLiteral("Cannot save the result \"%1\".").arg(fileName));
-}
-
 int importUnattended(ImportGeometryInterface &plugin, const HostOptions &options)
 {
     const QTemporaryDir settings;
+    if (!settings.isValid())
+        return fail(QStringLiteral("Cannot make a temporary folder: %1.").arg(settings.errorString()));
     redirectSettings(settings);
-    UnattendedImport import(*options.dialog);
-    import.waitForDialog();
-    const QString result = plugin.operation(options.operation, options.formName, options.objectTable,
-                                            options.pointTable, options.columns, printStatus);
-    return import.error().isEmpty() ? outputResult(result, options.output) : fail(import.error());
+    UnattendedImport import(options);
+    return import.run(plugin) ? outputImport(import, options) : fail(import.error());
 }
 
 int showWindow(ImportGeometryInterface &plugin, const HostOptions &options)
@@ -117,7 +79,8 @@ int run(const HostOptions &options)
         return fail(QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
     auto *const plugin = qobject_cast<ImportGeometryInterface *>(instance);
     if (plugin == nullptr)
-        return fail(QStringLiteral("\"%1\" is not an import plug-in.").arg(options.plugin));
+        return fail(QStringLiteral("\"%1\" is not an import plug-in: it lacks the interface \"%2\".")
+                        .arg(options.plugin, QLatin1String(qobject_interface_iid<ImportGeometryInterface *>())));
     if (options.list)
         return listOperations(*plugin);
     return options.dialog ? importUnattended(*plugin, options) : showWindow(*plugin, options);

@@ -30,6 +30,7 @@ const QString strField = QStringLiteral("field");
 const QString strSort = QStringLiteral("sort");
 const QString strUpdate = QStringLiteral("update");
 const QString strOutput = QStringLiteral("output");
+const QString strCatalogue = QStringLiteral("catalogue");
 const QString strScreenshot = QStringLiteral("screenshot");
 
 const QString strNumber = QStringLiteral("number");
@@ -96,6 +97,7 @@ QList<QCommandLineOption> dialogOptions()
         {strSort, QStringLiteral("Sorts the objects.")},
         {strUpdate, QStringLiteral("Asks the host to update existing objects.")},
         {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
+        {strCatalogue, QStringLiteral("Saves a catalogue of coordinates to this file, as CSV."), strFile},
         {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import to this file."), strFile},
     };
 }
@@ -134,7 +136,11 @@ CommandLine::CommandLine()
 QString CommandLine::help() const
 {
     return m_parser.helpText() +
-           QStringLiteral("\nExit status: 0 if there is a result, 1 if nothing was imported, 2 on an error.\n\n"
+           QStringLiteral("\nExit status of an unattended import:\n"
+                          "  0  all objects came, without a message\n"
+                          "  1  no objects came\n"
+                          "  2  wrong usage, or something could not be loaded, read or saved\n"
+                          "  3  objects came, but messages too: some objects may be missing\n\n"
                           "Example:\n"
                           "  importhost --operation mif --objects plan.mif --encoding Windows-1251 --output plan.xml");
 }
@@ -165,6 +171,7 @@ bool CommandLine::readCall()
     m_options.objectTable = m_parser.value(strObjectTable);
     m_options.pointTable = m_parser.value(strPointTable);
     m_options.output = m_parser.value(strOutput);
+    m_options.catalogue = m_parser.value(strCatalogue);
     return readColumns();
 }
 
@@ -200,7 +207,7 @@ bool CommandLine::checkCombination()
 
 bool CommandLine::checkFileNames()
 {
-    for (const QString &name : {strPlugin, strObjects, strPoints, strOutput, strScreenshot}) {
+    for (const QString &name : {strPlugin, strObjects, strPoints, strOutput, strCatalogue, strScreenshot}) {
         if (m_parser.isSet(name) && m_parser.value(name).isEmpty())
             return fail(QStringLiteral("--%1 needs the name of a file.").arg(name));
     }

@@ -1,17 +1,25 @@
 #include "unattendedimport.h"
 
+#include "console.h"
 #include "dialogwidgets.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPixmap>
 #include <QTimer>
 
 namespace {
 
-constexpr QSize pictureSize(1000, 650);
+constexpr QSize screenshotSize(1000, 650);
+
+int printedMessages = 0; // the status callback of the interface has no context argument
+
+void printMessage(const QString &text)
+{
+    printLine(stderr, text);
+    ++printedMessages;
+}
 
 bool setText(const DialogWidgets &widgets, const char *name, const QString &text)
 {
@@ -42,9 +50,14 @@ bool finish(const DialogWidgets &widgets)
 
 } // namespace
 
-void UnattendedImport::waitForDialog()
+bool UnattendedImport::run(ImportGeometryInterface &plugin)
 {
-    QTimer::singleShot(0, this, &UnattendedImport::operateDialog);
+    QTimer::singleShot(0, this, &UnattendedImport::operateDialog); // as soon as the modal dialog runs its event loop
+    printedMessages = 0;
+    m_result = plugin.operation(m_options.operation, m_options.formName, m_options.objectTable, m_options.pointTable,
+                                m_options.columns, printMessage);
+    m_messageCount = printedMessages;
+    return m_error.isEmpty();
 }
 
 // After an error, leave all event loops: that closes any dialog, even one without the expected buttons.
@@ -53,7 +66,7 @@ void UnattendedImport::operateDialog()
     QWidget *const dialog = QApplication::activeModalWidget();
     const DialogWidgets widgets(dialog, [this](const QString &error) { fail(error); });
     const bool ok = dialog != nullptr || fail(QStringLiteral("The plug-in opened no dialog."));
-    if (!ok || !enterChoices(widgets) || !process(widgets) || !takePicture(widgets) || !finish(widgets))
+    if (!ok || !enterChoices(widgets) || !process(widgets) || !takeScreenshot(widgets) || !finish(widgets))
         QCoreApplication::exit();
 }
 
@@ -65,16 +78,17 @@ bool UnattendedImport::fail(const QString &error)
 
 bool UnattendedImport::enterChoices(const DialogWidgets &widgets) const
 {
-    return setEncoding(widgets, m_choices.encoding) && setText(widgets, "objectFileNameEdit", m_choices.objectFile) &&
-           widgets.setChecked("usePointFileCheck", !m_choices.pointFile.isEmpty()) &&
-           setText(widgets, "pointFileNameEdit", m_choices.pointFile) &&
-           widgets.setChecked("searchPointDefsCheck", m_choices.searchPoints) &&
-           setText(widgets, "pointPrefEdit", m_choices.pointPrefix) &&
-           widgets.setNumber("pointStartNumSpin", m_choices.pointStart) &&
-           widgets.setChecked("searchObjectDefsCheck", m_choices.searchObjects) &&
-           setText(widgets, "objectPrefEdit", m_choices.objectPrefix) &&
-           widgets.setNumber("objectStartNumSpin", m_choices.objectStart) &&
-           widgets.setChecked("updateCheck", m_choices.update) && enterFields(widgets);
+    const DialogChoices &choices = *m_options.dialog;
+    return setEncoding(widgets, choices.encoding) && setText(widgets, "objectFileNameEdit", choices.objectFile) &&
+           widgets.setChecked("usePointFileCheck", !choices.pointFile.isEmpty()) &&
+           setText(widgets, "pointFileNameEdit", choices.pointFile) &&
+           widgets.setChecked("searchPointDefsCheck", choices.searchPoints) &&
+           setText(widgets, "pointPrefEdit", choices.pointPrefix) &&
+           widgets.setNumber("pointStartNumSpin", choices.pointStart) &&
+           widgets.setChecked("searchObjectDefsCheck", choices.searchObjects) &&
+           setText(widgets, "objectPrefEdit", choices.objectPrefix) &&
+           widgets.setNumber("objectStartNumSpin", choices.objectStart) &&
+           widgets.setChecked("updateCheck", choices.update) && enterFields(widgets);
 }
 
 // Removes all rows but the first, which cannot be removed, then adds a row for each further field.
@@ -86,8 +100,9 @@ bool UnattendedImport::enterFields(const DialogWidgets &widgets) const
     }
     if (!setText(widgets, "fieldEdit_0", QString()))
         return false;
-    for (int row = 0; row < m_choices.fields.size(); ++row) {
-        const auto &[column, text] = m_choices.fields.at(row);
+    const QVector<QPair<int, QString>> &fields = m_options.dialog->fields;
+    for (int row = 0; row < fields.size(); ++row) {
+        const auto &[column, text] = fields.at(row);
         const QByteArray number = QByteArray::number(row);
         if ((row > 0 && !widgets.press("plusToolButton")) ||
             !widgets.setNumber(QByteArray("fieldSpin_") + number, column) ||
@@ -99,20 +114,20 @@ bool UnattendedImport::enterFields(const DialogWidgets &widgets) const
 
 bool UnattendedImport::process(const DialogWidgets &widgets) const
 {
-    return widgets.press("startButton") && (!m_choices.sort || widgets.press("sortButton"));
+    return widgets.press("startButton") && (!m_options.dialog->sort || widgets.press("sortButton"));
 }
 
-bool UnattendedImport::takePicture(const DialogWidgets &widgets)
+bool UnattendedImport::takeScreenshot(const DialogWidgets &widgets)
 {
-    if (m_choices.screenshot.isEmpty())
+    if (m_options.dialog->screenshot.isEmpty())
         return true;
     QAbstractItemView *const list = widgets.list();
     if (list == nullptr)
         return false;
-    widgets.dialog()->resize(pictureSize);
+    widgets.dialog()->resize(screenshotSize);
     if (hasObjects(list))
         list->setCurrentIndex(list->model()->index(0, 0));
     QApplication::processEvents();
-    return widgets.dialog()->grab().save(m_choices.screenshot) ||
-           fail(QStringLiteral("Cannot save the picture \"%1\".").arg(m_choices.screenshot));
+    m_screenshot = widgets.dialog()->grab();
+    return true;
 }
