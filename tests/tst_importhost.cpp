@@ -21,6 +21,7 @@ private Q_SLOTS:
     void wrongPluginIsReported_data();
     void wrongPluginIsReported();
 
+    void importNeedsNoDisplay_data();
     void importNeedsNoDisplay();
     void windowNeedsADisplay();
     void windowStaysOpen();
@@ -153,10 +154,20 @@ void tst_ImportHost::wrongPluginIsReported()
     QVERIFY2(run.messages.first().startsWith(message), qUtf8Printable(run.messages.first()));
 }
 
+void tst_ImportHost::importNeedsNoDisplay_data()
+{
+    QTest::addColumn<QString>("display");
+
+    QTest::newRow("no display") << QString();
+    QTest::newRow("display that cannot be reached") << QStringLiteral(":65000");
+}
+
 void tst_ImportHost::importNeedsNoDisplay()
 {
+    QFETCH(QString, display);
     Host host;
     host.removeDisplay();
+    host.environment.insert(QStringLiteral("DISPLAY"), display);
     host.environment.remove(QStringLiteral("XDG_RUNTIME_DIR")); // Qt warns when it is missing
     host.writePlan();
 
@@ -183,7 +194,8 @@ void tst_ImportHost::windowNeedsADisplay()
 
 void tst_ImportHost::windowStaysOpen()
 {
-    const Host host;
+    Host host;
+    host.environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
     QProcess process;
 
     host.start(process, arguments("--operation mif"));
@@ -192,7 +204,8 @@ void tst_ImportHost::windowStaysOpen()
     QVERIFY(!process.waitForFinished(1500));
     process.kill();
     QVERIFY(process.waitForFinished());
-    QVERIFY(!process.readAllStandardError().contains("importhost:"));
+    const QByteArray messages = process.readAllStandardError();
+    QVERIFY2(!messages.contains("importhost:") && !messages.contains("XDG_RUNTIME_DIR"), messages.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_ImportHost)

@@ -27,12 +27,29 @@ bool hasDisplay()
 #endif
 }
 
-// Qt warns about a missing XDG_RUNTIME_DIR and about windows that the offscreen platform cannot place. Without a window
-// these warnings would mix with the messages of the plug-in.
+// Qt warns about windows that the offscreen platform cannot place. Without a window these warnings would mix with the
+// messages of the plug-in.
 void printErrorsOnly(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         printLine(stderr, qFormatLogMessage(type, context, text));
+}
+
+QtMessageHandler printByDefault = nullptr;
+
+// A session without a login manager lacks XDG_RUNTIME_DIR; the folder that Qt then chooses is of no interest.
+void printUseful(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        printByDefault(type, context, text);
+}
+
+// Without a window, a display that cannot be reached must not matter.
+void avoidDisplay()
+{
+    qInstallMessageHandler(printErrorsOnly);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
 // Keeps the settings of the plug-in and of Qt in dir. The default format is INI because the native format of some
@@ -99,14 +116,12 @@ std::optional<HostOptions> readArguments(int argc, char **argv)
 
 int runApplication(char **argv, const HostOptions &options)
 {
-    const bool needsWindow = !options.dialog && !options.list;
-    if (!needsWindow)
-        qInstallMessageHandler(printErrorsOnly);
-    if (!hasDisplay()) {
-        if (needsWindow)
-            return fail(QStringLiteral("No display for the window. Use --objects to import without one."));
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    if (options.dialog || options.list)
+        avoidDisplay();
+    else if (hasDisplay())
+        printByDefault = qInstallMessageHandler(printUseful);
+    else
+        return fail(QStringLiteral("No display for the window. Use --objects to import without one."));
     int argc = 1; // the program name only
     const QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("importhost"));
