@@ -1,8 +1,9 @@
-// An import plug-in without a dialog: its result is the name of the operation, its message the name of the form.
+// An import plug-in whose result is the name of the operation and whose message is the name of the form. The operation
+// "dialog" opens a dialog without any of the expected widgets.
 
 #include "importgeometryinterface.h"
 
-#include <QObject>
+#include <QDialog>
 
 class EchoPlugin : public QObject, public ImportGeometryInterface
 {
@@ -19,6 +20,8 @@ public:
     {
         if (!formName.isEmpty())
             statusFunc(formName);
+        if (op == QLatin1String("dialog"))
+            QDialog().exec();
         return op;
     }
 };

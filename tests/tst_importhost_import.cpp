@@ -21,7 +21,9 @@ private Q_SLOTS:
     void messagesArePrinted();
     void statusTellsWhatCame_data();
     void statusTellsWhatCame();
+    void foreignDialogIsReported();
     void userSettingsAreNeitherReadNorWritten();
+    void missingFolderForSettingsIsReported();
 };
 
 void tst_ImportHostImport::initTestCase()
@@ -191,6 +193,18 @@ void tst_ImportHostImport::statusTellsWhatCame()
     QTEST(run.status, "status");
 }
 
+// The dialog must not stay open: nobody could close it.
+void tst_ImportHostImport::foreignDialogIsReported()
+{
+    const HostRun run = Host().echo(QStringLiteral("dialog"));
+
+    QCOMPARE(run.messages, QStringList{QStringLiteral(
+                               "importhost: The dialog of the plug-in has no QComboBox with the name encodingCombo.")});
+    QCOMPARE(run.output, QString());
+    QCOMPARE(run.summary, QString());
+    QCOMPARE(run.status, 2);
+}
+
 void tst_ImportHostImport::userSettingsAreNeitherReadNorWritten()
 {
     const Host host;
@@ -207,6 +221,17 @@ void tst_ImportHostImport::userSettingsAreNeitherReadNorWritten()
     QCOMPARE(compact(run.output), documentOfPlan);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), stored);
+}
+
+void tst_ImportHostImport::missingFolderForSettingsIsReported()
+{
+    Host host;
+    host.environment.insert(QStringLiteral("TMPDIR"), host.files.write(QStringLiteral("file"), {}));
+
+    const HostRun run = host.echo(QStringLiteral("<FormTable/>"));
+
+    QCOMPARE(run.messages, QStringList{QStringLiteral("importhost: Cannot make a temporary folder: Not a directory.")});
+    QCOMPARE(run.status, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_ImportHostImport)

@@ -39,6 +39,6 @@ QString ImportResult::cell(int vertex, int column) const
 int ImportResult::objectOf(int vertex) const
 {
     const auto isAfter = [](int v, const ResultObject &object) { return v < object.firstVertex; };
-    const ResultObject *const first = objects.constData();
-    return static_cast<int>(std::upper_bound(first, first + objects.size(), vertex, isAfter) - first) - 1;
+    const auto *const next = std::upper_bound(objects.cbegin(), objects.cend(), vertex, isAfter);
+    return static_cast<int>(next - objects.begin()) - 1;
 }

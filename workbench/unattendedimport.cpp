@@ -52,7 +52,7 @@ bool finish(const DialogWidgets &widgets)
 
 bool UnattendedImport::run(ImportGeometryInterface &plugin)
 {
-    QTimer::singleShot(0, this, &UnattendedImport::operateDialog); // as soon as the modal dialog runs its event loop
+    QTimer::singleShot(0, this, SLOT(operateDialog())); // as soon as the modal dialog runs its event loop
     printedMessages = 0;
     m_result = plugin.operation(m_options.operation, m_options.formName, m_options.objectTable, m_options.pointTable,
                                 m_options.columns, printMessage);
