@@ -86,11 +86,11 @@ void tst_WorkbenchSaveFile::fullDiskLeavesTheOldFile()
     QVERIFY(saveFile(path("a"), "old", error));
     rlimit unlimited{};
     QCOMPARE(getrlimit(RLIMIT_FSIZE, &unlimited), 0);
-    const rlimit limit{100000, unlimited.rlim_max};
+    const rlimit limit{1000, unlimited.rlim_max};
     std::signal(SIGXFSZ, SIG_IGN);
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
 
-    const bool ok = saveFile(path("a"), QByteArray(100001, 'x'), error);
+    const bool ok = saveFile(path("a"), QByteArray(1001, 'x'), error);
 
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &unlimited), 0);
     QVERIFY(!ok);
