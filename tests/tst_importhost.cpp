@@ -124,12 +124,13 @@ void tst_ImportHost::wrongPluginIsReported_data()
     QTest::addColumn<QString>("plugin");
     QTest::addColumn<QString>("message");
 
-    const auto row = [](const char *name, const QString &plugin) {
-        QTest::newRow(name) << plugin << QStringLiteral("importhost: Cannot load \"%1\": ").arg(plugin);
+    const auto row = [](const char *name, const QString &plugin, const char *reason) {
+        QTest::newRow(name) << plugin
+                            << QStringLiteral("importhost: Cannot load \"%1\": %2").arg(plugin, QLatin1String(reason));
     };
-    row("missing file", QStringLiteral("missing.so"));
-    row("folder", QDir::tempPath());
-    row("program", QStringLiteral(IMPORTHOST_PATH));
+    row("missing file", QStringLiteral("missing.so"), "The shared library was not found.");
+    row("folder", QDir::tempPath(), "it is a folder.");
+    row("program", QStringLiteral(IMPORTHOST_PATH), "");
 
     const QDir platforms(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
     const QStringList names = platforms.entryList({QStringLiteral("*offscreen*")}, QDir::Files);

@@ -89,8 +89,11 @@ int listOperations(const ImportGeometryInterface &plugin)
 
 int run(const HostOptions &options)
 {
+    const QFileInfo file(options.plugin);
+    if (file.isDir())
+        return fail(QStringLiteral("Cannot load \"%1\": it is a folder.").arg(options.plugin));
     // An absolute path: Qt looks for a bare name in other folders too.
-    QPluginLoader loader(QFileInfo(options.plugin).absoluteFilePath());
+    QPluginLoader loader(file.absoluteFilePath());
     QObject *const instance = loader.instance();
     if (instance == nullptr)
         return fail(QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
