@@ -1,12 +1,25 @@
 #include "pictureview.h"
 
+#include "picturepainter.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainterPath>
 #include <QWheelEvent>
 
-#include <cmath>
+namespace {
+
+constexpr double clickTolerance = 4; // pixels
+constexpr double fittedPart = 0.9;   // of the view
+constexpr double foundPart = 0.3;    // of the view, for an object whose scale must change
+constexpr double minFoundSize = 12;  // pixels
+constexpr double wheelStep = 120;    // eighths of a degree
+constexpr double zoomStep = 1.25;
+constexpr int arrowStep = 60;           // pixels
+constexpr double maxScale = 1e5;        // pixels per metre: a millimetre is 100 pixels
+constexpr double minFittedShare = 0.02; // of the scale that fits, to which zooming out is limited
+
+} // namespace
 
 PictureView::PictureView(QWidget *parent) : QGraphicsView(parent)
 {
@@ -15,127 +28,189 @@ PictureView::PictureView(QWidget *parent) : QGraphicsView(parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setViewportUpdateMode(FullViewportUpdate);
     setMouseTracking(true);
+    viewport()->setCursor(Qt::CrossCursor);
+    m_map.size = viewport()->size();
 }
 
 void PictureView::setResult(const ImportResult &result)
 {
-    m_result = result;
+    m_data = PictureData(result);
     m_currentObject = -1;
+    m_isPressed = false;
     fit();
 }
 
 void PictureView::setCurrentObject(int object)
 {
+    if (object < 0 || object >= m_data.result().objects.size())
+        object = -1;
+    if (object == m_currentObject)
+        return;
     m_currentObject = object;
+    if (object >= 0)
+        showObject(object);
     viewport()->update();
+}
+
+void PictureView::showObject(int object)
+{
+    const PictureBox box = m_data.objectBox(object);
+    if (box.isEmpty() || box.touches(m_map.toMetres(m_map.rect())))
+        return;
+    const QRectF pixels = m_map.toPixels(box);
+    const bool isSmall = std::max(pixels.width(), pixels.height()) < minFoundSize;
+    const bool isLarge = pixels.width() > m_map.size.width() || pixels.height() > m_map.size.height();
+    m_isFitted = false;
+    if (isSmall || isLarge)
+        m_map.fit(box, isLarge ? fittedPart : foundPart);
+    else
+        m_map.center = box.center();
+    repaintContours();
 }
 
 void PictureView::setHasSurveyAxes(bool hasSurveyAxes)
 {
-    m_hasSurveyAxes = hasSurveyAxes;
-    fit();
+    if (hasSurveyAxes == m_map.hasSurveyAxes)
+        return;
+    m_map.hasSurveyAxes = hasSurveyAxes;
+    if (m_isFitted)
+        fit();
+    else
+        repaintContours();
 }
 
 void PictureView::fit()
 {
-    QRectF box;
-    const QRectF pixel(0, 0, 1e-9, 1e-9);
-    for (const QPointF &vertex : qAsConst(m_result.vertices)) {
-        if (std::isfinite(vertex.x()) && std::isfinite(vertex.y()))
-            box |= pixel.translated(vertex);
-    }
-    m_center = box.center();
-    const QSizeF size = m_hasSurveyAxes ? box.size().transposed() : box.size();
-    m_scale = 0.9 * std::min(width() / std::max(size.width(), 1e-3), height() / std::max(size.height(), 1e-3));
+    m_isFitted = true;
+    m_map.fit(m_data.box(), fittedPart);
+    repaintContours();
+}
+
+void PictureView::repaintContours()
+{
+    m_contours = QImage();
     viewport()->update();
 }
 
-QPointF PictureView::toPixels(const QPointF &xy) const
+void PictureView::pan(const QPointF &pixels)
 {
-    const QPointF d = (xy - m_center) * m_scale;
-    const QPointF middle(viewport()->width() / 2.0, viewport()->height() / 2.0);
-    return middle + (m_hasSurveyAxes ? QPointF(d.y(), -d.x()) : QPointF(d.x(), -d.y()));
+    m_isFitted = false;
+    m_map.moveTo(m_map.toMetres(QPointF(0, 0)), pixels);
+    repaintContours();
 }
 
-QPointF PictureView::toMetres(const QPointF &pixels) const
+void PictureView::zoom(double factor, const QPointF &pixels)
 {
-    const QPointF d = (pixels - QPointF(viewport()->width() / 2.0, viewport()->height() / 2.0)) / m_scale;
-    return m_center + (m_hasSurveyAxes ? QPointF(-d.y(), d.x()) : QPointF(d.x(), -d.y()));
+    PictureMap fitted = m_map;
+    fitted.fit(m_data.box(), fittedPart);
+    const QPointF xy = m_map.toMetres(pixels);
+    const double minScale = std::min({m_map.scale, fitted.scale * minFittedShare, maxScale});
+    m_map.scale = std::clamp(m_map.scale * factor, minScale, std::max(maxScale, m_map.scale));
+    m_map.moveTo(xy, pixels);
+    m_isFitted = false;
+    repaintContours();
+}
+
+void PictureView::click(const QPointF &pixels)
+{
+    const int object = m_data.objectAt(m_map.toMetres(pixels), clickTolerance / m_map.scale);
+    m_currentObject = object;
+    viewport()->update();
+    Q_EMIT objectClicked(object);
 }
 
 void PictureView::drawBackground(QPainter *painter, const QRectF & /*rect*/)
 {
+    const PicturePainter picture(m_data, m_map, PictureColors::of(palette()), font());
+    if (m_contours.isNull() || m_contours.devicePixelRatioF() != devicePixelRatioF())
+        m_contours = picture.contourImage(devicePixelRatioF());
     painter->resetTransform();
-    painter->fillRect(viewport()->rect(), palette().base());
-    painter->setRenderHint(QPainter::Antialiasing);
-    for (int i = 0; i < m_result.objects.size(); ++i) {
-        const ResultObject &object = m_result.objects.at(i);
-        painter->setPen(QPen(i == m_currentObject ? Qt::red : palette().text().color(), 0));
-        for (int c = object.firstContour; c < object.firstContour + object.contourCount; ++c) {
-            const ResultContour &contour = m_result.contours.at(c);
-            QPolygonF line;
-            for (int v = contour.firstVertex; v < contour.firstVertex + contour.vertexCount; ++v)
-                line.append(toPixels(m_result.vertices.at(v)));
-            painter->drawPolyline(line);
-        }
-    }
+    painter->drawImage(0, 0, m_contours);
+    picture.drawCurrentObject(*painter, m_currentObject);
+    picture.drawLabels(*painter, m_currentObject);
 }
 
 void PictureView::mousePressEvent(QMouseEvent *event)
 {
-    m_pressed = event->pos();
+    m_isPressed = event->button() == Qt::LeftButton;
     m_isDragged = false;
+    m_pressed = event->pos();
 }
 
 void PictureView::mouseMoveEvent(QMouseEvent *event)
 {
-    if ((event->buttons() & Qt::LeftButton) != 0) {
-        m_center += toMetres(m_pressed) - toMetres(event->pos());
-        m_pressed = event->pos();
+    const QPoint distance = event->pos() - m_pressed;
+    if (m_isPressed && (m_isDragged || distance.manhattanLength() >= QApplication::startDragDistance())) {
         m_isDragged = true;
-        viewport()->update();
+        m_pressed = event->pos();
+        viewport()->setCursor(Qt::ClosedHandCursor);
+        pan(distance);
     }
-    Q_EMIT pointerMoved(toMetres(event->pos()));
+    Q_EMIT pointerMoved(m_map.toMetres(event->pos()));
 }
 
 void PictureView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_isDragged)
-        return;
-    int clicked = -1;
-    for (int i = 0; i < m_result.objects.size(); ++i) {
-        const ResultObject &object = m_result.objects.at(i);
-        const QPolygonF vertices = m_result.vertices.mid(object.firstVertex, object.vertexCount);
-        if (vertices.containsPoint(toMetres(event->pos()), Qt::OddEvenFill))
-            clicked = i;
-    }
-    setCurrentObject(clicked);
-    Q_EMIT objectClicked(clicked);
+    const bool isClick = m_isPressed && !m_isDragged && event->button() == Qt::LeftButton;
+    m_isPressed = false;
+    viewport()->setCursor(Qt::CrossCursor);
+    if (isClick)
+        click(event->pos());
 }
 
-void PictureView::mouseDoubleClickEvent(QMouseEvent * /*event*/)
+void PictureView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    fit();
+    m_isPressed = false;
+    if (event->button() == Qt::LeftButton)
+        fit();
 }
 
 void PictureView::wheelEvent(QWheelEvent *event)
 {
-    const QPointF before = toMetres(event->position());
-    m_scale *= std::pow(1.25, event->angleDelta().y() / 120.0);
-    m_center += before - toMetres(event->position());
-    viewport()->update();
+    zoom(std::pow(zoomStep, event->angleDelta().y() / wheelStep), event->position());
+    Q_EMIT pointerMoved(m_map.toMetres(event->position()));
+    event->accept();
 }
 
 void PictureView::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Home || event->key() == Qt::Key_F)
-        fit();
-    else
+    const QPointF middle = m_map.rect().center();
+    switch (event->key()) {
+    case Qt::Key_Home:
+    case Qt::Key_F:
+        return fit();
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        return zoom(zoomStep, middle);
+    case Qt::Key_Minus:
+        return zoom(1 / zoomStep, middle);
+    case Qt::Key_Left:
+        return pan(QPointF(arrowStep, 0));
+    case Qt::Key_Right:
+        return pan(QPointF(-arrowStep, 0));
+    case Qt::Key_Up:
+        return pan(QPointF(0, arrowStep));
+    case Qt::Key_Down:
+        return pan(QPointF(0, -arrowStep));
+    default:
         QGraphicsView::keyPressEvent(event);
+    }
 }
 
 void PictureView::resizeEvent(QResizeEvent *event)
 {
     QGraphicsView::resizeEvent(event);
-    fit();
+    m_map.size = viewport()->size();
+    setSceneRect(m_map.rect());
+    if (m_isFitted)
+        fit();
+    else
+        repaintContours();
+}
+
+void PictureView::changeEvent(QEvent *event)
+{
+    QGraphicsView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        repaintContours();
 }

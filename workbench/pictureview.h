@@ -1,13 +1,16 @@
 #pragma once
 
-#include "importresult.h"
+#include "picturedata.h"
 
 #include <QGraphicsView>
+#include <QImage>
 
 /// The contours of a result, to be looked at, zoomed and clicked.
 ///
-/// The wheel zooms at the pointer, dragging pans; a double click, Home or F fits. A click makes the object under the
-/// pointer the current one.
+/// The wheel zooms at the pointer, dragging pans; a double click, Home or F fits; plus, minus and the arrow keys work,
+/// too. A click makes the object under the pointer the current one.
+///
+/// The scene is the viewport, in pixels: scroll bars count pixels as int, which a map of a country exceeds.
 class PictureView : public QGraphicsView
 {
     Q_OBJECT
@@ -21,15 +24,19 @@ public:
     /// The highlighted object, or -1.
     int currentObject() const { return m_currentObject; }
 
-    /// Highlights an object, or none with -1, and scrolls to it if it is not in view.
+    /// Highlights an object, or none with -1. An object out of view is moved to the middle, at the same scale unless it
+    /// would be too small or too large. Emits nothing.
     void setCurrentObject(int object);
 
     /// True, the default: X up and Y to the right, as surveyors draw. False: X to the right and Y up.
     void setHasSurveyAxes(bool hasSurveyAxes);
-    bool hasSurveyAxes() const { return m_hasSurveyAxes; }
+    bool hasSurveyAxes() const { return m_map.hasSurveyAxes; }
 
-    /// Shows all contours.
+    /// Shows all contours. They stay fitted when the size changes, until the user zooms or pans.
     void fit();
+
+    /// What the viewport shows.
+    const PictureMap &map() const { return m_map; }
 
 Q_SIGNALS:
     void objectClicked(int object);       ///< -1: beside all objects
@@ -44,16 +51,21 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    QPointF toPixels(const QPointF &xy) const;
-    QPointF toMetres(const QPointF &pixels) const;
+    void pan(const QPointF &pixels);
+    void zoom(double factor, const QPointF &pixels);
+    void showObject(int object);
+    void click(const QPointF &pixels);
+    void repaintContours();
 
-    ImportResult m_result;
+    PictureData m_data;
+    PictureMap m_map;
+    bool m_isFitted = true;
     int m_currentObject = -1;
-    bool m_hasSurveyAxes = true;
-    QPointF m_center;
-    double m_scale = 1;
-    QPoint m_pressed;
+    QImage m_contours; ///< cache: paper and contours; null if stale
+    QPoint m_pressed;  ///< where the button went down, then the last position of a drag
+    bool m_isPressed = false;
     bool m_isDragged = false;
 };

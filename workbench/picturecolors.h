@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+/// The colours of a picture.
+struct PictureColors
+{
+    QColor paper;
+    QColor line;
+    QColor fill; ///< translucent
+    QColor text; ///< numbers of vertices
+    QColor name; ///< designations of objects
+    QColor currentLine;
+    QColor currentFill; ///< translucent
+
+    /// Colours that fit the widgets, for a dark theme too.
+    static PictureColors of(const QPalette &palette);
+
+    /// Colours for white paper.
+    static PictureColors ofPaper();
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "importresult.h"
+#include "pictureindex.h"
+
+/// A result with the boxes of its contours and an index of them.
+class PictureData
+{
+public:
+    PictureData() = default;
+    explicit PictureData(const ImportResult &result);
+
+    const ImportResult &result() const { return m_result; }
+
+    /// Box of everything; empty without drawable vertices.
+    const PictureBox &box() const { return m_box; }
+    const PictureBox &contourBox(int contour) const { return m_contourBoxes.at(contour); }
+    PictureBox objectBox(int object) const;
+    int objectOfContour(int contour) const { return m_objects.at(contour); }
+
+    const QPointF *begin(const ResultContour &contour) const
+    {
+        return m_result.vertices.constData() + contour.firstVertex;
+    }
+    const QPointF *end(const ResultContour &contour) const { return begin(contour) + contour.vertexCount; }
+
+    /// The contours whose box touches \a box, in ascending order.
+    QVector<int> contoursIn(const PictureBox &box) const { return m_index.find(box); }
+
+    /// The object at \a xy, or -1: a line or a point closer than \a tolerance; or else the smallest object that
+    /// contains it, where holes do not count; or else a border closer than \a tolerance. Metres.
+    int objectAt(const QPointF &xy, double tolerance) const;
+
+private:
+    struct Hit;
+
+    Hit hitOf(const QVector<int> &contours, const QPointF &xy) const;
+
+    ImportResult m_result;
+    PictureBox m_box;
+    QVector<PictureBox> m_contourBoxes;
+    QVector<int> m_objects; ///< of the contours
+    PictureIndex m_index;
+};

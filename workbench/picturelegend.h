@@ -1,0 +1,35 @@
+#pragma once
+
+#include "picturecolors.h"
+#include "picturemap.h"
+
+#include <QFont>
+#include <QString>
+
+class QPainter;
+
+/// The largest length of 1, 2 or 5 times a power of ten that is not above \a maxLength; 0 if there is none.
+double roundLength(double maxLength);
+
+/// A round length for people: "5 мм", "20 см", "100 м", "2 км".
+QString lengthText(double metres);
+
+/// What does not move with the picture: the directions of X and Y in the left corner, the scale bar in the right one.
+class PictureLegend
+{
+public:
+    PictureLegend(const PictureMap &map, const QFont &font);
+
+    QRectF axesRect() const;
+    QRectF scaleBarRect() const;
+
+    void draw(QPainter &painter, const PictureColors &colors) const;
+
+private:
+    void drawAxes(QPainter &painter) const;
+    void drawScaleBar(QPainter &painter) const;
+
+    PictureMap m_map;
+    QFont m_font;
+    double m_unit; ///< height of the font, pixels
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "picturemap.h"
+
+#include <vector>
+
+/// Lines in pixels: contours reduced to what can be seen.
+///
+/// A vertex closer than a tolerance to the one before it is left out, except the last. Parts beyond the clip rectangle
+/// are replaced by lines along its border; for a ring this changes nothing inside.
+class PictureOutline
+{
+public:
+    /// \a clip must be somewhat larger than what is shown, because lines follow its border.
+    PictureOutline(const PictureMap &map, const QRectF &clip);
+
+    /// In pixels, by default 0.5; 0 keeps all vertices.
+    void setTolerance(double tolerance) { m_tolerance = tolerance; }
+
+    void clear();
+
+    /// Appends a line for the vertices, in metres. It is empty if none of them can be drawn.
+    void append(const QPointF *begin, const QPointF *end);
+
+    int lineCount() const { return static_cast<int>(m_ends.size()); }
+    int pointCount() const { return static_cast<int>(m_points.size()); }
+    const QPointF *begin(int line) const { return m_points.data() + (line == 0 ? 0 : m_ends[line - 1]); }
+    const QPointF *end(int line) const { return m_points.data() + m_ends[line]; }
+
+private:
+    enum Side { Left = 1, Right = 2, Top = 4, Bottom = 8 };
+
+    int sidesOf(const QPointF &point) const;
+    void appendPoint(const QPointF &point);
+    void clipAt(Side side);
+    QPointF borderPoint(const QPointF &a, const QPointF &b, Side side) const;
+
+    PictureMap m_map;
+    QRectF m_clip;
+    double m_tolerance = 0.5;
+    std::vector<QPointF> m_points;
+    std::vector<QPointF> m_unclipped;
+    std::vector<int> m_ends;
+    int m_start = 0;       ///< of the current line
+    int m_sidesOfAll = 0;  ///< where points of the current line lie beyond the clip rectangle
+    int m_lastSides = 0;   ///< of the last point
+    int m_commonSides = 0; ///< of the last two points
+};
