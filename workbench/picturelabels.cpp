@@ -144,13 +144,17 @@ PictureLabels::PictureLabels(const PictureData &data, const PictureMap &map, con
 void PictureLabels::place(int currentObject)
 {
     QVector<Visible> objects;
-    for (const int contour : m_data.contoursIn(m_map.toMetres(m_map.rect()))) {
+    const QVector<int> contours = m_data.contoursIn(m_map.toMetres(m_map.rect()));
+    m_hasPoints = contours.size() <= maxPoints;
+    for (const int contour : contours) {
+        const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
+        if (isSmall && !m_hasPoints && m_data.objectOfContour(contour) != currentObject)
+            continue;
         const int object = m_data.objectOfContour(contour);
         if (objects.isEmpty() || objects.last().object != object)
             objects.append(Visible{object, {}});
         objects.last().contours.append(contour);
     }
-    m_hasPoints = objects.size() <= maxPoints;
     std::stable_partition(objects.begin(), objects.end(),
                           [currentObject](const Visible &visible) { return visible.object == currentObject; });
     const bool hasCurrent = !objects.isEmpty() && objects.first().object == currentObject;

@@ -21,12 +21,12 @@ constexpr double currentWidth = 2.5;
 constexpr int maxSmoothPoints = 20000; // of the current object; smoothing takes 3 µs a point
 
 /// Small contours are drawn lighter, so that a survey of many does not become black.
-double lineAlpha(double size)
+double lineOpacity(double size)
 {
     constexpr double smallest = 2;
     constexpr double full = 16;
-    constexpr double minAlpha = 0.35;
-    return std::clamp(minAlpha + (1 - minAlpha) * (size - smallest) / (full - smallest), minAlpha, 1.0);
+    constexpr double least = 0.35;
+    return std::clamp(least + (1 - least) * (size - smallest) / (full - smallest), least, 1.0);
 }
 
 QRectF clipRect(const PictureMap &map, double margin)
@@ -80,7 +80,6 @@ public:
 private:
     void paintContour(int index);
     void paintObject();
-    void paintLines(const PictureOutline &outline);
     void paintVertices(int index);
 
     const PictureData &m_data;
@@ -112,9 +111,7 @@ void ContourRaster::paintContour(int index)
     const PictureBox &box = m_data.contourBox(index);
     const double size = box.size() * m_map.scale / m_pixelRatio;
     if (size < dotSize) {
-        QColor color = m_colors.line;
-        color.setAlphaF(lineAlpha(size));
-        m_raster.dot(m_map.toPixels(box.center()), color);
+        m_raster.dot(m_map.toPixels(box.center()), m_colors.line, lineOpacity(size));
         return;
     }
     m_size = std::max(m_size, size);
@@ -126,18 +123,15 @@ void ContourRaster::paintContour(int index)
 void ContourRaster::paintObject()
 {
     m_raster.fill(m_rings, m_colors.fill);
-    paintLines(m_rings);
-    paintLines(m_lines);
+    for (const PictureOutline *outline : {&m_rings, &m_lines}) {
+        if (m_size < smallSize)
+            m_raster.strokeCoarsely(*outline, m_colors.line, lineOpacity(m_size));
+        else
+            m_raster.stroke(*outline, m_pixelRatio, m_colors.line, lineOpacity(m_size));
+    }
     m_rings.clear();
     m_lines.clear();
     m_size = 0;
-}
-
-void ContourRaster::paintLines(const PictureOutline &outline)
-{
-    QColor color = m_colors.line;
-    color.setAlphaF(lineAlpha(m_size));
-    m_raster.stroke(outline, m_pixelRatio, color);
 }
 
 void ContourRaster::paintVertices(int index)

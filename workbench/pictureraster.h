@@ -17,21 +17,25 @@ public:
     /// Fills the lines of \a outline by the odd-even rule. The border is not smoothed; a line over it is.
     void fill(const PictureOutline &outline, const QColor &color);
 
-    /// Draws the lines of \a outline, smoothed.
-    void stroke(const PictureOutline &outline, double width, const QColor &color);
+    /// Draws the lines of \a outline, smoothed. \a opacity: 0 to 1.
+    void stroke(const PictureOutline &outline, double width, const QColor &color, double opacity);
+
+    /// Draws the lines of \a outline a pixel wide and not smoothed, in a third of the time if they are short.
+    void strokeCoarsely(const PictureOutline &outline, const QColor &color, double opacity);
 
     /// Fills a smooth disc.
     void disc(const QPointF &center, double radius, const QColor &color);
 
     /// Blends one pixel.
-    void dot(const QPointF &point, const QColor &color);
+    void dot(const QPointF &point, const QColor &color, double opacity);
 
 private:
     void addCrossings(const QPointF &a, const QPointF &b);
     void strokeSegment(QPointF a, QPointF b, double width);
-    void cover(int start, int stride, int count, double begin, double end, double alpha);
+    void cover(int start, int stride, int count, int begin, int end, int alpha);
+    void blendAt(const QPointF &point);
     void blend(int x, int y, int alpha);
-    void setColor(const QColor &color);
+    void setColor(const QColor &color, double opacity);
 
     QRgb *m_pixels;
     int m_width;
