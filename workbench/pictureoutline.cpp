@@ -1,6 +1,11 @@
 #include "pictureoutline.h"
 
-PictureOutline::PictureOutline(const PictureMap &map, const QRectF &clip) : m_map(map), m_clip(clip) {}
+PictureOutline::PictureOutline(const PictureData &data, const PictureMap &map, const QRectF &clip)
+    : m_data(&data),
+      m_map(map),
+      m_clip(clip)
+{
+}
 
 void PictureOutline::clear()
 {
@@ -8,33 +13,47 @@ void PictureOutline::clear()
     m_ends.clear();
 }
 
-void PictureOutline::append(const QPointF *begin, const QPointF *end)
+void PictureOutline::append(const ResultContour &contour)
 {
     m_start = pointCount();
+    m_isLastLeftOut = false;
     m_sidesOfAll = m_lastSides = m_commonSides = 0;
-    QPointF last;
-    QPointF leftOut;
-    bool hasLeftOut = false;
-    for (const QPointF *xy = begin; xy != end; ++xy) {
-        if (!isDrawable(*xy))
-            continue;
-        const QPointF point = m_map.toPixels(*xy);
-        hasLeftOut = pointCount() > m_start && std::abs(point.x() - last.x()) < m_tolerance &&
-                     std::abs(point.y() - last.y()) < m_tolerance;
-        if (hasLeftOut) {
-            leftOut = point;
-            continue;
-        }
-        appendPoint(point);
-        last = point;
+    const QPointF *const vertices = m_data->result().vertices.constData();
+    const int end = contour.firstVertex + contour.vertexCount;
+    for (int i = contour.firstVertex; i < end; ++i) {
+        appendVertex(vertices[i]);
+        const bool beginsChunk = i % PictureData::chunkSize == 0 && i + PictureData::chunkSize <= end;
+        if (beginsChunk && isSkippable(m_data->chunkBox(i)))
+            i += PictureData::chunkSize - 2;
     }
-    if (hasLeftOut)
-        appendPoint(leftOut);
+    if (m_isLastLeftOut)
+        appendPoint(m_leftOut);
     for (const Side side : {Left, Right, Top, Bottom}) {
         if ((m_sidesOfAll & side) != 0)
             clipAt(side);
     }
     m_ends.push_back(pointCount());
+}
+
+/// Whether the first and the last vertex of a chunk stand for all of it.
+bool PictureOutline::isSkippable(const PictureBox &chunk) const
+{
+    const QPointF a = m_map.toPixels(QPointF(chunk.minX, chunk.minY));
+    const QPointF b = m_map.toPixels(QPointF(chunk.maxX, chunk.maxY));
+    const bool isSmall = std::abs(b.x() - a.x()) < m_tolerance && std::abs(b.y() - a.y()) < m_tolerance;
+    return chunk.isEmpty() || isSmall || (sidesOf(a) & sidesOf(b)) != 0;
+}
+
+void PictureOutline::appendVertex(const QPointF &xy)
+{
+    if (!isDrawable(xy))
+        return;
+    const QPointF point = m_map.toPixels(xy);
+    const QPointF last = pointCount() > m_start ? m_points.back() : QPointF(qInf(), qInf());
+    m_isLastLeftOut = std::abs(point.x() - last.x()) < m_tolerance && std::abs(point.y() - last.y()) < m_tolerance;
+    m_leftOut = point;
+    if (!m_isLastLeftOut)
+        appendPoint(point);
 }
 
 int PictureOutline::sidesOf(const QPointF &point) const
@@ -70,7 +89,8 @@ void PictureOutline::clipAt(Side side)
         if (!isBeyond)
             m_points.push_back(m_unclipped[i]);
     }
-    if (pointCount() > m_start && m_unclipped.front() == m_unclipped.back() && m_points.back() != m_points[m_start])
+    if (pointCount() > m_start && m_unclipped.front() == m_unclipped.back() &&
+        m_points.back() != m_points[static_cast<size_t>(m_start)])
         m_points.push_back(m_points[m_start]);
 }
 

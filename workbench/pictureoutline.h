@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picturemap.h"
+#include "picturedata.h"
 
 #include <vector>
 
@@ -11,16 +11,17 @@
 class PictureOutline
 {
 public:
-    /// \a clip must be somewhat larger than what is shown, because lines follow its border.
-    PictureOutline(const PictureMap &map, const QRectF &clip);
+    /// \a data must outlive this object. \a clip must be somewhat larger than what is shown, because lines follow its
+    /// border.
+    PictureOutline(const PictureData &data, const PictureMap &map, const QRectF &clip);
 
     /// In pixels, by default 0.5; 0 keeps all vertices.
     void setTolerance(double tolerance) { m_tolerance = tolerance; }
 
     void clear();
 
-    /// Appends a line for the vertices, in metres. It is empty if none of them can be drawn.
-    void append(const QPointF *begin, const QPointF *end);
+    /// Appends a line for a contour. It is empty if none of the vertices can be drawn.
+    void append(const ResultContour &contour);
 
     int lineCount() const { return static_cast<int>(m_ends.size()); }
     int pointCount() const { return static_cast<int>(m_points.size()); }
@@ -30,19 +31,26 @@ public:
 private:
     enum Side { Left = 1, Right = 2, Top = 4, Bottom = 8 };
 
+    bool isSkippable(const PictureBox &chunk) const;
     int sidesOf(const QPointF &point) const;
+    void appendVertex(const QPointF &xy);
     void appendPoint(const QPointF &point);
     void clipAt(Side side);
     QPointF borderPoint(const QPointF &a, const QPointF &b, Side side) const;
 
+    const PictureData *m_data;
     PictureMap m_map;
     QRectF m_clip;
     double m_tolerance = 0.5;
     std::vector<QPointF> m_points;
-    std::vector<QPointF> m_unclipped;
     std::vector<int> m_ends;
-    int m_start = 0;       ///< of the current line
-    int m_sidesOfAll = 0;  ///< where points of the current line lie beyond the clip rectangle
+    std::vector<QPointF> m_unclipped;
+
+    // The line that is being appended.
+    int m_start = 0;
+    QPointF m_leftOut; ///< the last vertex, if it has been left out
+    bool m_isLastLeftOut = false;
+    int m_sidesOfAll = 0;  ///< where points lie beyond the clip rectangle
     int m_lastSides = 0;   ///< of the last point
     int m_commonSides = 0; ///< of the last two points
 };

@@ -70,7 +70,7 @@ public:
           m_colors(colors),
           m_pixelRatio(pixelRatio),
           m_raster(image),
-          m_rings(map, clipRect(map, clipMargin * pixelRatio)),
+          m_rings(data, map, clipRect(map, clipMargin * pixelRatio)),
           m_lines(m_rings)
     {
     }
@@ -117,7 +117,7 @@ void ContourRaster::paintContour(int index)
     m_size = std::max(m_size, size);
     PictureOutline &outline = contour.isClosed ? m_rings : m_lines;
     outline.setTolerance(size < smallSize ? 1 : 0.5);
-    outline.append(m_data.begin(contour), m_data.end(contour));
+    outline.append(contour);
 }
 
 void ContourRaster::paintObject()
@@ -174,8 +174,8 @@ QImage PicturePainter::contourImage(double devicePixelRatio) const
 void PicturePainter::drawContours(QPainter &painter) const
 {
     const ImportResult &result = m_data.result();
-    PictureOutline rings(m_map, m_map.rect());
-    PictureOutline all(m_map, m_map.rect());
+    PictureOutline rings(m_data, m_map, m_map.rect());
+    PictureOutline all(m_data, m_map, m_map.rect());
     rings.setTolerance(0);
     all.setTolerance(0);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -186,7 +186,7 @@ void PicturePainter::drawContours(QPainter &painter) const
         for (int i = object.firstContour; i < object.firstContour + object.contourCount; ++i) {
             const ResultContour &contour = result.contours.at(i);
             if (contour.isClosed)
-                rings.append(m_data.begin(contour), m_data.end(contour));
+                rings.append(contour);
         }
         if (rings.pointCount() > 0)
             painter.drawPath(pathOf(rings));
@@ -195,7 +195,7 @@ void PicturePainter::drawContours(QPainter &painter) const
     painter.setPen(QPen(m_colors.line, 0.7));
     for (const ResultContour &contour : result.contours) {
         all.clear();
-        all.append(m_data.begin(contour), m_data.end(contour));
+        all.append(contour);
         drawPolylines(painter, all);
     }
     drawVertices(painter);
@@ -225,12 +225,12 @@ void PicturePainter::drawCurrentObject(QPainter &painter, int object) const
     if (box.isEmpty() || !box.touches(m_map.toMetres(clipRect(m_map, clipMargin))))
         return;
     const QRectF clip = clipRect(m_map, clipMargin);
-    PictureOutline rings(m_map, clip);
-    PictureOutline lines(m_map, clip);
+    PictureOutline rings(m_data, m_map, clip);
+    PictureOutline lines(m_data, m_map, clip);
     const ResultObject &o = m_data.result().objects.at(object);
     for (int i = o.firstContour; i < o.firstContour + o.contourCount; ++i) {
         const ResultContour &contour = m_data.result().contours.at(i);
-        (contour.isClosed ? rings : lines).append(m_data.begin(contour), m_data.end(contour));
+        (contour.isClosed ? rings : lines).append(contour);
     }
     painter.save();
     const bool isSmooth = rings.pointCount() + lines.pointCount() <= maxSmoothPoints;
