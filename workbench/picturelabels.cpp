@@ -10,16 +10,20 @@
 
 namespace {
 
-constexpr int maxLabels = 3000;      // as many as a screen has room for
-constexpr int maxPoints = 3000;      // single vertices in view, beyond which they are not labelled
-constexpr int maxTextLength = 500;   // read of a designation
-constexpr double maxNameWidth = 260; // pixels
+constexpr int maxLabels = 3000;    // as many as a screen has room for
+constexpr int maxPoints = 3000;    // contours in view, beyond which single vertices are not labelled
+constexpr int maxTextLength = 500; // read of a designation
+
+// Pixels.
+constexpr double maxNameWidth = 260;
+constexpr double minNameWidth = 60; // of an elided name
 constexpr double maxNumberWidth = 90;
-constexpr double minNameWidth = 60;  // pixels, of an elided name
-constexpr double minObjectSize = 24; // pixels, of a named object
-constexpr double minSpacing = 24;    // pixels between numbered vertices
+constexpr double minObjectSize = 24;   // of a named object
+constexpr double minSpacing = 18;      // between numbered vertices
+constexpr double minDenseSpacing = 50; // ... where there are many
 constexpr double minCurrentSpacing = 10;
-constexpr double gap = 4; // pixels between a vertex and its number
+constexpr double areaPerVertex = 2500; // of the picture; vertices are many if they have less
+constexpr double gap = 4;              // between a vertex and its number
 
 QString oneLine(const QString &text)
 {
@@ -146,6 +150,7 @@ void PictureLabels::place(int currentObject)
     QVector<Visible> objects;
     const QVector<int> contours = m_data.contoursIn(m_map.toMetres(m_map.rect()));
     m_hasPoints = contours.size() <= maxPoints;
+    m_minSpacing = isDense(contours) ? minDenseSpacing : minSpacing;
     for (const int contour : contours) {
         const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
         if (isSmall && !m_hasPoints && m_data.objectOfContour(contour) != currentObject)
@@ -169,6 +174,14 @@ void PictureLabels::place(int currentObject)
         placeNumbers(visible, false);
 }
 
+bool PictureLabels::isDense(const QVector<int> &contours) const
+{
+    double count = 0;
+    for (const int contour : contours)
+        count += m_data.result().contours.at(contour).vertexCount;
+    return count * areaPerVertex > m_map.size.width() * m_map.size.height();
+}
+
 void PictureLabels::placeName(const Visible &visible, bool isCurrent)
 {
     const QRectF pixels = m_map.toPixels(m_data.objectBox(visible.object));
@@ -185,10 +198,10 @@ void PictureLabels::placeName(const Visible &visible, bool isCurrent)
         const ResultContour &contour = m_data.result().contours.at(i);
         (contour.isClosed ? rings : lines).append(contour);
     }
-    if (rings.pointCount() > 0 && size >= minObjectSize)
-        placeInside(rings, label);
-    else
-        placeBeside(middleOfLongest(lines.pointCount() > 0 ? lines : rings), {1, -1}, label);
+    if (rings.pointCount() == 0 && lines.pointCount() > 0)
+        placeBeside(middleOfLongest(lines), {1, -1}, label);
+    else if (rings.pointCount() > 0 && !placeInside(rings, label) && isCurrent)
+        placeBeside(boundsOf(rings).topRight(), {1, -1}, label);
 }
 
 bool PictureLabels::placeInside(const PictureOutline &rings, PictureLabel label)
@@ -197,8 +210,7 @@ bool PictureLabels::placeInside(const PictureOutline &rings, PictureLabel label)
     const QString name = label.text;
     const double nameWidth = metrics.horizontalAdvance(name);
     for (const Interval &place : innerPlaces(rings, nameWidth)) {
-        const double room = label.isCurrent ? std::max(place.width, 2 * minNameWidth) : place.width;
-        const double width = std::min({nameWidth, room, maxNameWidth});
+        const double width = std::min({nameWidth, place.width, maxNameWidth});
         if (width < std::min(nameWidth, minNameWidth))
             return false;
         label.text = metrics.elidedText(name, Qt::ElideMiddle, std::ceil(width));
@@ -215,7 +227,7 @@ void PictureLabels::placeNumbers(const Visible &visible, bool isCurrent)
     for (const int i : visible.contours) {
         const ResultContour &contour = m_data.result().contours.at(i);
         const double spacing = vertexSpacing(contour, m_map.toPixels(m_data.contourBox(i)));
-        const bool isCrowded = spacing < (isCurrent ? minCurrentSpacing : minSpacing);
+        const bool isCrowded = spacing < (isCurrent ? minCurrentSpacing : m_minSpacing);
         if (!isCrowded && (contour.vertexCount > 1 || m_hasPoints))
             placeNumbers(contour, isCurrent);
     }

@@ -54,6 +54,7 @@ private:
         QVector<int> contours;
     };
 
+    bool isDense(const QVector<int> &contours) const;
     void placeName(const Visible &visible, bool isCurrent);
     void placeNumbers(const Visible &visible, bool isCurrent);
     void placeNumbers(const ResultContour &contour, bool isCurrent);
@@ -68,6 +69,7 @@ private:
     LabelSpace m_space;
     QHash<QPair<int, int>, QString> m_numberAt; ///< the number at a pixel, for corners that objects share
     QVector<PictureLabel> m_labels;
+    double m_minSpacing = 0; ///< pixels between numbered vertices
     bool m_hasPoints = true; ///< single vertices are labelled
 };
 

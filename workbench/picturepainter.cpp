@@ -11,9 +11,10 @@
 namespace {
 
 // Logical pixels.
-constexpr double clipMargin = 16; // lines follow the border of the clip rectangle, which must not be seen
-constexpr double dotSize = 1;     // of a contour that becomes a dot
-constexpr double smallSize = 6;   // of a contour that is drawn coarsely
+constexpr double clipMargin = 16;   // lines follow the border of the clip rectangle, which must not be seen
+constexpr double dotSize = 1;       // of a contour that becomes a dot
+constexpr double smallSize = 6;     // of a contour that is drawn coarsely
+constexpr double coarseShare = 0.6; // of the opacity: coarse lines look heavier
 constexpr double minMarkSpacing = 9;
 constexpr double markRadius = 1.8;
 constexpr double minCurrentSize = 10; // of an object that is found without a circle around it
@@ -125,7 +126,7 @@ void ContourRaster::paintObject()
     m_raster.fill(m_rings, m_colors.fill);
     for (const PictureOutline *outline : {&m_rings, &m_lines}) {
         if (m_size < smallSize)
-            m_raster.strokeCoarsely(*outline, m_colors.line, lineOpacity(m_size));
+            m_raster.strokeCoarsely(*outline, m_colors.line, coarseShare * lineOpacity(m_size));
         else
             m_raster.stroke(*outline, m_pixelRatio, m_colors.line, lineOpacity(m_size));
     }
