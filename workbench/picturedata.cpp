@@ -36,3 +36,19 @@ PictureBox PictureData::objectBox(int object) const
         box.add(m_contourBoxes.at(contour));
     return box;
 }
+
+int PictureData::vertexCount(const QVector<int> &contours, const PictureBox &view) const
+{
+    int count = 0;
+    for (const int i : contours) {
+        const ResultContour &contour = m_result.contours.at(i);
+        const int end = contour.firstVertex + contour.vertexCount;
+        for (int vertex = contour.firstVertex; vertex < end;) {
+            const int chunk = vertex / chunkSize * chunkSize;
+            const int next = std::min(end, chunk + chunkSize);
+            count += chunkBox(chunk).touches(view) ? next - vertex : 0;
+            vertex = next;
+        }
+    }
+    return count;
+}

@@ -32,6 +32,9 @@ public:
     /// The contours whose box touches \a box, in ascending order.
     QVector<int> contoursIn(const PictureBox &box) const { return m_index.find(box); }
 
+    /// The vertices of \a contours in \a view; those of whole chunks, so some may be a bit outside.
+    int vertexCount(const QVector<int> &contours, const PictureBox &view) const;
+
     /// The object at \a xy, or -1: a line or a point closer than \a tolerance; or else the smallest object that
     /// contains it, where holes do not count; or else a border closer than \a tolerance. Metres.
     int objectAt(const QPointF &xy, double tolerance) const;

@@ -18,8 +18,9 @@ constexpr double pngPixelRatio = 1.5; // of fonts and lines
 constexpr double svgWidth = 1600;
 constexpr double minAspect = 0.4; // height to width
 constexpr double maxAspect = 1.4;
-constexpr int fontHeight = 13;    // pixels
-constexpr int dotsPerInch = 96;   // of a PDF
+constexpr int fontHeight = 13; // pixels
+constexpr double legendHeight = 60;
+constexpr int dotsPerInch = 96;   // of SVG and PDF
 constexpr double pageMargin = 10; // of a PDF, millimetres
 constexpr double fittedPart = 0.92;
 
@@ -38,19 +39,23 @@ QString titleOf(const PictureData &data)
     return table.isEmpty() ? QStringLiteral("Объекты") : table;
 }
 
-/// A size for all of \a data with some room around it, as wide as given.
+/// A size for all of \a data, as wide as given.
 QSizeF sizeFor(const PictureData &data, const PictureMap &map, double width)
 {
     const double right = map.hasSurveyAxes ? data.box().height() : data.box().width();
     const double up = map.hasSurveyAxes ? data.box().width() : data.box().height();
     const double aspect = right > 0 ? up / right : maxAspect;
-    return {width, std::round(width * std::clamp(aspect, minAspect, maxAspect))};
+    return {width, std::round(width * std::clamp(aspect, minAspect, maxAspect)) + legendHeight};
 }
 
+/// Fits \a data above the legend, which would cover vertices.
 PicturePainter painterFor(const PictureData &data, PictureMap &map, const QSizeF &size)
 {
-    map.size = size;
+    map.size = size - QSizeF(0, legendHeight);
     map.fit(data.box(), fittedPart);
+    const QPointF middle = map.rect().center();
+    map.size = size;
+    map.moveTo(data.box().center(), middle);
     return {data, map, PictureColors::ofPaper(), exportFont()};
 }
 
@@ -74,6 +79,7 @@ QByteArray svgOf(const PictureData &data, PictureMap map)
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
     generator.setTitle(titleOf(data));
+    generator.setResolution(dotsPerInch);
     generator.setSize(map.size.toSize());
     generator.setViewBox(map.rect());
     QPainter painter(&generator);

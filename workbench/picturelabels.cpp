@@ -22,8 +22,8 @@ constexpr double minObjectSize = 24;   // of a named object
 constexpr double minSpacing = 18;      // between numbered vertices
 constexpr double minDenseSpacing = 50; // ... where there are many
 constexpr double minCurrentSpacing = 10;
-constexpr double areaPerVertex = 2500; // of the picture; vertices are many if they have less
-constexpr double gap = 4;              // between a vertex and its number
+constexpr double minArea = 2500; // of the picture for each vertex, otherwise there are many
+constexpr double gap = 4;        // between a vertex and its number
 
 QString oneLine(const QString &text)
 {
@@ -148,9 +148,11 @@ PictureLabels::PictureLabels(const PictureData &data, const PictureMap &map, con
 void PictureLabels::place(int currentObject)
 {
     QVector<Visible> objects;
-    const QVector<int> contours = m_data.contoursIn(m_map.toMetres(m_map.rect()));
+    const PictureBox view = m_map.toMetres(m_map.rect());
+    const QVector<int> contours = m_data.contoursIn(view);
+    const double area = m_map.size.width() * m_map.size.height() / std::max(1, m_data.vertexCount(contours, view));
     m_hasPoints = contours.size() <= maxPoints;
-    m_minSpacing = isDense(contours) ? minDenseSpacing : minSpacing;
+    m_minSpacing = area < minArea ? minDenseSpacing : minSpacing;
     for (const int contour : contours) {
         const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
         if (isSmall && !m_hasPoints && m_data.objectOfContour(contour) != currentObject)
@@ -172,14 +174,6 @@ void PictureLabels::place(int currentObject)
         placeName(visible, false);
     for (const Visible &visible : qAsConst(objects))
         placeNumbers(visible, false);
-}
-
-bool PictureLabels::isDense(const QVector<int> &contours) const
-{
-    double count = 0;
-    for (const int contour : contours)
-        count += m_data.result().contours.at(contour).vertexCount;
-    return count * areaPerVertex > m_map.size.width() * m_map.size.height();
 }
 
 void PictureLabels::placeName(const Visible &visible, bool isCurrent)

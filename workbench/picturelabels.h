@@ -54,7 +54,6 @@ private:
         QVector<int> contours;
     };
 
-    bool isDense(const QVector<int> &contours) const;
     void placeName(const Visible &visible, bool isCurrent);
     void placeNumbers(const Visible &visible, bool isCurrent);
     void placeNumbers(const ResultContour &contour, bool isCurrent);

@@ -16,6 +16,7 @@ constexpr double dotSize = 1;       // of a contour that becomes a dot
 constexpr double smallSize = 6;     // of a contour that is drawn coarsely
 constexpr double coarseShare = 0.6; // of the opacity: coarse lines look heavier
 constexpr double minMarkSpacing = 9;
+constexpr double minMarkArea = 80; // of the picture for each vertex
 constexpr double markRadius = 1.8;
 constexpr double minCurrentSize = 10; // of an object that is found without a circle around it
 constexpr double currentWidth = 2.5;
@@ -95,13 +96,17 @@ private:
 
 void ContourRaster::paint()
 {
-    const QVector<int> contours = m_data.contoursIn(m_map.toMetres(clipRect(m_map, clipMargin * m_pixelRatio)));
+    const PictureBox view = m_map.toMetres(clipRect(m_map, clipMargin * m_pixelRatio));
+    const QVector<int> contours = m_data.contoursIn(view);
     for (int i = 0; i < contours.size(); ++i) {
         paintContour(contours.at(i));
         const bool isLast = i + 1 == contours.size();
         if (isLast || m_data.objectOfContour(contours.at(i)) != m_data.objectOfContour(contours.at(i + 1)))
             paintObject();
     }
+    const double area = m_map.size.width() * m_map.size.height() / (m_pixelRatio * m_pixelRatio);
+    if (area / std::max(1, m_data.vertexCount(contours, view)) < minMarkArea)
+        return;
     for (const int contour : contours)
         paintVertices(contour);
 }
@@ -207,7 +212,6 @@ void PicturePainter::drawVertices(QPainter &painter) const
     const ImportResult &result = m_data.result();
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.line);
-    QPainterPath marks;
     for (int i = 0; i < result.contours.size(); ++i) {
         const ResultContour &contour = result.contours.at(i);
         if (m_data.contourBox(i).isEmpty() ||
