@@ -5,7 +5,7 @@
 //
 // Runs on the platform "offscreen" and prints a Markdown table to standard output; --markdown changes nothing.
 
-#include "formatbounds.h"
+#include "actiontable.h"
 #include "machine.h"
 #include "viewtesting.h"
 
@@ -16,7 +16,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <functional>
 #include <random>
 
@@ -26,19 +25,8 @@ constexpr int count = 100000;
 constexpr int verticesInResult = 10; // of each object
 constexpr int bigObjectRow = 1;      // row of the big object in the list
 
-// Name of the counter that holds the measured value: milliseconds or a ratio.
-const char *const measured = "measured";
-
-/// An upper bound of a measured value.
-struct Bound
-{
-    const char *name;
-    const char *title; ///< in the table
-    double max;        ///< 0 if unbounded
-};
-
 // In the order of the table.
-const Bound bounds[] = {
+const QVector<Bound> bounds{
     {"list/show", "показать список 100 000 объектов, мс", 600},
     {"list/rename", "переименовать объект в нём, мс", 600},
     {"list/select", "выбрать объект в нём, мс", 30},
@@ -52,15 +40,6 @@ const Bound bounds[] = {
     {"result/8_columns", "то же, 8 столбцов с полями", 0.2},
     {"result/memory", "память для результата к его тексту", 1.1},
 };
-
-/// Processor time of \a action in milliseconds. Unlike wall-clock time it does not depend on other processes, and it
-/// misses nothing because no action waits.
-double timeOf(const std::function<void()> &action)
-{
-    const double begin = processorSeconds();
-    action();
-    return (processorSeconds() - begin) * 1000;
-}
 
 DefPolygon bigObject()
 {
@@ -320,66 +299,20 @@ double resultMemory()
     return (peakMemory() - before) / (static_cast<double>(document.size()) * sizeof(QChar));
 }
 
-/// Collects the medians and prints them with their bounds.
-class Table : public benchmark::BenchmarkReporter
-{
-public:
-    bool ReportContext(const Context & /*context*/) override { return true; }
-
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            const auto value = run.counters.find(measured);
-            if (run.aggregate_name == "median" && value != run.counters.end())
-                m_medians.insert(QString::fromStdString(run.run_name.function_name), value->second.value);
-        }
-    }
-
-    void Finalize() override
-    {
-        std::puts("| Действие | Медиана |\n|---|---:|");
-        for (const Bound &bound : bounds) {
-            const auto median = m_medians.constFind(QString::fromLatin1(bound.name));
-            if (median != m_medians.constEnd())
-                std::printf("| %s | %s |\n", bound.title, qPrintable(textOf(*median, bound)));
-        }
-    }
-
-private:
-    static QString textOf(double median, const Bound &bound)
-    {
-        return bound.max > 0 ? atMost(median, bound.max) : russianNumber(median, 2);
-    }
-
-    QMap<QString, double> m_medians;
-};
-
-void add(const char *name, const std::function<double()> &measure)
-{
-    benchmark::RegisterBenchmark(name,
-                                 [measure](benchmark::State &state) {
-                                     for (const auto _ : state)
-                                         state.counters[measured] = measure();
-                                 })
-        ->Iterations(1)
-        ->Repetitions(9)
-        ->ReportAggregatesOnly(true);
-}
-
 void addAll()
 {
-    add("list/show", showList);
-    add("list/rename", renameObject);
-    add("list/select", selectObject);
-    add("list/scroll", scrollList);
-    add("table/show", showTable);
-    add("table/rename", renameVertex);
-    add("table/select", selectBigObject);
-    add("table/scroll", scrollTable);
-    add("sort", sortShuffled);
-    add("result/3_columns", [] { return resultRatio(resultOf<3>()); });
-    add("result/8_columns", [] { return resultRatio(resultOf<8>()); });
-    add("result/memory", resultMemory);
+    addAction("list/show", showList);
+    addAction("list/rename", renameObject);
+    addAction("list/select", selectObject);
+    addAction("list/scroll", scrollList);
+    addAction("table/show", showTable);
+    addAction("table/rename", renameVertex);
+    addAction("table/select", selectBigObject);
+    addAction("table/scroll", scrollTable);
+    addAction("sort", sortShuffled);
+    addAction("result/3_columns", [] { return resultRatio(resultOf<3>()); });
+    addAction("result/8_columns", [] { return resultRatio(resultOf<8>()); });
+    addAction("result/memory", resultMemory);
 }
 
 } // namespace
@@ -392,7 +325,7 @@ int main(int argc, char *argv[])
     static const SettingsSandbox settings;
     benchmark::Initialize(&argc, argv);
     addAll();
-    Table table;
+    ActionTable table(bounds);
     benchmark::RunSpecifiedBenchmarks(&table);
     return 0;
 }

@@ -1,0 +1,244 @@
+// Measures the workbench with a million vertices, in 100,000 objects and in a single one, and compares the figures with
+// bounds.
+//
+//     workbench_bench [--markdown] [--benchmark_filter=...]
+//
+// Runs on the platform "offscreen" and prints a Markdown table to standard output; --markdown changes nothing.
+
+#include "actiontable.h"
+#include "machine.h"
+#include "pictureview.h"
+#include "resultreader.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+
+constexpr int rowCount = 250; // of parcels
+constexpr int columnCount = 400;
+constexpr int verticesOfSide = 9; // of the long sides of a parcel, together; the last vertex repeats the first
+constexpr int vertexCount = 1000000;
+constexpr double pi = 3.14159265358979323846;
+
+// In the order of the table.
+const QVector<Bound> bounds{
+    {"read", "прочитать результат, 1 млн вершин в 100 000 объектов, мс", 2000},
+    {"all/show", "показать их на рисунке, мс", 500},
+    {"all/zoom", "увеличить или уменьшить, когда видно всё, мс", 50},
+    {"all/pan", "сдвинуть, когда видно всё, мс", 50},
+    {"some/zoom", "увеличить или уменьшить, когда видна сотая часть, мс", 50},
+    {"some/pan", "сдвинуть, когда видна сотая часть, мс", 50},
+    {"names/pan", "сдвинуть, когда видны номера и обозначения, мс", 50},
+    {"select", "выделить объект, мс", 50},
+    {"big/show", "показать один объект, 1 млн вершин, мс", 500},
+    {"big/zoom", "увеличить или уменьшить его, мс", 50},
+    {"big/pan", "сдвинуть его, мс", 50},
+    {"memory", "наибольшая память всего процесса вместе с текстом результата, МБ", 1200},
+};
+
+void appendCell(QString &text, const QString &indent, const QString &cell)
+{
+    text += indent + QStringLiteral("<Cell>%1</Cell>\n").arg(cell);
+}
+
+void appendVertex(QString &text, int number, const QPointF &xy)
+{
+    const QString indent = QStringLiteral("                ");
+    text += QStringLiteral("            <Row>\n");
+    appendCell(text, indent, QStringLiteral("н%1").arg(number));
+    appendCell(text, indent, QString::number(xy.x(), 'f', 2));
+    appendCell(text, indent, QString::number(xy.y(), 'f', 2));
+    text += QStringLiteral("            </Row>\n");
+}
+
+/// A corner of the mosaic; neighbours share it.
+QPointF corner(int row, int column)
+{
+    const double jitter = (row * 7919 + column * 104729) % 1000 / 100.0;
+    return {500000 + row * 48 + jitter, 2200000 + column * 30 + jitter};
+}
+
+void appendParcel(QString &text, int row, int column)
+{
+    const int number = (row * columnCount + column) * (verticesOfSide + 1);
+    text += QStringLiteral("    <Row>\n");
+    appendCell(text, QStringLiteral("        "),
+               QStringLiteral("50:21:%1:%2").arg(row, 7, 10, QLatin1Char('0')).arg(column));
+    text += QStringLiteral("        <FormTable Name=\"Координаты\">\n");
+    for (int i = 0; i <= verticesOfSide; ++i) {
+        // Up one side and down the other.
+        const int side = i % verticesOfSide;
+        const bool isUp = side < 5;
+        const double part = isUp ? side / 4.0 : (verticesOfSide - 1 - side) / 3.0;
+        const QPointF from = corner(row, column + (isUp ? 0 : 1));
+        const QPointF to = corner(row + 1, column + (isUp ? 0 : 1));
+        appendVertex(text, number + side, from + (to - from) * part);
+    }
+    text += QStringLiteral("        </FormTable>\n    </Row>\n");
+}
+
+/// A result of a million vertices, as the plug-in writes it.
+const QString &resultText()
+{
+    static const QString text = [] {
+        QString document;
+        document.reserve(170000000);
+        document += QStringLiteral("<FormTable Name=\"Участки\">\n");
+        for (int row = 0; row < rowCount; ++row) {
+            for (int column = 0; column < columnCount; ++column)
+                appendParcel(document, row, column);
+        }
+        return document + QStringLiteral("</FormTable>\n");
+    }();
+    return text;
+}
+
+ImportResult readResult()
+{
+    GeometryInfo columns{};
+    columns.xColNum = 1;
+    columns.yColNum = 2;
+    ResultReader reader(columns);
+    if (!reader.read(resultText()))
+        qFatal("%s", qPrintable(reader.error()));
+    return reader.result();
+}
+
+const ImportResult &manyObjects()
+{
+    static const ImportResult result = readResult();
+    return result;
+}
+
+/// A ring with a coastline's detail.
+ImportResult bigObject()
+{
+    ImportResult result;
+    for (int i = 0; i < vertexCount; ++i) {
+        const double angle = 2 * pi * (i % (vertexCount - 1)) / (vertexCount - 1);
+        const double radius = 5000 + 300 * std::sin(40 * angle) + 5 * std::sin(1e5 * angle) + i % 7 / 10.0;
+        const QPointF xy(1e6 + radius * std::cos(angle), 2e6 + radius * std::sin(angle));
+        result.appendVertex(xy, QByteArray::number(i) + '\0');
+    }
+    result.vertices.last() = result.vertices.first();
+    result.contours.append({0, vertexCount, true});
+    result.objects.append({QStringLiteral("берег"), 0, 1, 0, vertexCount});
+    return result;
+}
+
+/// A visible picture.
+class PictureFixture
+{
+public:
+    explicit PictureFixture(const ImportResult &result)
+    {
+        view.resize(1200, 800);
+        view.show();
+        QCoreApplication::processEvents();
+        view.setResult(result);
+        view.viewport()->repaint();
+    }
+
+    double zoom(int steps)
+    {
+        const QPointF middle(610, 390);
+        QWheelEvent event(middle, middle, QPoint(), QPoint(0, 120 * steps), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        return timeToPaint([&] { QCoreApplication::sendEvent(view.viewport(), &event); });
+    }
+
+    double pan(Qt::Key key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        return timeToPaint([&] { QCoreApplication::sendEvent(&view, &event); });
+    }
+
+    double timeToPaint(const std::function<void()> &action)
+    {
+        return timeOf([&] {
+            action();
+            view.viewport()->repaint();
+        });
+    }
+
+    PictureView view;
+};
+
+// Never deleted: a view cannot outlive Qt's own static objects.
+PictureFixture &manyFixture()
+{
+    static auto *const fixture = new PictureFixture(manyObjects());
+    return *fixture;
+}
+
+PictureFixture &bigFixture()
+{
+    static auto *const fixture = new PictureFixture(bigObject());
+    return *fixture;
+}
+
+double show(PictureFixture &fixture, const ImportResult &result)
+{
+    return fixture.timeToPaint([&] { fixture.view.setResult(result); });
+}
+
+/// Zooms alternately in and out, \a steps from where all is in view.
+double zoom(PictureFixture &fixture, int steps)
+{
+    static bool isIn = false;
+    isIn = !isIn;
+    fixture.view.fit();
+    fixture.zoom(isIn ? steps : steps + 1);
+    return fixture.zoom(isIn ? 1 : -1);
+}
+
+double pan(PictureFixture &fixture, int steps)
+{
+    static bool isLeft = false;
+    isLeft = !isLeft;
+    fixture.view.fit();
+    fixture.zoom(steps);
+    return fixture.pan(isLeft ? Qt::Key_Left : Qt::Key_Up);
+}
+
+double selectObject()
+{
+    static int object = 0;
+    manyFixture().view.fit();
+    manyFixture().view.viewport()->repaint();
+    object += 11003;
+    return manyFixture().timeToPaint([] { manyFixture().view.setCurrentObject(object % (rowCount * columnCount)); });
+}
+
+void addAll()
+{
+    addAction("read", [] { return timeOf([] { readResult(); }); });
+    addAction("all/show", [] { return show(manyFixture(), manyObjects()); });
+    addAction("all/zoom", [] { return zoom(manyFixture(), 0); });
+    addAction("all/pan", [] { return pan(manyFixture(), 0); });
+    addAction("some/zoom", [] { return zoom(manyFixture(), 10); });
+    addAction("some/pan", [] { return pan(manyFixture(), 10); });
+    addAction("names/pan", [] { return pan(manyFixture(), 17); });
+    addAction("select", selectObject);
+    addAction("memory", [] { return peakMemory() / 1e6; });
+    addAction("big/show", [] { return show(bigFixture(), bigObject()); });
+    addAction("big/zoom", [] { return zoom(bigFixture(), 0); });
+    addAction("big/pan", [] { return pan(bigFixture(), 0); });
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    addAll();
+    ActionTable table(bounds);
+    benchmark::RunSpecifiedBenchmarks(&table);
+    return 0;
+}
