@@ -45,16 +45,16 @@ QString lengthText(double metres)
 {
     const QLocale locale(QLocale::Russian, QLocale::Russia);
     const auto text = [&locale](double value, const QString &unit) {
-        // Rounded to 6 digits, because 0.002 * 1000 is not exactly 2.
-        return QStringLiteral("%1 %2").arg(locale.toString(value, 'g', 6), unit);
+        // Six digits, because 0.002 * 1000 is not exactly 2; no exponent for a number of 13 digits.
+        const QString number = value < 1e6 ? locale.toString(value, 'g', 6) : locale.toString(value, 'f', 0);
+        return QStringLiteral("%1 %2").arg(number, unit);
     };
-    if (metres >= 1e9)
-        return text(metres / 1000, QStringLiteral("км"));
+    constexpr double rounding = 1 - 1e-9;
     if (metres >= 1000)
-        return QStringLiteral("%1 км").arg(locale.toString(qRound(metres / 1000)));
+        return text(metres / 1000, QStringLiteral("км"));
     if (metres >= 1)
         return text(metres, QStringLiteral("м"));
-    if (metres >= 0.01 * (1 - 1e-9))
+    if (metres >= 0.01 * rounding)
         return text(metres * 100, QStringLiteral("см"));
     return text(metres * 1000, QStringLiteral("мм"));
 }
