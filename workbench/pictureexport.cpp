@@ -78,7 +78,7 @@ QByteArray svgOf(const PictureData &data, PictureMap map)
     QBuffer buffer;
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
-    generator.setTitle(titleOf(data));
+    generator.setTitle(titleOf(data).toHtmlEscaped()); // written literally
     generator.setResolution(dotsPerInch);
     generator.setSize(map.size.toSize());
     generator.setViewBox(map.rect());

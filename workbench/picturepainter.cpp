@@ -254,6 +254,8 @@ void PicturePainter::drawCurrentObject(QPainter &painter, int object) const
 
 void PicturePainter::drawLabels(QPainter &painter, int currentObject) const
 {
+    if (m_data.box().isEmpty())
+        return;
     const PictureLegend legend(m_map, m_font);
     PictureLabels labels(m_data, m_map, m_font);
     labels.avoid(legend.axesRect());

@@ -119,6 +119,12 @@ void PictureView::click(const QPointF &pixels)
     Q_EMIT objectClicked(object);
 }
 
+void PictureView::emitPointerMoved(const QPointF &pixels)
+{
+    if (!m_data.box().isEmpty())
+        Q_EMIT pointerMoved(m_map.toMetres(pixels));
+}
+
 void PictureView::drawBackground(QPainter *painter, const QRectF & /*rect*/)
 {
     const PicturePainter picture(m_data, m_map, PictureColors::of(palette()), font());
@@ -146,7 +152,7 @@ void PictureView::mouseMoveEvent(QMouseEvent *event)
         viewport()->setCursor(Qt::ClosedHandCursor);
         pan(distance);
     }
-    Q_EMIT pointerMoved(m_map.toMetres(event->pos()));
+    emitPointerMoved(event->pos());
 }
 
 void PictureView::mouseReleaseEvent(QMouseEvent *event)
@@ -168,7 +174,7 @@ void PictureView::mouseDoubleClickEvent(QMouseEvent *event)
 void PictureView::wheelEvent(QWheelEvent *event)
 {
     zoom(std::pow(zoomStep, event->angleDelta().y() / wheelStep), event->position());
-    Q_EMIT pointerMoved(m_map.toMetres(event->position()));
+    emitPointerMoved(event->position());
     event->accept();
 }
 

@@ -40,7 +40,7 @@ public:
 
 Q_SIGNALS:
     void objectClicked(int object);       ///< -1: beside all objects
-    void pointerMoved(const QPointF &xy); ///< X (north) and Y (east) at the pointer, metres
+    void pointerMoved(const QPointF &xy); ///< X (north) and Y (east) at the pointer, metres; not without vertices
 
 protected:
     void drawBackground(QPainter *painter, const QRectF &rect) override;
@@ -58,6 +58,7 @@ private:
     void zoom(double factor, const QPointF &pixels);
     void showObject(int object);
     void click(const QPointF &pixels);
+    void emitPointerMoved(const QPointF &pixels);
     void repaintContours();
 
     PictureData m_data;
