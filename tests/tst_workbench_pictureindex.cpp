@@ -72,6 +72,7 @@ void tst_WorkbenchPictureIndex::bordersTouch()
 
     QCOMPARE(index.find({1, 1, 2, 2}), QVector<int>{0});
     QCOMPARE(index.find({1, 1, 1, 1}), QVector<int>{0});
+    QCOMPARE(index.find({-1, -1, 0, 0}), QVector<int>{0});
     QCOMPARE(index.find({1.001, 0, 2, 2}), QVector<int>());
 }
 

@@ -18,12 +18,14 @@ private Q_SLOTS:
     void labelsDoNotOverlap();
     void verticesAreNumberedAndObjectsNamed();
     void ringsClosingVertexHasNoNumber();
+    void closingVertexWithAnotherNumberHasIt();
     void sharedCornerIsNumberedOnce();
     void nameIsInsideOfItsObject_data();
     void nameIsInsideOfItsObject();
     void smallObjectsHaveNoLabels();
     void currentObjectComesFirst();
     void longNameIsElided();
+    void shortRestOfANameIsNotShown();
     void lineBreaksAreSpaces();
     void whatCannotBeDrawnHasNoLabel();
 };
@@ -119,6 +121,21 @@ void tst_WorkbenchPictureLabels::ringsClosingVertexHasNoNumber()
              (QStringList{QStringLiteral("н1"), QStringLiteral("н2"), QStringLiteral("н3"), QStringLiteral("н4")}));
 }
 
+void tst_WorkbenchPictureLabels::closingVertexWithAnotherNumberHasIt()
+{
+    ImportResult result;
+    for (const QPointF &xy : square(100, 100, 200))
+        result.appendVertex(xy, QByteArray::number(result.vertices.size() + 1) + '\0');
+    result.contours.append({0, 5, true});
+    result.objects.append({QString(), 0, 1, 0, 5});
+    const PictureData data(result);
+    PictureLabels labels(data, map, QFont());
+
+    labels.place(-1);
+
+    QCOMPARE(textsOf(labels.labels()).join(QLatin1Char(' ')), QStringLiteral("1 2 3 4 5"));
+}
+
 void tst_WorkbenchPictureLabels::sharedCornerIsNumberedOnce()
 {
     const QPointF corner(300, 300);
@@ -198,6 +215,14 @@ void tst_WorkbenchPictureLabels::longNameIsElided()
     QVERIFY(labels.first().text.contains(QChar(0x2026)));
     QVERIFY(labels.first().rect.width() <= 265);
     QVERIFY(labels.first().rect.width() > 200);
+}
+
+void tst_WorkbenchPictureLabels::shortRestOfANameIsNotShown()
+{
+    const QString name = QStringLiteral("50:21:0010203:1234567890");
+
+    for (const PictureLabel &label : placed({{name, {square(100, 100, 60)}}}))
+        QVERIFY(!label.isName);
 }
 
 void tst_WorkbenchPictureLabels::lineBreaksAreSpaces()

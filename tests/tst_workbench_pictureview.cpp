@@ -24,6 +24,7 @@ private Q_SLOTS:
     void wheelKeepsThePointUnderThePointer();
     void zoomIsLimited();
     void dragPansAndDoesNotSelect();
+    void pictureFollows();
     void arrowKeysPan();
     void fitShowsAll_data();
     void fitShowsAll();
@@ -184,6 +185,30 @@ void tst_WorkbenchPictureView::dragPansAndDoesNotSelect()
     QCOMPARE(m_view->map().scale, scale);
     QCOMPARE(clicks.count(), 0);
     QCOMPARE(m_view->currentObject(), -1);
+}
+
+void tst_WorkbenchPictureView::pictureFollows()
+{
+    const auto colorAt = [this](const QPointF &xy) { return viewport()->grab().toImage().pixelColor(pixel(xy)); };
+    const QPointF inside(1030, 2030);
+    const QColor filled = colorAt(inside);
+    const QPoint old = pixel(inside);
+    QVERIFY(filled != colorAt({1300, 2300}));
+
+    drag(old, old + QPoint(200, 100));
+    QCOMPARE(colorAt(inside), filled);
+    wheel(pixel(inside), 3);
+    QCOMPARE(colorAt(inside), filled);
+    m_view->fit();
+    QCOMPARE(colorAt(inside), filled);
+    m_view->setHasSurveyAxes(false);
+    QCOMPARE(colorAt(inside), filled);
+    m_view->setCurrentObject(Parcel);
+    QVERIFY(colorAt(inside) != filled);
+    QPalette dark = m_view->palette();
+    dark.setColor(QPalette::Base, Qt::black);
+    m_view->setPalette(dark);
+    QVERIFY(colorAt({1300, 2300}) == QColor(Qt::black));
 }
 
 void tst_WorkbenchPictureView::arrowKeysPan()

@@ -16,13 +16,14 @@ constexpr int maxTextLength = 500; // read of a designation
 
 // Pixels.
 constexpr double maxNameWidth = 260;
-constexpr double minNameWidth = 60; // of an elided name
+constexpr double minNameWidth = 110; // of an elided name
 constexpr double maxNumberWidth = 90;
 constexpr double minObjectSize = 24;   // of a named object
 constexpr double minSpacing = 18;      // between numbered vertices
 constexpr double minDenseSpacing = 50; // ... where there are many
 constexpr double minCurrentSpacing = 10;
 constexpr double minArea = 2500; // of the picture for each vertex, otherwise there are many
+constexpr double circleRoom = 8; // beside a current object that is marked with a circle
 constexpr double gap = 4;        // between a vertex and its number
 
 QString oneLine(const QString &text)
@@ -69,7 +70,7 @@ QRectF boundsOf(const PictureOutline &outline)
     return box.isEmpty() ? QRectF() : QRectF(box.minX, box.minY, box.width(), box.height());
 }
 
-/// Inner places for a name, best first: those that are as wide as the name, from the middle outwards, then wide ones.
+/// Inner places for a name, best first: those that are as wide as the name, then others; the middle before the rest.
 QVector<Interval> innerPlaces(const PictureOutline &rings, double nameWidth)
 {
     const QRectF bounds = boundsOf(rings);
@@ -77,7 +78,7 @@ QVector<Interval> innerPlaces(const PictureOutline &rings, double nameWidth)
     for (const double part : {0.5, 0.35, 0.65, 0.2, 0.8})
         places += intervalsAt(rings, bounds.top() + part * bounds.height());
     std::stable_sort(places.begin(), places.end(), [nameWidth](const Interval &a, const Interval &b) {
-        return std::min(a.width, nameWidth) > std::min(b.width, nameWidth);
+        return a.width >= nameWidth && b.width < nameWidth;
     });
     return places;
 }
@@ -183,6 +184,8 @@ void PictureLabels::placeName(const Visible &visible, bool isCurrent)
     const bool isPoint = size == 0 && m_hasPoints;
     if ((size < minObjectSize && !isCurrent && !isPoint) || m_labels.size() >= maxLabels)
         return;
+    // Room for the circle around a small current object.
+    const QPointF beside = isCurrent && size < minObjectSize ? QPointF(circleRoom, -circleRoom) : QPointF();
     const PictureLabel label{{}, oneLine(m_data.result().objects.at(visible.object).def), true, isCurrent};
     if (label.text.isEmpty())
         return;
@@ -193,9 +196,9 @@ void PictureLabels::placeName(const Visible &visible, bool isCurrent)
         (contour.isClosed ? rings : lines).append(contour);
     }
     if (rings.pointCount() == 0 && lines.pointCount() > 0)
-        placeBeside(middleOfLongest(lines), {1, -1}, label);
+        placeBeside(middleOfLongest(lines) + beside, {1, -1}, label);
     else if (rings.pointCount() > 0 && !placeInside(rings, label) && isCurrent)
-        placeBeside(boundsOf(rings).topRight(), {1, -1}, label);
+        placeBeside(boundsOf(rings).topRight() + beside, {1, -1}, label);
 }
 
 bool PictureLabels::placeInside(const PictureOutline &rings, PictureLabel label)
@@ -206,7 +209,7 @@ bool PictureLabels::placeInside(const PictureOutline &rings, PictureLabel label)
     for (const Interval &place : innerPlaces(rings, nameWidth)) {
         const double width = std::min({nameWidth, place.width, maxNameWidth});
         if (width < std::min(nameWidth, minNameWidth))
-            return false;
+            continue;
         label.text = metrics.elidedText(name, Qt::ElideMiddle, std::ceil(width));
         const QSizeF size = metrics.size(Qt::TextSingleLine, label.text);
         label.rect = QRectF(place.middle - QPointF(size.width() / 2, size.height() / 2), size);
@@ -229,10 +232,11 @@ void PictureLabels::placeNumbers(const Visible &visible, bool isCurrent)
 
 void PictureLabels::placeNumbers(const ResultContour &contour, bool isCurrent)
 {
-    // The last vertex of a ring repeats the first.
-    const int count = contour.vertexCount - (contour.isClosed ? 1 : 0);
+    // The last vertex of a ring repeats the first, but its number can be another.
+    const int count = contour.vertexCount;
+    const int period = count - (contour.isClosed ? 1 : 0);
     const QPointF *const vertices = m_data.begin(contour);
-    const auto pixelsOf = [&](int i) { return m_map.toPixels(vertices[(i + count) % count]); };
+    const auto pixelsOf = [&](int i) { return m_map.toPixels(vertices[(i + period) % period]); };
     for (int i = 0; i < count && m_labels.size() < maxLabels; ++i) {
         const QPointF point = pixelsOf(i);
         if (!isDrawable(vertices[i]) || !m_map.rect().contains(point))
