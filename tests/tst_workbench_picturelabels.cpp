@@ -22,6 +22,8 @@ private Q_SLOTS:
     void sharedCornerIsNumberedOnce();
     void nameIsInsideOfItsObject_data();
     void nameIsInsideOfItsObject();
+    void numbersAreOutsideOfTheirRing();
+    void manyVerticesHaveNoNumbers();
     void smallObjectsHaveNoLabels();
     void currentObjectComesFirst();
     void longNameIsElided();
@@ -78,8 +80,8 @@ void tst_WorkbenchPictureLabels::labelsDoNotOverlap_data()
     QTest::addColumn<int>("currentObject");
 
     QTest::newRow("roomy") << mosaic(4, 5, 120, 140) << -1;
-    QTest::newRow("narrow") << mosaic(10, 13, 55, 55) << -1;
-    QTest::newRow("narrow, with a current object") << mosaic(10, 13, 55, 55) << 60;
+    QTest::newRow("narrow") << mosaic(5, 7, 100, 100) << -1;
+    QTest::newRow("narrow, with a current object") << mosaic(5, 7, 100, 100) << 17;
     QTest::newRow("on top of each other") << mosaic(3, 4, 300, 7) << 5;
     QVector<TestObject> points;
     QRandomGenerator random(3);
@@ -184,6 +186,25 @@ void tst_WorkbenchPictureLabels::nameIsInsideOfItsObject()
         QCOMPARE(data.objectAt(map.toMetres(corner), 0), 0);
 }
 
+void tst_WorkbenchPictureLabels::numbersAreOutsideOfTheirRing()
+{
+    const QRectF ring = QRectF(map.toPixels(QPointF(100, 100)), map.toPixels(QPointF(300, 300))).normalized();
+
+    for (const PictureLabel &label : placed({{QString(), {square(100, 100, 200)}}})) {
+        const QPointF distance = label.rect.center() - ring.center();
+        QVERIFY2(std::abs(distance.x()) > 100 && std::abs(distance.y()) > 100, qUtf8Printable(label.text));
+    }
+}
+
+void tst_WorkbenchPictureLabels::manyVerticesHaveNoNumbers()
+{
+    const QVector<PictureLabel> labels = placed(mosaic(10, 13, 55, 55), 60);
+
+    QCOMPARE(std::count_if(labels.begin(), labels.end(), [](const PictureLabel &label) { return label.isCurrent; }), 5);
+    for (const PictureLabel &label : labels)
+        QVERIFY(label.isName || label.isCurrent);
+}
+
 void tst_WorkbenchPictureLabels::smallObjectsHaveNoLabels()
 {
     QCOMPARE(placed({{QStringLiteral("З"), {square(100, 100, 10)}}}).size(), 0);
@@ -192,10 +213,10 @@ void tst_WorkbenchPictureLabels::smallObjectsHaveNoLabels()
 
 void tst_WorkbenchPictureLabels::currentObjectComesFirst()
 {
-    const QVector<PictureLabel> labels = placed(mosaic(10, 13, 55, 55), 60);
+    const QVector<PictureLabel> labels = placed(mosaic(5, 7, 100, 100), 17);
 
     QVERIFY(labels.first().isName);
-    QCOMPARE(labels.first().text, QStringLiteral("50:21:4:8"));
+    QCOMPARE(labels.first().text, QStringLiteral("50:21:2:3"));
     int currentCount = 0;
     while (labels.at(currentCount).isCurrent)
         ++currentCount;

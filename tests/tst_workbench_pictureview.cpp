@@ -195,7 +195,7 @@ void tst_WorkbenchPictureView::pictureFollows()
     const QPoint old = pixel(inside);
     QVERIFY(filled != colorAt({1300, 2300}));
 
-    drag(old, old + QPoint(200, 100));
+    drag(old, old + QPoint(200, -100));
     QCOMPARE(colorAt(inside), filled);
     wheel(pixel(inside), 3);
     QCOMPARE(colorAt(inside), filled);

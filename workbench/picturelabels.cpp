@@ -18,11 +18,10 @@ constexpr int maxTextLength = 500; // read of a designation
 constexpr double maxNameWidth = 260;
 constexpr double minNameWidth = 110; // of an elided name
 constexpr double maxNumberWidth = 90;
-constexpr double minObjectSize = 24;   // of a named object
-constexpr double minSpacing = 18;      // between numbered vertices
-constexpr double minDenseSpacing = 50; // ... where there are many
+constexpr double minObjectSize = 24; // of a named object
+constexpr double minSpacing = 18;    // between numbered vertices
 constexpr double minCurrentSpacing = 10;
-constexpr double minArea = 2500; // of the picture for each vertex, otherwise there are many
+constexpr double minArea = 1800; // of the picture for each vertex; otherwise none is numbered
 constexpr double circleRoom = 8; // beside a current object that is marked with a circle
 constexpr double gap = 4;        // between a vertex and its number
 
@@ -153,7 +152,7 @@ void PictureLabels::place(int currentObject)
     const QVector<int> contours = m_data.contoursIn(view);
     const double area = m_map.size.width() * m_map.size.height() / std::max(1, m_data.vertexCount(contours, view));
     m_hasPoints = contours.size() <= maxPoints;
-    m_minSpacing = area < minArea ? minDenseSpacing : minSpacing;
+    const bool hasNumbers = area >= minArea;
     for (const int contour : contours) {
         const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
         if (isSmall && !m_hasPoints && m_data.objectOfContour(contour) != currentObject)
@@ -173,8 +172,8 @@ void PictureLabels::place(int currentObject)
     }
     for (const Visible &visible : qAsConst(objects))
         placeName(visible, false);
-    for (const Visible &visible : qAsConst(objects))
-        placeNumbers(visible, false);
+    for (int i = 0; hasNumbers && i < objects.size(); ++i)
+        placeNumbers(objects.at(i), false);
 }
 
 void PictureLabels::placeName(const Visible &visible, bool isCurrent)
@@ -224,7 +223,7 @@ void PictureLabels::placeNumbers(const Visible &visible, bool isCurrent)
     for (const int i : visible.contours) {
         const ResultContour &contour = m_data.result().contours.at(i);
         const double spacing = vertexSpacing(contour, m_map.toPixels(m_data.contourBox(i)));
-        const bool isCrowded = spacing < (isCurrent ? minCurrentSpacing : m_minSpacing);
+        const bool isCrowded = spacing < (isCurrent ? minCurrentSpacing : minSpacing);
         if (!isCrowded && (contour.vertexCount > 1 || m_hasPoints))
             placeNumbers(contour, isCurrent);
     }

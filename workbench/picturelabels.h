@@ -68,7 +68,6 @@ private:
     LabelSpace m_space;
     QHash<QPair<int, int>, QString> m_numberAt; ///< the number at a pixel, for corners that objects share
     QVector<PictureLabel> m_labels;
-    double m_minSpacing = 0; ///< pixels between numbered vertices
     bool m_hasPoints = true; ///< single vertices are labelled
 };
 
