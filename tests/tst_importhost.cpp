@@ -34,10 +34,11 @@ void tst_ImportHost::initTestCase()
 
 void tst_ImportHost::helpListsEveryOption()
 {
-    const QStringList options = arguments("-h, --help --version --plugin --list --operation --form-name --object-table "
-                                          "--point-table --columns --objects --points --encoding --no-search-points "
-                                          "--no-search-objects --point-prefix --object-prefix --point-start "
-                                          "--object-start --field --sort --update --output --catalogue --screenshot");
+    const QStringList options =
+        arguments("-h, --help --version --plugin --list --operation --form-name --object-table "
+                  "--point-table --columns --objects --points --encoding --no-search-points "
+                  "--no-search-objects --point-prefix --object-prefix --point-start "
+                  "--object-start --field --sort --update --output --catalogue --picture --screenshot");
 
     const HostRun run = Host().run(arguments("--help --field no"));
 
@@ -86,6 +87,8 @@ void tst_ImportHost::wrongUsageIsReported_data()
     row("--objects x", "--objects needs --operation.");
     row("--operation x --objects=", "--objects needs the name of a file.");
     row("--operation x --objects x --catalogue=", "--catalogue needs the name of a file.");
+    row("--operation x --objects x --picture a.svg.gif",
+        "--picture needs a file that ends in .png, .svg or .pdf, not \"a.svg.gif\".");
     row("--operation x --objects x --encoding x", "--encoding: unknown encoding \"x\".");
     row("--operation x --sort", "--sort needs --objects.");
     row("--columns 0,1,2,3,4", "--columns takes four numbers from 0 to 999, not \"0,1,2,3,4\".");

@@ -48,15 +48,16 @@ void tst_ImportHostOutput::everyOutputIsSaved()
     const Host host;
     host.writeLine();
 
-    const HostRun run = host.importMif(
-        QStringLiteral("line.mif"),
-        arguments("--columns 1,0,2,1 --output result.xml --catalogue catalogue.csv --screenshot dialog.png"));
+    const HostRun run = host.importMif(QStringLiteral("line.mif"),
+                                       arguments("--columns 1,0,2,1 --output result.xml --catalogue catalogue.csv "
+                                                 "--picture picture.SVG --screenshot dialog.png"));
 
     QCOMPARE(run.messages, QStringList());
     QCOMPARE(run.status, 0);
     QCOMPARE(run.summary, QStringLiteral("1 object, 2 vertices, 0 messages"));
     QVERIFY(host.content("result.xml").contains("<FormTable"));
     QVERIFY(host.content("catalogue.csv").endsWith("\r\nЗУ1;1;н1;1000.00;2000.00\r\nЗУ1;1;н2;1010.50;2000.00\r\n"));
+    QVERIFY(host.content("picture.SVG").contains("<svg"));
     QVERIFY(host.content("dialog.png").startsWith("\x89PNG"));
 }
 
@@ -88,6 +89,7 @@ void tst_ImportHostOutput::failureIsReported_data()
     row("--output missing/result.xml", "Cannot save the result \"missing/result.xml\": No such file or directory.");
     row("--catalogue missing/catalogue.csv",
         "Cannot save the catalogue \"missing/catalogue.csv\": No such file or directory.");
+    row("--picture missing/picture.pdf", "Cannot save the picture \"missing/picture.pdf\": No such file or directory.");
     row("--screenshot missing/dialog.png",
         "Cannot save the screenshot \"missing/dialog.png\": No such file or directory.");
     row("--screenshot dialog.x", "Cannot save the screenshot \"dialog.x\": unknown picture format \"x\".");

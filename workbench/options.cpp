@@ -2,6 +2,7 @@
 
 #include "pluginpath.h"
 
+#include <QFileInfo>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -31,6 +32,7 @@ const QString strSort = QStringLiteral("sort");
 const QString strUpdate = QStringLiteral("update");
 const QString strOutput = QStringLiteral("output");
 const QString strCatalogue = QStringLiteral("catalogue");
+const QString strPicture = QStringLiteral("picture");
 const QString strScreenshot = QStringLiteral("screenshot");
 
 const QString strNumber = QStringLiteral("number");
@@ -98,6 +100,7 @@ QList<QCommandLineOption> dialogOptions()
         {strUpdate, QStringLiteral("Asks the host to update existing objects.")},
         {strOutput, QStringLiteral("Saves the result to this file instead of printing it."), strFile},
         {strCatalogue, QStringLiteral("Saves a catalogue of coordinates to this file, as CSV."), strFile},
+        {strPicture, QStringLiteral("Saves a picture of the contours to this file: .png, .svg or .pdf."), strFile},
         {strScreenshot, QStringLiteral("Saves a picture of the dialog after the import to this file."), strFile},
     };
 }
@@ -112,6 +115,12 @@ QString operationName(const QString &text)
 bool isEncoding(const QString &name)
 {
     return name == strDefaultEncoding || QTextCodec::codecForName(name.toLatin1()) != nullptr;
+}
+
+bool isPicture(const QString &fileName)
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    return suffix == QLatin1String("png") || suffix == QLatin1String("svg") || suffix == QLatin1String("pdf");
 }
 
 bool toNumber(const QString &text, int min, int max, int &number)
@@ -172,6 +181,7 @@ bool CommandLine::readCall()
     m_options.pointTable = m_parser.value(strPointTable);
     m_options.output = m_parser.value(strOutput);
     m_options.catalogue = m_parser.value(strCatalogue);
+    m_options.picture = m_parser.value(strPicture);
     return readColumns();
 }
 
@@ -207,11 +217,13 @@ bool CommandLine::checkCombination()
 
 bool CommandLine::checkFileNames()
 {
-    for (const QString &name : {strPlugin, strObjects, strPoints, strOutput, strCatalogue, strScreenshot}) {
+    for (const QString &name : {strPlugin, strObjects, strPoints, strOutput, strCatalogue, strPicture, strScreenshot}) {
         if (m_parser.isSet(name) && m_parser.value(name).isEmpty())
             return fail(QStringLiteral("--%1 needs the name of a file.").arg(name));
     }
-    return true;
+    const QString picture = m_parser.value(strPicture);
+    return picture.isEmpty() || isPicture(picture) ||
+           fail(QStringLiteral("--picture needs a file that ends in .png, .svg or .pdf, not \"%1\".").arg(picture));
 }
 
 bool CommandLine::readDialog()

@@ -42,6 +42,7 @@ struct HostOptions
     std::optional<DialogChoices> dialog; ///< empty when a user operates the dialog
     QString output;                      ///< file for the result; empty: the standard output
     QString catalogue;                   ///< file for the catalogue of coordinates; empty: none
+    QString picture;                     ///< file for the picture of the contours; empty: none
     bool list = false;                   ///< list the operations and exit
     QString information;                 ///< help or version to print before exiting; empty: not requested
 };

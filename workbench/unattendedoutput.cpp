@@ -2,6 +2,7 @@
 
 #include "catalogue.h"
 #include "options.h"
+#include "pictureexport.h"
 #include "resultreader.h"
 #include "savefile.h"
 #include "unattendedimport.h"
@@ -14,6 +15,11 @@ namespace {
 bool saveText(const QString &text, const QString &fileName, QString &error)
 {
     return saveFile(fileName, text.toUtf8(), error);
+}
+
+bool saveContours(const ImportResult &result, const QString &fileName, QString &error)
+{
+    return savePicture(result, true, fileName, error);
 }
 
 bool saveScreenshot(const QPixmap &screenshot, const QString &fileName, QString &error)
@@ -74,6 +80,7 @@ ExitStatus outputImport(const UnattendedImport &import, const HostOptions &optio
         if (!reader.read(import.result()))
             return fail(QStringLiteral("Cannot read the result of the plug-in. %1").arg(reader.error()));
         ok = save("catalogue", saveCatalogue, reader.result(), options.catalogue) && ok;
+        ok = save("picture", saveContours, reader.result(), options.picture) && ok;
     }
     printSummary(reader.result(), import.messageCount());
     if (!ok)
