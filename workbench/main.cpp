@@ -1,17 +1,19 @@
 // A stand-in host for trying the plug-in: loads the library, calls an operation, shows the messages and the result.
 
 #include "console.h"
-#include "hostwindow.h"
 #include "options.h"
 #include "unattendedimport.h"
 #include "unattendedoutput.h"
+#include "workbenchwindow.h"
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QPluginLoader>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTranslator>
 
 #include <optional>
 
@@ -73,7 +75,10 @@ int importUnattended(ImportGeometryInterface &plugin, const HostOptions &options
 
 int showWindow(ImportGeometryInterface &plugin, const HostOptions &options)
 {
-    HostWindow window(plugin, options);
+    QTranslator translator; // the texts of Qt's own dialogs and buttons
+    if (translator.load(QStringLiteral("qtbase_ru"), QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&translator);
+    WorkbenchWindow window(plugin, options);
     window.show();
     QTimer::singleShot(0, &window, SLOT(runRequestedOperation()));
     return QApplication::exec();
@@ -127,8 +132,8 @@ int runApplication(char **argv, const HostOptions &options)
         return fail(QStringLiteral("No display for the window. Use --objects to import without one."));
     int argc = 1; // the program name only
     const QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("importhost"));
-    QCoreApplication::setApplicationName(QStringLiteral("importhost"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Import Workbench"));
+    QCoreApplication::setApplicationName(QStringLiteral("Import Workbench"));
     return run(options);
 }
 

@@ -1,0 +1,291 @@
+#include "importfile.h"
+#include "recentfiles.h"
+#include "workbenchwindowtesting.h"
+
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMimeData>
+
+/// Files in the window: dropped and recent ones, and its settings.
+class tst_WorkbenchWindowFiles : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void operationIsChosenBySuffix_data();
+    void operationIsChosenBySuffix();
+    void importFileIsFound_data();
+    void importFileIsFound();
+    void droppedFileStartsItsOperation();
+    void unsuitableDropIsReported();
+    void dropIsIgnoredWhileADialogIsOpen();
+    void dropIsIgnoredWhileTheWindowAsks();
+
+    void importedFileIsRemembered();
+    void cancelledFileIsNotRemembered();
+    void recentFileIsImportedAgain();
+    void recentFilesAreFewAndDifferent();
+
+    void windowStateIsKept();
+    void settingsOfThePluginAreKept();
+    void damagedSettingsAreIgnored();
+};
+
+namespace {
+
+void cancel(DialogDriver &driver)
+{
+    driver.cancel();
+}
+
+bool drop(const WindowFixture &fixture, const QList<QUrl> &urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent entering(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&fixture.window(), &entering);
+    if (!entering.isAccepted())
+        return false;
+    QDropEvent dropped(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    return QCoreApplication::sendEvent(&fixture.window(), &dropped);
+}
+
+QList<QAction *> recentActions(const WindowFixture &fixture)
+{
+    return fixture.find<QMenu>("recentMenu")->actions();
+}
+
+} // namespace
+
+void tst_WorkbenchWindowFiles::operationIsChosenBySuffix_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<QString>("operation");
+
+    QTest::newRow("mif") << QStringLiteral("a.mif") << fromMif;
+    QTest::newRow("MIF") << QStringLiteral("a.MIF") << fromMif;
+    QTest::newRow("mid") << QStringLiteral("a.Mid") << fromMif;
+    QTest::newRow("dxf") << QStringLiteral("a.b.dxf") << fromDxf;
+    QTest::newRow("other") << QStringLiteral("a.dwg") << QString();
+    QTest::newRow("none") << QStringLiteral("mif") << QString();
+}
+
+void tst_WorkbenchWindowFiles::operationIsChosenBySuffix()
+{
+    QFETCH(QString, fileName);
+    QFETCH(QString, operation);
+
+    QCOMPARE(operationFor(fileName, {fromMif, fromDxf}), operation);
+    QCOMPARE(operationFor(fileName, {}), QString());
+}
+
+void tst_WorkbenchWindowFiles::importFileIsFound_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("found");
+    QTest::addColumn<QString>("error");
+
+    const QString noImport = QStringLiteral("Импортируются файлы MIF и DXF, а это другой файл: %1");
+    QTest::newRow("DXF") << QStringList{QStringLiteral("план.dxf")} << QStringLiteral("план.dxf") << QString();
+    QTest::newRow("MID beside MIF") << QStringList{QStringLiteral("a.mid")} << QStringLiteral("a.MIF") << QString();
+    QTest::newRow("first that fits") << QStringList{QStringLiteral("b.txt"), QStringLiteral("folder.mif"),
+                                                    QStringLiteral("план.dxf"), QStringLiteral("a.MIF")}
+                                     << QStringLiteral("план.dxf") << QString();
+    QTest::newRow("MID alone") << QStringList{QStringLiteral("b.mid")} << QString()
+                               << QStringLiteral("Рядом с файлом MID нет файла MIF: %1");
+    QTest::newRow("other file") << QStringList{QStringLiteral("b.txt")} << QString() << noImport;
+    QTest::newRow("two other files") << QStringList{QStringLiteral("b.txt"), QStringLiteral("folder.mif")} << QString()
+                                     << noImport;
+    QTest::newRow("folder") << QStringList{QStringLiteral("folder.mif")} << QString()
+                            << QStringLiteral("Это папка, а не файл: %1");
+    QTest::newRow("absent") << QStringList{QStringLiteral("absent.mif")} << QString()
+                            << QStringLiteral("Файла нет: %1");
+}
+
+void tst_WorkbenchWindowFiles::importFileIsFound()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, found);
+    QFETCH(QString, error);
+    const PluginHost files;
+    for (const char *name : {"план.dxf", "a.MIF", "a.mid", "b.mid", "b.txt"})
+        files.write(QString::fromUtf8(name), "x");
+    QDir().mkdir(files.path(QStringLiteral("folder.mif")));
+    QList<QUrl> urls;
+    for (const QString &name : names)
+        urls.append(QUrl::fromLocalFile(files.path(name)));
+    ImportFile file;
+    QString reason;
+
+    QCOMPARE(findImportFile(urls, {fromMif, fromDxf}, file, reason), !found.isEmpty());
+
+    if (!found.isEmpty())
+        QCOMPARE(file.fileName, files.path(found));
+    QCOMPARE(reason, error.isEmpty() ? error : error.arg(files.path(names.first())));
+}
+
+void tst_WorkbenchWindowFiles::droppedFileStartsItsOperation()
+{
+    const WindowFixture fixture;
+    const QString fileName = fixture.writePlan();
+    QString entered;
+    WindowFixture::whenDialogOpens([&entered](DialogDriver &driver) {
+        entered = driver.find<QLineEdit>("objectFileNameEdit")->text();
+        driver.cancel();
+    });
+
+    QVERIFY(drop(fixture, {QUrl::fromLocalFile(fileName)}));
+
+    QTRY_COMPARE(entered, fileName);
+    QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void tst_WorkbenchWindowFiles::unsuitableDropIsReported()
+{
+    const WindowFixture fixture;
+
+    QVERIFY(drop(fixture, {QUrl(QStringLiteral("https://example.org/a.mif"))}));
+
+    QCOMPARE(fixture.window().statusBar()->currentMessage(),
+             QStringLiteral("Не файл этого компьютера: https://example.org/a.mif"));
+    QVERIFY(!drop(fixture, {}));
+}
+
+void tst_WorkbenchWindowFiles::dropIsIgnoredWhileADialogIsOpen()
+{
+    const WindowFixture fixture;
+    const QString fileName = fixture.writePlan();
+    bool isAccepted = true;
+
+    fixture.run(fromDxf, [&](DialogDriver &driver) {
+        isAccepted = drop(fixture, {QUrl::fromLocalFile(fileName)});
+        driver.cancel();
+    });
+
+    QVERIFY(!isAccepted);
+}
+
+void tst_WorkbenchWindowFiles::dropIsIgnoredWhileTheWindowAsks()
+{
+    const WindowFixture fixture;
+    QDialog question;
+    question.setModal(true);
+    question.show();
+
+    QVERIFY(!drop(fixture, {QUrl::fromLocalFile(fixture.writePlan())}));
+}
+
+void tst_WorkbenchWindowFiles::importedFileIsRemembered()
+{
+    WindowFixture fixture;
+    QVERIFY(!fixture.find<QMenu>("recentMenu")->isEnabled());
+    const QString fileName = fixture.writePlan();
+
+    fixture.import(fileName);
+
+    QVERIFY(fixture.find<QMenu>("recentMenu")->isEnabled());
+    QCOMPARE(recentActions(fixture).size(), 1);
+    QVERIFY(recentActions(fixture).first()->toolTip().contains(QStringLiteral("%1: %2").arg(fromMif, fileName)));
+    fixture.open();
+    QCOMPARE(recentActions(fixture).size(), 1);
+}
+
+void tst_WorkbenchWindowFiles::cancelledFileIsNotRemembered()
+{
+    const WindowFixture fixture;
+
+    fixture.run(fromMif, cancel, fixture.writePlan());
+
+    QVERIFY(recentActions(fixture).isEmpty());
+}
+
+void tst_WorkbenchWindowFiles::recentFileIsImportedAgain()
+{
+    const WindowFixture fixture;
+    const QString fileName = fixture.writePlan();
+    fixture.import(fileName);
+    QString entered;
+    WindowFixture::whenDialogOpens([&entered](DialogDriver &driver) {
+        entered = driver.find<QLineEdit>("objectFileNameEdit")->text();
+        driver.cancel();
+    });
+
+    recentActions(fixture).first()->trigger();
+
+    QCOMPARE(entered, fileName);
+}
+
+void tst_WorkbenchWindowFiles::recentFilesAreFewAndDifferent()
+{
+    RecentFiles files;
+
+    for (int i = 0; i < RecentFiles::maxCount; ++i)
+        files.add({QString::number(i), fromMif});
+    files.add({QStringLiteral("1"), fromMif});
+    QCOMPARE(files.files().size(), RecentFiles::maxCount);
+    QCOMPARE(files.files().first().fileName, QStringLiteral("1"));
+    files.add({QStringLiteral("1"), fromDxf});
+
+    QCOMPARE(files.files().size(), RecentFiles::maxCount);
+    QCOMPARE(files.files().first().operation, fromDxf);
+    QCOMPARE(files.files().last().fileName, QStringLiteral("2"));
+}
+
+void tst_WorkbenchWindowFiles::windowStateIsKept()
+{
+    WindowFixture fixture;
+    fixture.find<QDockWidget>("verticesDock")->hide();
+    fixture.find<QAction>("axesAction")->trigger();
+    fixture.objects()->horizontalHeader()->resizeSection(0, 222);
+    fixture.objects()->sortByColumn(0, Qt::AscendingOrder);
+    QVERIFY(!fixture.picture()->hasSurveyAxes());
+
+    fixture.open();
+
+    QVERIFY(fixture.find<QDockWidget>("verticesDock")->isHidden());
+    QVERIFY(!fixture.find<QAction>("axesAction")->isChecked());
+    QVERIFY(!fixture.picture()->hasSurveyAxes());
+    QCOMPARE(fixture.objects()->columnWidth(0), 222);
+    fixture.import(fixture.writePlan());
+    QCOMPARE(fixture.shownObjects(), QStringLiteral("[зу2] ЗУ2 ЗУ10"));
+}
+
+void tst_WorkbenchWindowFiles::settingsOfThePluginAreKept()
+{
+    WindowFixture fixture;
+    fixture.run(fromMif, [](DialogDriver &driver) {
+        driver.setNumber("pointStartNumSpin", 77);
+        driver.cancel();
+    });
+
+    fixture.open();
+    int number = 0;
+    fixture.run(fromMif, [&number](DialogDriver &driver) {
+        number = driver.find<QSpinBox>("pointStartNumSpin")->value();
+        driver.cancel();
+    });
+
+    QCOMPARE(number, 77);
+}
+
+void tst_WorkbenchWindowFiles::damagedSettingsAreIgnored()
+{
+    WindowFixture fixture;
+    fixture.close();
+    QSettings settings;
+    settings.beginGroup(QStringLiteral("Window"));
+    for (const char *key : {"geometry", "state", "objects", "surveyAxes", "saveFolder", "recentFiles/size"})
+        settings.setValue(QLatin1String(key), QStringLiteral("damaged"));
+    settings.sync();
+
+    fixture.open();
+
+    QVERIFY(fixture.find<QDockWidget>("objectsDock")->isVisible());
+    QVERIFY(recentActions(fixture).isEmpty());
+    fixture.import(fixture.writePlan());
+    QCOMPARE(fixture.shownObjects(), QStringLiteral("[ЗУ10] зу2 ЗУ2"));
+}
+
+QTEST_MAIN(tst_WorkbenchWindowFiles)
+#include "tst_workbench_window_files.moc"

@@ -1,0 +1,104 @@
+#include "operationrun.h"
+
+#include "dialogwidgets.h"
+#include "messagewindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+
+namespace {
+
+OperationRun *currentRun = nullptr; // the status callback of the interface has no context argument
+
+// Another plug-in's dialog may have other widgets; that is no error here.
+template <typename Widget>
+Widget *optional(QWidget *dialog, const char *name)
+{
+    return DialogWidgets(dialog, [](const QString & /*error*/) {}).find<Widget>(name);
+}
+
+} // namespace
+
+OperationRun::OperationRun()
+{
+    currentRun = this;
+    m_opened.setSingleShot(true);
+    connect(&m_opened, &QTimer::timeout, this, &OperationRun::observeDialog);
+}
+
+OperationRun::~OperationRun()
+{
+    currentRun = nullptr;
+}
+
+void OperationRun::showStatus(const QString &text)
+{
+    if (currentRun != nullptr)
+        currentRun->receive(text);
+}
+
+void OperationRun::call(ImportGeometryInterface &plugin, const HostOptions &options, const QString &op,
+                        const QString &fileName)
+{
+    m_requestedFile = fileName;
+    m_opened.start(0); // runs in the event loop of the dialog
+    m_result = plugin.operation(op, options.formName, options.objectTable, options.pointTable, options.columns,
+                                &OperationRun::showStatus);
+    m_opened.stop();
+}
+
+void OperationRun::receive(const QString &text)
+{
+    ++m_messageCount;
+    m_lastMessage = text;
+    Q_EMIT message(text);
+    if (!m_messageWindow.isNull() && m_dialog->isVisible())
+        m_messageWindow->append(text);
+}
+
+void OperationRun::observeDialog()
+{
+    auto *const dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (dialog == nullptr)
+        return;
+    m_dialog = dialog;
+    m_messageWindow = new MessageWindow(dialog);
+    m_outcome = Outcome::Cancelled;
+    connect(dialog, &QDialog::finished, this, &OperationRun::closeDialog);
+    observeProcessing(dialog);
+    auto *const edit = optional<QLineEdit>(dialog, "objectFileNameEdit");
+    if (edit != nullptr && !m_requestedFile.isEmpty())
+        edit->setText(QDir::toNativeSeparators(m_requestedFile));
+}
+
+// pressed() precedes clicked(), to which the dialog itself is connected.
+void OperationRun::observeProcessing(QWidget *dialog)
+{
+    auto *const button = optional<QAbstractButton>(dialog, "startButton");
+    m_wasProcessed = button == nullptr;
+    if (button != nullptr)
+        connect(button, &QAbstractButton::pressed, this, &OperationRun::beginProcessing);
+}
+
+void OperationRun::beginProcessing()
+{
+    m_wasProcessed = true;
+    m_messageCount = 0;
+    m_lastMessage.clear();
+    m_messageWindow->clear();
+}
+
+void OperationRun::closeDialog(int code)
+{
+    m_messageWindow->clear();
+    if (code != QDialog::Accepted)
+        return;
+    m_outcome = Outcome::Accepted;
+    const auto *const edit = optional<QLineEdit>(m_dialog, "objectFileNameEdit");
+    if (edit != nullptr && !edit->text().isEmpty())
+        m_fileName = QFileInfo(QDir::fromNativeSeparators(edit->text())).absoluteFilePath();
+}

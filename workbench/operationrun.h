@@ -1,0 +1,65 @@
+#pragma once
+
+#include "options.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class MessageWindow;
+
+/// One call of an operation: fills in a file name, shows the messages beside the open dialog, and observes how the
+/// dialog is closed.
+///
+/// Only one run may exist at a time, because the interface's status callback has no context argument.
+class OperationRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Outcome { NoDialog, Cancelled, Accepted };
+
+    OperationRun();
+    ~OperationRun() override;
+
+    /// Calls \a op and returns after its dialog was closed. \a fileName, unless empty, is entered as the object file.
+    void call(ImportGeometryInterface &plugin, const HostOptions &options, const QString &op, const QString &fileName);
+
+    Outcome outcome() const { return m_outcome; }
+
+    /// The result document; may be empty even if the dialog was accepted.
+    const QString &result() const { return m_result; }
+
+    /// The absolute name of the object file in the dialog when it was accepted; may be empty.
+    const QString &fileName() const { return m_fileName; }
+
+    /// False if the dialog was accepted before its file was processed.
+    bool wasProcessed() const { return m_wasProcessed; }
+
+    /// The messages of the last processing: their number, and the last of them.
+    int messageCount() const { return m_messageCount; }
+    const QString &lastMessage() const { return m_lastMessage; }
+
+Q_SIGNALS:
+    void message(const QString &text);
+
+private:
+    static void showStatus(const QString &text);
+
+    void receive(const QString &text);
+    void observeDialog();
+    void observeProcessing(QWidget *dialog);
+    void beginProcessing();
+    void closeDialog(int code);
+
+    QTimer m_opened;
+    QString m_requestedFile;
+    QPointer<QWidget> m_dialog;
+    QPointer<MessageWindow> m_messageWindow; ///< owned by the dialog
+    Outcome m_outcome = Outcome::NoDialog;
+    QString m_result;
+    QString m_fileName;
+    bool m_wasProcessed = true; ///< until the dialog turns out to have a process button
+    int m_messageCount = 0;
+    QString m_lastMessage;
+};
