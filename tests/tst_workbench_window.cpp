@@ -11,12 +11,14 @@ class tst_WorkbenchWindow : public QObject
 
 private Q_SLOTS:
     void operationsHaveButtons();
+    void operationsHaveShortcuts();
     void requestedOperationIsRun();
     void resultIsShown();
     void pictureAndListAgreeOnTheCurrentObject();
     void clickedObjectIsFoundDespiteFilterAndOrder();
     void filteredObjectStaysCurrent();
     void newResultRemovesTheFilter();
+    void searchFieldIsReachedByKeyboard();
     void orderOfTheResultIsRestored();
     void positionIsShown();
 
@@ -74,6 +76,18 @@ void tst_WorkbenchWindow::operationsHaveButtons()
 
     QVERIFY(fixture.messages().contains(QStringLiteral("Операция: Объекты из DXF")));
     QCOMPARE(fixture.status(), QStringLiteral("Импорт отменён"));
+}
+
+void tst_WorkbenchWindow::operationsHaveShortcuts()
+{
+    FakePlugin plugin;
+    plugin.names = QStringList{fromMif, fromDxf, QStringLiteral("Other")};
+    const WindowFixture fixture(&plugin);
+    const auto actions = fixture.find<QToolBar>("toolBar")->actions();
+
+    QCOMPARE(actions.at(0)->shortcut(), QKeySequence(QStringLiteral("Ctrl+M")));
+    QCOMPARE(actions.at(1)->shortcut(), QKeySequence(QStringLiteral("Ctrl+D")));
+    QCOMPARE(actions.at(2)->shortcut(), QKeySequence());
 }
 
 void tst_WorkbenchWindow::requestedOperationIsRun()
@@ -167,6 +181,17 @@ void tst_WorkbenchWindow::newResultRemovesTheFilter()
     fixture.import(fixture.writePlan());
 
     QCOMPARE(fixture.shownObjects(), QStringLiteral("[ЗУ10] зу2 ЗУ2"));
+}
+
+void tst_WorkbenchWindow::searchFieldIsReachedByKeyboard()
+{
+    const WindowFixture fixture;
+    QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
+    fixture.find<QDockWidget>("objectsDock")->hide();
+
+    QTest::keyClick(&fixture.window(), Qt::Key_F, Qt::ControlModifier);
+
+    QTRY_VERIFY(fixture.find<QLineEdit>("searchEdit")->hasFocus());
 }
 
 void tst_WorkbenchWindow::orderOfTheResultIsRestored()

@@ -92,7 +92,7 @@ void WorkbenchWindow::createViewMenu()
     QAction *const search = menu->addAction(QStringLiteral("&Найти объект"), this, &WorkbenchWindow::find);
     search->setShortcut(QKeySequence::Find);
     QAction *const unsorted =
-        menu->addAction(QStringLiteral("Порядок &результата"), m_objects, &ObjectsPane::removeSorting);
+        menu->addAction(QStringLiteral("Порядок как в &результате"), m_objects, &ObjectsPane::removeSorting);
     unsorted->setObjectName(QStringLiteral("removeSortingAction"));
     unsorted->setToolTip(QStringLiteral("Показать список объектов в том порядке, в каком они пришли"));
     menu->addSeparator();
