@@ -14,6 +14,7 @@ private Q_SLOTS:
     void unreadableResultIsReported_data();
     void unreadableResultIsReported();
     void emptyResultShowsTheLastMessage();
+    void longMessageIsElided();
     void emptyTableIsNoSuccess();
     void messageAfterTheDialogIsNotShownInAWindow();
 
@@ -89,6 +90,25 @@ void tst_WorkbenchWindowResult::emptyResultShowsTheLastMessage()
     QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: второе"));
     QVERIFY(fixture.isError());
     QVERIFY(!fixture.find<QAction>("saveResultAction")->isEnabled());
+}
+
+void tst_WorkbenchWindowResult::longMessageIsElided()
+{
+    FakePlugin plugin;
+    plugin.messages = QStringList{QStringLiteral("<b>") + QString(5000, QLatin1Char('a'))};
+    const WindowFixture fixture(&plugin);
+    const QSize before = fixture.window().minimumSizeHint();
+
+    fixture.window().runOperation(fromMif);
+
+    const auto *const label = fixture.find<StatusLabel>("statusLabel");
+    QVERIFY(label->text().startsWith(QStringLiteral("Объектов нет: <b>a")));
+    QVERIFY(label->text().endsWith(QStringLiteral("…")));
+    QVERIFY(label->toolTip().contains(QStringLiteral("&lt;b&gt;") + QString(5000, QLatin1Char('a'))));
+    QCOMPARE(fixture.window().minimumSizeHint(), before);
+    const QString elided = label->text();
+    fixture.window().resize(fixture.window().width() * 2, fixture.window().height());
+    QTRY_VERIFY(label->text().size() > elided.size());
 }
 
 void tst_WorkbenchWindowResult::emptyTableIsNoSuccess()

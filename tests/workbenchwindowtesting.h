@@ -1,5 +1,6 @@
 #pragma once
 
+#include "colors.h"
 #include "messagewindow.h"
 #include "pictureview.h"
 #include "pluginhost.h"
@@ -103,7 +104,14 @@ public:
     QTableView *objects() const { return find<QTableView>("objectsView"); }
     QTableView *vertices() const { return find<QTableView>("verticesView"); }
     QString status() const { return find<StatusLabel>("statusLabel")->status(); }
-    bool isError() const { return find<StatusLabel>("statusLabel")->isError(); }
+
+    /// True if the status is red, in which case it must be an error.
+    bool isError() const
+    {
+        const auto *const label = find<StatusLabel>("statusLabel");
+        const bool isRed = label->palette().color(QPalette::WindowText) == errorColor(QPalette());
+        return label->isError() && isRed;
+    }
 
     /// Performs \a action when the next modal dialog is open and observed by the window.
     static void whenDialogOpens(const DialogAction &action)
