@@ -225,6 +225,7 @@ void tst_WorkbenchWindowFiles::recentFilesAreFewAndDifferent()
     files.add({QStringLiteral("1"), fromMif});
     QCOMPARE(files.files().size(), RecentFiles::maxCount);
     QCOMPARE(files.files().first().fileName, QStringLiteral("1"));
+    QCOMPARE(files.files().last().fileName, QStringLiteral("0"));
     files.add({QStringLiteral("1"), fromDxf});
 
     QCOMPARE(files.files().size(), RecentFiles::maxCount);

@@ -98,27 +98,28 @@ ContourNesting::Cell ContourNesting::cellOf(const QRectF &box) const
     return {};
 }
 
-/// The smallest ring so far that contains \a ring, or -1.
+/// The smallest ring so far that contains \a ring, or -1. A ring in a smaller cell is smaller than one that contains
+/// it.
 int ContourNesting::parentOf(int ring)
 {
-    int best = -1;
-    for (int level = 0; level <= maxLevel && m_effort <= m_maxEffort; ++level) {
+    int parent = -1;
+    for (int level = maxLevel; level >= 0 && parent < 0; --level) {
         const auto candidates = m_tree.constFind(cellAt(m_boxes.at(ring).center(), level));
         if (candidates != m_tree.constEnd())
-            best = smallestIn(*candidates, ring, best);
+            parent = smallestAround(ring, *candidates);
     }
-    return best;
+    return parent;
 }
 
-/// Searches \a candidates, smallest first, for a ring that contains \a ring and is smaller than \a best.
-int ContourNesting::smallestIn(const QVector<int> &candidates, int ring, int best)
+/// The last of \a candidates that contains \a ring, or -1.
+int ContourNesting::smallestAround(int ring, const QVector<int> &candidates)
 {
-    for (int i = candidates.size() - 1; i >= 0 && candidates.at(i) > best && m_effort <= m_maxEffort; --i) {
+    for (int i = candidates.size() - 1; i >= 0 && m_effort <= m_maxEffort; --i) {
         ++m_effort;
         if (encloses(m_boxes.at(candidates.at(i)), m_boxes.at(ring)) && contains(candidates.at(i), ring))
             return candidates.at(i);
     }
-    return best;
+    return -1;
 }
 
 // The first vertex that does not touch the outer ring decides: contours of an object do not cross.

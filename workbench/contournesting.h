@@ -30,7 +30,7 @@ private:
     Cell cellAt(const QPointF &point, int level) const;
     Cell cellOf(const QRectF &box) const;
     int parentOf(int ring);
-    int smallestIn(const QVector<int> &candidates, int ring, int best);
+    int smallestAround(int ring, const QVector<int> &candidates);
     bool contains(int outer, int inner);
     Side sideOf(const QPointF &point, const ResultContour &ring);
 

@@ -109,7 +109,7 @@ void MessageWindow::place()
     resize(place.size() - frame);
 }
 
-// The window system must have mapped the window before it can be painted. User input stays queued.
+// The window is painted when the window system has mapped and exposed it. User input stays queued.
 void MessageWindow::showNow()
 {
     place();
@@ -121,7 +121,6 @@ void MessageWindow::showNow()
         QThread::msleep(1);
     }
     m_sincePaint.invalidate();
-    paintNow();
 }
 
 // Painting takes at most a tenth of the time: the plug-in can send thousands of messages.

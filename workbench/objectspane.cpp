@@ -6,7 +6,6 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
-#include <QSignalBlocker>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -111,7 +110,7 @@ void ObjectsPane::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
-// The object stays current while the filter hides it.
+// The object stays current while the filter hides it: a model's reset clears the selection without a signal.
 void ObjectsPane::applyFilter(const QString &text)
 {
     m_model->setFilter(text);
@@ -120,13 +119,10 @@ void ObjectsPane::applyFilter(const QString &text)
 
 void ObjectsPane::selectCurrentRow()
 {
-    const QSignalBlocker blocker(this);
-    const int object = m_currentObject;
-    const QModelIndex cell = m_model->index(m_model->rowOf(object), 0);
+    const QModelIndex cell = m_model->index(m_model->rowOf(m_currentObject), 0);
     m_view->selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     if (cell.isValid())
         m_view->scrollTo(cell);
-    m_currentObject = object;
 }
 
 void ObjectsPane::changeCurrent(int object)
