@@ -48,8 +48,10 @@ QStringList separateSquares(int count)
 {
     QStringList rings;
     const int columns = static_cast<int>(std::sqrt(count));
-    for (int i = 0; i < count; ++i)
-        rings.append(square(3 * (i % columns), 3 * (i / columns), 1));
+    for (int i = 0; i < count; ++i) {
+        const int row = i / columns;
+        rings.append(square(3 * (i % columns), 3 * row, 1));
+    }
     return rings;
 }
 
