@@ -18,9 +18,9 @@ QColor translucent(QColor color, double alpha)
 
 PictureColors PictureColors::of(const QPalette &palette)
 {
-    const QColor paper = palette.color(QPalette::Active, QPalette::Base);
-    const QColor ink = palette.color(QPalette::Active, QPalette::Text);
-    const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
+    const QColor &paper = palette.color(QPalette::Active, QPalette::Base);
+    const QColor &ink = palette.color(QPalette::Active, QPalette::Text);
+    const QColor &accent = palette.color(QPalette::Active, QPalette::Highlight);
     const bool isDark = paper.lightness() < ink.lightness();
     // Orange differs from the usual blue accents and from ink, on light and on dark paper.
     const QColor current = isDark ? QColor(255, 170, 60) : QColor(214, 92, 0);

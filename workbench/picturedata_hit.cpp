@@ -98,11 +98,12 @@ int PictureData::objectAt(const QPointF &xy, double tolerance) const
             found = value <= least ? object.key() : found;
             least = std::min(least, value);
         };
-        takeIfLess(hit.isInside ? hit.area : far, smallestArea, inside);
+        if (hit.isInside)
+            takeIfLess(hit.area, smallestArea, inside);
         takeIfLess(hit.lineDistance, lineDistance, onLine);
         takeIfLess(hit.borderDistance, borderDistance, onBorder);
     }
     if (onLine >= 0)
         return onLine;
-    return smallestArea < far ? inside : onBorder;
+    return inside >= 0 ? inside : onBorder;
 }

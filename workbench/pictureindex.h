@@ -4,8 +4,6 @@
 
 #include <QVector>
 
-#include <vector>
-
 /// Finds the boxes that touch a rectangle.
 ///
 /// A bounding volume hierarchy, split at medians, so that a stray point far away costs nothing. Its nodes are stored in
@@ -32,6 +30,6 @@ private:
     void split(int first, int middle, int last, bool alongX);
 
     QVector<PictureBox> m_boxes;
-    std::vector<int> m_order;
-    std::vector<Node> m_nodes;
+    QVector<int> m_order;
+    QVector<Node> m_nodes;
 };

@@ -32,7 +32,7 @@ void PictureOutline::append(const ResultContour &contour)
         if ((m_sidesOfAll & side) != 0)
             clipAt(side);
     }
-    m_ends.push_back(pointCount());
+    m_ends.append(pointCount());
 }
 
 /// Whether the first and the last vertex of a chunk stand for all of it.
@@ -89,9 +89,11 @@ void PictureOutline::clipAt(Side side)
         if (!isBeyond)
             m_points.push_back(m_unclipped[i]);
     }
-    if (pointCount() > m_start && m_unclipped.front() == m_unclipped.back() &&
-        m_points.back() != m_points[static_cast<size_t>(m_start)])
-        m_points.push_back(m_points[m_start]);
+    if (pointCount() == m_start || m_unclipped.front() != m_unclipped.back())
+        return;
+    const QPointF first = m_points[static_cast<size_t>(m_start)];
+    if (m_points.back() != first)
+        m_points.push_back(first);
 }
 
 QPointF PictureOutline::borderPoint(const QPointF &a, const QPointF &b, Side side) const

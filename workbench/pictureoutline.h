@@ -23,10 +23,10 @@ public:
     /// Appends a line for a contour. It is empty if none of the vertices can be drawn.
     void append(const ResultContour &contour);
 
-    int lineCount() const { return static_cast<int>(m_ends.size()); }
+    int lineCount() const { return m_ends.size(); }
     int pointCount() const { return static_cast<int>(m_points.size()); }
-    const QPointF *begin(int line) const { return m_points.data() + (line == 0 ? 0 : m_ends[line - 1]); }
-    const QPointF *end(int line) const { return m_points.data() + m_ends[line]; }
+    const QPointF *begin(int line) const { return m_points.data() + (line == 0 ? 0 : m_ends.at(line - 1)); }
+    const QPointF *end(int line) const { return m_points.data() + m_ends.at(line); }
 
 private:
     enum Side { Left = 1, Right = 2, Top = 4, Bottom = 8 };
@@ -43,7 +43,7 @@ private:
     QRectF m_clip;
     double m_tolerance = 0.5;
     std::vector<QPointF> m_points;
-    std::vector<int> m_ends;
+    QVector<int> m_ends;
     std::vector<QPointF> m_unclipped;
 
     // The line that is being appended.

@@ -54,10 +54,12 @@ void drawPolylines(QPainter &painter, const PictureOutline &outline)
 {
     for (int line = 0; line < outline.lineCount(); ++line) {
         const auto count = static_cast<int>(outline.end(line) - outline.begin(line));
-        const QPointF single[] = {count == 1 ? *outline.begin(line) : QPointF(),
-                                  count == 1 ? *outline.begin(line) : QPointF()};
+        const QPointF *const points = outline.begin(line);
         // QPainter ignores a polyline of one point.
-        painter.drawPolyline(count == 1 ? single : outline.begin(line), std::max(count, count == 1 ? 2 : 0));
+        if (count == 1)
+            painter.drawPolyline(QPolygonF(QVector<QPointF>{*points, *points}));
+        else
+            painter.drawPolyline(points, count);
     }
 }
 
@@ -156,11 +158,10 @@ void ContourRaster::paintVertices(int index)
 
 } // namespace
 
-PicturePainter::PicturePainter(const PictureData &data, const PictureMap &map, const PictureColors &colors,
-                               const QFont &font)
+PicturePainter::PicturePainter(const PictureData &data, const PictureMap &map, PictureColors colors, const QFont &font)
     : m_data(data),
       m_map(map),
-      m_colors(colors),
+      m_colors(std::move(colors)),
       m_font(font)
 {
 }

@@ -14,7 +14,7 @@ class PicturePainter
 {
 public:
     /// \a data must outlive this object. \a map counts in logical pixels.
-    PicturePainter(const PictureData &data, const PictureMap &map, const PictureColors &colors, const QFont &font);
+    PicturePainter(const PictureData &data, const PictureMap &map, PictureColors colors, const QFont &font);
 
     /// An image of paper, contours and vertices. Details smaller than its pixels are left out.
     QImage contourImage(double devicePixelRatio) const;
