@@ -246,7 +246,7 @@ void tst_WorkbenchPictureView::fitShowsAll()
 
     const QPointF extent = m_view->map().toPixels(contour.last()) - m_view->map().toPixels(contour.first());
     QVERIFY(isInView(contour.first()) && isInView(contour.last()));
-    QVERIFY(std::abs(extent.x()) > viewport()->width() / 2 || std::abs(extent.y()) > viewport()->height() / 2);
+    QVERIFY(std::abs(extent.x()) > viewport()->width() / 2.0 || std::abs(extent.y()) > viewport()->height() / 2.0);
 }
 
 void tst_WorkbenchPictureView::keysAndDoubleClickFit()

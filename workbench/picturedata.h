@@ -18,8 +18,8 @@ public:
     PictureBox objectBox(int object) const;
     int objectOfContour(int contour) const { return m_objects.at(contour); }
 
-    /// Box of the \a chunkSize vertices from \a firstVertex, a multiple of it. With these boxes a contour of a million
-    /// vertices is painted in 1 ms instead of 8.
+    /// Box of the \a chunkSize vertices from \a firstVertex, a multiple of it. With these boxes a part of a contour of
+    /// a million vertices is painted in 3 ms instead of 20.
     const PictureBox &chunkBox(int firstVertex) const { return m_chunkBoxes.at(firstVertex / chunkSize); }
     static constexpr int chunkSize = 128;
 

@@ -7,7 +7,7 @@
 /// Finds the boxes that touch a rectangle.
 ///
 /// A bounding volume hierarchy, split at medians, so that a stray point far away costs nothing. Its nodes are stored in
-/// depth-first order. Looking at a 30th of 100,000 boxes takes 0.1 ms instead of 0.4 ms for all boxes.
+/// depth-first order.
 class PictureIndex
 {
 public:

@@ -20,7 +20,7 @@ constexpr double minMarkArea = 80; // of the picture for each vertex
 constexpr double markRadius = 1.8;
 constexpr double minCurrentSize = 10; // of an object that is found without a circle around it
 constexpr double currentWidth = 2.5;
-constexpr int maxSmoothPoints = 20000; // of the current object; smoothing takes 3 µs a point
+constexpr double maxSmoothLength = 100000; // of the current object; smoothing scribble takes minutes
 
 /// Small contours are drawn lighter, so that a survey of many does not become black.
 double lineOpacity(double size)
@@ -60,6 +60,27 @@ void drawPolylines(QPainter &painter, const PictureOutline &outline)
             painter.drawPolyline(QPolygonF(QVector<QPointF>{*points, *points}));
         else
             painter.drawPolyline(points, count);
+    }
+}
+
+double lengthOf(const PictureOutline &outline)
+{
+    double length = 0;
+    for (int line = 0; line < outline.lineCount(); ++line) {
+        for (const QPointF *point = outline.begin(line); point + 1 < outline.end(line); ++point)
+            length += std::hypot(point[1].x() - point[0].x(), point[1].y() - point[0].y());
+    }
+    return length;
+}
+
+/// For wide pens: QPainter needs minutes for one polyline of 20,000 segments that cross each other.
+void drawInPieces(QPainter &painter, const PictureOutline &outline)
+{
+    constexpr int pieceSize = 32;
+    for (int line = 0; line < outline.lineCount(); ++line) {
+        const QPointF *const end = outline.end(line);
+        for (const QPointF *piece = outline.begin(line); piece + 1 < end; piece += pieceSize)
+            painter.drawPolyline(piece, static_cast<int>(std::min<std::ptrdiff_t>(pieceSize + 1, end - piece)));
     }
 }
 
@@ -239,15 +260,16 @@ void PicturePainter::drawCurrentObject(QPainter &painter, int object) const
         (contour.isClosed ? rings : lines).append(contour);
     }
     painter.save();
-    const bool isSmooth = rings.pointCount() + lines.pointCount() <= maxSmoothPoints;
+    const bool isSmooth = lengthOf(rings) + lengthOf(lines) <= maxSmoothLength;
     painter.setRenderHint(QPainter::Antialiasing, isSmooth);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.currentFill);
-    painter.drawPath(pathOf(rings));
+    if (isSmooth)
+        painter.drawPath(pathOf(rings));
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(m_colors.currentLine, isSmooth ? currentWidth : 0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    drawPolylines(painter, rings);
-    drawPolylines(painter, lines);
+    drawInPieces(painter, rings);
+    drawInPieces(painter, lines);
     if (box.size() * m_map.scale < minCurrentSize)
         painter.drawEllipse(m_map.toPixels(box.center()), minCurrentSize, minCurrentSize);
     painter.restore();

@@ -5,6 +5,9 @@ namespace {
 constexpr int opaque = 256;
 constexpr int one = 256; // of fixed-point numbers, which take half the time of floating-point ones for short lines
 
+// Scribble of more than that is not filled: it would take seconds, and gigabytes of memory.
+constexpr size_t maxCrossings = 5000000;
+
 int toFixed(double value)
 {
     return static_cast<int>(value * one);
@@ -67,6 +70,8 @@ void PictureRaster::fill(const PictureOutline &outline, const QColor &color)
             addCrossings(point[0], point[1]);
         addCrossings(end[-1], *begin);
     }
+    if (m_crossings.size() > maxCrossings)
+        m_crossings.clear();
     std::sort(m_crossings.begin(), m_crossings.end());
     for (size_t i = 0; i + 1 < m_crossings.size(); i += 2) {
         const int y = static_cast<int>(m_crossings[i] >> 32U);
@@ -88,7 +93,7 @@ void PictureRaster::addCrossings(const QPointF &a, const QPointF &b)
         return;
     const double slope = (bottom.x() - top.x()) / (bottom.y() - top.y());
     double x = top.x() + (first + 0.5 - top.y()) * slope + 0.5;
-    for (int y = first; y <= last; ++y, x += slope) {
+    for (int y = first; y <= last && m_crossings.size() <= maxCrossings; ++y, x += slope) {
         const auto column = static_cast<quint64>(std::clamp(x, 0.0, static_cast<double>(m_width)) * one);
         m_crossings.push_back(static_cast<quint64>(y) << 32U | column);
     }

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-/// Paints outlines into an image, many of them fast: 100,000 contours in 30 ms, for which QPainter takes half a second.
+/// Paints outlines into an image, many of them fast: 100,000 contours in 30 ms.
 class PictureRaster
 {
 public:
