@@ -9,9 +9,12 @@
 #include "machine.h"
 #include "pictureview.h"
 #include "resultreader.h"
+#include "workbenchwindow.h"
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -27,7 +30,8 @@ constexpr double pi = 3.14159265358979323846;
 // In the order of the table.
 const QVector<Bound> bounds{
     {"read", "прочитать результат, 1 млн вершин в 100 000 объектов, мс", 2500},
-    {"all/show", "показать их на рисунке, мс", 500},
+    {"window", "то же и показать в окне: рисунок, списки, текст, мс", 3000},
+    {"all/show", "из них рисунок, мс", 500},
     {"all/zoom", "увеличить или уменьшить, когда видно всё, мс", 50},
     {"all/pan", "сдвинуть, когда видно всё, мс", 50},
     {"some/zoom", "увеличить или уменьшить, когда видна сотая часть, мс", 50},
@@ -130,6 +134,36 @@ ImportResult bigObject()
     return result;
 }
 
+/// Returns the prepared result instead of importing.
+class PreparedPlugin : public ImportGeometryInterface
+{
+public:
+    QList<QString> operations() const override { return {QStringLiteral("import")}; }
+    QString operation(const QString & /*op*/, const QString & /*formName*/, const QString & /*objectTableName*/,
+                      const QString & /*pointTableName*/, const GeometryInfo & /*info*/,
+                      void (* /*statusFunc*/)(const QString &)) override
+    {
+        return resultText();
+    }
+};
+
+/// From the plug-in's return until the window waits for the user.
+double showWindow()
+{
+    static PreparedPlugin plugin;
+    HostOptions options;
+    options.columns.xColNum = 1;
+    options.columns.yColNum = 2;
+    WorkbenchWindow window(plugin, options);
+    window.resize(1200, 800);
+    window.show();
+    QCoreApplication::processEvents();
+    return timeOf([&window] {
+        window.runOperation(QStringLiteral("import"));
+        QCoreApplication::processEvents();
+    });
+}
+
 /// A visible picture.
 class PictureFixture
 {
@@ -217,6 +251,7 @@ double selectObject()
 void addAll()
 {
     addAction("read", [] { return timeOf([] { readResult(); }); });
+    addAction("window", showWindow);
     addAction("all/show", [] { return show(manyFixture(), manyObjects()); });
     addAction("all/zoom", [] { return zoom(manyFixture(), 0); });
     addAction("all/pan", [] { return pan(manyFixture(), 0); });
@@ -236,6 +271,9 @@ int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication app(argc, argv);
+    const QTemporaryDir settings; // for the window
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     benchmark::Initialize(&argc, argv);
     addAll();
     ActionTable table(bounds);
