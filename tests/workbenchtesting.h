@@ -3,6 +3,7 @@
 #include "importresult.h"
 
 #include <QPair>
+#include <QStringList>
 
 /// A contour by its vertices, as in "0 0, 10 0, 10 10, 0 0".
 inline QVector<QPointF> contour(const QString &vertices)

@@ -18,15 +18,6 @@ QByteArray ImportResult::rowOf(int vertex) const
     return QByteArray::fromRawData(m_cells.constData() + start, end - start);
 }
 
-QStringList ImportResult::cells(int vertex) const
-{
-    QStringList texts;
-    const QByteArray row = rowOf(vertex);
-    for (int start = 0, end = 0; (end = row.indexOf('\0', start)) >= 0; start = end + 1)
-        texts.append(QString::fromUtf8(row.constData() + start, end - start));
-    return texts;
-}
-
 QString ImportResult::cell(int vertex, int column) const
 {
     const QByteArray row = rowOf(vertex);
@@ -34,11 +25,4 @@ QString ImportResult::cell(int vertex, int column) const
     for (int i = 0; i < column && start < row.size(); ++i)
         start = row.indexOf('\0', start) + 1;
     return start < row.size() ? QString::fromUtf8(row.constData() + start) : QString();
-}
-
-int ImportResult::objectOf(int vertex) const
-{
-    const auto isAfter = [](int v, const ResultObject &object) { return v < object.firstVertex; };
-    const auto *const next = std::upper_bound(objects.cbegin(), objects.cend(), vertex, isAfter);
-    return static_cast<int>(next - objects.begin()) - 1;
 }

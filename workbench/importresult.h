@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QPointF>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 /// A contour of an object: \a vertexCount vertices from \a firstVertex on.
@@ -26,7 +25,8 @@ struct ResultObject
 
 /// The content of a result document: flat arrays, because a result may have a million vertices.
 ///
-/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a finite number is NaN.
+/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a finite number is
+/// NaN.
 class ImportResult
 {
 public:
@@ -41,17 +41,11 @@ public:
     int yColumn = 2;      ///< column of Y
     int columnCount = 0;  ///< cells of the longest vertex row
 
-    /// The cells of a vertex as the host receives them.
-    QStringList cells(int vertex) const;
-
-    /// The text of one cell; empty if the row is shorter.
+    /// The text of one cell as the host receives it; empty if the row is shorter.
     QString cell(int vertex, int column) const;
 
     /// The point number of a vertex.
     QString number(int vertex) const { return cell(vertex, numberColumn); }
-
-    /// The object that \a vertex belongs to, as an index.
-    int objectOf(int vertex) const;
 
     void appendVertex(const QPointF &position, const QByteArray &rowCells);
 

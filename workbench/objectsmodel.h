@@ -23,7 +23,6 @@ public:
 
     /// Shows only the objects whose designations contain \a text, ignoring case; all of them if it is empty.
     void setFilter(const QString &text);
-    const QString &filter() const { return m_filter; }
 
     /// Sorts by \a column; a column of -1 restores the order of the result.
     void sort(int column, Qt::SortOrder order) override;

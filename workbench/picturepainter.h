@@ -6,7 +6,6 @@
 #include <QFont>
 #include <QImage>
 
-class PictureOutline;
 class QPainter;
 
 /// Paints a result: on screen, into an image or into a document.
@@ -29,7 +28,6 @@ public:
     void drawLabels(QPainter &painter, int currentObject) const;
 
 private:
-    void drawRings(QPainter &painter, const PictureOutline &rings, const QColor &color) const;
     void drawVertices(QPainter &painter) const;
 
     const PictureData &m_data;

@@ -13,7 +13,6 @@ public:
     static constexpr int maxCount = 8;
 
     void add(const ImportFile &file);
-    void clear() { m_files.clear(); }
     const QVector<ImportFile> &files() const { return m_files; }
 
     void read(QSettings &settings);

@@ -19,7 +19,6 @@ public:
 
     /// Shows \a object; -1: none.
     void setObject(int object);
-    int object() const { return m_object; }
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

@@ -62,7 +62,6 @@ private:
     void createViewMenu();
     void createHelpMenu();
     void createToolBar();
-    QAction *addExport(const QString &text, void (WorkbenchWindow::*slot)());
     void addOperations();
     void updateRecentMenu();
     void enableExports();
