@@ -1,5 +1,7 @@
 #include "picturecolors.h"
 
+#include "colors.h"
+
 namespace {
 
 QColor between(const QColor &from, const QColor &to, double part)
@@ -21,13 +23,13 @@ PictureColors PictureColors::of(const QPalette &palette)
     const QColor &paper = palette.color(QPalette::Active, QPalette::Base);
     const QColor &ink = palette.color(QPalette::Active, QPalette::Text);
     const QColor &accent = palette.color(QPalette::Active, QPalette::Highlight);
-    const bool isDark = paper.lightness() < ink.lightness();
+    const bool hasDarkPaper = isDark(palette);
     // Orange differs from the usual blue accents and from ink, on light and on dark paper.
-    const QColor current = isDark ? QColor(255, 170, 60) : QColor(214, 92, 0);
+    const QColor current = hasDarkPaper ? QColor(255, 170, 60) : QColor(214, 92, 0);
     PictureColors colors;
     colors.paper = paper;
     colors.line = between(ink, accent, 0.35);
-    colors.fill = translucent(accent, isDark ? 0.22 : 0.13);
+    colors.fill = translucent(accent, hasDarkPaper ? 0.22 : 0.13);
     colors.text = between(ink, paper, 0.25);
     colors.name = ink;
     colors.currentLine = current;
