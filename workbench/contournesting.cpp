@@ -1,5 +1,7 @@
 #include "contournesting.h"
 
+#include "segmentdistance.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,16 +11,6 @@ constexpr int maxLevel = 16;
 
 // Half of the last digit of a coordinate: rounding moves a vertex of a hole off the edge that it touches.
 constexpr double tolerance = 0.005;
-
-bool isOnEdge(const QPointF &point, const QPointF &a, const QPointF &b)
-{
-    const QPointF edge = b - a;
-    const QPointF offset = point - a;
-    const double square = QPointF::dotProduct(edge, edge);
-    const double along = square > 0 ? QPointF::dotProduct(offset, edge) / square : 0;
-    const QPointF distance = offset - edge * std::clamp(along, 0.0, 1.0);
-    return QPointF::dotProduct(distance, distance) <= tolerance * tolerance;
-}
 
 bool crossesRay(const QPointF &point, const QPointF &a, const QPointF &b)
 {
@@ -141,7 +133,7 @@ ContourNesting::Side ContourNesting::sideOf(const QPointF &point, const ResultCo
     for (int i = ring.firstVertex + 1; i < ring.firstVertex + ring.vertexCount; ++i) {
         const QPointF &a = m_vertices.at(i - 1);
         const QPointF &b = m_vertices.at(i);
-        if (isOnEdge(point, a, b))
+        if (squaredDistance(point, a, b) <= tolerance * tolerance)
             return Side::Border;
         if (crossesRay(point, a, b))
             isInside = !isInside;

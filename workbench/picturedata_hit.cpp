@@ -1,6 +1,7 @@
-// Which object a click means.
+// Finds the object at a position.
 
 #include "picturedata.h"
+#include "segmentdistance.h"
 
 #include <QMap>
 
@@ -8,58 +9,49 @@
 
 namespace {
 
-constexpr double far = std::numeric_limits<double>::infinity();
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// What a walk along a contour shows, seen from the position that is its origin.
-struct Walk
+/// A contour and its relation to the origin, computed edge by edge.
+struct ContourHit
 {
-    bool isInside = false; ///< odd-even rule
-    double area = 0;       ///< twice the signed area
-    double distance = far; ///< squared
+    bool isInside = false;      ///< the origin, by the odd-even rule
+    double area = 0;            ///< signed, doubled
+    double distance = infinity; ///< squared
 
-    void step(const QPointF &a, const QPointF &b);
+    void addEdge(const QPointF &a, const QPointF &b);
 };
 
-double squaredDistance(const QPointF &a, const QPointF &b)
-{
-    const QPointF along = b - a;
-    const double length = QPointF::dotProduct(along, along);
-    const double part = length > 0 ? std::clamp(-QPointF::dotProduct(a, along) / length, 0.0, 1.0) : 0;
-    const QPointF nearest = a + along * part;
-    return QPointF::dotProduct(nearest, nearest);
-}
-
-void Walk::step(const QPointF &a, const QPointF &b)
+void ContourHit::addEdge(const QPointF &a, const QPointF &b)
 {
     const double cross = a.x() * b.y() - b.x() * a.y();
     if ((a.y() > 0) != (b.y() > 0) && (cross > 0) == (b.y() > a.y()))
         isInside = !isInside;
     area += cross;
-    distance = std::min(distance, squaredDistance(a, b));
+    distance = std::min(distance, squaredDistance(QPointF(), a, b));
 }
 
-Walk walk(const QPointF *begin, const QPointF *end, const QPointF &origin)
+ContourHit contourHit(const QPointF *begin, const QPointF *end, const QPointF &origin)
 {
-    Walk walk;
+    ContourHit hit;
     const QPointF *last = nullptr;
     for (const QPointF *xy = begin; xy != end; ++xy) {
         if (!isDrawable(*xy))
             continue;
-        walk.step((last != nullptr ? *last : *xy) - origin, *xy - origin);
+        hit.addEdge((last != nullptr ? *last : *xy) - origin, *xy - origin);
         last = xy;
     }
-    return walk;
+    return hit;
 }
 
 } // namespace
 
-/// How an object lies to the position.
+/// The relation of an object to a position.
 struct PictureData::Hit
 {
-    bool isInside = false;
-    double area = 0;             ///< of its largest ring, doubled
-    double lineDistance = far;   ///< of the nearest line or point, squared
-    double borderDistance = far; ///< of the nearest ring, squared
+    bool isInside = false;            ///< the position, by the odd-even rule
+    double area = 0;                  ///< of the object's largest ring, doubled
+    double lineDistance = infinity;   ///< to the nearest line or point, squared
+    double borderDistance = infinity; ///< to the nearest ring, squared
 };
 
 PictureData::Hit PictureData::hitOf(const QVector<int> &contours, const QPointF &xy) const
@@ -67,13 +59,13 @@ PictureData::Hit PictureData::hitOf(const QVector<int> &contours, const QPointF 
     Hit hit;
     for (const int i : contours) {
         const ResultContour &contour = m_result.contours.at(i);
-        const Walk w = walk(begin(contour), end(contour), xy);
+        const ContourHit found = contourHit(begin(contour), end(contour), xy);
         if (contour.isClosed) {
-            hit.isInside = hit.isInside != w.isInside;
-            hit.area = std::max(hit.area, std::abs(w.area));
-            hit.borderDistance = std::min(hit.borderDistance, w.distance);
+            hit.isInside = hit.isInside != found.isInside;
+            hit.area = std::max(hit.area, std::abs(found.area));
+            hit.borderDistance = std::min(hit.borderDistance, found.distance);
         } else {
-            hit.lineDistance = std::min(hit.lineDistance, w.distance);
+            hit.lineDistance = std::min(hit.lineDistance, found.distance);
         }
     }
     return hit;
@@ -89,19 +81,19 @@ int PictureData::objectAt(const QPointF &xy, double tolerance) const
     int inside = -1;
     int onLine = -1;
     int onBorder = -1;
-    double smallestArea = far;
+    double smallestArea = infinity;
     double lineDistance = tolerance * tolerance;
     double borderDistance = lineDistance;
     for (auto object = contoursOf.constBegin(); object != contoursOf.constEnd(); ++object) {
         const Hit hit = hitOf(*object, xy);
-        const auto takeIfLess = [&](double value, double &least, int &found) {
+        const auto takeIfNotGreater = [&](double value, double &least, int &found) {
             found = value <= least ? object.key() : found;
             least = std::min(least, value);
         };
         if (hit.isInside)
-            takeIfLess(hit.area, smallestArea, inside);
-        takeIfLess(hit.lineDistance, lineDistance, onLine);
-        takeIfLess(hit.borderDistance, borderDistance, onBorder);
+            takeIfNotGreater(hit.area, smallestArea, inside);
+        takeIfNotGreater(hit.lineDistance, lineDistance, onLine);
+        takeIfNotGreater(hit.borderDistance, borderDistance, onBorder);
     }
     if (onLine >= 0)
         return onLine;
