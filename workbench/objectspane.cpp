@@ -1,6 +1,7 @@
 #include "objectspane.h"
 
 #include "colors.h"
+#include "tablerows.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -35,26 +36,19 @@ void ObjectsPane::setUpView()
     m_view->setObjectName(QStringLiteral("objectsView"));
     m_view->setAccessibleName(QStringLiteral("Объекты"));
     m_view->setModel(m_model);
-    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_view->setTabKeyNavigation(false);
-    m_view->setWordWrap(false);
     m_view->setShowGrid(false);
     m_view->setAlternatingRowColors(true);
-    m_view->verticalHeader()->hide();
-    setUpHeader();
+    setUpRows(m_view);
+    setUpColumns();
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) { changeCurrent(m_model->objectAt(current.row())); });
 }
 
-// Rows have one height and columns fit a sample: measuring the cells would take seconds for 100,000 objects.
-void ObjectsPane::setUpHeader()
+// Columns fit their headings and a sample: measuring the cells would take seconds for 100,000 objects.
+void ObjectsPane::setUpColumns()
 {
-    QHeaderView *const rows = m_view->verticalHeader();
-    rows->setSectionResizeMode(QHeaderView::Fixed);
-    rows->setDefaultSectionSize(fontMetrics().height() + 6);
     QHeaderView *const columns = m_view->horizontalHeader();
-    columns->setHighlightSections(false);
     columns->setSortIndicator(-1, Qt::AscendingOrder);
     m_view->setSortingEnabled(true);
     columns->setStretchLastSection(true);

@@ -43,7 +43,7 @@ protected:
 
 private:
     void setUpView();
-    void setUpHeader();
+    void setUpColumns();
     void applyFilter(const QString &text);
     void selectCurrentRow();
     void changeCurrent(int object);

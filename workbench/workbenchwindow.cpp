@@ -7,6 +7,7 @@
 #include "resultpane.h"
 #include "runsummary.h"
 #include "statuslabel.h"
+#include "tablerows.h"
 #include "verticesmodel.h"
 
 #include <QApplication>
@@ -24,8 +25,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr int temporaryTime = 10000; // ms
 
 /// Shows a wait cursor for its lifetime.
 class WaitCursor
@@ -109,13 +108,7 @@ void WorkbenchWindow::setUpVerticesView()
     m_verticesView->setObjectName(QStringLiteral("verticesView"));
     m_verticesView->setAccessibleName(QStringLiteral("Вершины объекта"));
     m_verticesView->setModel(m_vertices);
-    m_verticesView->setTabKeyNavigation(false);
-    m_verticesView->setWordWrap(false);
-    m_verticesView->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_verticesView->verticalHeader()->hide();
-    m_verticesView->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_verticesView->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    m_verticesView->horizontalHeader()->setHighlightSections(false);
+    setUpRows(m_verticesView);
     m_verticesView->horizontalHeader()->setDefaultSectionSize(
         fontMetrics().horizontalAdvance(QStringLiteral("00000000.00")) + 16);
 }
@@ -167,16 +160,17 @@ void WorkbenchWindow::finishRun(const OperationRun &run)
     }
     m_importedFile = run.fileName();
     showFileName();
-    showText(run.result(), run);
+    showDocument(run);
     if (m_status->isError() || run.messageCount() > 0)
         raiseDock(m_messages);
     enableExports();
 }
 
-/// Shows a result document. One that cannot be read is shown as a text only.
-void WorkbenchWindow::showText(const QString &text, const OperationRun &run)
+/// Shows the result document of \a run. A document that cannot be read is shown as text only.
+void WorkbenchWindow::showDocument(const OperationRun &run)
 {
     const WaitCursor waiting;
+    const QString &text = run.result();
     ResultReader reader(m_options.columns);
     const bool ok = text.isEmpty() || reader.read(text);
     m_resultPane->setText(text);
@@ -201,6 +195,12 @@ void WorkbenchWindow::setStatus(const QString &text, bool isError)
 {
     m_status->setStatus(text, isError);
     m_messages->append(text);
+}
+
+void WorkbenchWindow::showTemporarily(const QString &text)
+{
+    constexpr int duration = 10000; // ms
+    statusBar()->showMessage(text, duration);
 }
 
 void WorkbenchWindow::showFileName()
@@ -254,7 +254,7 @@ void WorkbenchWindow::dropEvent(QDropEvent *event)
     if (findImportFile(event->mimeData()->urls(), m_operations, file, error))
         QTimer::singleShot(0, this, [this, file] { runOperation(file.operation, file.fileName); });
     else
-        statusBar()->showMessage(error, temporaryTime);
+        showTemporarily(error);
 }
 
 // The plug-in returns to this window, so it must stay while a dialog is open.

@@ -29,7 +29,7 @@ public:
     WorkbenchWindow(ImportGeometryInterface &plugin, const HostOptions &options);
     ~WorkbenchWindow() override;
 
-    /// Calls \a op with \a fileName entered in its dialog, unless empty. Does nothing while another operation runs.
+    /// Calls \a op. \a fileName, unless empty, is entered in its dialog. Does nothing while another operation runs.
     void runOperation(const QString &op, const QString &fileName = QString());
 
     const ImportResult &result() const { return m_result; }
@@ -46,7 +46,7 @@ private:
     /// True while a dialog of the plug-in or of the window is open.
     bool isBusy() const;
 
-    /// Saves to a file. Returns false after an error; \a error is then the reason.
+    /// Saves to \a fileName. Returns false after a failure; \a error is then the reason.
     using SaveFunction = std::function<bool(const QString &fileName, QString &error)>;
 
     void addDock(const char *name, const QString &title, QWidget *content, Qt::DockWidgetArea area);
@@ -69,11 +69,12 @@ private:
     void showAbout();
 
     void finishRun(const OperationRun &run);
-    void showText(const QString &text, const OperationRun &run);
+    void showDocument(const OperationRun &run);
     void showResult(const ImportResult &result);
     void rememberFile(const ImportFile &file);
     void showFileName();
     void setStatus(const QString &text, bool isError);
+    void showTemporarily(const QString &text);
     static void raiseDock(const QWidget *content);
     void setCurrentObject(int object);
     void showPosition(const QPointF &position);
@@ -106,7 +107,7 @@ private:
     QLabel *m_position;
 
     QVector<QAction *> m_operationActions;
-    QVector<QAction *> m_exportActions; ///< need objects
+    QVector<QAction *> m_exportActions; ///< enabled while there are objects
     QAction *m_saveResultAction = nullptr;
     QAction *m_axesAction = nullptr;
     QAction *m_fitAction = nullptr;

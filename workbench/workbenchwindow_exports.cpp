@@ -10,12 +10,9 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QStatusBar>
 #include <QTextDocument>
 
 namespace {
-
-constexpr int temporaryTime = 10000; // ms
 
 // The suffix of a name filter such as «Рисунок PNG (*.png)».
 QString suffixOf(const QString &filter)
@@ -57,7 +54,7 @@ void WorkbenchWindow::saveAs(const QString &title, const QStringList &filters, c
     QString error;
     const QString path = QDir::toNativeSeparators(fileName);
     if (save(fileName, error))
-        statusBar()->showMessage(QStringLiteral("Сохранено: %1").arg(path), temporaryTime);
+        showTemporarily(QStringLiteral("Сохранено: %1").arg(path));
     else
         QMessageBox::warning(
             this, title,
