@@ -32,9 +32,9 @@ private:
     std::map<std::string, double> m_medians;
 };
 
-/// Registers a benchmark that calls \a measure nine times. The value is in milliseconds, or a ratio.
+/// Registers a benchmark that calls \a measure nine times. The title in the table names the unit of the value.
 void addAction(const char *name, const std::function<double()> &measure);
 
-/// Processor time of \a action in milliseconds. Unlike wall-clock time it does not depend on other processes, and it
-/// misses nothing because no action waits.
+/// Processor time of \a action in milliseconds. Unlike wall-clock time it does not depend on other processes, and no
+/// action waits.
 double timeOf(const std::function<void()> &action);

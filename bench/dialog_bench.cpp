@@ -3,7 +3,8 @@
 //
 //     dialog_bench [--markdown] [--benchmark_filter=...]
 //
-// Runs on the platform "offscreen" and prints a Markdown table to standard output; --markdown changes nothing.
+// Runs on the platform "offscreen" and prints a Markdown table to standard output. --markdown has no effect; it is
+// accepted because import_bench needs it.
 
 #include "actiontable.h"
 #include "machine.h"

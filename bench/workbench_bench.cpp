@@ -3,7 +3,8 @@
 //
 //     workbench_bench [--markdown] [--benchmark_filter=...]
 //
-// Runs on the platform "offscreen" and prints a Markdown table to standard output; --markdown changes nothing.
+// Runs on the platform "offscreen" and prints a Markdown table to standard output. --markdown has no effect; it is
+// accepted because import_bench needs it.
 
 #include "actiontable.h"
 #include "machine.h"
@@ -23,8 +24,8 @@ namespace {
 
 constexpr int rowCount = 250; // of parcels
 constexpr int columnCount = 400;
-constexpr int verticesOfSide = 9; // of the long sides of a parcel, together; the last vertex repeats the first
-constexpr int vertexCount = 1000000;
+constexpr int parcelVertexCount = 9; // without the closing vertex: 5 up one long side, 4 down the other
+constexpr int vertexCount = 1000000; // of the single object
 constexpr double pi = 3.14159265358979323846;
 
 // In the order of the table.
@@ -68,16 +69,16 @@ QPointF corner(int row, int column)
 
 void appendParcel(QString &text, int row, int column)
 {
-    const int number = (row * columnCount + column) * (verticesOfSide + 1);
+    const int number = (row * columnCount + column) * (parcelVertexCount + 1);
     text += QStringLiteral("    <Row>\n");
     appendCell(text, QStringLiteral("        "),
                QStringLiteral("50:21:%1:%2").arg(row, 7, 10, QLatin1Char('0')).arg(column));
     text += QStringLiteral("        <FormTable Name=\"Координаты\">\n");
-    for (int i = 0; i <= verticesOfSide; ++i) {
+    for (int i = 0; i <= parcelVertexCount; ++i) {
         // Up one side and down the other.
-        const int side = i % verticesOfSide;
+        const int side = i % parcelVertexCount;
         const bool isUp = side < 5;
-        const double part = isUp ? side / 4.0 : (verticesOfSide - 1 - side) / 3.0;
+        const double part = isUp ? side / 4.0 : (parcelVertexCount - 1 - side) / 3.0;
         const QPointF from = corner(row, column + (isUp ? 0 : 1));
         const QPointF to = corner(row + 1, column + (isUp ? 0 : 1));
         appendVertex(text, number + side, from + (to - from) * part);
@@ -147,7 +148,7 @@ public:
     }
 };
 
-/// From the plug-in's return until the window waits for the user.
+/// The time from the return of the plug-in until the window is idle, in milliseconds.
 double showWindow()
 {
     static PreparedPlugin plugin;
@@ -164,7 +165,7 @@ double showWindow()
     });
 }
 
-/// A visible picture.
+/// A visible picture, and the time that its actions take including the painting.
 class PictureFixture
 {
 public:
@@ -202,7 +203,7 @@ public:
     PictureView view;
 };
 
-// Never deleted: a view cannot outlive Qt's own static objects.
+// Never deleted: at exit, Qt's static objects would be destroyed before the view.
 PictureFixture &manyFixture()
 {
     static auto *const fixture = new PictureFixture(manyObjects());
@@ -220,7 +221,7 @@ double show(PictureFixture &fixture, const ImportResult &result)
     return fixture.timeToPaint([&] { fixture.view.setResult(result); });
 }
 
-/// Zooms alternately in and out, \a steps from where all is in view.
+/// Measures one step of zooming, alternately in from and out to \a steps from the whole picture.
 double zoom(PictureFixture &fixture, int steps)
 {
     static bool isIn = false;

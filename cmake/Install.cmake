@@ -1,4 +1,4 @@
-# What `cmake --install` installs, in four components: plugin, development, workbench and doc.
+# The files of `cmake --install`, in four components: plugin, development, workbench and doc.
 
 include(CMakePackageConfigHelpers)
 

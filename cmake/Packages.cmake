@@ -1,4 +1,4 @@
-# What cpack builds: a .deb for each component and one .tar.gz with all of them.
+# The packages of cpack: a .deb for each component and one .tar.gz with all of them.
 
 set(IMPORT_MAINTAINER "Maintainers of importplugin <maintainers@importplugin.example>" CACHE STRING
     "Name and address in the packages")
@@ -9,7 +9,7 @@ set(CPACK_PACKAGE_CONTACT "${IMPORT_MAINTAINER}")
 set(CPACK_PACKAGE_VENDOR "${PROJECT_NAME}")
 set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_STRIP_FILES ON)
-# Whatever the umask: folders that a group can write are an error in a package.
+# Independent of the umask, because group-writable folders are an error in a package.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
                                                 WORLD_READ WORLD_EXECUTE)
 
