@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+/// The exit status of the program.
 enum ExitStatus { Imported = 0, NothingImported = 1, Failed = 2, ImportedWithMessages = 3 };
 
 /// Prints \a text and a line feed in UTF-8. Returns false if \a output does not accept all of it.

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int maxLevel = 16;
 
-// Half of the last digit of a coordinate: rounding moves a vertex of a hole off the edge that it touches.
+// Half a centimetre, the rounding error of a coordinate: rounding can move a vertex of a hole off the edge it touches.
 constexpr double tolerance = 0.005;
 
 bool crossesRay(const QPointF &point, const QPointF &a, const QPointF &b)
@@ -90,8 +90,8 @@ ContourNesting::Cell ContourNesting::cellOf(const QRectF &box) const
     return {};
 }
 
-/// The smallest ring so far that contains \a ring, or -1. A ring in a smaller cell is smaller than one that contains
-/// it.
+/// The smallest ring so far that contains \a ring, or -1. Cells are searched from small to large: of two rings around
+/// \a ring, the inner one is in the smaller cell or in the same.
 int ContourNesting::parentOf(int ring)
 {
     int parent = -1;

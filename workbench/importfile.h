@@ -21,5 +21,5 @@ struct ImportFile
 QString operationFor(const QString &fileName, const QStringList &operations);
 
 /// Finds the first of \a urls that an operation imports. For a MID file it is the MIF file beside it. Returns false if
-/// there is none; \a error then says why, for the user.
+/// there is none; \a error is then the reason, for the user.
 bool findImportFile(const QList<QUrl> &urls, const QStringList &operations, ImportFile &file, QString &error);

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-/// A contour of an object: \a vertexCount vertices from \a firstVertex on.
+/// A contour of an object: \a vertexCount vertices, starting at \a firstVertex.
 struct ResultContour
 {
     int firstVertex = 0;
@@ -13,7 +13,7 @@ struct ResultContour
     bool isClosed = false; ///< the last vertex repeats the position of the first
 };
 
-/// An object: \a contourCount contours from \a firstContour on. Its vertices follow each other, too.
+/// An object: \a contourCount contours, starting at \a firstContour. Its vertices are contiguous, too.
 struct ResultObject
 {
     QString def; ///< designation; may be empty
@@ -25,8 +25,8 @@ struct ResultObject
 
 /// The content of a result document: flat arrays, because a result may have a million vertices.
 ///
-/// Vertices are positions in metres, X (north) and Y (east) as in the document. A text that is not a finite number is
-/// NaN.
+/// Vertices are positions in metres, X (north) and Y (east) as in the document. A coordinate that is not a
+/// finite number is NaN.
 class ImportResult
 {
 public:
@@ -47,6 +47,7 @@ public:
     /// The point number of a vertex.
     QString number(int vertex) const { return cell(vertex, numberColumn); }
 
+    /// Appends a vertex. \a rowCells are the texts of its row in UTF-8, each followed by a NUL.
     void appendVertex(const QPointF &position, const QByteArray &rowCells);
 
 private:

@@ -1,4 +1,5 @@
-// A stand-in host for trying the plug-in: loads the library, calls an operation, shows the messages and the result.
+// A stand-in host: loads the plug-in, calls an operation and shows the messages and the result, in a window or on the
+// command line.
 
 #include "console.h"
 #include "options.h"
@@ -39,14 +40,14 @@ void printErrorsOnly(QtMsgType type, const QMessageLogContext &context, const QS
 
 QtMessageHandler printByDefault = nullptr;
 
-// A session without a login manager lacks XDG_RUNTIME_DIR; the folder that Qt then chooses is of no interest.
+// A session without a login manager lacks XDG_RUNTIME_DIR. Qt then chooses a folder and warns, which helps no user.
 void printUseful(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
         printByDefault(type, context, text);
 }
 
-// Without a window, a display that cannot be reached must not matter.
+// Without a window, no display is needed, not even one that DISPLAY names.
 void avoidDisplay()
 {
     qInstallMessageHandler(printErrorsOnly);

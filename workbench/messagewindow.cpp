@@ -99,7 +99,8 @@ void MessageWindow::clear()
     m_list->clear();
 }
 
-// Follows the dialog. The frame of this window is assumed to be like the dialog's: it is unknown before it is shown.
+// Follows the dialog. The frame of this window is assumed to be like the dialog's: it is unknown before the window is
+// shown.
 void MessageWindow::place()
 {
     const QRect dialog = m_dialog->frameGeometry();

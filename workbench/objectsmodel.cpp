@@ -63,7 +63,7 @@ QString headerToolTip(int column)
     }
 }
 
-// NaN, which has no order, precedes all numbers.
+// Replaces NaN, which has no order. It precedes all sizes.
 double orderable(double value)
 {
     return std::isnan(value) ? -1 : value;
@@ -188,7 +188,7 @@ QString ObjectsModel::text(int object, int column) const
     }
 }
 
-// Escaped, because a designation can contain markup. The colour of a duplicate does not show in the selected row.
+// Escaped, because a designation can contain markup. Duplicates are named because the selection hides their colour.
 QString ObjectsModel::toolTip(int object) const
 {
     QString text = m_result.objects.at(object).def;
@@ -216,11 +216,11 @@ void ObjectsModel::sortObjects(QVector<int> &objects) const
     if (m_sortColumn == Def)
         sortByDef(objects);
     else if (m_sortColumn >= 0)
-        sortBy(objects, m_sortOrder, [this](int object) { return number(object); });
+        sortBy(objects, m_sortOrder, [this](int object) { return sortKey(object); });
 }
 
-// As a person sorts: digits by their number, letters in the order of the Russian alphabet. A key is 10 times faster to
-// compare than its text.
+// Natural order: digits by their value, letters as in the Russian alphabet. Comparing sort keys is 10 times faster than
+// comparing texts.
 void ObjectsModel::sortByDef(QVector<int> &objects) const
 {
     QCollator collator{QLocale(QLocale::Russian)};
@@ -233,8 +233,8 @@ void ObjectsModel::sortByDef(QVector<int> &objects) const
     sortBy(objects, m_sortOrder, [&keys](int object) { return keys[static_cast<size_t>(object)]; });
 }
 
-/// What a column other than the designation sorts by.
-double ObjectsModel::number(int object) const
+/// The sort key of \a object in the sorted column, which is not the designation.
+double ObjectsModel::sortKey(int object) const
 {
     const ResultObject &sorted = m_result.objects.at(object);
     const ObjectMeasure &measure = m_measures.at(object);

@@ -31,6 +31,7 @@ public:
     void setDuplicateBrush(const QBrush &brush);
     int duplicateCount() const { return m_isDuplicate.count(true); }
 
+    /// The object in \a row, or -1 if there is no such row.
     int objectAt(int row) const { return m_objects.value(row, -1); }
 
     /// The row of \a object, or -1 if it is hidden.
@@ -47,7 +48,7 @@ private:
     QVector<int> shownObjects() const;
     void sortObjects(QVector<int> &objects) const;
     void sortByDef(QVector<int> &objects) const;
-    double number(int object) const;
+    double sortKey(int object) const;
 
     ImportResult m_result;
     QVector<ObjectMeasure> m_measures;

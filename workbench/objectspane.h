@@ -18,7 +18,7 @@ public:
     /// Removes the filter and makes the first row current.
     void setResult(const ImportResult &result);
 
-    /// Makes \a object current and scrolls to it, -1: none. A filter that hides it is removed.
+    /// Makes \a object, or none with -1, current and scrolls to it. A filter that hides it is removed.
     void setCurrentObject(int object);
     int currentObject() const { return m_currentObject; }
 

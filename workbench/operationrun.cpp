@@ -26,8 +26,8 @@ Widget *optional(QWidget *dialog, const char *name)
 OperationRun::OperationRun()
 {
     currentRun = this;
-    m_opened.setSingleShot(true);
-    connect(&m_opened, &QTimer::timeout, this, &OperationRun::observeDialog);
+    m_observer.setSingleShot(true);
+    connect(&m_observer, &QTimer::timeout, this, &OperationRun::observeDialog);
 }
 
 OperationRun::~OperationRun()
@@ -45,10 +45,10 @@ void OperationRun::call(ImportGeometryInterface &plugin, const HostOptions &opti
                         const QString &fileName)
 {
     m_requestedFile = fileName;
-    m_opened.start(0); // runs in the event loop of the dialog
+    m_observer.start(0); // runs in the event loop of the dialog
     m_result = plugin.operation(op, options.formName, options.objectTable, options.pointTable, options.columns,
                                 &OperationRun::showStatus);
-    m_opened.stop();
+    m_observer.stop();
 }
 
 void OperationRun::receive(const QString &text)

@@ -36,7 +36,7 @@ public:
     /// False if the dialog was accepted before its file was processed.
     bool wasProcessed() const { return m_wasProcessed; }
 
-    /// The messages of the last processing: their number, and the last of them.
+    /// Number and last text of the messages since the dialog last started to process a file.
     int messageCount() const { return m_messageCount; }
     const QString &lastMessage() const { return m_lastMessage; }
 
@@ -52,7 +52,7 @@ private:
     void beginProcessing();
     void closeDialog(int code);
 
-    QTimer m_opened;
+    QTimer m_observer; ///< fires when the dialog has opened
     QString m_requestedFile;
     QPointer<QWidget> m_dialog;
     QPointer<MessageWindow> m_messageWindow; ///< owned by the dialog

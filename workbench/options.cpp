@@ -46,7 +46,7 @@ constexpr int maxColumn = 999;
 constexpr int maxField = 20;
 constexpr int maxStart = 999999999;
 
-/// An option whose default the help shows.
+/// An option with its default in the help.
 QCommandLineOption withDefault(const QString &name, const QString &description, const QString &valueName,
                                const QString &value)
 {
@@ -146,10 +146,10 @@ QString CommandLine::help() const
 {
     return m_parser.helpText() +
            QStringLiteral("\nExit status of an unattended import:\n"
-                          "  0  all objects came, without a message\n"
-                          "  1  no objects came\n"
+                          "  0  objects were imported, without a message\n"
+                          "  1  no objects were imported\n"
                           "  2  wrong usage, or something could not be loaded, read or saved\n"
-                          "  3  objects came, but messages too: some objects may be missing\n\n"
+                          "  3  objects were imported, but with messages: some may be missing\n\n"
                           "Example:\n"
                           "  importhost --operation mif --objects plan.mif --encoding Windows-1251 --output plan.xml");
 }

@@ -14,7 +14,7 @@ struct PictureColors
     QColor currentLine;
     QColor currentFill; ///< translucent
 
-    /// Colours that fit the widgets, for a dark theme too.
+    /// Colours that fit \a palette, which may be dark.
     static PictureColors of(const QPalette &palette);
 
     /// Colours for white paper.

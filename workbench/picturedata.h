@@ -12,14 +12,14 @@ public:
 
     const ImportResult &result() const { return m_result; }
 
-    /// Box of everything; empty without drawable vertices.
+    /// The box of all drawable vertices; may be empty.
     const PictureBox &box() const { return m_box; }
     const PictureBox &contourBox(int contour) const { return m_contourBoxes.at(contour); }
     PictureBox objectBox(int object) const;
     int objectOfContour(int contour) const { return m_objects.at(contour); }
 
-    /// Box of the \a chunkSize vertices from \a firstVertex, a multiple of it. With these boxes a part of a contour of
-    /// a million vertices is painted in 3 ms instead of 20.
+    /// The box of the chunkSize vertices that start at \a firstVertex, a multiple of chunkSize. Skipping chunks out of
+    /// view paints a part of a contour of a million vertices in 3 ms instead of 20.
     const PictureBox &chunkBox(int firstVertex) const { return m_chunkBoxes.at(firstVertex / chunkSize); }
     static constexpr int chunkSize = 128;
 
@@ -32,11 +32,11 @@ public:
     /// The contours whose box touches \a box, in ascending order.
     QVector<int> contoursIn(const PictureBox &box) const { return m_index.find(box); }
 
-    /// The vertices of \a contours in \a view; those of whole chunks, so some may be a bit outside.
+    /// The number of vertices of \a contours in \a view, and of others in the same chunks.
     int vertexCount(const QVector<int> &contours, const PictureBox &view) const;
 
-    /// The object at \a xy, or -1: a line or a point closer than \a tolerance; or else the smallest object that
-    /// contains it, where holes do not count; or else a border closer than \a tolerance. Metres.
+    /// The object at \a xy, or -1. An object with a line or point within \a tolerance, in metres, takes precedence;
+    /// then the smallest object that contains \a xy outside of its holes; then one with a border within \a tolerance.
     int objectAt(const QPointF &xy, double tolerance) const;
 
 private:

@@ -39,7 +39,7 @@ QString titleOf(const PictureData &data)
     return table.isEmpty() ? QStringLiteral("Объекты") : table;
 }
 
-/// A size for all of \a data, as wide as given.
+/// A size of the given width for a picture of \a data with its legend.
 QSizeF sizeFor(const PictureData &data, const PictureMap &map, double width)
 {
     const double right = map.hasSurveyAxes ? data.box().height() : data.box().width();

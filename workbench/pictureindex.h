@@ -30,6 +30,6 @@ private:
     void split(int first, int middle, int last, bool alongX);
 
     QVector<PictureBox> m_boxes;
-    QVector<int> m_order;
+    QVector<int> m_order; ///< the boxes that are not empty; those of a node are contiguous
     QVector<Node> m_nodes;
 };

@@ -11,8 +11,8 @@
 namespace {
 
 constexpr int maxLabels = 3000;    // as many as a screen has room for
-constexpr int maxPoints = 3000;    // contours in view, beyond which single vertices are not labelled
-constexpr int maxTextLength = 500; // read of a designation
+constexpr int maxPoints = 3000;    // with more contours in view, single vertices are not labelled
+constexpr int maxTextLength = 500; // the rest of a designation is ignored
 
 // Pixels.
 constexpr double maxNameWidth = 260;
@@ -21,8 +21,8 @@ constexpr double maxNumberWidth = 90;
 constexpr double minObjectSize = 24; // of a named object
 constexpr double minSpacing = 18;    // between numbered vertices
 constexpr double minCurrentSpacing = 10;
-constexpr double minArea = 1800; // of the picture for each vertex; otherwise none is numbered
-constexpr double circleRoom = 8; // beside a current object that is marked with a circle
+constexpr double minArea = 1800; // per vertex in view; with less, only the current object is numbered
+constexpr double circleRoom = 8; // for the circle that marks a small current object
 constexpr double gap = 4;        // between a vertex and its number
 
 QString oneLine(const QString &text)
@@ -37,7 +37,7 @@ QPointF direction(const QPointF &from, const QPointF &to)
     return length > 0 ? d / length : QPointF();
 }
 
-/// A horizontal interval inside of rings.
+/// A horizontal interval inside rings.
 struct Interval
 {
     QPointF middle;
@@ -69,7 +69,8 @@ QRectF boundsOf(const PictureOutline &outline)
     return box.isEmpty() ? QRectF() : QRectF(box.minX, box.minY, box.width(), box.height());
 }
 
-/// Inner places for a name, best first: those that are as wide as the name, then others; the middle before the rest.
+/// Places for a name inside \a rings, best first: those as wide as the name, then narrower ones; the middle before the
+/// rest.
 QVector<Interval> innerPlaces(const PictureOutline &rings, double nameWidth)
 {
     const QRectF bounds = boundsOf(rings);
@@ -82,7 +83,7 @@ QVector<Interval> innerPlaces(const PictureOutline &rings, double nameWidth)
     return places;
 }
 
-/// The middle of the longest segment, or the last point; the picture's coordinates.
+/// The middle of the longest segment, or the only point, in pixels.
 QPointF middleOfLongest(const PictureOutline &lines)
 {
     QPointF middle;
@@ -183,7 +184,6 @@ void PictureLabels::placeName(const Visible &visible, bool isCurrent)
     const bool isPoint = size == 0 && m_hasPoints;
     if ((size < minObjectSize && !isCurrent && !isPoint) || m_labels.size() >= maxLabels)
         return;
-    // Room for the circle around a small current object.
     const QPointF beside = isCurrent && size < minObjectSize ? QPointF(circleRoom, -circleRoom) : QPointF();
     const PictureLabel label{{}, oneLine(m_data.result().objects.at(visible.object).def), true, isCurrent};
     if (label.text.isEmpty())
@@ -231,7 +231,7 @@ void PictureLabels::placeNumbers(const Visible &visible, bool isCurrent)
 
 void PictureLabels::placeNumbers(const ResultContour &contour, bool isCurrent)
 {
-    // The last vertex of a ring repeats the first, but its number can be another.
+    // The last vertex of a ring repeats the position of the first, but can have another number.
     const int count = contour.vertexCount;
     const int period = count - (contour.isClosed ? 1 : 0);
     const QPointF *const vertices = m_data.begin(contour);
@@ -250,7 +250,7 @@ void PictureLabels::placeNumbers(const ResultContour &contour, bool isCurrent)
     }
 }
 
-/// Tries the four quadrants, first that towards \a preferred.
+/// Tries the four quadrants around \a point, starting with the one towards \a preferred.
 bool PictureLabels::placeBeside(const QPointF &point, const QPointF &preferred, PictureLabel label)
 {
     const QFontMetricsF metrics(label.isName ? m_nameFont : m_numberFont);

@@ -16,7 +16,7 @@ public:
     bool take(const QRectF &rect);
 
 private:
-    QHash<qint64, QVector<QRectF>> m_cells; ///< squares of the picture with what is taken there
+    QHash<qint64, QVector<QRectF>> m_cells; ///< by square of the picture: the rectangles that touch it
 };
 
 /// A text of the picture: the name of an object or the number of a vertex.
@@ -30,7 +30,7 @@ struct PictureLabel
 
 /// Places the names of objects and the numbers of vertices that are large enough on screen.
 ///
-/// No two labels overlap, nor do they overlap what is taken before. The labels of the current object come first.
+/// A label overlaps neither another one nor an area that was passed to avoid(). The current object comes first.
 class PictureLabels
 {
 public:
@@ -66,10 +66,10 @@ private:
     const QFont m_nameFont;
     const QFont m_numberFont;
     LabelSpace m_space;
-    QHash<QPair<int, int>, QString> m_numberAt; ///< the number at a pixel, for corners that objects share
+    QHash<QPair<int, int>, QString> m_numberAt; ///< by position in half pixels; a shared corner is numbered once
     QVector<PictureLabel> m_labels;
-    bool m_hasPoints = true; ///< single vertices are labelled
+    bool m_hasPoints = true; ///< whether contours of a single vertex are labelled
 };
 
-/// The average distance in pixels between neighbouring vertices of a contour that takes \a pixels.
+/// An estimate of the distance between neighbouring vertices of \a contour, whose box is \a pixels.
 double vertexSpacing(const ResultContour &contour, const QRectF &pixels);

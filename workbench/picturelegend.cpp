@@ -13,7 +13,7 @@ constexpr double arrowLength = 2.6;
 constexpr double maxBarLength = 9;
 constexpr double tickHeight = 0.45;
 
-/// A line with an arrow head; a path, so that only contours are lines in a document.
+/// A line with an arrow head; a path, so that only contours are polylines in a document.
 QPainterPath arrow(const QPointF &from, const QPointF &to, double headSize)
 {
     const QPointF along = (to - from) / std::hypot(to.x() - from.x(), to.y() - from.y()) * headSize;
@@ -33,7 +33,7 @@ double roundLength(double maxLength)
     if (!(maxLength > 0) || !std::isfinite(maxLength))
         return 0;
     const double power = std::pow(10, std::floor(std::log10(maxLength)));
-    constexpr double rounding = 1 + 1e-9; // lets 0.1 * 10 be 1
+    constexpr double rounding = 1 + 1e-9; // so that 0.1 * 10 counts as 1
     for (const double digit : {10.0, 5.0, 2.0}) {
         if (digit * power <= maxLength * rounding)
             return digit * power;
@@ -45,7 +45,7 @@ QString lengthText(double metres)
 {
     const QLocale locale(QLocale::Russian, QLocale::Russia);
     const auto text = [&locale](double value, const QString &unit) {
-        // Six digits, because 0.002 * 1000 is not exactly 2; no exponent for a number of 13 digits.
+        // Six digits hide that 0.002 * 1000 is not exactly 2. Larger numbers would get an exponent.
         const QString number = value < 1e6 ? locale.toString(value, 'g', 6) : locale.toString(value, 'f', 0);
         return QStringLiteral("%1 %2").arg(number, unit);
     };

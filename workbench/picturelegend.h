@@ -14,7 +14,7 @@ double roundLength(double maxLength);
 /// A round length for people: "5 мм", "20 см", "100 м", "2 км".
 QString lengthText(double metres);
 
-/// What does not move with the picture: the directions of X and Y in the left corner, the scale bar in the right one.
+/// The fixed parts of a picture: the directions of X and Y in the lower left corner, the scale bar in the lower right.
 class PictureLegend
 {
 public:

@@ -2,14 +2,14 @@
 
 void PictureMap::fit(const PictureBox &box, double part)
 {
-    constexpr double minExtent = 1e-3; // a single position: one millimetre fills the picture, so limit the scale
-    constexpr double maxScaleOfPoint = 20;
+    constexpr double minExtent = 1e-3; // metres; a smaller box counts as a point
+    constexpr double pointScale = 20;  // pixels per metre, since a point has no scale of its own
     if (box.isEmpty())
         return;
     center = box.center();
     const double right = hasSurveyAxes ? box.height() : box.width();
     const double up = hasSurveyAxes ? box.width() : box.height();
-    scale = box.size() < minExtent ? maxScaleOfPoint
+    scale = box.size() < minExtent ? pointScale
                                    : part * std::min(std::max(size.width(), 1.0) / std::max(right, minExtent),
                                                      std::max(size.height(), 1.0) / std::max(up, minExtent));
 }

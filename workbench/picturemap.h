@@ -37,7 +37,7 @@ struct PictureBox
     }
 };
 
-/// Whether the picture shows \a xy: not a NaN, and so small that sizes and products stay finite.
+/// True unless a coordinate is NaN, infinite or so large that products of sizes could become infinite.
 inline bool isDrawable(const QPointF &xy)
 {
     constexpr double limit = 1e18;
@@ -87,7 +87,7 @@ struct PictureMap
     /// Moves the centre so that \a xy appears at \a pixels.
     void moveTo(const QPointF &xy, const QPointF &pixels) { center += xy - toMetres(pixels); }
 
-    /// Centres \a box and chooses the scale so that it takes the given part of the picture.
+    /// Centres \a box and scales it to \a part, at most 1, of the picture's width or height.
     void fit(const PictureBox &box, double part);
 
     /// The same picture with \a factor times as many pixels.

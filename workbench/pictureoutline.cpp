@@ -16,7 +16,7 @@ void PictureOutline::clear()
 void PictureOutline::append(const ResultContour &contour)
 {
     m_start = pointCount();
-    m_isLastLeftOut = false;
+    m_isLastSkipped = false;
     m_sidesOfAll = m_lastSides = m_commonSides = 0;
     const QPointF *const vertices = m_data->result().vertices.constData();
     const int end = contour.firstVertex + contour.vertexCount;
@@ -26,8 +26,8 @@ void PictureOutline::append(const ResultContour &contour)
         if (beginsChunk && isSkippable(m_data->chunkBox(i)))
             i += PictureData::chunkSize - 2;
     }
-    if (m_isLastLeftOut)
-        appendPoint(m_leftOut);
+    if (m_isLastSkipped)
+        appendPoint(m_skipped);
     for (const Side side : {Left, Right, Top, Bottom}) {
         if ((m_sidesOfAll & side) != 0)
             clipAt(side);
@@ -35,7 +35,7 @@ void PictureOutline::append(const ResultContour &contour)
     m_ends.append(pointCount());
 }
 
-/// Whether the first and the last vertex of a chunk stand for all of it.
+/// True if the first and last vertices of \a chunk suffice to draw it.
 bool PictureOutline::isSkippable(const PictureBox &chunk) const
 {
     const QPointF a = m_map.toPixels(QPointF(chunk.minX, chunk.minY));
@@ -50,9 +50,9 @@ void PictureOutline::appendVertex(const QPointF &xy)
         return;
     const QPointF point = m_map.toPixels(xy);
     const QPointF last = pointCount() > m_start ? m_points.back() : QPointF(qInf(), qInf());
-    m_isLastLeftOut = std::abs(point.x() - last.x()) < m_tolerance && std::abs(point.y() - last.y()) < m_tolerance;
-    m_leftOut = point;
-    if (!m_isLastLeftOut)
+    m_isLastSkipped = std::abs(point.x() - last.x()) < m_tolerance && std::abs(point.y() - last.y()) < m_tolerance;
+    m_skipped = point;
+    if (!m_isLastSkipped)
         appendPoint(point);
 }
 

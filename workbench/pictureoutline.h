@@ -4,18 +4,17 @@
 
 #include <vector>
 
-/// Lines in pixels: contours reduced to what can be seen.
+/// Contours as lines in pixels, reduced to their visible parts.
 ///
-/// A vertex closer than a tolerance to the one before it is left out, except the last. Parts beyond the clip rectangle
+/// A vertex closer than a tolerance to the one before it is skipped, except the last. Parts beyond the clip rectangle
 /// are replaced by lines along its border; for a ring this changes nothing inside.
 class PictureOutline
 {
 public:
-    /// \a data must outlive this object. \a clip must be somewhat larger than what is shown, because lines follow its
-    /// border.
+    /// \a data must outlive this object. \a clip must be larger than the visible area, because lines follow its border.
     PictureOutline(const PictureData &data, const PictureMap &map, const QRectF &clip);
 
-    /// In pixels, by default 0.5; 0 keeps all vertices.
+    /// The default is 0.5 pixels; 0 keeps all vertices.
     void setTolerance(double tolerance) { m_tolerance = tolerance; }
 
     void clear();
@@ -48,9 +47,9 @@ private:
 
     // The line that is being appended.
     int m_start = 0;
-    QPointF m_leftOut; ///< the last vertex, if it has been left out
-    bool m_isLastLeftOut = false;
-    int m_sidesOfAll = 0;  ///< where points lie beyond the clip rectangle
-    int m_lastSides = 0;   ///< of the last point
-    int m_commonSides = 0; ///< of the last two points
+    QPointF m_skipped; ///< the last vertex, if it was skipped
+    bool m_isLastSkipped = false;
+    int m_sidesOfAll = 0;  ///< sides of the clip rectangle beyond which any point lies
+    int m_lastSides = 0;   ///< the last point
+    int m_commonSides = 0; ///< both of the last two points
 };

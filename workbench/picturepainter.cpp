@@ -12,17 +12,17 @@ namespace {
 
 // Logical pixels.
 constexpr double clipMargin = 16;   // lines follow the border of the clip rectangle, which must not be seen
-constexpr double dotSize = 1;       // of a contour that becomes a dot
-constexpr double smallSize = 6;     // of a contour that is drawn coarsely
+constexpr double dotSize = 1;       // smaller contours are drawn as a dot
+constexpr double smallSize = 6;     // smaller objects are drawn coarsely
 constexpr double coarseShare = 0.6; // of the opacity: coarse lines look heavier
 constexpr double minMarkSpacing = 9;
-constexpr double minMarkArea = 80; // of the picture for each vertex
+constexpr double minMarkArea = 80; // per vertex in view; with less, no vertices are marked
 constexpr double markRadius = 1.8;
-constexpr double minCurrentSize = 10; // of an object that is found without a circle around it
+constexpr double minCurrentSize = 10; // a smaller current object gets a circle of this radius
 constexpr double currentWidth = 2.5;
-constexpr double maxSmoothLength = 100000; // of the current object; smoothing scribble takes minutes
+constexpr double maxSmoothLength = 100000; // of the current object; smoothing a longer scribble takes minutes
 
-/// Small contours are drawn lighter, so that a survey of many does not become black.
+/// Small contours are drawn lighter, so that an overview of many does not become black.
 double lineOpacity(double size)
 {
     constexpr double smallest = 2;
@@ -73,7 +73,8 @@ double lengthOf(const PictureOutline &outline)
     return length;
 }
 
-/// For wide pens: QPainter needs minutes for one polyline of 20,000 segments that cross each other.
+/// Draws lines in short pieces. With a wide pen, one polyline of 20,000 segments that cross each other takes QPainter
+/// minutes.
 void drawInPieces(QPainter &painter, const PictureOutline &outline)
 {
     constexpr int pieceSize = 32;

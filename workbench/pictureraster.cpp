@@ -3,9 +3,9 @@
 namespace {
 
 constexpr int opaque = 256;
-constexpr int one = 256; // of fixed-point numbers, which take half the time of floating-point ones for short lines
+constexpr int one = 256; // 1.0 in fixed point, which halves the time of floating point for short lines
 
-// Scribble of more than that is not filled: it would take seconds, and gigabytes of memory.
+// An outline with more crossings is not filled: it would take seconds, and gigabytes of memory.
 constexpr size_t maxCrossings = 5000000;
 
 int toFixed(double value)
@@ -82,7 +82,7 @@ void PictureRaster::fill(const PictureOutline &outline, const QColor &color)
     }
 }
 
-/// Notes where a line crosses the middles of the pixel rows.
+/// Records where a segment crosses the centre lines of the pixel rows.
 void PictureRaster::addCrossings(const QPointF &a, const QPointF &b)
 {
     const QPointF &top = a.y() < b.y() ? a : b;
@@ -137,7 +137,7 @@ void PictureRaster::strokeSegment(QPointF a, QPointF b, double width)
     const int minorStride = isSteep ? 1 : m_stride;
     const int minorCount = isSteep ? m_width : m_height;
     const double slope = b.x() > a.x() ? (b.y() - a.y()) / (b.x() - a.x()) : 0;
-    // Within 2 % of the square root of 1 + slope², which takes longer than painting a short segment.
+    // Approximates sqrt(1 + slope²) within 2 %; the square root takes longer than painting a short segment.
     const int half = toFixed(width / 2 * (1 + 0.4142 * slope * slope));
     const int left = std::max(0, toFixed(a.x()));
     const int right = std::min((isSteep ? m_height : m_width) * one, toFixed(b.x()));

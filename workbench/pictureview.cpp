@@ -11,13 +11,13 @@ namespace {
 
 constexpr double clickTolerance = 4; // pixels
 constexpr double fittedPart = 0.9;   // of the view
-constexpr double foundPart = 0.3;    // of the view, for an object whose scale must change
-constexpr double minFoundSize = 12;  // pixels
+constexpr double shownPart = 0.3;    // of the view, for an object that would be too small
+constexpr double minShownSize = 12;  // pixels
 constexpr double wheelStep = 120;    // eighths of a degree
 constexpr double zoomStep = 1.25;
 constexpr int arrowStep = 60;           // pixels
 constexpr double maxScale = 1e5;        // pixels per metre: a millimetre is 100 pixels
-constexpr double minFittedShare = 0.02; // of the scale that fits, to which zooming out is limited
+constexpr double minFittedShare = 0.02; // zooming out stops at this share of the scale that fits
 
 } // namespace
 
@@ -58,11 +58,11 @@ void PictureView::showObject(int object)
     if (box.isEmpty() || box.touches(m_map.toMetres(m_map.rect())))
         return;
     const QRectF pixels = m_map.toPixels(box);
-    const bool isSmall = std::max(pixels.width(), pixels.height()) < minFoundSize;
+    const bool isSmall = std::max(pixels.width(), pixels.height()) < minShownSize;
     const bool isLarge = pixels.width() > m_map.size.width() || pixels.height() > m_map.size.height();
     m_isFitted = false;
     if (isSmall || isLarge)
-        m_map.fit(box, isLarge ? fittedPart : foundPart);
+        m_map.fit(box, isLarge ? fittedPart : shownPart);
     else
         m_map.center = box.center();
     repaintContours();

@@ -5,12 +5,13 @@
 #include <QGraphicsView>
 #include <QImage>
 
-/// The contours of a result, to be looked at, zoomed and clicked.
+/// An interactive picture of the contours of a result.
 ///
 /// The wheel zooms at the pointer, dragging pans; a double click, Home or F fits; plus, minus and the arrow keys work,
 /// too. A click makes the object under the pointer the current one.
 ///
-/// The scene is the viewport, in pixels: scroll bars count pixels as int, which a map of a country exceeds.
+/// The scene is only as large as the viewport: in a scene of the whole map, scroll bars would count its pixels as int,
+/// which a zoomed map of a country exceeds.
 class PictureView : public QGraphicsView
 {
     Q_OBJECT
@@ -35,12 +36,12 @@ public:
     /// Shows all contours. They stay fitted when the size changes, until the user zooms or pans.
     void fit();
 
-    /// What the viewport shows.
+    /// Maps the viewport, in pixels, to metres.
     const PictureMap &map() const { return m_map; }
 
 Q_SIGNALS:
-    void objectClicked(int object);       ///< -1: beside all objects
-    void pointerMoved(const QPointF &xy); ///< X (north) and Y (east) at the pointer, metres; not without vertices
+    void objectClicked(int object);       ///< -1: no object was hit
+    void pointerMoved(const QPointF &xy); ///< X (north) and Y (east), metres; not emitted without vertices
 
 protected:
     void drawBackground(QPainter *painter, const QRectF &rect) override;
@@ -66,7 +67,7 @@ private:
     bool m_isFitted = true;
     int m_currentObject = -1;
     QImage m_contours; ///< cache: paper and contours; null if stale
-    QPoint m_pressed;  ///< where the button went down, then the last position of a drag
+    QPoint m_pressed;  ///< where the button was pressed; during a drag, the last position
     bool m_isPressed = false;
     bool m_isDragged = false;
 };

@@ -7,8 +7,7 @@
 
 namespace {
 
-// About a second.
-constexpr int maxEffort = 100000000;
+constexpr int maxEffort = 100000000; // takes about a second
 
 // Coordinates are relative to the first vertex: products of large coordinates would lose the decimals of the area.
 double ringArea(const QVector<QPointF> &vertices, const ResultContour &ring)

@@ -12,7 +12,7 @@
 
 namespace {
 
-// A document begins with a line end.
+// The plug-in begins its documents with a line feed.
 int shownStart(const QString &text)
 {
     return text.startsWith(QLatin1Char('\n')) ? 1 : 0;

@@ -12,8 +12,8 @@ const QString strRow = QStringLiteral("Row");
 const QString strCell = QStringLiteral("Cell");
 const QString strName = QStringLiteral("Name");
 
-/// A text as a device of UTF-8: the parser holds one piece of it at a time. Given the whole text, it would hold two
-/// more copies, 430 MB for a million vertices.
+/// Feeds a text to the parser in pieces of UTF-8. Given the whole text, the parser would hold two more copies, 430 MB
+/// for a million vertices.
 class TextDevice : public QIODevice
 {
 public:

@@ -22,13 +22,13 @@ public:
     /// \a columns are those that the plug-in was called with.
     explicit ResultReader(const GeometryInfo &columns) : m_columns(columns) {}
 
-    /// Reads all of \a text. Returns false for a text that is not such a document; error() then says why, and the
-    /// result is empty.
+    /// Reads all of \a text. Returns false if it is not such a document; error() is then the reason, and the result is
+    /// empty.
     bool read(const QString &text);
 
     const ImportResult &result() const { return m_result; }
 
-    /// What is wrong, for the user, or empty.
+    /// For the user; empty without an error.
     const QString &error() const { return m_error; }
 
 private:

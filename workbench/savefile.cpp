@@ -5,7 +5,8 @@
 
 namespace {
 
-// A full disk takes a part without giving a reason; only writing the rest gives it. A buffer would keep the rest.
+// A full disk accepts part of the data without an error; only the attempt to write the rest fails with a reason.
+// Unbuffered, because a buffer would put off that attempt.
 bool write(QFileDevice &file, const QByteArray &bytes)
 {
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))

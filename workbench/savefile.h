@@ -3,8 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// Writes \a bytes to a new file and then gives it the name \a fileName, so that after a failure the old file, if any,
-/// is unchanged. A device or a pipe is written directly.
+/// Writes \a bytes to a temporary file and renames it to \a fileName, so that a failure leaves an old file unchanged. A
+/// device or a pipe is written directly.
 ///
 /// Returns false after a failure; \a error is then the reason, without the file name.
 bool saveFile(const QString &fileName, const QByteArray &bytes, QString &error);

@@ -25,7 +25,7 @@ public:
 
     const QString &error() const { return m_error; }
 
-    /// The text that the plug-in returned; empty: no objects.
+    /// The text that the plug-in returned; empty if nothing was imported.
     const QString &result() const { return m_result; }
 
     int messageCount() const { return m_messageCount; }

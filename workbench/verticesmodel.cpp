@@ -50,7 +50,7 @@ QVariant VerticesModel::data(const QModelIndex &index, int role) const
     return vertex < 0 ? QVariant() : m_result.cell(vertex, index.column());
 }
 
-// Of equal columns the number precedes X, and X precedes Y, as in the result.
+// Where columns coincide, the number takes precedence over X, and X over Y, as in the result.
 QVariant VerticesModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Vertical || role != Qt::DisplayRole)

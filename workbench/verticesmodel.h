@@ -11,7 +11,7 @@ class VerticesModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    /// \a columns are named in the header.
+    /// \a columns are those that the plug-in was called with. They get names in the header.
     explicit VerticesModel(const GeometryInfo &columns, QObject *parent = nullptr);
 
     /// Shows no object until setObject() is called.

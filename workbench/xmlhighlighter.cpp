@@ -4,7 +4,7 @@
 
 namespace {
 
-// The formats of a megabyte in one line would take seconds.
+// Highlighting a line of a megabyte would take seconds.
 constexpr int maxLineLength = 10000;
 
 bool isNameEnd(QChar c)
