@@ -19,8 +19,8 @@ private Q_SLOTS:
     void examplesAreImported();
     void messagesArePrinted_data();
     void messagesArePrinted();
-    void statusTellsWhatCame_data();
-    void statusTellsWhatCame();
+    void statusDependsOnObjectsAndMessages_data();
+    void statusDependsOnObjectsAndMessages();
     void foreignDialogIsReported();
     void userSettingsAreNeitherReadNorWritten();
     void missingFolderForSettingsIsReported();
@@ -162,7 +162,7 @@ void tst_ImportHostImport::messagesArePrinted()
     QTEST(compact(run.output), "output");
 }
 
-void tst_ImportHostImport::statusTellsWhatCame_data()
+void tst_ImportHostImport::statusDependsOnObjectsAndMessages_data()
 {
     QTest::addColumn<QString>("result");
     QTest::addColumn<QString>("message");
@@ -181,7 +181,7 @@ void tst_ImportHostImport::statusTellsWhatCame_data()
     QTest::newRow("no result") << QString() << message << 1 << QStringLiteral("0 objects, 0 vertices, 1 message");
 }
 
-void tst_ImportHostImport::statusTellsWhatCame()
+void tst_ImportHostImport::statusDependsOnObjectsAndMessages()
 {
     QFETCH(QString, result);
     QFETCH(QString, message);

@@ -8,7 +8,7 @@
 
 Q_DECLARE_METATYPE(Closure)
 
-/// Measures of objects, and how numbers are written for people.
+/// Measures of objects, and the texts of numbers.
 class tst_WorkbenchMeasure : public QObject
 {
     Q_OBJECT
@@ -17,11 +17,11 @@ private Q_SLOTS:
     void objectIsMeasured_data();
     void objectIsMeasured();
     void areaOfFarObjectKeepsItsDecimals();
-    void infiniteSizeIsNoNumber_data();
-    void infiniteSizeIsNoNumber();
-    void depthOfManyRingsIsFound_data();
-    void depthOfManyRingsIsFound();
-    void endlessComparisonIsGivenUp();
+    void nonFiniteSizeIsNotShown_data();
+    void nonFiniteSizeIsNotShown();
+    void areaOfManyRingsIsFound_data();
+    void areaOfManyRingsIsFound();
+    void expensiveNestingIsGivenUp();
 
     void nounAgreesWithItsNumber_data();
     void nounAgreesWithItsNumber();
@@ -113,7 +113,7 @@ void tst_WorkbenchMeasure::areaOfFarObjectKeepsItsDecimals()
     QCOMPARE(metresText(measureOf({square(50000000, 60000000, 0.5)}).area), QStringLiteral("0.25"));
 }
 
-void tst_WorkbenchMeasure::infiniteSizeIsNoNumber_data()
+void tst_WorkbenchMeasure::nonFiniteSizeIsNotShown_data()
 {
     QTest::addColumn<QStringList>("contours");
 
@@ -123,26 +123,26 @@ void tst_WorkbenchMeasure::infiniteSizeIsNoNumber_data()
     QTest::newRow("huge rings") << QStringList{huge, huge};
 }
 
-void tst_WorkbenchMeasure::infiniteSizeIsNoNumber()
+void tst_WorkbenchMeasure::nonFiniteSizeIsNotShown()
 {
     QFETCH(QStringList, contours);
 
     QCOMPARE(metresText(measureOf(contours).area), QString());
 }
 
-void tst_WorkbenchMeasure::depthOfManyRingsIsFound_data()
+void tst_WorkbenchMeasure::areaOfManyRingsIsFound_data()
 {
     QTest::addColumn<QStringList>("contours");
     QTest::addColumn<double>("area");
 
-    // Rings of the sides 2n, 2n - 2 ... 2: the differences of their squares add up to half of the sum of sides.
+    // Squares with the sides 2n, 2n - 2 ... 2. For b = a - 2, a² - b² is 2 (a + b): the area is twice the sum of sides.
     QTest::newRow("one in another") << concentricSquares(2000) << 2000.0 * 2001 * 2;
     QTest::newRow("side by side") << separateSquares(40000) << 40000.0;
     QTest::newRow("side by side in one") << QStringList{square(-1, -1, 700)} + separateSquares(40000)
                                          << 700.0 * 700 - 40000;
 }
 
-void tst_WorkbenchMeasure::depthOfManyRingsIsFound()
+void tst_WorkbenchMeasure::areaOfManyRingsIsFound()
 {
     QFETCH(QStringList, contours);
     QFETCH(double, area);
@@ -150,8 +150,8 @@ void tst_WorkbenchMeasure::depthOfManyRingsIsFound()
     QCOMPARE(measureOf(contours).area, area);
 }
 
-// Bars across the middle of the tree: all pairs have to be compared.
-void tst_WorkbenchMeasure::endlessComparisonIsGivenUp()
+// Bars that cross the middle of the quadtree share its root cell, so all pairs have to be compared.
+void tst_WorkbenchMeasure::expensiveNestingIsGivenUp()
 {
     QStringList rings;
     for (int i = 0; i < 15000; ++i)

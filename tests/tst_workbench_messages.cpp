@@ -34,7 +34,7 @@ namespace {
 
 const QString message = QStringLiteral("Ошибка чтения строки: 7");
 
-/// A shown modal dialog with its window of messages.
+/// A visible modal dialog with its message window.
 struct Shown
 {
     Shown()
@@ -140,7 +140,7 @@ void tst_WorkbenchMessages::messageIsShownAtOnce()
 
     QVERIFY(shown.window->isVisible());
     QVERIFY(shown.window->windowHandle()->isExposed());
-    QCOMPARE(painted.count > 0, true);
+    QVERIFY(painted.count > 0);
     QVERIFY(shown.window->findChild<MessageList *>()->toPlainText().contains(message));
 }
 
@@ -165,7 +165,7 @@ void tst_WorkbenchMessages::windowFollowsItsDialog()
     QCOMPARE(shown.window->pos(), before + QPoint(15, 20));
 }
 
-// A double click selects a word; it comes from the window system, where modal dialogs block windows.
+// A double click selects a word. It is sent to the QWindow, because that is where a modal dialog blocks input.
 void tst_WorkbenchMessages::windowIsNotBlockedByTheDialog()
 {
     const Shown shown;

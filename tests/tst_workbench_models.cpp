@@ -34,7 +34,7 @@ namespace {
 
 const QBrush colour(Qt::red);
 
-/// Both under test and checked for consistency.
+/// A model under test that is also checked for consistency.
 template <class Model>
 struct Tested : Model
 {

@@ -25,8 +25,8 @@ private Q_SLOTS:
     void svgHasEachVertex();
     void svgTextsAreReadable();
     void svgLooksLikePng();
-    void pngIsLarge_data();
-    void pngIsLarge();
+    void pngIs2000PixelsWide_data();
+    void pngIs2000PixelsWide();
     void axesAreRespected();
     void pdfHasOnePage();
     void suffixIsCaseInsensitive();
@@ -61,7 +61,7 @@ QByteArray tst_WorkbenchPictureExport::saved(const ImportResult &result, const c
     return file.readAll();
 }
 
-/// The points of all polylines.
+/// The number of points of each polyline.
 QVector<int> polylinesOf(const QByteArray &svg)
 {
     QVector<int> counts;
@@ -155,7 +155,7 @@ void tst_WorkbenchPictureExport::svgLooksLikePng()
         QVERIFY2(std::abs(actual.at(i) - expected.at(i)) < 0.15, qPrintable(QString::number(i)));
 }
 
-void tst_WorkbenchPictureExport::pngIsLarge_data()
+void tst_WorkbenchPictureExport::pngIs2000PixelsWide_data()
 {
     QTest::addColumn<QVector<QPointF>>("contour");
     QTest::addColumn<double>("aspect"); // at most, height to width
@@ -166,7 +166,7 @@ void tst_WorkbenchPictureExport::pngIsLarge_data()
     QTest::newRow("huge") << QVector<QPointF>{{-1e18, -1e18}, {1e18, 1e18}} << 1.1;
 }
 
-void tst_WorkbenchPictureExport::pngIsLarge()
+void tst_WorkbenchPictureExport::pngIs2000PixelsWide()
 {
     QFETCH(QVector<QPointF>, contour);
     QFETCH(double, aspect);

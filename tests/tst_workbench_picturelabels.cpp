@@ -17,19 +17,19 @@ private Q_SLOTS:
     void labelsDoNotOverlap_data();
     void labelsDoNotOverlap();
     void verticesAreNumberedAndObjectsNamed();
-    void ringsClosingVertexHasNoNumber();
-    void closingVertexWithAnotherNumberHasIt();
+    void closingVertexIsNotNumberedTwice();
+    void closingVertexWithAnotherNumberIsNumbered();
     void sharedCornerIsNumberedOnce();
-    void nameIsInsideOfItsObject_data();
-    void nameIsInsideOfItsObject();
-    void numbersAreOutsideOfTheirRing();
-    void manyVerticesHaveNoNumbers();
+    void nameIsInsideItsObject_data();
+    void nameIsInsideItsObject();
+    void numbersAreOutsideTheirRing();
+    void crowdedVerticesAreNotNumbered();
     void smallObjectsHaveNoLabels();
     void currentObjectComesFirst();
     void longNameIsElided();
-    void shortRestOfANameIsNotShown();
+    void tooNarrowObjectIsNotNamed();
     void lineBreaksAreSpaces();
-    void whatCannotBeDrawnHasNoLabel();
+    void undrawableVertexHasNoLabel();
 };
 
 // A view of 800 by 600 pixels; its lower left corner is the origin.
@@ -51,7 +51,7 @@ QStringList textsOf(const QVector<PictureLabel> &labels)
     return texts;
 }
 
-/// Parcels side by side, with the given distance.
+/// Rows of square parcels. \a distance is between the corners of neighbours.
 QVector<TestObject> mosaic(int rows, int columns, double size, double distance)
 {
     QVector<TestObject> objects;
@@ -117,13 +117,13 @@ void tst_WorkbenchPictureLabels::verticesAreNumberedAndObjectsNamed()
                           QStringLiteral("н3"), QStringLiteral("н4"), QStringLiteral("н5"), QStringLiteral("н6")}));
 }
 
-void tst_WorkbenchPictureLabels::ringsClosingVertexHasNoNumber()
+void tst_WorkbenchPictureLabels::closingVertexIsNotNumberedTwice()
 {
     QCOMPARE(textsOf(placed({{QString(), {square(100, 100, 200)}}})),
              (QStringList{QStringLiteral("н1"), QStringLiteral("н2"), QStringLiteral("н3"), QStringLiteral("н4")}));
 }
 
-void tst_WorkbenchPictureLabels::closingVertexWithAnotherNumberHasIt()
+void tst_WorkbenchPictureLabels::closingVertexWithAnotherNumberIsNumbered()
 {
     ImportResult result;
     for (const QPointF &xy : square(100, 100, 200))
@@ -161,7 +161,7 @@ void tst_WorkbenchPictureLabels::sharedCornerIsNumberedOnce()
              (QStringList{QStringLiteral("5"), QStringLiteral("6"), QStringLiteral("6"), QStringLiteral("6")}));
 }
 
-void tst_WorkbenchPictureLabels::nameIsInsideOfItsObject_data()
+void tst_WorkbenchPictureLabels::nameIsInsideItsObject_data()
 {
     QTest::addColumn<QVector<QVector<QPointF>>>("rings");
 
@@ -173,7 +173,7 @@ void tst_WorkbenchPictureLabels::nameIsInsideOfItsObject_data()
     QTest::newRow("around the view") << QVector<QVector<QPointF>>{square(-9000, -9000, 20000)};
 }
 
-void tst_WorkbenchPictureLabels::nameIsInsideOfItsObject()
+void tst_WorkbenchPictureLabels::nameIsInsideItsObject()
 {
     QFETCH(QVector<QVector<QPointF>>, rings);
     const PictureData data(resultOf({{QStringLiteral("ЗУ"), rings}}));
@@ -186,7 +186,7 @@ void tst_WorkbenchPictureLabels::nameIsInsideOfItsObject()
         QCOMPARE(data.objectAt(map.toMetres(corner), 0), 0);
 }
 
-void tst_WorkbenchPictureLabels::numbersAreOutsideOfTheirRing()
+void tst_WorkbenchPictureLabels::numbersAreOutsideTheirRing()
 {
     const QRectF ring = QRectF(map.toPixels(QPointF(100, 100)), map.toPixels(QPointF(300, 300))).normalized();
 
@@ -196,7 +196,7 @@ void tst_WorkbenchPictureLabels::numbersAreOutsideOfTheirRing()
     }
 }
 
-void tst_WorkbenchPictureLabels::manyVerticesHaveNoNumbers()
+void tst_WorkbenchPictureLabels::crowdedVerticesAreNotNumbered()
 {
     const QVector<PictureLabel> labels = placed(mosaic(10, 13, 55, 55), 60);
 
@@ -238,7 +238,7 @@ void tst_WorkbenchPictureLabels::longNameIsElided()
     QVERIFY(labels.first().rect.width() > 200);
 }
 
-void tst_WorkbenchPictureLabels::shortRestOfANameIsNotShown()
+void tst_WorkbenchPictureLabels::tooNarrowObjectIsNotNamed()
 {
     const QString name = QStringLiteral("50:21:0010203:1234567890");
 
@@ -251,7 +251,7 @@ void tst_WorkbenchPictureLabels::lineBreaksAreSpaces()
     QCOMPARE(placed({{QStringLiteral("ЗУ\n\t1"), {square(10, 10, 500)}}}).first().text, QStringLiteral("ЗУ 1"));
 }
 
-void tst_WorkbenchPictureLabels::whatCannotBeDrawnHasNoLabel()
+void tst_WorkbenchPictureLabels::undrawableVertexHasNoLabel()
 {
     QVector<QPointF> contour{{100, 100}, {300, 100}};
     contour.insert(1, notDrawable.first());

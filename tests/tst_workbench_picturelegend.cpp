@@ -9,7 +9,7 @@ class tst_WorkbenchPictureLegend : public QObject
 private Q_SLOTS:
     void lengthIsRound_data();
     void lengthIsRound();
-    void noLengthForNothing();
+    void invalidLengthIsZero();
 };
 
 void tst_WorkbenchPictureLegend::lengthIsRound_data()
@@ -52,7 +52,7 @@ void tst_WorkbenchPictureLegend::lengthIsRound()
     QTEST(lengthText(length), "text");
 }
 
-void tst_WorkbenchPictureLegend::noLengthForNothing()
+void tst_WorkbenchPictureLegend::invalidLengthIsZero()
 {
     for (const double maxLength : {0.0, -1.0, qQNaN(), qInf()})
         QCOMPARE(roundLength(maxLength), 0.0);

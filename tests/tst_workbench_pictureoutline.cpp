@@ -11,10 +11,10 @@ class tst_WorkbenchPictureOutline : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void verticesOfOnePixelAreSkipped();
+    void verticesWithinTheToleranceAreSkipped();
     void lastVertexIsKept();
     void zeroToleranceKeepsAll();
-    void whatCannotBeDrawnIsLeftOut();
+    void undrawableVertexIsSkipped();
     void clippingKeepsTheInside_data();
     void clippingKeepsTheInside();
     void clippingKeepsTheLine();
@@ -49,7 +49,7 @@ QPolygonF pixelsOf(const QVector<QPointF> &contour)
     return pixels;
 }
 
-void tst_WorkbenchPictureOutline::verticesOfOnePixelAreSkipped()
+void tst_WorkbenchPictureOutline::verticesWithinTheToleranceAreSkipped()
 {
     const QVector<QPointF> contour{{10, 10}, {10.3, 10.3}, {10.4, 10.4}, {12, 10}};
 
@@ -71,7 +71,7 @@ void tst_WorkbenchPictureOutline::zeroToleranceKeepsAll()
     QCOMPARE(traced(contour, map, 0), pixelsOf(contour));
 }
 
-void tst_WorkbenchPictureOutline::whatCannotBeDrawnIsLeftOut()
+void tst_WorkbenchPictureOutline::undrawableVertexIsSkipped()
 {
     QVector<QPointF> contour{{10, 10}};
     contour += notDrawable;
@@ -129,7 +129,7 @@ void tst_WorkbenchPictureOutline::clippingKeepsTheLine()
         QVERIFY(!QRectF(0, 0, 100, 100).contains(clipped.at(i)));
 }
 
-// The vertices of a contour of many are looked at in chunks.
+// A long contour is read in chunks, of which those beyond the clip rectangle are skipped.
 void tst_WorkbenchPictureOutline::chunksChangeNothingVisible()
 {
     QVector<QPointF> ring;

@@ -17,7 +17,7 @@ private Q_SLOTS:
     void verticesAreMarkedWhenThereIsRoom();
     void currentObjectIsHighlighted_data();
     void currentObjectIsHighlighted();
-    void neighboursOfTheCurrentObjectAreSeen();
+    void neighboursOfTheCurrentObjectStayVisible();
     void legendStaysInItsCorners();
     void labelsAreDrawn();
     void colorsFitThePalette_data();
@@ -33,7 +33,7 @@ PictureMap moved(const QPointF &center, double scale)
     return {center, scale, map.size, true};
 }
 
-/// Returns all of a picture.
+/// Paints a picture, layer by layer.
 class Picture
 {
 public:
@@ -171,7 +171,7 @@ void tst_WorkbenchPicturePainter::currentObjectIsHighlighted()
     QVERIFY(changed.height() >= where.height() - 6);
 }
 
-void tst_WorkbenchPicturePainter::neighboursOfTheCurrentObjectAreSeen()
+void tst_WorkbenchPicturePainter::neighboursOfTheCurrentObjectStayVisible()
 {
     const QVector<QPointF> building = square(20, 20, 20);
     const Picture alone({{QString(), {square(10, 10, 80)}}});

@@ -12,12 +12,12 @@ private Q_SLOTS:
     void holesAreNotFilled();
     void coverageOfLineIsItsArea_data();
     void coverageOfLineIsItsArea();
-    void lineIsWhereItShouldBe();
+    void lineCoversItsPixels();
     void coarseLineHasNoGaps();
     void discIsRound();
     void colorIsBlended();
-    void whatIsOutsideIsIgnored_data();
-    void whatIsOutsideIsIgnored();
+    void pixelsOutsideTheImageAreIgnored_data();
+    void pixelsOutsideTheImageAreIgnored();
 };
 
 // 100 by 100 pixels, a pixel for each metre; X is up, so the map turns and flips the pixels.
@@ -108,7 +108,7 @@ void tst_WorkbenchPictureRaster::coverageOfLineIsItsArea()
     QVERIFY2(std::abs(canvas.allInk() - area) < 0.04 * area + 0.05, qPrintable(QString::number(canvas.allInk())));
 }
 
-void tst_WorkbenchPictureRaster::lineIsWhereItShouldBe()
+void tst_WorkbenchPictureRaster::lineCoversItsPixels()
 {
     Canvas canvas({{QPointF(10, 20.5), QPointF(40, 20.5)}, {QPointF(60, 10), QPointF(60, 40)}});
 
@@ -161,7 +161,7 @@ void tst_WorkbenchPictureRaster::colorIsBlended()
     QVERIFY(std::abs(blended.blue() - 127) <= 1);
 }
 
-void tst_WorkbenchPictureRaster::whatIsOutsideIsIgnored_data()
+void tst_WorkbenchPictureRaster::pixelsOutsideTheImageAreIgnored_data()
 {
     QTest::addColumn<QVector<QPointF>>("contour");
 
@@ -171,7 +171,7 @@ void tst_WorkbenchPictureRaster::whatIsOutsideIsIgnored_data()
     QTest::newRow("below") << square(20, 110, 30);
 }
 
-void tst_WorkbenchPictureRaster::whatIsOutsideIsIgnored()
+void tst_WorkbenchPictureRaster::pixelsOutsideTheImageAreIgnored()
 {
     QFETCH(QVector<QPointF>, contour);
     Canvas canvas({contour});

@@ -24,14 +24,14 @@ private Q_SLOTS:
     void wheelKeepsThePointUnderThePointer();
     void zoomIsLimited();
     void dragPansAndDoesNotSelect();
-    void pictureFollows();
+    void everyChangeIsPainted();
     void arrowKeysPan();
     void fitShowsAll_data();
     void fitShowsAll();
     void keysAndDoubleClickFit();
     void fittedPictureFollowsTheSize();
     void axesAreSwitched();
-    void currentObjectEmitsNothing();
+    void settingTheCurrentObjectEmitsNothing();
     void invisibleObjectIsMovedToTheMiddle_data();
     void invisibleObjectIsMovedToTheMiddle();
     void visibleObjectMovesNothing();
@@ -187,7 +187,7 @@ void tst_WorkbenchPictureView::dragPansAndDoesNotSelect()
     QCOMPARE(m_view->currentObject(), -1);
 }
 
-void tst_WorkbenchPictureView::pictureFollows()
+void tst_WorkbenchPictureView::everyChangeIsPainted()
 {
     const auto colorAt = [this](const QPointF &xy) { return viewport()->grab().toImage().pixelColor(pixel(xy)); };
     const QPointF inside(1030, 2030);
@@ -293,7 +293,7 @@ void tst_WorkbenchPictureView::axesAreSwitched()
     QVERIFY(isInView({1600, 2700}));
 }
 
-void tst_WorkbenchPictureView::currentObjectEmitsNothing()
+void tst_WorkbenchPictureView::settingTheCurrentObjectEmitsNothing()
 {
     const QSignalSpy clicks(m_view.data(), &PictureView::objectClicked);
 

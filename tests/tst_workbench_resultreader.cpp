@@ -37,7 +37,7 @@ ImportResult readResult(const QString &text, const GeometryInfo &columns = hostC
     return reader.result();
 }
 
-/// A row with the texts between the blanks of \a texts.
+/// A row with a cell for each word of \a texts.
 QString row(const char *texts)
 {
     QString xml;

@@ -39,7 +39,7 @@ QByteArray tst_WorkbenchSaveFile::contentOf(const char *name) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not opened");
 }
 
-// The reasons of the system are in the language of the locale.
+// The system gives its reasons in the language of the locale.
 void tst_WorkbenchSaveFile::initTestCase()
 {
     std::setlocale(LC_ALL, "C");

@@ -19,13 +19,13 @@ private Q_SLOTS:
     void importFileIsFound();
     void droppedFileStartsItsOperation();
     void unsuitableDropIsReported();
-    void dropIsIgnoredWhileADialogIsOpen();
-    void dropIsIgnoredWhileTheWindowAsks();
+    void dropIsIgnoredDuringAnOperation();
+    void dropIsIgnoredWhileAnotherDialogIsOpen();
 
     void importedFileIsRemembered();
     void cancelledFileIsNotRemembered();
     void recentFileIsImportedAgain();
-    void recentFilesAreFewAndDifferent();
+    void recentFilesAreUniqueAndLimited();
 
     void windowStateIsKept();
     void settingsOfThePluginAreKept();
@@ -152,7 +152,7 @@ void tst_WorkbenchWindowFiles::unsuitableDropIsReported()
     QVERIFY(!drop(fixture, {}));
 }
 
-void tst_WorkbenchWindowFiles::dropIsIgnoredWhileADialogIsOpen()
+void tst_WorkbenchWindowFiles::dropIsIgnoredDuringAnOperation()
 {
     const WindowFixture fixture;
     const QString fileName = fixture.writePlan();
@@ -166,7 +166,7 @@ void tst_WorkbenchWindowFiles::dropIsIgnoredWhileADialogIsOpen()
     QVERIFY(!isAccepted);
 }
 
-void tst_WorkbenchWindowFiles::dropIsIgnoredWhileTheWindowAsks()
+void tst_WorkbenchWindowFiles::dropIsIgnoredWhileAnotherDialogIsOpen()
 {
     const WindowFixture fixture;
     QDialog question;
@@ -216,7 +216,7 @@ void tst_WorkbenchWindowFiles::recentFileIsImportedAgain()
     QCOMPARE(entered, fileName);
 }
 
-void tst_WorkbenchWindowFiles::recentFilesAreFewAndDifferent()
+void tst_WorkbenchWindowFiles::recentFilesAreUniqueAndLimited()
 {
     RecentFiles files;
 

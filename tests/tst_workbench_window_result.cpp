@@ -5,7 +5,7 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
-/// Results of other plug-ins in the window: texts that are no result, and large ones.
+/// Results of a fake plug-in in the window: unreadable, empty and large ones.
 class tst_WorkbenchWindowResult : public QObject
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ private Q_SLOTS:
     void unreadableResultIsReported();
     void emptyResultShowsTheLastMessage();
     void longMessageIsElided();
-    void emptyTableIsNoSuccess();
+    void emptyTableIsReported();
     void messageAfterTheDialogIsNotShownInAWindow();
 
     void longResultIsCut();
@@ -111,7 +111,7 @@ void tst_WorkbenchWindowResult::longMessageIsElided()
     QTRY_VERIFY(label->text().size() > elided.size());
 }
 
-void tst_WorkbenchWindowResult::emptyTableIsNoSuccess()
+void tst_WorkbenchWindowResult::emptyTableIsReported()
 {
     FakePlugin plugin;
     plugin.text = QStringLiteral("<FormTable/>");

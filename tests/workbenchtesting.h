@@ -5,7 +5,7 @@
 #include <QPair>
 #include <QStringList>
 
-/// A contour by its vertices, as in "0 0, 10 0, 10 10, 0 0".
+/// The vertices in a text such as "0 0, 10 0, 10 10, 0 0".
 inline QVector<QPointF> contour(const QString &vertices)
 {
     QVector<QPointF> points;
@@ -17,7 +17,7 @@ inline QVector<QPointF> contour(const QString &vertices)
     return points;
 }
 
-/// The corners of a closed square.
+/// A closed square as a text for contour().
 inline QString square(double x, double y, double size)
 {
     const auto text = [](double v) { return QString::number(v, 'f', 3); };
@@ -41,6 +41,7 @@ inline void appendObject(ImportResult &result, const QString &def, const QString
     result.objects.append(object);
 }
 
+/// A result of objects, each a designation and its contours.
 inline ImportResult resultOf(const QVector<QPair<QString, QStringList>> &objects)
 {
     ImportResult result;

@@ -58,7 +58,7 @@ public:
     QList<QString> names{fromMif, fromDxf};
     bool hasDialog = false;
     QStringList messages;
-    QString lastMessage; ///< comes after the dialog was closed; empty: none
+    QString lastMessage; ///< sent after the dialog was closed; empty: none
     std::function<void()> afterLastMessage;
     QString text; ///< result of an accepted dialog, or of a call without one
 };
@@ -105,7 +105,7 @@ public:
     QTableView *vertices() const { return find<QTableView>("verticesView"); }
     QString status() const { return find<StatusLabel>("statusLabel")->status(); }
 
-    /// True if the status is red, in which case it must be an error.
+    /// True if the status is an error and is red.
     bool isError() const
     {
         const auto *const label = find<StatusLabel>("statusLabel");
@@ -168,7 +168,7 @@ public:
         return defs.join(QLatin1Char(' '));
     }
 
-    /// The session's messages, with no-break spaces.
+    /// The session's messages. Unlike toPlainText(), toRawText() keeps no-break spaces.
     QString messages() const { return find<QPlainTextEdit>("messages")->document()->toRawText(); }
 
 private:
