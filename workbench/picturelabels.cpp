@@ -148,33 +148,40 @@ PictureLabels::PictureLabels(const PictureData &data, const PictureMap &map, con
 
 void PictureLabels::place(int currentObject)
 {
-    QVector<Visible> objects;
     const PictureBox view = m_map.toMetres(m_map.rect());
     const QVector<int> contours = m_data.contoursIn(view);
-    const double area = m_map.size.width() * m_map.size.height() / std::max(1, m_data.vertexCount(contours, view));
     m_hasPoints = contours.size() <= maxPoints;
-    const bool hasNumbers = area >= minArea;
+    QVector<Visible> objects = visibleObjects(contours, currentObject);
+    const auto isCurrent = [currentObject](const Visible &visible) { return visible.object == currentObject; };
+    auto *const current = std::find_if(objects.begin(), objects.end(), isCurrent);
+    if (current != objects.end()) {
+        placeName(*current, true);
+        placeNumbers(*current, true);
+        objects.erase(current);
+    }
+    for (const Visible &visible : qAsConst(objects))
+        placeName(visible, false);
+    const double area = m_map.size.width() * m_map.size.height() / std::max(1, m_data.vertexCount(contours, view));
+    if (area < minArea)
+        return;
+    for (const Visible &visible : qAsConst(objects))
+        placeNumbers(visible, false);
+}
+
+/// The objects of \a contours that may get labels. Where contours are many, small ones are left out.
+QVector<PictureLabels::Visible> PictureLabels::visibleObjects(const QVector<int> &contours, int currentObject) const
+{
+    QVector<Visible> objects;
     for (const int contour : contours) {
-        const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
-        if (isSmall && !m_hasPoints && m_data.objectOfContour(contour) != currentObject)
-            continue;
         const int object = m_data.objectOfContour(contour);
+        const bool isSmall = m_data.contourBox(contour).size() * m_map.scale < minObjectSize;
+        if (isSmall && !m_hasPoints && object != currentObject)
+            continue;
         if (objects.isEmpty() || objects.last().object != object)
             objects.append(Visible{object, {}});
         objects.last().contours.append(contour);
     }
-    std::stable_partition(objects.begin(), objects.end(),
-                          [currentObject](const Visible &visible) { return visible.object == currentObject; });
-    const bool hasCurrent = !objects.isEmpty() && objects.first().object == currentObject;
-    if (hasCurrent) {
-        placeName(objects.first(), true);
-        placeNumbers(objects.first(), true);
-        objects.removeFirst();
-    }
-    for (const Visible &visible : qAsConst(objects))
-        placeName(visible, false);
-    for (int i = 0; hasNumbers && i < objects.size(); ++i)
-        placeNumbers(objects.at(i), false);
+    return objects;
 }
 
 void PictureLabels::placeName(const Visible &visible, bool isCurrent)

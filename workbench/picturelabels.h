@@ -54,6 +54,7 @@ private:
         QVector<int> contours;
     };
 
+    QVector<Visible> visibleObjects(const QVector<int> &contours, int currentObject) const;
     void placeName(const Visible &visible, bool isCurrent);
     void placeNumbers(const Visible &visible, bool isCurrent);
     void placeNumbers(const ResultContour &contour, bool isCurrent);
