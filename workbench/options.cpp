@@ -1,8 +1,8 @@
 #include "options.h"
 
+#include "pictureexport.h"
 #include "pluginpath.h"
 
-#include <QFileInfo>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -117,12 +117,6 @@ bool isEncoding(const QString &name)
     return name == strDefaultEncoding || QTextCodec::codecForName(name.toLatin1()) != nullptr;
 }
 
-bool isPicture(const QString &fileName)
-{
-    const QString suffix = QFileInfo(fileName).suffix().toLower();
-    return suffix == QLatin1String("png") || suffix == QLatin1String("svg") || suffix == QLatin1String("pdf");
-}
-
 bool toNumber(const QString &text, int min, int max, int &number)
 {
     bool ok = false;
@@ -222,7 +216,7 @@ bool CommandLine::checkFileNames()
             return fail(QStringLiteral("--%1 needs the name of a file.").arg(name));
     }
     const QString picture = m_parser.value(strPicture);
-    return picture.isEmpty() || isPicture(picture) ||
+    return picture.isEmpty() || hasPictureSuffix(picture) ||
            fail(QStringLiteral("--picture needs a file that ends in .png, .svg or .pdf, not \"%1\".").arg(picture));
 }
 

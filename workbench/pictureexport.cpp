@@ -107,16 +107,26 @@ QByteArray pdfOf(const PictureData &data, PictureMap map)
     return buffer.data();
 }
 
-} // namespace
-
-bool savePicture(const ImportResult &result, bool hasSurveyAxes, const QString &fileName, QString &error)
+Write writerFor(const QString &fileName)
 {
     static const QHash<QString, Write> writers{
         {QStringLiteral("png"), pngOf},
         {QStringLiteral("svg"), svgOf},
         {QStringLiteral("pdf"), pdfOf},
     };
-    const Write write = writers.value(QFileInfo(fileName).suffix().toLower());
+    return writers.value(QFileInfo(fileName).suffix().toLower());
+}
+
+} // namespace
+
+bool hasPictureSuffix(const QString &fileName)
+{
+    return writerFor(fileName) != nullptr;
+}
+
+bool savePicture(const ImportResult &result, bool hasSurveyAxes, const QString &fileName, QString &error)
+{
+    const Write write = writerFor(fileName);
     const PictureData data(result);
     if (write == nullptr)
         error = QStringLiteral("рисунок сохраняется только в файл .png, .svg или .pdf");
