@@ -190,7 +190,7 @@ PicturePainter::PicturePainter(const PictureData &data, const PictureMap &map, P
 
 QImage PicturePainter::contourImage(double devicePixelRatio) const
 {
-    PictureMap map = m_map.magnified(devicePixelRatio);
+    const PictureMap map = m_map.magnified(devicePixelRatio);
     QImage image(map.size.toSize(), QImage::Format_RGB32);
     if (image.isNull())
         return image;
