@@ -41,11 +41,6 @@ namespace {
 
 const QString defs = QStringLiteral("ЗУ10 зу2 ЗУ2");
 
-void cancel(DialogDriver &driver)
-{
-    driver.cancel();
-}
-
 QStringList rows(const QTableView *view)
 {
     return DialogDriver::shown(view);

@@ -34,11 +34,6 @@ private Q_SLOTS:
 
 namespace {
 
-void cancel(DialogDriver &driver)
-{
-    driver.cancel();
-}
-
 bool drop(const WindowFixture &fixture, const QList<QUrl> &urls)
 {
     QMimeData data;

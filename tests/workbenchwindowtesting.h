@@ -63,6 +63,11 @@ public:
     QString text; ///< result of an accepted dialog, or of a call without one
 };
 
+inline void cancel(DialogDriver &driver)
+{
+    driver.cancel();
+}
+
 /// The workbench's window with the built plug-in or another one, in a sandbox of settings and files.
 class WindowFixture
 {
