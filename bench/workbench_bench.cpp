@@ -24,8 +24,9 @@ namespace {
 
 constexpr int rowCount = 250; // of parcels
 constexpr int columnCount = 400;
-constexpr int parcelVertexCount = 9; // without the closing vertex: 5 up one long side, 4 down the other
-constexpr int vertexCount = 1000000; // of the single object
+constexpr int parcelVertexCount = 9;    // without the closing vertex: 5 up one long side, 4 down the other
+constexpr int vertexCount = 1000000;    // of the single object
+const GeometryInfo columns{0, 1, 2, 0}; // point number, X, Y; designation
 constexpr double pi = 3.14159265358979323846;
 
 // In the order of the table.
@@ -104,9 +105,6 @@ const QString &resultText()
 
 ImportResult readResult()
 {
-    GeometryInfo columns{};
-    columns.xColNum = 1;
-    columns.yColNum = 2;
     ResultReader reader(columns);
     if (!reader.read(resultText()))
         qFatal("%s", qPrintable(reader.error()));
@@ -153,8 +151,7 @@ double showWindow()
 {
     static PreparedPlugin plugin;
     HostOptions options;
-    options.columns.xColNum = 1;
-    options.columns.yColNum = 2;
+    options.columns = columns;
     WorkbenchWindow window(plugin, options);
     window.resize(1200, 800);
     window.show();
