@@ -28,12 +28,19 @@ public:
     Q_DISABLE_COPY(WaitCursor)
 };
 
-// The host may open a box, which needs its own cursor.
+/// Removes the wait cursor for its lifetime: the host may open a box, which needs its own cursor.
+class NoWaitCursor
+{
+public:
+    NoWaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    ~NoWaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    Q_DISABLE_COPY(NoWaitCursor)
+};
+
 void reportWithoutWaitCursor(const QString &message)
 {
-    QGuiApplication::restoreOverrideCursor();
+    const NoWaitCursor cursor;
     showStatus(message);
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
 } // namespace

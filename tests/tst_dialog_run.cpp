@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <new>
+
 /// Processing of files: the options of the importer and the state after a run.
 class tst_DialogRun : public QObject
 {
@@ -28,6 +30,7 @@ private Q_SLOTS:
     void emptyRunRemovesObjects();
     void fieldsAreReadByRun();
     void waitCursorIsShownBetweenMessages();
+    void cursorOfTheHostOutlivesAnException();
 
 private:
     QString plan(const char *data) const { return files.write(QStringLiteral("plan.mif"), mifLines(list(data))); }
@@ -262,6 +265,28 @@ void tst_DialogRun::waitCursorIsShownBetweenMessages()
     QCOMPARE(inMessage, QVector<Qt::CursorShape>{Qt::CrossCursor});
     QCOMPARE(whileShowing, Qt::WaitCursor);
     QCOMPARE(shape(), Qt::CrossCursor);
+    QGuiApplication::restoreOverrideCursor();
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+    setStatusFunc(nullptr);
+}
+
+// Memory can run out in the callback of the host.
+void tst_DialogRun::cursorOfTheHostOutlivesAnException()
+{
+    static int count = 0;
+    setStatusFunc([](const QString &) {
+        if (count++ == 0)
+            throw std::bad_alloc();
+    });
+    QGuiApplication::setOverrideCursor(Qt::CrossCursor);
+    const Dialog dialog;
+    searchNothing(dialog);
+
+    process(dialog, plan("PLINE x"));
+
+    QCOMPARE(count, 2);
+    QVERIFY(QGuiApplication::overrideCursor() != nullptr);
+    QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::CrossCursor);
     QGuiApplication::restoreOverrideCursor();
     QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     setStatusFunc(nullptr);
