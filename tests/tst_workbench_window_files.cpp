@@ -63,6 +63,7 @@ void tst_WorkbenchWindowFiles::operationIsChosenBySuffix_data()
     QTest::newRow("mid") << QStringLiteral("a.Mid") << fromMif;
     QTest::newRow("dxf") << QStringLiteral("a.b.dxf") << fromDxf;
     QTest::newRow("other") << QStringLiteral("a.dwg") << QString();
+    QTest::newRow("part of a format") << QStringLiteral("a.f") << QString();
     QTest::newRow("none") << QStringLiteral("mif") << QString();
 }
 

@@ -53,7 +53,9 @@ QString operationFor(const QString &fileName, const QStringList &operations)
 {
     const QFileInfo info(fileName);
     const QString format = isMid(info) ? strMif : info.suffix();
-    const auto imports = [&format](const QString &op) { return op.contains(format, Qt::CaseInsensitive); };
+    const auto imports = [&format](const QString &op) {
+        return op.split(QLatin1Char(' ')).contains(format, Qt::CaseInsensitive);
+    };
     const auto found = std::find_if(operations.begin(), operations.end(), imports);
     return format.isEmpty() || found == operations.end() ? QString() : *found;
 }

@@ -16,8 +16,8 @@ struct ImportFile
     }
 };
 
-/// The one of \a operations whose name contains the format of \a fileName, or an empty string. A MID file belongs to
-/// the format MIF.
+/// The one of \a operations whose name contains the format of \a fileName as a word, or an empty string. A MID file
+/// belongs to the format MIF.
 QString operationFor(const QString &fileName, const QStringList &operations);
 
 /// Finds the first of \a urls that an operation imports. For a MID file it is the MIF file beside it. Returns false if
