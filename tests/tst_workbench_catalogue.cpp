@@ -14,6 +14,7 @@ private Q_SLOTS:
     void eachVertexHasALine();
     void specialCharactersAreQuoted_data();
     void specialCharactersAreQuoted();
+    void linesMayBeLong();
     void emptyResultHasAHeading();
     void failureIsReported();
 
@@ -83,6 +84,17 @@ void tst_WorkbenchCatalogue::specialCharactersAreQuoted()
         savedLines(QStringLiteral("<Row><Cell>%1</Cell><FormTable>%2</FormTable></Row>").arg(text, row.arg(text)));
 
     QCOMPARE(lines, heading + field + ";1;" + field + ";1.00;2.00\r\n");
+}
+
+void tst_WorkbenchCatalogue::linesMayBeLong()
+{
+    const QString def(100000, QLatin1Char('a'));
+
+    const QByteArray lines = savedLines(QStringLiteral("<Row><Cell>%1</Cell><FormTable>%2</FormTable></Row>")
+                                            .arg(def, vertex("1", "2", "3") + vertex("4", "5", "6")),
+                                        {1, 2, 0, 0});
+
+    QCOMPARE(lines, heading + def.toUtf8() + ";1;1;2;3\r\n" + def.toUtf8() + ";1;4;5;6\r\n");
 }
 
 void tst_WorkbenchCatalogue::emptyResultHasAHeading()

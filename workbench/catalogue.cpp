@@ -22,13 +22,44 @@ QByteArray field(const QString &text)
     return bytes;
 }
 
-void appendContour(QByteArray &lines, const ImportResult &result, const ResultContour &contour, const QByteArray &start)
+/// Writes lines in pieces: together they can exceed the limit of QByteArray, because each repeats a designation.
+class LineWriter
+{
+public:
+    explicit LineWriter(const QString &fileName) : m_file(fileName) {}
+
+    void write(const QByteArray &line)
+    {
+        constexpr int pieceSize = 1 << 16;
+        m_lines += line + endOfLine;
+        if (m_lines.size() >= pieceSize)
+            flush();
+    }
+
+    bool commit(QString &error)
+    {
+        flush();
+        return m_file.commit(error);
+    }
+
+private:
+    void flush()
+    {
+        m_file.write(m_lines);
+        m_lines.clear();
+    }
+
+    FileSaver m_file;
+    QByteArray m_lines;
+};
+
+void writeContour(LineWriter &lines, const ImportResult &result, const ResultContour &contour, const QByteArray &start)
 {
     for (int vertex = contour.firstVertex; vertex < contour.firstVertex + contour.vertexCount; ++vertex) {
-        lines += start;
+        QByteArray line = start;
         for (const int column : {result.numberColumn, result.xColumn, result.yColumn})
-            lines += separator + field(result.cell(vertex, column));
-        lines += endOfLine;
+            line += separator + field(result.cell(vertex, column));
+        lines.write(line);
     }
 }
 
@@ -36,14 +67,14 @@ void appendContour(QByteArray &lines, const ImportResult &result, const ResultCo
 
 bool saveCatalogue(const ImportResult &result, const QString &fileName, QString &error)
 {
-    QByteArray lines = QByteArrayLiteral("\xEF\xBB\xBF");
-    lines += QStringLiteral("Обозначение;Контур;Номер;X;Y").toUtf8() + endOfLine;
+    LineWriter lines(fileName);
+    lines.write(QByteArrayLiteral("\xEF\xBB\xBF") + QStringLiteral("Обозначение;Контур;Номер;X;Y").toUtf8());
     for (const ResultObject &object : result.objects) {
         const QByteArray def = field(object.def);
         for (int i = 0; i < object.contourCount; ++i) {
             const ResultContour &contour = result.contours.at(object.firstContour + i);
-            appendContour(lines, result, contour, def + separator + QByteArray::number(i + 1));
+            writeContour(lines, result, contour, def + separator + QByteArray::number(i + 1));
         }
     }
-    return saveFile(fileName, lines, error);
+    return lines.commit(error);
 }

@@ -5,21 +5,6 @@
 
 namespace {
 
-// A full disk accepts part of the data without an error; only the attempt to write the rest fails with a reason.
-// Unbuffered, because a buffer would put off that attempt.
-bool write(QFileDevice &file, const QByteArray &bytes)
-{
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return false;
-    qint64 written = 0;
-    for (qint64 position = 0; position < bytes.size(); position += written) {
-        written = file.write(bytes.constData() + position, bytes.size() - position);
-        if (written <= 0)
-            return false;
-    }
-    return true;
-}
-
 // Renaming would replace a device or a pipe by a file.
 bool isSpecial(const QFileInfo &file)
 {
@@ -28,13 +13,38 @@ bool isSpecial(const QFileInfo &file)
 
 } // namespace
 
+// Unbuffered, because a buffer would put off a failure.
+FileSaver::FileSaver(const QString &fileName)
+{
+    if (isSpecial(QFileInfo(fileName)))
+        m_file = std::make_unique<QFile>(fileName);
+    else
+        m_file = std::make_unique<QSaveFile>(fileName);
+    m_ok = m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+}
+
+// A full disk accepts part of the data without an error; only the attempt to write the rest fails with a reason.
+void FileSaver::write(const QByteArray &bytes)
+{
+    qint64 written = 0;
+    for (qint64 position = 0; m_ok && position < bytes.size(); position += written) {
+        written = m_file->write(bytes.constData() + position, bytes.size() - position);
+        m_ok = written > 0;
+    }
+}
+
+bool FileSaver::commit(QString &error)
+{
+    auto *const regular = qobject_cast<QSaveFile *>(m_file.get());
+    m_ok = m_ok && (regular == nullptr || regular->commit());
+    if (!m_ok)
+        error = m_file->errorString();
+    return m_ok;
+}
+
 bool saveFile(const QString &fileName, const QByteArray &bytes, QString &error)
 {
-    QFile special(fileName);
-    QSaveFile regular(fileName);
-    const bool isDirect = isSpecial(QFileInfo(fileName));
-    const bool ok = isDirect ? write(special, bytes) : write(regular, bytes) && regular.commit();
-    if (!ok)
-        error = isDirect ? special.errorString() : regular.errorString();
-    return ok;
+    FileSaver file(fileName);
+    file.write(bytes);
+    return file.commit(error);
 }
