@@ -32,6 +32,7 @@ private Q_SLOTS:
 
     void messagesAreShownBesideTheOpenDialog();
     void messagesAreClearedForEachRun();
+    void messagesSurviveAPressWithoutAClick();
     void messagesAreKeptForTheSession();
     void operationsDoNotOverlap();
     void windowStaysOpenDuringAnOperation();
@@ -352,6 +353,29 @@ void tst_WorkbenchWindow::messagesAreClearedForEachRun()
 
     QVERIFY(!isVisible);
     QCOMPARE(fixture.status(), QStringLiteral("3 объекта, 14 вершин, 2 обозначения повторяются"));
+}
+
+void tst_WorkbenchWindow::messagesSurviveAPressWithoutAClick()
+{
+    const WindowFixture fixture;
+    bool isVisible = false;
+
+    fixture.run(
+        fromMif,
+        [&](DialogDriver &driver) {
+            driver.press("startButton");
+            auto *const button = driver.find<QPushButton>("startButton");
+            QTest::mousePress(button, Qt::LeftButton);
+            QMouseEvent leaving(QEvent::MouseMove, QPointF(-9, -9), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(button, &leaving);
+            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, QPoint(-9, -9));
+            isVisible = driver.dialog()->findChild<MessageWindow *>()->isVisible();
+            driver.accept();
+        },
+        fixture.files().writeMif(QStringLiteral("broken"), "LINE 0 0 1 1\nLINE 0\n", "a\nb\n"));
+
+    QVERIFY(isVisible);
+    QCOMPARE(fixture.status(), QStringLiteral("1 объект, 2 вершины, 1 сообщение"));
 }
 
 void tst_WorkbenchWindow::messagesAreKeptForTheSession()

@@ -53,6 +53,7 @@ void OperationRun::call(ImportGeometryInterface &plugin, const HostOptions &opti
 
 void OperationRun::receive(const QString &text)
 {
+    beginProcessing();
     ++m_messageCount;
     m_lastMessage = text;
     Q_EMIT message(text);
@@ -75,17 +76,24 @@ void OperationRun::observeDialog()
         edit->setText(QDir::toNativeSeparators(m_requestedFile));
 }
 
-// pressed() precedes clicked(), to which the dialog itself is connected.
+// The dialog is connected to clicked() first, so this object learns too late of a click. It is pressed() before, but
+// the mouse can leave a pressed button without a click.
 void OperationRun::observeProcessing(QWidget *dialog)
 {
     auto *const button = optional<QAbstractButton>(dialog, "startButton");
     m_wasProcessed = button == nullptr;
-    if (button != nullptr)
-        connect(button, &QAbstractButton::pressed, this, &OperationRun::beginProcessing);
+    if (button == nullptr)
+        return;
+    connect(button, &QAbstractButton::pressed, this, [this] { m_isPressed = true; });
+    connect(button, &QAbstractButton::clicked, this, &OperationRun::beginProcessing);
 }
 
+/// Forgets the messages of the processing before. Does nothing if this has been done since the button was pressed.
 void OperationRun::beginProcessing()
 {
+    if (!m_isPressed)
+        return;
+    m_isPressed = false;
     m_wasProcessed = true;
     m_messageCount = 0;
     m_lastMessage.clear();
@@ -94,6 +102,7 @@ void OperationRun::beginProcessing()
 
 void OperationRun::closeDialog(int code)
 {
+    m_isPressed = false; // later messages are about the result
     m_messageWindow->clear();
     if (code != QDialog::Accepted)
         return;

@@ -60,6 +60,7 @@ private:
     QString m_result;
     QString m_fileName;
     bool m_wasProcessed = true; ///< until the dialog turns out to have a process button
+    bool m_isPressed = false;   ///< the process button was pressed; its click may follow
     int m_messageCount = 0;
     QString m_lastMessage;
 };
