@@ -132,6 +132,7 @@ void tst_WorkbenchWindowFiles::droppedFileStartsItsOperation()
     });
 
     QVERIFY(drop(fixture, {QUrl::fromLocalFile(fileName)}));
+    QVERIFY(!fixture.picture()->viewport()->acceptDrops());
 
     QTRY_COMPARE(entered, fileName);
     QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);

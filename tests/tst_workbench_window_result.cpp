@@ -2,6 +2,7 @@
 #include "workbenchwindowtesting.h"
 
 #include <QSignalSpy>
+#include <QStyledItemDelegate>
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void emptyTableIsReported();
     void messageAfterTheDialogIsNotShownInAWindow();
 
+    void longTextsAreShortened();
     void longResultIsCut();
     void resultOfAMillionVerticesIsShown();
 
@@ -143,6 +145,30 @@ void tst_WorkbenchWindowResult::messageAfterTheDialogIsNotShownInAWindow()
 
     QVERIFY(!isVisible);
     QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: не хватило памяти"));
+}
+
+// Painting takes a second for each cell of four million characters.
+void tst_WorkbenchWindowResult::longTextsAreShortened()
+{
+    FakePlugin plugin;
+    const QString text(501, QLatin1Char('a'));
+    const QString shown = QString(500, QLatin1Char('a')) + QStringLiteral("…");
+    plugin.text =
+        tableOf(objectXml(text, 1).replace(QStringLiteral(">0</Cell>"), QStringLiteral(">%1</Cell>").arg(text)));
+    const WindowFixture fixture(&plugin);
+
+    fixture.window().runOperation(fromMif);
+
+    for (const QTableView *const view : {fixture.objects(), fixture.vertices()}) {
+        const QModelIndex cell = view->model()->index(0, 0);
+        QCOMPARE(cell.data().toString(), text);
+        const auto *const delegate = qobject_cast<QStyledItemDelegate *>(view->itemDelegate());
+        QVERIFY(delegate != nullptr);
+        QCOMPARE(delegate->displayText(cell.data(), QLocale()), shown);
+        QCOMPARE(delegate->displayText(text.left(500), QLocale()), text.left(500));
+    }
+    const QString toolTip = fixture.objects()->model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    QVERIFY(toolTip.contains(shown));
 }
 
 void tst_WorkbenchWindowResult::longResultIsCut()

@@ -1,5 +1,7 @@
 #include "messagelist.h"
 
+#include "shorttext.h"
+
 #include <QTime>
 
 MessageList::MessageList(QWidget *parent) : QPlainTextEdit(parent)
@@ -15,9 +17,7 @@ MessageList::MessageList(QWidget *parent) : QPlainTextEdit(parent)
 
 void MessageList::append(const QString &text)
 {
-    QString line = text.left(maxLength);
-    if (text.size() > maxLength)
-        line += QChar(0x2026);
+    QString line = shortText(text, maxLength);
     for (const QChar lineEnd :
          {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
         line.replace(lineEnd, QLatin1Char(' '));

@@ -2,6 +2,7 @@
 
 #include "duplicates.h"
 #include "numbertext.h"
+#include "shorttext.h"
 
 #include <QCollator>
 #include <QTextDocument>
@@ -191,7 +192,7 @@ QString ObjectsModel::text(int object, int column) const
 // Escaped, because a designation can contain markup. Duplicates are named because the selection hides their colour.
 QString ObjectsModel::toolTip(int object) const
 {
-    QString text = m_result.objects.at(object).def;
+    QString text = shortText(m_result.objects.at(object).def, ShortTextDelegate::maxLength);
     if (m_isDuplicate.at(object))
         text += QStringLiteral("\nВстречается больше одного раза");
     return Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);

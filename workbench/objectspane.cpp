@@ -1,6 +1,7 @@
 #include "objectspane.h"
 
 #include "colors.h"
+#include "shorttext.h"
 #include "tablerows.h"
 
 #include <QEvent>
@@ -36,6 +37,7 @@ void ObjectsPane::setUpView()
     m_view->setObjectName(QStringLiteral("objectsView"));
     m_view->setAccessibleName(QStringLiteral("Объекты"));
     m_view->setModel(m_model);
+    m_view->setItemDelegate(new ShortTextDelegate(m_view));
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
     m_view->setShowGrid(false);
     m_view->setAlternatingRowColors(true);

@@ -6,6 +6,7 @@
 #include "pictureview.h"
 #include "resultpane.h"
 #include "runsummary.h"
+#include "shorttext.h"
 #include "statuslabel.h"
 #include "tablerows.h"
 #include "verticesmodel.h"
@@ -108,6 +109,7 @@ void WorkbenchWindow::setUpVerticesView()
     m_verticesView->setObjectName(QStringLiteral("verticesView"));
     m_verticesView->setAccessibleName(QStringLiteral("Вершины объекта"));
     m_verticesView->setModel(m_vertices);
+    m_verticesView->setItemDelegate(new ShortTextDelegate(m_verticesView));
     setUpRows(m_verticesView);
     m_verticesView->horizontalHeader()->setDefaultSectionSize(
         fontMetrics().horizontalAdvance(QStringLiteral("00000000.00")) + 16);
