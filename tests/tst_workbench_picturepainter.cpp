@@ -1,5 +1,6 @@
 #include "picturepainter.h"
 
+#include "picturelegend.h"
 #include "picturetesting.h"
 
 #include <QPainter>
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void currentObjectIsHighlighted();
     void neighboursOfTheCurrentObjectStayVisible();
     void legendStaysInItsCorners();
+    void contoursAreSeenBehindTheLegend();
     void labelsAreDrawn();
     void colorsFitThePalette_data();
     void colorsFitThePalette();
@@ -195,6 +197,29 @@ void tst_WorkbenchPicturePainter::legendStaysInItsCorners()
     QVERIFY(drawn.left() < 40);
     QVERIFY(drawn.right() > 560);
     QVERIFY(difference(Picture({}, large).contours(), Picture({}, large).labels()).isNull());
+}
+
+void tst_WorkbenchPicturePainter::contoursAreSeenBehindTheLegend()
+{
+    const PictureMap large{QPointF(), 1, QSizeF(600, 300), true};
+    const PictureLegend legend(large, QFont());
+    const QRgb drawing = qRgb(10, 200, 30);
+    QImage image(large.size.toSize(), QImage::Format_RGB32);
+    image.fill(drawing);
+    QPainter p(&image);
+
+    legend.draw(p, colors);
+
+    for (const QRectF &rect : {legend.axesRect(), legend.scaleBarRect()}) {
+        const QImage part = image.copy(rect.toAlignedRect());
+        int seen = 0;
+        for (int y = 0; y < part.height(); ++y) {
+            for (int x = 0; x < part.width(); ++x)
+                seen += part.pixel(x, y) == drawing ? 1 : 0;
+        }
+        QVERIFY2(seen < part.width() * part.height(), "nothing is drawn");
+        QVERIFY2(seen > part.width() * part.height() / 2, qPrintable(QString::number(seen)));
+    }
 }
 
 void tst_WorkbenchPicturePainter::labelsAreDrawn()

@@ -1,5 +1,6 @@
 #include "pictureview.h"
 
+#include "picturelegend.h"
 #include "picturetesting.h"
 
 #include <QGraphicsScene>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void clickSelectsTheObjectInThePicture_data();
     void clickSelectsTheObjectInThePicture();
     void pointerIsReportedInMetres();
+    void outdatedPositionIsWithdrawn();
     void wheelKeepsThePointUnderThePointer_data();
     void wheelKeepsThePointUnderThePointer();
     void zoomIsLimited();
@@ -128,6 +130,17 @@ void tst_WorkbenchPictureView::pointerIsReportedInMetres()
     m_view->setResult(ImportResult());
     QCoreApplication::sendEvent(viewport(), &event);
     QCOMPARE(moves.count(), 1);
+}
+
+void tst_WorkbenchPictureView::outdatedPositionIsWithdrawn()
+{
+    const QSignalSpy withdrawals(m_view.data(), &PictureView::pointerLeft);
+
+    QEvent event(QEvent::Leave);
+    QCoreApplication::sendEvent(m_view.data(), &event);
+    QCOMPARE(withdrawals.count(), 1);
+    m_view->setResult(ImportResult());
+    QCOMPARE(withdrawals.count(), 2);
 }
 
 void tst_WorkbenchPictureView::wheelKeepsThePointUnderThePointer_data()
@@ -246,6 +259,8 @@ void tst_WorkbenchPictureView::fitShowsAll()
 
     const QPointF extent = m_view->map().toPixels(contour.last()) - m_view->map().toPixels(contour.first());
     QVERIFY(isInView(contour.first()) && isInView(contour.last()));
+    const double legendTop = PictureLegend(m_view->map(), m_view->font()).axesRect().top();
+    QVERIFY(pixel(contour.first()).y() < legendTop && pixel(contour.last()).y() < legendTop);
     QVERIFY(std::abs(extent.x()) > viewport()->width() / 2.0 || std::abs(extent.y()) > viewport()->height() / 2.0);
 }
 

@@ -51,11 +51,8 @@ QSizeF sizeFor(const PictureData &data, const PictureMap &map, double width)
 /// Fits \a data above the legend, which would cover vertices.
 PicturePainter painterFor(const PictureData &data, PictureMap &map, const QSizeF &size)
 {
-    map.size = size - QSizeF(0, legendHeight);
-    map.fit(data.box(), fittedPart);
-    const QPointF middle = map.rect().center();
     map.size = size;
-    map.moveTo(data.box().center(), middle);
+    map.fitAbove(legendHeight, data.box(), fittedPart);
     return {data, map, PictureColors::ofPaper(), exportFont()};
 }
 

@@ -13,6 +13,10 @@ constexpr double arrowLength = 2.6;
 constexpr double maxBarLength = 9;
 constexpr double tickHeight = 0.45;
 
+// In pixels.
+constexpr double lineWidth = 1.2;
+constexpr double haloWidth = 4;
+
 /// A line with an arrow head; a path, so that only contours are polylines in a document.
 QPainterPath arrow(const QPointF &from, const QPointF &to, double headSize)
 {
@@ -24,6 +28,20 @@ QPainterPath arrow(const QPointF &from, const QPointF &to, double headSize)
     path.lineTo(to);
     path.lineTo(to - along - across);
     return path;
+}
+
+/// Behind lines and texts only, so that nearly all of the contours below the legend stays visible.
+QColor backgroundOf(const PictureColors &colors)
+{
+    QColor color = colors.paper;
+    color.setAlphaF(0.8);
+    return color;
+}
+
+void drawPath(QPainter &painter, const PictureColors &colors, const QPainterPath &path)
+{
+    painter.strokePath(path, QPen(backgroundOf(colors), haloWidth));
+    painter.strokePath(path, QPen(colors.name, lineWidth));
 }
 
 } // namespace
@@ -86,34 +104,39 @@ void PictureLegend::draw(QPainter &painter, const PictureColors &colors) const
     painter.setFont(m_font);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    QColor background = colors.paper;
-    background.setAlphaF(0.8);
-    painter.fillRect(axesRect(), background);
-    painter.fillRect(scaleBarRect(), background);
-    painter.setPen(QPen(colors.name, 1.2));
-    drawAxes(painter);
-    drawScaleBar(painter);
+    drawAxes(painter, colors);
+    drawScaleBar(painter, colors);
     painter.restore();
 }
 
-void PictureLegend::drawAxes(QPainter &painter) const
+void PictureLegend::drawText(QPainter &painter, const PictureColors &colors, const QPointF &center,
+                             const QString &text) const
+{
+    QRectF rect(0, 0, QFontMetricsF(m_font).horizontalAdvance(text), m_unit);
+    rect.moveCenter(center);
+    painter.fillRect(rect, backgroundOf(colors));
+    painter.setPen(colors.name);
+    painter.drawText(rect, Qt::AlignCenter | Qt::TextDontClip, text);
+}
+
+void PictureLegend::drawAxes(QPainter &painter, const PictureColors &colors) const
 {
     const QRectF rect = axesRect();
     const double length = arrowLength * m_unit;
     const QPointF origin(rect.left() + 0.6 * m_unit, rect.bottom() - 0.6 * m_unit);
     const QPointF top = origin - QPointF(0, length);
     const QPointF right = origin + QPointF(length, 0);
-    painter.drawPath(arrow(origin, top, m_unit / 2));
-    painter.drawPath(arrow(origin, right, m_unit / 2));
+    QPainterPath arrows = arrow(origin, top, m_unit / 2);
+    arrows.addPath(arrow(origin, right, m_unit / 2));
+    drawPath(painter, colors, arrows);
     const QString x = QStringLiteral("X");
     const QString y = QStringLiteral("Y");
-    const QRectF letter(-m_unit / 2, -m_unit / 2, m_unit, m_unit);
     const QPointF beyond(0.6 * m_unit, 0);
-    painter.drawText(letter.translated(top + beyond), Qt::AlignCenter, m_map.hasSurveyAxes ? x : y);
-    painter.drawText(letter.translated(right + beyond), Qt::AlignCenter, m_map.hasSurveyAxes ? y : x);
+    drawText(painter, colors, top + beyond, m_map.hasSurveyAxes ? x : y);
+    drawText(painter, colors, right + beyond, m_map.hasSurveyAxes ? y : x);
 }
 
-void PictureLegend::drawScaleBar(QPainter &painter) const
+void PictureLegend::drawScaleBar(QPainter &painter, const PictureColors &colors) const
 {
     const QRectF rect = scaleBarRect();
     const double length = roundLength(maxBarLength * m_unit / m_map.scale);
@@ -127,7 +150,6 @@ void PictureLegend::drawScaleBar(QPainter &painter) const
     bar.lineTo(left, bottom);
     bar.lineTo(right, bottom);
     bar.lineTo(right, top);
-    painter.drawPath(bar);
-    const QRectF textRect(rect.left(), rect.top() + 0.1 * m_unit, 2 * ((left + right) / 2 - rect.left()), m_unit);
-    painter.drawText(textRect, Qt::AlignCenter | Qt::TextDontClip, lengthText(length));
+    drawPath(painter, colors, bar);
+    drawText(painter, colors, QPointF((left + right) / 2, rect.top() + 0.6 * m_unit), lengthText(length));
 }

@@ -26,8 +26,9 @@ public:
     void draw(QPainter &painter, const PictureColors &colors) const;
 
 private:
-    void drawAxes(QPainter &painter) const;
-    void drawScaleBar(QPainter &painter) const;
+    void drawAxes(QPainter &painter, const PictureColors &colors) const;
+    void drawScaleBar(QPainter &painter, const PictureColors &colors) const;
+    void drawText(QPainter &painter, const PictureColors &colors, const QPointF &center, const QString &text) const;
 
     PictureMap m_map;
     QFont m_font;

@@ -13,3 +13,15 @@ void PictureMap::fit(const PictureBox &box, double part)
                                    : part * std::min(std::max(size.width(), 1.0) / std::max(right, minExtent),
                                                      std::max(size.height(), 1.0) / std::max(up, minExtent));
 }
+
+void PictureMap::fitAbove(double reserved, const PictureBox &box, double part)
+{
+    if (box.isEmpty())
+        return;
+    const QSizeF whole = size;
+    size -= QSizeF(0, reserved);
+    fit(box, part);
+    const QPointF middle = rect().center();
+    size = whole;
+    moveTo(center, middle);
+}

@@ -90,6 +90,9 @@ struct PictureMap
     /// Centres \a box and scales it to \a part, at most 1, of the picture's width or height.
     void fit(const PictureBox &box, double part);
 
+    /// The same in the picture without its lowest \a reserved pixels.
+    void fitAbove(double reserved, const PictureBox &box, double part);
+
     /// The same picture with \a factor times as many pixels.
     PictureMap magnified(double factor) const { return {center, scale * factor, size * factor, hasSurveyAxes}; }
 };

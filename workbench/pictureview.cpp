@@ -1,5 +1,6 @@
 #include "pictureview.h"
 
+#include "picturelegend.h"
 #include "picturepainter.h"
 
 #include <QApplication>
@@ -9,11 +10,12 @@
 
 namespace {
 
-constexpr double clickTolerance = 4; // pixels
-constexpr double fittedPart = 0.9;   // of the view
-constexpr double shownPart = 0.3;    // of the view, for an object that would be too small
-constexpr double minShownSize = 12;  // pixels
-constexpr double wheelStep = 120;    // eighths of a degree
+constexpr double clickTolerance = 4;  // pixels
+constexpr double fittedPart = 0.9;    // of the view
+constexpr double maxLegendPart = 0.2; // of the height of the view, that is kept free of contours
+constexpr double shownPart = 0.3;     // of the view, for an object that would be too small
+constexpr double minShownSize = 12;   // pixels
+constexpr double wheelStep = 120;     // eighths of a degree
 constexpr double zoomStep = 1.25;
 constexpr int arrowStep = 60;           // pixels
 constexpr double maxScale = 1e5;        // pixels per metre: a millimetre is 100 pixels
@@ -38,6 +40,7 @@ void PictureView::setResult(const ImportResult &result)
     m_currentObject = -1;
     m_isPressed = false;
     fit();
+    Q_EMIT pointerLeft();
 }
 
 void PictureView::setCurrentObject(int object)
@@ -82,8 +85,17 @@ void PictureView::setHasSurveyAxes(bool hasSurveyAxes)
 void PictureView::fit()
 {
     m_isFitted = true;
-    m_map.fit(m_data.box(), fittedPart);
+    m_map = fittedMap();
     repaintContours();
+}
+
+// Above the legend, which would cover vertices.
+PictureMap PictureView::fittedMap() const
+{
+    PictureMap map = m_map;
+    const double legendHeight = map.size.height() - PictureLegend(map, font()).axesRect().top();
+    map.fitAbove(std::min(legendHeight, map.size.height() * maxLegendPart), m_data.box(), fittedPart);
+    return map;
 }
 
 void PictureView::repaintContours()
@@ -101,10 +113,8 @@ void PictureView::pan(const QPointF &pixels)
 
 void PictureView::zoom(double factor, const QPointF &pixels)
 {
-    PictureMap fitted = m_map;
-    fitted.fit(m_data.box(), fittedPart);
     const QPointF xy = m_map.toMetres(pixels);
-    const double minScale = std::min({m_map.scale, fitted.scale * minFittedShare, maxScale});
+    const double minScale = std::min({m_map.scale, fittedMap().scale * minFittedShare, maxScale});
     m_map.scale = std::clamp(m_map.scale * factor, minScale, std::max(maxScale, m_map.scale));
     m_map.moveTo(xy, pixels);
     m_isFitted = false;
@@ -176,6 +186,12 @@ void PictureView::wheelEvent(QWheelEvent *event)
     zoom(std::pow(zoomStep, event->angleDelta().y() / wheelStep), event->position());
     emitPointerMoved(event->position());
     event->accept();
+}
+
+void PictureView::leaveEvent(QEvent *event)
+{
+    QGraphicsView::leaveEvent(event);
+    Q_EMIT pointerLeft();
 }
 
 void PictureView::keyPressEvent(QKeyEvent *event)

@@ -42,6 +42,7 @@ public:
 Q_SIGNALS:
     void objectClicked(int object);       ///< -1: no object was hit
     void pointerMoved(const QPointF &xy); ///< X (north) and Y (east), metres; not emitted without vertices
+    void pointerLeft();                   ///< the position last reported is out of date: another result or no pointer
 
 protected:
     void drawBackground(QPainter *painter, const QRectF &rect) override;
@@ -50,11 +51,13 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void leaveEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
+    PictureMap fittedMap() const;
     void pan(const QPointF &pixels);
     void zoom(double factor, const QPointF &pixels);
     void showObject(int object);

@@ -130,6 +130,7 @@ void WorkbenchWindow::connectPanes()
     connect(m_objects, &ObjectsPane::currentObjectChanged, this, &WorkbenchWindow::setCurrentObject);
     connect(m_picture, &PictureView::objectClicked, m_objects, &ObjectsPane::setCurrentObject);
     connect(m_picture, &PictureView::pointerMoved, this, &WorkbenchWindow::showPosition);
+    connect(m_picture, &PictureView::pointerLeft, m_position, &QLabel::clear);
     connect(m_resultPane, &ResultPane::saveRequested, this, &WorkbenchWindow::saveResultAs);
 }
 
