@@ -211,6 +211,9 @@ void tst_WorkbenchWindow::positionIsShown()
     QCOMPARE(label->text(), QStringLiteral("X 1250.40  Y 830.00"));
     Q_EMIT fixture.picture()->pointerMoved(QPointF(qQNaN(), 830));
     QCOMPARE(label->text(), QString());
+    Q_EMIT fixture.picture()->pointerMoved(QPointF(1250.4, 830));
+    Q_EMIT fixture.picture()->pointerLeft();
+    QCOMPARE(label->text(), QString());
 }
 
 void tst_WorkbenchWindow::statusCountsTheResult_data()
@@ -250,7 +253,7 @@ void tst_WorkbenchWindow::importWithoutObjectsIsReported_data()
     QTest::newRow("message") << QByteArray("no map\n")
                              << QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF");
     QTest::newRow("no message") << mifHeader + "POINT 1 2\n"
-                                << QStringLiteral("сообщений не было: в файле нет того, что импортируется");
+                                << QStringLiteral("Сообщений не было: в файле нет того, что импортируется");
 }
 
 void tst_WorkbenchWindow::importWithoutObjectsIsReported()
@@ -264,7 +267,7 @@ void tst_WorkbenchWindow::importWithoutObjectsIsReported()
 
     fixture.import(fileName);
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: ") + reason.replace(QStringLiteral("%1"), fileName));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. ") + reason.replace(QStringLiteral("%1"), fileName));
     QVERIFY(fixture.isError());
     QCOMPARE(fixture.shownObjects(), QString());
     QCOMPARE(fixture.picture()->currentObject(), -1);
@@ -278,7 +281,7 @@ void tst_WorkbenchWindow::unprocessedFileIsReported()
     fixture.run(
         fromMif, [](DialogDriver &driver) { driver.accept(); }, fixture.writePlan());
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: файл не обрабатывался"));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. Файл не обрабатывался"));
     QVERIFY(fixture.isError());
 }
 

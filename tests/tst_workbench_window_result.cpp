@@ -89,7 +89,7 @@ void tst_WorkbenchWindowResult::emptyResultShowsTheLastMessage()
 
     fixture.window().runOperation(fromMif);
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: второе"));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. второе"));
     QVERIFY(fixture.isError());
     QVERIFY(!fixture.find<QAction>("saveResultAction")->isEnabled());
 }
@@ -104,7 +104,7 @@ void tst_WorkbenchWindowResult::longMessageIsElided()
     fixture.window().runOperation(fromMif);
 
     const auto *const label = fixture.find<StatusLabel>("statusLabel");
-    QVERIFY(label->text().startsWith(QStringLiteral("Объектов нет: <b>a")));
+    QVERIFY(label->text().startsWith(QStringLiteral("Объектов нет. <b>a")));
     QVERIFY(label->text().endsWith(QStringLiteral("…")));
     QVERIFY(label->toolTip().contains(QStringLiteral("&lt;b&gt;") + QString(5000, QLatin1Char('a'))));
     QCOMPARE(fixture.window().minimumSizeHint(), before);
@@ -121,7 +121,7 @@ void tst_WorkbenchWindowResult::emptyTableIsReported()
 
     fixture.window().runOperation(fromMif);
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: сообщений не было: в файле нет того, что импортируется"));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. Сообщений не было: в файле нет того, что импортируется"));
     QVERIFY(fixture.isError());
 }
 
@@ -144,7 +144,7 @@ void tst_WorkbenchWindowResult::messageAfterTheDialogIsNotShownInAWindow()
     });
 
     QVERIFY(!isVisible);
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет: не хватило памяти"));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. не хватило памяти"));
 }
 
 // Painting takes a second for each cell of four million characters.

@@ -24,8 +24,8 @@ QString summaryText(const ImportResult &result, int duplicateCount, int messageC
 QString nothingText(const QString &lastMessage, bool wasProcessed)
 {
     if (!wasProcessed)
-        return QStringLiteral("Объектов нет: файл не обрабатывался");
+        return QStringLiteral("Объектов нет. Файл не обрабатывался");
     if (lastMessage.isEmpty())
-        return QStringLiteral("Объектов нет: сообщений не было: в файле нет того, что импортируется");
-    return QStringLiteral("Объектов нет: %1").arg(lastMessage);
+        return QStringLiteral("Объектов нет. Сообщений не было: в файле нет того, что импортируется");
+    return QStringLiteral("Объектов нет. %1").arg(lastMessage);
 }
