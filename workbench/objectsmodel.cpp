@@ -153,8 +153,8 @@ QVariant ObjectsModel::data(const QModelIndex &index, int role) const
         return text(object, index.column());
     if (role == Qt::ToolTipRole && index.column() == Def)
         return toolTip(object);
-    if (role == Qt::TextAlignmentRole && index.column() != Def && index.column() != Closed)
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::TextAlignmentRole && index.column() != Def)
+        return QVariant((index.column() == Closed ? Qt::AlignHCenter : Qt::AlignRight) | Qt::AlignVCenter);
     if (role == Qt::BackgroundRole && index.column() == Def && m_isDuplicate.at(object))
         return m_duplicateBrush;
     return QVariant();
