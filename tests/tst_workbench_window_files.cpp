@@ -28,6 +28,8 @@ private Q_SLOTS:
     void recentFilesAreUniqueAndLimited();
 
     void windowStateIsKept();
+    void sizesOfDocksAreKept_data();
+    void sizesOfDocksAreKept();
     void settingsOfThePluginAreKept();
     void damagedSettingsAreIgnored();
 };
@@ -247,6 +249,33 @@ void tst_WorkbenchWindowFiles::windowStateIsKept()
     QCOMPARE(fixture.objects()->columnWidth(0), 222);
     fixture.import(fixture.writePlan());
     QCOMPARE(fixture.shownObjects(), QStringLiteral("[зу2] ЗУ2 ЗУ10"));
+}
+
+void tst_WorkbenchWindowFiles::sizesOfDocksAreKept_data()
+{
+    QTest::addColumn<int>("width");
+
+    QTest::newRow("narrow") << 300;
+    QTest::newRow("wide") << 600;
+}
+
+void tst_WorkbenchWindowFiles::sizesOfDocksAreKept()
+{
+    QFETCH(int, width);
+    WindowFixture fixture;
+    QCoreApplication::processEvents();
+    fixture.window().resizeDocks({fixture.find<QDockWidget>("objectsDock")}, {width}, Qt::Horizontal);
+    fixture.window().resizeDocks({fixture.find<QDockWidget>("messagesDock")}, {150}, Qt::Vertical);
+    QCoreApplication::processEvents();
+    const QSize left = fixture.find<QDockWidget>("objectsDock")->size();
+    const QSize bottom = fixture.find<QDockWidget>("messagesDock")->size();
+    QCOMPARE(left.width(), width);
+
+    fixture.open();
+    QCoreApplication::processEvents();
+
+    QCOMPARE(fixture.find<QDockWidget>("objectsDock")->size(), left);
+    QCOMPARE(fixture.find<QDockWidget>("messagesDock")->size(), bottom);
 }
 
 void tst_WorkbenchWindowFiles::settingsOfThePluginAreKept()

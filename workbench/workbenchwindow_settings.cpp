@@ -3,6 +3,7 @@
 #include "objectspane.h"
 
 #include <QAction>
+#include <QLayout>
 #include <QScreen>
 #include <QSettings>
 
@@ -26,6 +27,7 @@ void WorkbenchWindow::readSettings()
     settings.beginGroup(strGroup);
     if (!restoreGeometry(settings.value(strGeometry).toByteArray()))
         resize(preferredSize.boundedTo(screen()->availableSize() * 0.9));
+    layout()->activate(); // otherwise the docks are shown with their size hints instead of the restored sizes
     if (!restoreState(settings.value(strState).toByteArray()))
         arrangeDocks();
     m_objects->restoreState(settings.value(strObjects).toByteArray());
