@@ -81,7 +81,7 @@ void tst_WorkbenchMessages::windowIsPlacedBesideTheDialog_data()
     QTest::newRow("above") << QRect(50, 300, 900, 480) << QRect(50, 92, 400, 200);
     QTest::newRow("corner, covering nothing") << QRect(-100, -100, 1050, 600) << QRect(8, 508, 400, 200);
     QTest::newRow("corner at the right") << QRect(0, 0, 900, 760) << QRect(600, 600, 400, 200);
-    QTest::newRow("full screen") << QRect(0, 0, 1000, 800) << QRect(600, 0, 400, 200);
+    QTest::newRow("full screen") << QRect(0, 0, 1000, 800) << QRect(600, 300, 400, 200);
 }
 
 void tst_WorkbenchMessages::windowIsPlacedBesideTheDialog()

@@ -26,11 +26,14 @@ int overlap(const QRect &a, const QRect &b)
     return common.width() * common.height();
 }
 
-QRect cornerOf(const QRect &dialog, const QSize &size, const QRect &screen)
+/// A place at the border of \a screen that covers as little of \a dialog as possible. In the middle of the right side
+/// rather than in a corner, since fields and buttons are usually at the top and at the bottom.
+QRect placeAtBorder(const QRect &dialog, const QSize &size, const QRect &screen)
 {
     const int right = screen.right() + 1 - size.width();
     const int bottom = screen.bottom() + 1 - size.height();
-    const QVector<QRect> corners{
+    const QVector<QRect> places{
+        {QPoint(right, (screen.top() + bottom) / 2), size},
         {QPoint(right, screen.top()), size},
         {QPoint(right, bottom), size},
         {screen.topLeft(), size},
@@ -39,7 +42,7 @@ QRect cornerOf(const QRect &dialog, const QSize &size, const QRect &screen)
     const auto coversLess = [&dialog](const QRect &a, const QRect &b) {
         return overlap(a, dialog) < overlap(b, dialog);
     };
-    return *std::min_element(corners.begin(), corners.end(), coversLess);
+    return *std::min_element(places.begin(), places.end(), coversLess);
 }
 
 } // namespace
@@ -67,7 +70,7 @@ QRect placeBeside(const QRect &dialog, const QSize &size, const QRect &screen)
         return {x, dialog.bottom() + 1 + gap, fitting.width(), belowHeight};
     if (aboveHeight >= std::min(minHeight, fitting.height()))
         return {x, dialog.top() - gap - aboveHeight, fitting.width(), aboveHeight};
-    return cornerOf(dialog, fitting, screen);
+    return placeAtBorder(dialog, fitting, screen);
 }
 
 MessageWindow::MessageWindow(QWidget *dialog)

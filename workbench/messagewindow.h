@@ -6,7 +6,7 @@
 class MessageList;
 
 /// A place for a window of \a size on \a screen beside \a dialog: right of it, else left, below or above, else in the
-/// corner of the screen where it covers least of the dialog. All rectangles include the window frames.
+/// place at the border of the screen where it covers least of the dialog. All rectangles include the window frames.
 QRect placeBeside(const QRect &dialog, const QSize &size, const QRect &screen);
 
 /// The messages of a run, beside the modal dialog that the run belongs to.
