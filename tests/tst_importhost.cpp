@@ -25,6 +25,7 @@ private Q_SLOTS:
     void importNeedsNoDisplay();
     void windowNeedsADisplay();
     void windowStaysOpen();
+    void missingPluginIsShown();
 };
 
 void tst_ImportHost::initTestCase()
@@ -210,6 +211,21 @@ void tst_ImportHost::windowStaysOpen()
     QVERIFY(process.waitForFinished());
     const QByteArray messages = process.readAllStandardError();
     QVERIFY2(!messages.contains("importhost:") && !messages.contains("XDG_RUNTIME_DIR"), messages.constData());
+}
+
+// In a box, because a program that was started from a menu has no terminal.
+void tst_ImportHost::missingPluginIsShown()
+{
+    const Host host;
+    QProcess process;
+
+    host.start(process, arguments("--plugin missing.so"));
+
+    QVERIFY(process.waitForStarted());
+    QVERIFY(!process.waitForFinished(1500));
+    process.kill();
+    QVERIFY(process.waitForFinished());
+    QVERIFY(process.readAllStandardError().contains("importhost: Cannot load \"missing.so\""));
 }
 
 QTEST_GUILESS_MAIN(tst_ImportHost)

@@ -248,18 +248,19 @@ void tst_WorkbenchWindow::statusCountsTheResult()
 void tst_WorkbenchWindow::importWithoutObjectsIsReported_data()
 {
     QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("status");
 
     QTest::newRow("message") << QByteArray("no map\n")
-                             << QStringLiteral("Ошибка. Файл %1 не соответствует формату MIF");
+                             << QStringLiteral("Объектов нет. Ошибка. Файл %1 не соответствует формату MIF");
     QTest::newRow("no message") << mifHeader + "POINT 1 2\n"
-                                << QStringLiteral("Сообщений не было: в файле нет того, что импортируется");
+                                << QStringLiteral(
+                                       "Объектов нет — сообщений не было: в файле нет того, что импортируется");
 }
 
 void tst_WorkbenchWindow::importWithoutObjectsIsReported()
 {
     QFETCH(QByteArray, file);
-    QFETCH(QString, reason);
+    QFETCH(QString, status);
     const WindowFixture fixture;
     fixture.import(fixture.writePlan());
     const QString fileName = fixture.files().write(QStringLiteral("empty.mif"), file);
@@ -267,7 +268,7 @@ void tst_WorkbenchWindow::importWithoutObjectsIsReported()
 
     fixture.import(fileName);
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. ") + reason.replace(QStringLiteral("%1"), fileName));
+    QCOMPARE(fixture.status(), status.replace(QStringLiteral("%1"), fileName));
     QVERIFY(fixture.isError());
     QCOMPARE(fixture.shownObjects(), QString());
     QCOMPARE(fixture.picture()->currentObject(), -1);

@@ -121,7 +121,7 @@ void tst_WorkbenchWindowResult::emptyTableIsReported()
 
     fixture.window().runOperation(fromMif);
 
-    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет. Сообщений не было: в файле нет того, что импортируется"));
+    QCOMPARE(fixture.status(), QStringLiteral("Объектов нет — сообщений не было: в файле нет того, что импортируется"));
     QVERIFY(fixture.isError());
 }
 

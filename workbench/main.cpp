@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <QMessageBox>
 #include <QPluginLoader>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -93,20 +94,37 @@ int listOperations(const ImportGeometryInterface &plugin)
     return Imported;
 }
 
+bool needsWindow(const HostOptions &options)
+{
+    return !options.dialog && !options.list;
+}
+
+// A program that was started from a menu has no terminal.
+int failToLoad(const HostOptions &options, const QString &error)
+{
+    const ExitStatus status = fail(error);
+    if (needsWindow(options)) {
+        QMessageBox::critical(nullptr, QStringLiteral("Импорт объектов"),
+                              QStringLiteral("Плагин импорта не загружен.\n\n%1").arg(error));
+    }
+    return status;
+}
+
 int run(const HostOptions &options)
 {
     const QFileInfo file(options.plugin);
     if (file.isDir())
-        return fail(QStringLiteral("Cannot load \"%1\": it is a folder.").arg(options.plugin));
+        return failToLoad(options, QStringLiteral("Cannot load \"%1\": it is a folder.").arg(options.plugin));
     // An absolute path: Qt looks for a bare name in other folders too.
     QPluginLoader loader(file.absoluteFilePath());
     QObject *const instance = loader.instance();
     if (instance == nullptr)
-        return fail(QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
+        return failToLoad(options, QStringLiteral("Cannot load \"%1\": %2").arg(options.plugin, loader.errorString()));
     auto *const plugin = qobject_cast<ImportGeometryInterface *>(instance);
     if (plugin == nullptr)
-        return fail(QStringLiteral("\"%1\" is not an import plug-in: it lacks the interface \"%2\".")
-                        .arg(options.plugin, QLatin1String(qobject_interface_iid<ImportGeometryInterface *>())));
+        return failToLoad(options,
+                          QStringLiteral("\"%1\" is not an import plug-in: it lacks the interface \"%2\".")
+                              .arg(options.plugin, QLatin1String(qobject_interface_iid<ImportGeometryInterface *>())));
     if (options.list)
         return listOperations(*plugin);
     return options.dialog ? importUnattended(*plugin, options) : showWindow(*plugin, options);
@@ -125,7 +143,7 @@ std::optional<HostOptions> readArguments(int argc, char **argv)
 
 int runApplication(char **argv, const HostOptions &options)
 {
-    if (options.dialog || options.list)
+    if (!needsWindow(options))
         avoidDisplay();
     else if (hasDisplay())
         printByDefault = qInstallMessageHandler(printUseful);

@@ -26,6 +26,6 @@ QString nothingText(const QString &lastMessage, bool wasProcessed)
     if (!wasProcessed)
         return QStringLiteral("Объектов нет. Файл не обрабатывался");
     if (lastMessage.isEmpty())
-        return QStringLiteral("Объектов нет. Сообщений не было: в файле нет того, что импортируется");
+        return QStringLiteral("Объектов нет — сообщений не было: в файле нет того, что импортируется");
     return QStringLiteral("Объектов нет. %1").arg(lastMessage);
 }
