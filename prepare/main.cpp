@@ -1,0 +1,47 @@
+// The companion of the import: reports what an import of a file would lose, and prepares the file for it.
+
+#include "console.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QStringList>
+
+namespace {
+
+/// Runs a sub-command with the arguments behind its name. Returns the exit status.
+using Command = int (*)(const QStringList &arguments);
+
+const QHash<QString, Command> &commands()
+{
+    static const QHash<QString, Command> rows{};
+    return rows;
+}
+
+QString helpText()
+{
+    return QStringLiteral("Usage: importprepare --help | --version\n\n"
+                          "Companion of the import plug-in for MIF and DXF files.");
+}
+
+int run(const QStringList &arguments)
+{
+    const QString name = arguments.value(0);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h"))
+        return printLine(stdout, helpText()) ? Complete : Unreadable;
+    if (name == QLatin1String("--version"))
+        return printLine(stdout, QStringLiteral("importprepare " PREPARE_VERSION)) ? Complete : Unreadable;
+    if (name.isEmpty())
+        return fail(QStringLiteral("A command is missing. See importprepare --help."));
+    const Command command = commands().value(name);
+    if (command == nullptr)
+        return fail(QStringLiteral("Unknown command \"%1\". See importprepare --help.").arg(name));
+    return command(arguments.mid(1));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    return run(QCoreApplication::arguments().mid(1));
+}
