@@ -1,5 +1,6 @@
 // The companion of the import: reports what an import of a file would lose, and prepares the file for it.
 
+#include "checkcommand.h"
 #include "console.h"
 
 #include <QCoreApplication>
@@ -13,14 +14,16 @@ using Command = int (*)(const QStringList &arguments);
 
 const QHash<QString, Command> &commands()
 {
-    static const QHash<QString, Command> rows{};
+    static const QHash<QString, Command> rows{{QStringLiteral("check"), runCheck}};
     return rows;
 }
 
 QString helpText()
 {
-    return QStringLiteral("Usage: importprepare --help | --version\n\n"
-                          "Companion of the import plug-in for MIF and DXF files.");
+    return QStringLiteral("Usage: importprepare command [arguments]\n\n"
+                          "Companion of the import plug-in for MIF and DXF files.\n\n"
+                          "  check    Reports what an import of files would lose or get wrong.\n\n"
+                          "See importprepare check --help. --version prints the version.");
 }
 
 int run(const QStringList &arguments)

@@ -1,0 +1,124 @@
+// The command line of the sub-command check.
+
+#include "checkcommand.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QTextCodec>
+
+namespace {
+
+const QString strHelp = QStringLiteral("help");
+const QString strJson = QStringLiteral("json");
+const QString strHtml = QStringLiteral("html");
+const QString strEncoding = QStringLiteral("encoding");
+const QString strPoints = QStringLiteral("points");
+const QString strNoSearchPoints = QStringLiteral("no-search-points");
+const QString strNoSearchObjects = QStringLiteral("no-search-objects");
+
+const QString strFile = QStringLiteral("file");
+
+QList<QCommandLineOption> allOptions()
+{
+    return {
+        {{QStringLiteral("h"), strHelp}, QStringLiteral("Prints this help and exits.")},
+        {strJson, QStringLiteral("Prints one JSON object per line and file.")},
+        {strHtml, QStringLiteral("Saves a page with pictures to this file."), strFile},
+        {strEncoding, QStringLiteral("Encoding of the input files."), QStringLiteral("name"),
+         QStringLiteral("Default")},
+        {strPoints, QStringLiteral("Separate file with the points."), strFile},
+        {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
+        {strNoSearchObjects, QStringLiteral("Renames all objects.")},
+    };
+}
+
+/// The MIF and DXF files in \a folder and its subfolders, in alphabetical order.
+QStringList filesIn(const QString &folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString fileName = it.next();
+        if (formatOf(fileName) != Format::Unknown)
+            files.append(fileName);
+    }
+    files.sort();
+    return files;
+}
+
+} // namespace
+
+CheckArguments::CheckArguments()
+{
+    m_parser.setApplicationDescription(
+        QStringLiteral("Reports what an import of MIF and DXF files would lose or get wrong.\n\n"
+                       "Exit status: 0 if everything comes in, 1 if something would be lost or wrong, 2 for wrong\n"
+                       "usage, 3 if a file could not be read at all."));
+    m_parser.addOptions(allOptions());
+    m_parser.addPositionalArgument(strFile, QStringLiteral("Files, and folders to search for them."),
+                                   QStringLiteral("check file..."));
+}
+
+QString CheckArguments::helpText() const
+{
+    return m_parser.helpText();
+}
+
+bool CheckArguments::fail(const QString &text)
+{
+    m_error = text;
+    return false;
+}
+
+// Files that do not exist are reported like all others.
+bool CheckArguments::addFiles(const QString &path)
+{
+    if (QFileInfo(path).isDir()) {
+        const QStringList files = filesIn(path);
+        m_command.files += files;
+        return !files.isEmpty() || fail(QStringLiteral("No MIF or DXF files in \"%1\".").arg(path));
+    }
+    if (formatOf(path) == Format::Unknown)
+        return fail(QStringLiteral("\"%1\" has neither the suffix .mif nor .dxf.").arg(path));
+    m_command.files.append(path);
+    return true;
+}
+
+bool CheckArguments::readOptions()
+{
+    CheckOptions &options = m_command.options;
+    options.encoding = m_parser.value(strEncoding);
+    options.pointFile = m_parser.value(strPoints);
+    options.searchPoints = !m_parser.isSet(strNoSearchPoints);
+    options.searchObjects = !m_parser.isSet(strNoSearchObjects);
+    m_command.json = m_parser.isSet(strJson);
+    m_command.page = m_parser.value(strHtml);
+    if (m_parser.isSet(strHtml) && m_command.page.isEmpty())
+        return fail(QStringLiteral("--html needs the name of a file."));
+    const bool isKnown = options.encoding == QLatin1String("Default") ||
+                         QTextCodec::codecForName(options.encoding.toLatin1()) != nullptr;
+    if (!isKnown)
+        return fail(QStringLiteral("Unknown encoding \"%1\".").arg(options.encoding));
+    if (!options.pointFile.isEmpty() && !QFileInfo(options.pointFile).isReadable())
+        return fail(QStringLiteral("Cannot read the file of points \"%1\".").arg(options.pointFile));
+    return true;
+}
+
+bool CheckArguments::read(const QStringList &arguments)
+{
+    if (!m_parser.parse(QStringList{QStringLiteral("importprepare")} + arguments))
+        return fail(m_parser.errorText());
+    m_command.help = m_parser.isSet(strHelp);
+    if (m_command.help)
+        return true;
+    const QStringList paths = m_parser.positionalArguments();
+    if (paths.isEmpty())
+        return fail(QStringLiteral("No files to check."));
+    if (!readOptions())
+        return false;
+    for (const QString &path : paths) {
+        if (!addFiles(path))
+            return false;
+    }
+    return true;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "checkimport.h"
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+/// The parsed command line of the sub-command check.
+struct CheckCommand
+{
+    QStringList files; ///< files and the contents of folders, in order
+    CheckOptions options;
+    bool json = false;
+    QString page; ///< file for the page; empty: none
+    bool help = false;
+};
+
+/// Reads the arguments of the sub-command. Requires an application object.
+class CheckArguments
+{
+public:
+    CheckArguments();
+
+    /// Returns false after an error, which error() describes.
+    bool read(const QStringList &arguments);
+
+    const CheckCommand &command() const { return m_command; }
+    const QString &error() const { return m_error; }
+    QString helpText() const;
+
+private:
+    bool fail(const QString &text);
+    bool readOptions();
+    bool addFiles(const QString &path);
+
+    QCommandLineParser m_parser;
+    CheckCommand m_command;
+    QString m_error;
+};
+
+/// Runs the sub-command check with the \a arguments behind its name. Returns the exit status.
+int runCheck(const QStringList &arguments);

@@ -1,0 +1,132 @@
+#include "checkgdal.h"
+
+#include <QFile>
+
+#include <ogrsf_frmts.h>
+
+namespace {
+
+constexpr qint64 maxDrawnVertices = 200000;
+
+/// Kinds of geometry in one feature, as bits.
+enum Kinds : unsigned { None = 0, Areas = 1U, Lines = 2U, Points = 4U };
+
+/// Collects the geometry of features.
+class ContentReader
+{
+public:
+    ContentReader(FoundContent &content, bool forPicture) : m_content(content), m_forPicture(forPicture) {}
+
+    void read(OGRFeature &feature);
+
+private:
+    unsigned kindsOf(const OGRGeometry &geometry);
+    unsigned kindsOfParts(const OGRGeometryCollection &collection);
+    void draw(const OGRGeometry &geometry);
+    bool hasRoom(qint64 count);
+
+    FoundContent &m_content;
+    bool m_forPicture;
+    qint64 m_drawnCount = 0;
+};
+
+bool ContentReader::hasRoom(qint64 count)
+{
+    m_drawnCount += count;
+    const bool ok = m_forPicture && m_drawnCount <= maxDrawnVertices;
+    m_content.isDrawnWhole = m_content.isDrawnWhole && (ok || !m_forPicture);
+    return ok;
+}
+
+// Curves and surfaces of all kinds are drawn as lines.
+void ContentReader::draw(const OGRGeometry &geometry)
+{
+    if (!m_forPicture)
+        return;
+    const OGRGeometryUniquePtr linear(geometry.getLinearGeometry());
+    if (!linear)
+        return;
+    const auto drawLine = [this](const OGRSimpleCurve &line) {
+        if (!hasRoom(line.getNumPoints()))
+            return;
+        QVector<QPointF> outline;
+        outline.reserve(line.getNumPoints());
+        for (int i = 0; i < line.getNumPoints(); ++i)
+            outline.append({line.getX(i), line.getY(i)});
+        m_content.outlines.append(outline);
+    };
+    if (OGR_GT_IsSubClassOf(wkbFlatten(linear->getGeometryType()), wkbPolygon)) {
+        for (const OGRLinearRing *const ring : *linear->toPolygon())
+            drawLine(*ring);
+    } else if (wkbFlatten(linear->getGeometryType()) == wkbLineString) {
+        drawLine(*linear->toLineString());
+    }
+}
+
+unsigned ContentReader::kindsOfParts(const OGRGeometryCollection &collection)
+{
+    unsigned kinds = None;
+    for (const OGRGeometry *const part : collection)
+        kinds |= kindsOf(*part);
+    return kinds;
+}
+
+unsigned ContentReader::kindsOf(const OGRGeometry &geometry)
+{
+    if (geometry.IsEmpty())
+        return None;
+    const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
+    if (type == wkbPoint)
+        return Points;
+    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection))
+        return kindsOfParts(*geometry.toGeometryCollection());
+    if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface)) {
+        for (const OGRPolygon *const face : *geometry.toPolyhedralSurface())
+            draw(*face);
+        return Areas;
+    }
+    draw(geometry);
+    return OGR_GT_IsSurface(type) != 0 ? Areas : Lines;
+}
+
+// Both drivers describe a text as a point with a label.
+void ContentReader::read(OGRFeature &feature)
+{
+    const OGRGeometry *const geometry = feature.GetGeometryRef();
+    if (geometry == nullptr)
+        return;
+    const unsigned kinds = kindsOf(*geometry);
+    m_content.areas += (kinds & Areas) != 0 ? 1 : 0;
+    m_content.lines += (kinds & Lines) != 0 ? 1 : 0;
+    if (kinds != Points)
+        return;
+    const char *const style = feature.GetStyleString();
+    if (style != nullptr && QByteArray::fromRawData(style, static_cast<int>(qstrlen(style))).startsWith("LABEL")) {
+        ++m_content.texts;
+        return;
+    }
+    ++m_content.points;
+    if (wkbFlatten(geometry->getGeometryType()) == wkbPoint && hasRoom(1))
+        m_content.places.append({geometry->toPoint()->getX(), geometry->toPoint()->getY()});
+}
+
+} // namespace
+
+FoundContent findContent(const QString &fileName, bool forPicture)
+{
+    GDALAllRegister();
+    CPLPushErrorHandler(CPLQuietErrorHandler);
+    FoundContent content;
+    const char *const drivers[] = {formatOf(fileName) == Format::Dxf ? "DXF" : "MapInfo File", nullptr};
+    const GDALDatasetUniquePtr dataset(
+        GDALDataset::Open(QFile::encodeName(fileName).constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
+    content.isOpened = dataset != nullptr;
+    ContentReader reader(content, forPicture);
+    for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
+        OGRLayer &layer = *dataset->GetLayer(i);
+        while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()})
+            reader.read(*feature);
+    }
+    CPLPopErrorHandler();
+    return content;
+}

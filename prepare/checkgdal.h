@@ -1,0 +1,28 @@
+#pragma once
+
+#include "checkimport.h"
+
+#include <QPointF>
+#include <QString>
+#include <QVector>
+
+/// What GDAL finds in a file.
+struct FoundContent
+{
+    /// Objects that a complete import would give.
+    qint64 outlined() const { return areas + lines; }
+
+    bool isOpened = false; ///< false: GDAL cannot open the file, and all numbers are 0
+    qint64 areas = 0;      ///< features with areas; a collection with areas and lines counts in both
+    qint64 lines = 0;
+    qint64 points = 0;
+    qint64 texts = 0;
+
+    QVector<QVector<QPointF>> outlines; ///< for a picture; empty unless requested
+    QVector<QPointF> places;            ///< points that are no texts
+    bool isDrawnWhole = true;           ///< false: there were more vertices than a picture takes
+};
+
+/// Counts the features of \a fileName by their geometry, one at a time. With \a forPicture keeps their vertices, too,
+/// up to a limit.
+FoundContent findContent(const QString &fileName, bool forPicture);

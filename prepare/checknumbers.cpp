@@ -1,0 +1,198 @@
+#include "checknumbers.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+/// A vertex or an object under its name. Sorting by the hash first compares few texts.
+struct Named
+{
+    uint hash;
+    const QString *name;
+    const DefPoint *point; ///< null for an object
+    int object;            ///< index of the object
+};
+
+bool isSameName(const Named &a, const Named &b)
+{
+    return a.hash == b.hash && *a.name == *b.name;
+}
+
+bool isSamePosition(const Named &a, const Named &b)
+{
+    return a.point->x == b.point->x && a.point->y == b.point->y;
+}
+
+bool lessByName(const Named &a, const Named &b)
+{
+    return a.hash != b.hash ? a.hash < b.hash : *a.name < *b.name;
+}
+
+bool lessByPosition(const Named &a, const Named &b)
+{
+    if (a.hash != b.hash || *a.name != *b.name)
+        return lessByName(a, b);
+    return lessNanLast(*a.point, *b.point);
+}
+
+/// Calls \a use(begin, end) for each run of entries with the same name.
+template <class Use>
+void forEachName(const std::vector<Named> &entries, Use use)
+{
+    for (auto begin = entries.begin(); begin != entries.end();) {
+        const auto end =
+            std::find_if(begin, entries.end(), [&begin](const Named &entry) { return !isSameName(*begin, entry); });
+        use(begin, end);
+        begin = end;
+    }
+}
+
+// A ring's closing vertex has the first one's number by design.
+bool isClosed(const QVector<DefPoint> &contour)
+{
+    return contour.size() > 2 && contour.first().def == contour.last().def;
+}
+
+QString objectPlace(const DefPolygon &object)
+{
+    return QStringLiteral("объект «%1»").arg(object.def);
+}
+
+std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
+{
+    std::vector<Named> entries;
+    for (int i = 0; i < objects.size(); ++i) {
+        for (const QVector<DefPoint> &contour : objects.at(i).contours) {
+            const int count = isClosed(contour) ? contour.size() - 1 : contour.size();
+            for (int k = 0; k < count; ++k) {
+                const DefPoint &vertex = contour.at(k);
+                if (!vertex.def.isEmpty())
+                    entries.push_back({qHash(vertex.def), &vertex.def, &vertex, i});
+            }
+        }
+    }
+    return entries;
+}
+
+void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+{
+    std::vector<Named> entries = numberedVertices(objects);
+    std::sort(entries.begin(), entries.end(), lessByPosition);
+    int firstObject = objects.size();
+    forEachName(entries, [&](auto begin, auto end) {
+        ++statistics.numbers;
+        qint64 positions = 1;
+        int object = begin->object;
+        for (auto it = begin + 1; it != end; ++it) {
+            positions += isSamePosition(it[-1], *it) ? 0 : 1;
+            object = std::min(object, it->object);
+        }
+        if (positions == 1)
+            return;
+        statistics.sharedPositions += positions;
+        if (object >= firstObject)
+            return;
+        firstObject = object;
+        statistics.sharedPlace = QStringLiteral("%1, номер «%2»").arg(objectPlace(objects.at(object)), *begin->name);
+    });
+}
+
+void countUnnumbered(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+{
+    for (const DefPolygon &object : objects) {
+        for (const QVector<DefPoint> &contour : object.contours) {
+            statistics.vertices += contour.size();
+            const auto count = std::count_if(contour.begin(), contour.end(),
+                                             [](const DefPoint &vertex) { return vertex.def.isEmpty(); });
+            if (count > 0 && statistics.unnumbered == 0)
+                statistics.unnumberedPlace = objectPlace(object);
+            statistics.unnumbered += count;
+        }
+        statistics.contours += object.contours.size();
+    }
+}
+
+void countNames(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+{
+    QHash<QString, int> firstObjects; // -1: counted
+    for (int i = 0; i < objects.size(); ++i) {
+        const QString name = objects.at(i).def.toCaseFolded();
+        if (name.isEmpty())
+            continue;
+        const auto first = firstObjects.find(name);
+        if (first == firstObjects.end()) {
+            firstObjects.insert(name, i);
+            continue;
+        }
+        if (statistics.sharedNames == 0)
+            statistics.sharedNamePlace = objectPlace(objects.at(i));
+        statistics.sharedNames += *first >= 0 ? 2 : 1;
+        *first = -1;
+    }
+}
+
+/// True for a number with decimals, as the height of a spot has.
+bool isDecimal(const QString &name)
+{
+    const int point = std::max(name.indexOf(QLatin1Char('.')), name.indexOf(QLatin1Char(',')));
+    const int sign = name.startsWith(QLatin1Char('-')) || name.startsWith(QLatin1Char('+')) ? 1 : 0;
+    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
+    return point > sign && point < name.size() - 1 && std::all_of(name.begin() + sign, name.begin() + point, isDigit) &&
+           std::all_of(name.begin() + point + 1, name.end(), isDigit);
+}
+
+void countDecimalNames(const ImportOutcome &outcome, ImportStatistics &statistics)
+{
+    const auto add = [&statistics](const QString &name, const QString &place) {
+        if (isDecimal(name) && statistics.decimalNames++ == 0)
+            statistics.decimalNamePlace = place.arg(name);
+    };
+    for (const DefPolygon &object : outcome.objects)
+        add(object.def, QStringLiteral("объект «%1»"));
+    for (const DefPoint &point : outcome.knownPoints)
+        add(point.def, QStringLiteral("точка «%1»"));
+}
+
+bool isPossibleDegree(const DefPoint &vertex)
+{
+    return std::fabs(vertex.x) <= 180 && std::fabs(vertex.y) <= 90;
+}
+
+// A side of a plot in metres hardly ever has centimetres; in degrees it has less than a thousandth.
+void recogniseDegrees(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+{
+    constexpr double shortSide = 0.02;
+    qint64 sides = 0;
+    qint64 shortSides = 0;
+    bool areDegrees = true;
+    for (const DefPolygon &object : objects) {
+        for (const QVector<DefPoint> &contour : object.contours) {
+            areDegrees = areDegrees && std::all_of(contour.begin(), contour.end(), isPossibleDegree);
+            for (int i = 1; i < contour.size(); ++i) {
+                const double length =
+                    std::hypot(contour.at(i).x - contour.at(i - 1).x, contour.at(i).y - contour.at(i - 1).y);
+                sides += length > 0 ? 1 : 0;
+                shortSides += length > 0 && length < shortSide ? 1 : 0;
+            }
+        }
+    }
+    statistics.fitsDegrees = areDegrees && sides > 0;
+    statistics.looksGeographic = statistics.fitsDegrees && 2 * shortSides > sides;
+}
+
+} // namespace
+
+ImportStatistics statisticsOf(const ImportOutcome &outcome)
+{
+    ImportStatistics statistics;
+    countUnnumbered(outcome.objects, statistics);
+    countNumbers(outcome.objects, statistics);
+    countNames(outcome.objects, statistics);
+    countDecimalNames(outcome, statistics);
+    recogniseDegrees(outcome.objects, statistics);
+    return statistics;
+}

@@ -1,0 +1,91 @@
+#include "checkscan.h"
+
+#include "checkscan_reader.h"
+
+#include <QFileInfo>
+#include <QTextCodec>
+
+#include <algorithm>
+
+namespace {
+
+bool beginsWithMark(QFile &file)
+{
+    const QByteArray head = file.peek(4);
+    return head.startsWith("\xEF\xBB\xBF") || head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") ||
+           head == QByteArray("\0\0\xFE\xFF", 4);
+}
+
+QByteArray bytesOf(QStringView text)
+{
+    return text.toLatin1();
+}
+
+} // namespace
+
+bool ScanReader::open(const QString &fileName)
+{
+    m_file.setFileName(fileName);
+    if (!QFileInfo(m_file).isFile() || !m_file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return false;
+    m_isUnicode = beginsWithMark(m_file);
+    m_stream.setDevice(&m_file, QTextCodec::codecForName("ISO-8859-1"));
+    return true;
+}
+
+bool ScanReader::readLine()
+{
+    if (m_stream.atEnd())
+        return false;
+    m_line = trimmedLine(m_stream.readLineView());
+    ++m_lineNumber;
+    return true;
+}
+
+qint64 ScanReader::countLines()
+{
+    while (readLine()) {
+    }
+    return m_lineNumber;
+}
+
+QString ScanReader::decoded(QStringView text, QTextCodec *codec) const
+{
+    constexpr int maxShown = 60;
+    const QString whole = m_isUnicode ? text.toString() : codec->toUnicode(bytesOf(text.left(4 * maxShown)));
+    return whole.size() > maxShown ? whole.left(maxShown) + QChar(0x2026) : whole;
+}
+
+bool isForeign(QStringView text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
+}
+
+bool isUtf8(QStringView text)
+{
+    QTextCodec::ConverterState state;
+    const QByteArray bytes = bytesOf(text);
+    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+QString midFileName(const QString &mifFile)
+{
+    return mifFile.left(mifFile.size() - 1) + QLatin1Char('d');
+}
+
+FileFacts scanFile(const QString &fileName, const CheckOptions &options)
+{
+    FileFacts facts;
+    ScanReader reader;
+    facts.isReadable = reader.open(fileName);
+    if (!facts.isReadable)
+        return facts;
+    facts.isUnicode = reader.isUnicode();
+    if (formatOf(fileName) == Format::Dxf)
+        scanDxf(reader, options, facts);
+    else
+        scanMif(reader, fileName, options, facts);
+    facts.lineCount = reader.countLines();
+    return facts;
+}

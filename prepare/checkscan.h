@@ -1,0 +1,74 @@
+#pragma once
+
+#include "checkimport.h"
+
+#include <QMap>
+#include <QString>
+
+#include <array>
+
+/// What a scan of the raw file counts.
+enum class Trait {
+    BlankLine,      ///< where the import expects a group code or a vertex
+    UnreadText,     ///< MTEXT, ATTRIB, TEXT of a MIF file
+    Curve,          ///< splines, arcs, ellipses, circles
+    Bulge,          ///< segments of polylines that are arcs
+    UnreadEntity,   ///< all other content that the import passes over
+    PolylineFlag,   ///< closed polylines whose flags the import takes for open
+    PolylineKind,   ///< meshes and smoothed polylines
+    BlockReference, ///< references of blocks that draw something
+    OpenRing,       ///< rings whose last vertex is not the first
+    PlineCount,     ///< PLINE without its number of vertices, or MULTIPLE with fewer than two parts
+    Collection,
+    ForeignName, ///< names with bytes beyond ASCII
+    MidEmptyLine,
+    Last = MidEmptyLine
+};
+
+/// A number of cases and the first of them.
+struct Tally
+{
+    qint64 count = 0;
+    qint64 line = 0; ///< of the first case, counted from 1
+    QString place;   ///< of the first case, for the user
+};
+
+/// Why the header check rejects a file.
+enum class HeaderFault { None, Foreign, Comment, OtherSection, Binary };
+
+/// What a scan finds in a file. All texts are for the user.
+struct FileFacts
+{
+    const Tally &tally(Trait trait) const { return tallies[static_cast<std::size_t>(trait)]; }
+    Tally &tally(Trait trait) { return tallies[static_cast<std::size_t>(trait)]; }
+
+    bool isReadable = false;
+    bool isUnicode = false; ///< a byte-order mark overrides the chosen encoding
+    qint64 lineCount = 0;
+
+    HeaderFault headerFault = HeaderFault::None;
+    qint64 headerLine = 0; ///< of the fault
+    QString headerText;    ///< the faulty line, abbreviated
+
+    std::array<Tally, static_cast<std::size_t>(Trait::Last) + 1> tallies;
+    QMap<QString, qint64> unreadKinds; ///< keywords of UnreadEntity and their numbers, of limited size
+    double largestDeviation = 0;       ///< of a chord from its arc, in units of the file
+
+    bool isTruncated = false;
+    QString truncatedPlace;
+
+    QString declaredEncoding; ///< CHARSET or $DWGCODEPAGE as written; empty: none
+    QString drawingVersion;   ///< $ACADVER; empty: none
+    bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
+
+    QString geographicPlace; ///< of a coordinate system in degrees; empty: none
+
+    qint64 recordsNeeded = 0; ///< objects that have a MID record
+    qint64 recordCount = 0;   ///< records in the MID file; -1: not read
+};
+
+/// Scans \a fileName, in linear time and with memory bounded by its longest line and its number of blocks.
+FileFacts scanFile(const QString &fileName, const CheckOptions &options);
+
+/// The name of the MID file that the import opens for \a mifFile.
+QString midFileName(const QString &mifFile);

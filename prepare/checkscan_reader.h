@@ -1,0 +1,44 @@
+#pragma once
+
+#include "checkscan.h"
+#include "mapimport_lines.h"
+
+#include <QFile>
+
+/// Reads the lines of a file with one character for each byte, unless a byte-order mark says otherwise.
+class ScanReader
+{
+public:
+    /// Returns false if \a fileName is no readable regular file.
+    bool open(const QString &fileName);
+
+    /// Reads the next line. Returns false at the end of the file.
+    bool readLine();
+
+    /// The current line, trimmed; remains valid during the next read.
+    QStringView line() const { return m_line; }
+    qint64 lineNumber() const { return m_lineNumber; }
+    bool isUnicode() const { return m_isUnicode; }
+
+    /// Reads the remaining lines and returns the number of all.
+    qint64 countLines();
+
+    /// \a text of the file decoded by \a codec, abbreviated for the user.
+    QString decoded(QStringView text, QTextCodec *codec) const;
+
+private:
+    QFile m_file;
+    LineReader m_stream;
+    QStringView m_line;
+    qint64 m_lineNumber = 0;
+    bool m_isUnicode = false;
+};
+
+/// True if a character of \a text stands for a byte beyond ASCII.
+bool isForeign(QStringView text);
+
+/// True if the bytes that \a text stands for are valid UTF-8.
+bool isUtf8(QStringView text);
+
+void scanDxf(ScanReader &reader, const CheckOptions &options, FileFacts &facts);
+void scanMif(ScanReader &reader, const QString &fileName, const CheckOptions &options, FileFacts &facts);

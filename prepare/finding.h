@@ -1,0 +1,44 @@
+#pragma once
+
+#include "checkgdal.h"
+#include "checkimport.h"
+#include "checknumbers.h"
+#include "checkscan.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// Severities, the most important first.
+enum class Severity { Error, Warning, Note };
+
+/// One thing that an import of a file would lose or get wrong. The texts are for the user.
+struct Finding
+{
+    QString id;
+    Severity severity = Severity::Note;
+    qint64 count = 0;
+    QString place; ///< of the first case
+    QString text;
+    QString cure;
+};
+
+/// All that the rules of the findings look at.
+struct Evidence
+{
+    const QString &fileName;
+    const CheckOptions &options;
+    const FileFacts &facts;
+    const ImportOutcome &outcome;
+    const ImportStatistics &statistics;
+    const FoundContent &found;
+};
+
+/// Applies all rules to \a evidence. The findings are in order of importance.
+QVector<Finding> findProblems(const Evidence &evidence);
+
+/// True if converting the file cures the finding \a id.
+bool conversionCures(const QString &id);
+
+/// The finding \a id for a file that no rule could look at; empty place. The id must be in the table.
+Finding findingWithoutEvidence(const QString &id);

@@ -1,0 +1,79 @@
+#include "findingencoding.h"
+
+#include <QHash>
+#include <QTextCodec>
+
+namespace {
+
+/// The digits of \a name: the number of a code page.
+QString digitsOf(const QString &name)
+{
+    QString digits;
+    for (const QChar c : name) {
+        if (c >= QLatin1Char('0') && c <= QLatin1Char('9'))
+            digits += c;
+    }
+    return digits;
+}
+
+QTextCodec *codecOfCharset(const QString &charset)
+{
+    static const QHash<QString, QByteArray> names{
+        {QStringLiteral("WINDOWSARABIC"), "windows-1256"},
+        {QStringLiteral("WINDOWSBALTICRIM"), "windows-1257"},
+        {QStringLiteral("WINDOWSCYRILLIC"), "windows-1251"},
+        {QStringLiteral("WINDOWSGREEK"), "windows-1253"},
+        {QStringLiteral("WINDOWSHEBREW"), "windows-1255"},
+        {QStringLiteral("WINDOWSLATIN1"), "windows-1252"},
+        {QStringLiteral("WINDOWSLATIN2"), "windows-1250"},
+        {QStringLiteral("WINDOWSTURKISH"), "windows-1254"},
+        {QStringLiteral("UTF-8"), "UTF-8"},
+    };
+    const QString upper = charset.toUpper();
+    if (names.contains(upper))
+        return QTextCodec::codecForName(names.value(upper));
+    const QByteArray page = digitsOf(upper).toLatin1();
+    if (upper.startsWith(QLatin1String("ANSI_")))
+        return QTextCodec::codecForName("windows-" + page);
+    if (upper.startsWith(QLatin1String("CODEPAGE")) || upper.startsWith(QLatin1String("DOS")))
+        return QTextCodec::codecForName("IBM" + page);
+    return nullptr;
+}
+
+/// Since this version drawings are in UTF-8, whatever code page they name.
+bool isUtf8Drawing(const QString &version)
+{
+    return version.startsWith(QLatin1String("AC")) && version.mid(2).toInt() >= 1021;
+}
+
+/// The encoding of the names by their bytes and, if these leave it open, by the header; null if both do.
+QTextCodec *actualCodec(const FileFacts &facts)
+{
+    if (facts.namesAreUtf8)
+        return QTextCodec::codecForName("UTF-8");
+    return isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
+}
+
+QString nameOf(const QTextCodec *codec)
+{
+    return codec != nullptr ? QString::fromLatin1(codec->name()) : QStringLiteral("windows-1251");
+}
+
+} // namespace
+
+// Without a header that says otherwise any single-byte encoding may be right, but UTF-8 is not.
+Detection detectEncoding(const Evidence &evidence)
+{
+    const FileFacts &facts = evidence.facts;
+    const Tally &names = facts.tally(Trait::ForeignName);
+    const bool readsNames = evidence.options.searchPoints || evidence.options.searchObjects;
+    if (names.count == 0 || facts.isUnicode || !readsNames)
+        return {};
+    const QTextCodec *const chosen = evidence.options.codec();
+    const QTextCodec *const actual = actualCodec(facts);
+    const bool isChosenUtf8 = chosen->name() == "UTF-8";
+    if (actual == chosen || (actual == nullptr && !isChosenUtf8))
+        return {};
+    const QString declared = facts.declaredEncoding.isEmpty() ? QStringLiteral("не названа") : facts.declaredEncoding;
+    return {names.count, names.place, {declared, nameOf(actual), nameOf(chosen)}};
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "findingrules.h"
+
+/// Detects names that the chosen encoding does not fit. The details are the encoding in the header, that of the bytes
+/// and the chosen one.
+Detection detectEncoding(const Evidence &evidence);

@@ -1,0 +1,124 @@
+// The report of a file for a person.
+
+#include "report.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+QString verdict(const FileReport &report)
+{
+    if (report.isUnreadable())
+        return QStringLiteral("Файл не читается.");
+    if (report.findings.isEmpty() || report.isComplete())
+        return QStringLiteral("Загрузится всё.");
+    if (!report.isAccepted)
+        return QStringLiteral("Файл не будет принят, не загрузится ничего.");
+    if (report.imported.objects == 0)
+        return QStringLiteral("Не загрузится ничего.");
+    return QStringLiteral("Загрузится не всё или с ошибками.");
+}
+
+QString numbersText(const FileReport &report)
+{
+    const FileReport::Imported &imported = report.imported;
+    QString text = QStringLiteral("Загрузится: объектов %1, контуров %2, вершин %3, номеров %4, известных точек %5.\n")
+                       .arg(imported.objects)
+                       .arg(imported.contours)
+                       .arg(imported.vertices)
+                       .arg(imported.numbers)
+                       .arg(imported.knownPoints);
+    if (!report.found)
+        return text + QStringLiteral("Другая программа чтения (GDAL) файл не открыла.\n");
+    return text + QStringLiteral("В файле (по чтению GDAL): площадей %1, линий %2, точек %3, надписей %4.\n")
+                      .arg(report.found->areas)
+                      .arg(report.found->lines)
+                      .arg(report.found->points)
+                      .arg(report.found->texts);
+}
+
+QString optionsText(const FileReport &report)
+{
+    const auto yesNo = [](bool yes) { return yes ? QStringLiteral("да") : QStringLiteral("нет"); };
+    return QStringLiteral("Кодировка %1, искать номера точек: %2, искать обозначения объектов: %3.\n")
+        .arg(report.encoding, yesNo(report.searchesPoints), yesNo(report.searchesObjects));
+}
+
+QString findingText(const Finding &finding)
+{
+    QString text = QStringLiteral("\n%1: %2 [%3]\n").arg(severityName(finding.severity), finding.text, finding.id);
+    text += QStringLiteral("  Случаев: %1").arg(finding.count);
+    if (!finding.place.isEmpty())
+        text += QStringLiteral(", первый: %1").arg(finding.place);
+    return text + QStringLiteral(".\n  Что делать: %1\n").arg(finding.cure);
+}
+
+/// \a name as one word for a shell.
+QString quoted(const QString &name)
+{
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar c) {
+        return c.isLetterOrNumber() || QStringLiteral("_-./+=:").contains(c);
+    });
+    if (isPlain && !name.isEmpty())
+        return name;
+    return QLatin1Char('\'') + QString(name).replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
+}
+
+} // namespace
+
+bool FileReport::isComplete() const
+{
+    return countOf(Severity::Error) == 0 && countOf(Severity::Warning) == 0;
+}
+
+bool FileReport::has(const QString &id) const
+{
+    return std::any_of(findings.begin(), findings.end(), [&id](const Finding &finding) { return finding.id == id; });
+}
+
+int FileReport::countOf(Severity severity) const
+{
+    return static_cast<int>(std::count_if(findings.begin(), findings.end(),
+                                          [severity](const Finding &finding) { return finding.severity == severity; }));
+}
+
+QString severityName(Severity severity)
+{
+    switch (severity) {
+    case Severity::Error:
+        return QStringLiteral("ОШИБКА");
+    case Severity::Warning:
+        return QStringLiteral("ВНИМАНИЕ");
+    default:
+        return QStringLiteral("К СВЕДЕНИЮ");
+    }
+}
+
+QString convertCommand(const FileReport &report)
+{
+    const auto isCured = [](const Finding &finding) { return conversionCures(finding.id); };
+    if (std::none_of(report.findings.begin(), report.findings.end(), isCured))
+        return {};
+    const QFileInfo info(report.fileName);
+    const QString output =
+        QDir::cleanPath(info.path() + QLatin1Char('/') + info.completeBaseName()) + QStringLiteral("-import.mif");
+    return QStringLiteral("importprepare convert %1 %2").arg(quoted(report.fileName), quoted(output));
+}
+
+QString reportText(const FileReport &report)
+{
+    QString text = QDir::toNativeSeparators(report.fileName) + QLatin1Char('\n') + verdict(report) + QLatin1Char('\n');
+    if (!report.isUnreadable())
+        text += numbersText(report) + optionsText(report);
+    for (const Finding &finding : report.findings)
+        text += findingText(finding);
+    if (!report.messages.isEmpty())
+        text += QStringLiteral("\nСообщения импорта:\n  %1\n").arg(report.messages.join(QLatin1String("\n  ")));
+    const QString command = convertCommand(report);
+    if (!command.isEmpty())
+        text += QStringLiteral("\nПодготовить файл к импорту:\n  %1\n").arg(command);
+    return text;
+}

@@ -1,0 +1,271 @@
+#include "preparetesting.h"
+
+/// The findings in drawings: each row has a drawing in which exactly one is found, or a similar one without it.
+class tst_PrepareFindingsDxf : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void headerIsFound_data();
+    void headerIsFound() { compareFindings(); }
+    void stopIsFound_data();
+    void stopIsFound() { compareFindings(); }
+    void lostContentIsFound_data();
+    void lostContentIsFound() { compareFindings(); }
+    void blockIsFound_data();
+    void blockIsFound() { compareFindings(); }
+    void polylineIsFound_data();
+    void polylineIsFound() { compareFindings(); }
+    void numberAndNameAreFound_data();
+    void numberAndNameAreFound() { compareFindings(); }
+    void encodingIsFound_data();
+    void encodingIsFound();
+    void textsDoNotMatterWithoutSearch();
+    void deviationIsThatOfTheLargestArc_data();
+    void deviationIsThatOfTheLargestArc();
+    void unreadKindsAreCounted();
+
+private:
+    static void addColumns();
+    static void add(const char *name, const QStringList &lines, const char *findings);
+    static void compareFindings();
+};
+
+void tst_PrepareFindingsDxf::addColumns()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QString>("findings");
+}
+
+void tst_PrepareFindingsDxf::add(const char *name, const QStringList &lines, const char *findings)
+{
+    QTest::newRow(name) << lines << QString::fromUtf8(findings);
+}
+
+void tst_PrepareFindingsDxf::compareFindings()
+{
+    QFETCH(QStringList, lines);
+    const CheckFixture check;
+
+    const FileReport report = check.checkDxf(lines);
+
+    QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsDxf::headerIsFound_data()
+{
+    addColumns();
+    add("complete", drawing(lineEntity), "");
+    add("empty file", {}, "not-dxf 1 @ строка 0");
+    add("another text", {QStringLiteral("Ведомость координат"), QStringLiteral("1 2 3")}, "not-dxf 1 @ строка 2");
+    add("comment", pairs("999 written by hand") + drawing(lineEntity), "leading-comment 1 @ строка 1");
+    add("two comments", pairs("999 a|999 b") + drawing(lineEntity), "leading-comment 1 @ строка 1");
+    add("comment behind", drawing("999 comment|" + lineEntity), "");
+    add("tables first", pairs("0 SECTION|2 TABLES|0 ENDSEC") + drawing(lineEntity), "first-section 1 @ строка 4");
+    add("entities only", pairs("0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF"), "first-section 1 @ строка 4");
+    add("binary", {QStringLiteral("AutoCAD Binary DXF"), QString(QChar(0x1A))}, "binary-dxf 1 @ строка 1");
+}
+
+void tst_PrepareFindingsDxf::stopIsFound_data()
+{
+    addColumns();
+    const QByteArray two = lineEntity + '|' + lineEntity;
+    QStringList blank = drawing(two);
+    blank.insert(20, QString());
+    add("blank line", blank, "blank-line 1 @ строка 21");
+    add("blank line behind the end", drawing(lineEntity) + QStringList{QString()}, "blank-line 1 @ строка 25");
+    add("blank value", drawing("0 LINE|8 |10 0|20 0|11 10|21 0"), "");
+    add("no end", openDrawing(lineEntity), "truncated 1 @ строка 20");
+    add("end within an entity", openDrawing(lineEntity + "|0 LINE|10 0|20 0"), "truncated 1 @ строка 26");
+    add("end after a group code", openDrawing(lineEntity + "|8"), "truncated 1 @ строка 21");
+    add("decimal comma", drawing(lineEntity + "|0 LINE|10 0,5|20 0|11 10|21 0"), "stops-early 1 @ строка 24");
+    add("too few vertices", drawing(lineEntity + "|0 LWPOLYLINE|90 3|10 0|20 0|10 1|20 1"),
+        "stops-early 1 @ строка 34");
+    add("text without content", drawing(lineEntity + "|0 TEXT|10 0|20 0"), "stops-early 1 @ строка 28");
+}
+
+void tst_PrepareFindingsDxf::lostContentIsFound_data()
+{
+    addColumns();
+    const QByteArray arc = "0 ARC|8 Дуги|10 0|20 0|40 5|50 0|51 90";
+    const QByteArray solid = "0 SOLID|8 0|10 0|20 0|11 5|21 0|12 0|22 5|13 5|23 5";
+    add("arc", drawing(lineEntity + '|' + arc + '|' + arc), "curves 2 @ строка 22, слой «Дуги», ARC");
+    add("circle", drawing(lineEntity + "|0 CIRCLE|8 0|10 50|20 0|40 5"), "curves 1 @ строка 22, слой «0», CIRCLE");
+    add("ellipse", drawing(lineEntity + "|0 ELLIPSE|8 0|10 50|20 0|11 5|21 0|40 0.5|41 0|42 6.2"),
+        "curves 1 @ строка 22, слой «0», ELLIPSE");
+    add("spline",
+        drawing(lineEntity + "|0 SPLINE|8 0|70 8|71 1|72 4|73 2|40 0|40 0|40 1|40 1|10 0|20 0|30 0|10 5|20 5|30 0"),
+        "curves 1 @ строка 22, слой «0», SPLINE");
+    add("solid", drawing(lineEntity + '|' + solid), "entities-not-read 1 @ строка 22, слой «0», SOLID");
+    add("keyword in small letters", drawing(lineEntity + "|0 line|8 0|10 0|20 0|11 10|21 0"),
+        "entities-not-read 1 @ строка 22, слой «0», line");
+    add("text of several lines", drawing(lineEntity + "|0 MTEXT|8 Н|10 0|20 0|40 1|1 ЗУ1"),
+        "texts-not-read 1 @ строка 22, слой «Н», MTEXT");
+    add("attribute", drawing(lineEntity + "|0 INSERT|8 0|2 SIGN|66 1|10 50|20 0|0 ATTRIB|8 0|10 0|20 0|40 1|1 7|2 N"),
+        "texts-not-read 1 @ строка 34, слой «0», ATTRIB");
+    add("text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1"), "");
+    add("point", drawing(lineEntity + "|0 POINT|8 0|10 50|20 0"), "");
+    add("points only", drawing("0 POINT|8 0|10 50|20 0"), "nothing-imported 1");
+    add("no entities", drawing("999 empty"), "nothing-imported 1");
+}
+
+void tst_PrepareFindingsDxf::blockIsFound_data()
+{
+    addColumns();
+    const auto withBlocks = [](const QByteArray &blocks, const QByteArray &entities) {
+        return pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 BLOCKS|" + blocks + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
+                     entities + '|' + lineEntity + "|0 ENDSEC|0 EOF");
+    };
+    const auto block = [](const QByteArray &name, const QByteArray &content) {
+        return "0 BLOCK|8 0|2 " + name + "|70 0|10 0|20 0|3 " + name + content + "|0 ENDBLK|8 0";
+    };
+    const auto insert = [](const QByteArray &name) { return "0 INSERT|8 L|2 " + name + "|10 50|20 0"; };
+    const QByteArray line = "|0 LINE|8 0|10 0|20 0|11 1|21 1";
+    add("line in a block", withBlocks(block("A", line), insert("A") + '|' + insert("A")),
+        "blocks 2 @ строка 48, слой «L», INSERT");
+    add("name in other letters", withBlocks(block("a", line), insert("A")), "blocks 1 @ строка 48, слой «L», INSERT");
+    add("point in a block", withBlocks(block("A", "|0 POINT|8 0|10 0|20 0"), insert("A")), "");
+    add("block that nobody inserts", withBlocks(block("A", line) + '|' + block("B", {}), insert("B")), "");
+    add("block in a block", withBlocks(block("A", line) + '|' + block("B", '|' + insert("A")), insert("B")),
+        "blocks 1 @ строка 76, слой «L», INSERT");
+    add("block in itself", withBlocks(block("A", '|' + insert("A")), insert("A")), "");
+}
+
+void tst_PrepareFindingsDxf::polylineIsFound_data()
+{
+    addColumns();
+    const auto polyline = [](const QByteArray &flags) {
+        return drawing("0 POLYLINE|8 Г|66 1|70 " + flags +
+                       "|0 VERTEX|8 0|10 0|20 0|0 VERTEX|8 0|10 9|20 0|0 VERTEX|8 0|10 9|20 9|0 SEQEND");
+    };
+    const auto lwPolyline = [](const QByteArray &flags, const QByteArray &bulge) {
+        return drawing("0 LWPOLYLINE|8 Г|90 3|70 " + flags + "|10 0|20 0" + bulge + "|10 10|20 0|10 10|20 10|42 0.5");
+    };
+    add("open", polyline("0"), "");
+    add("closed", polyline("1"), "");
+    add("closed in space", polyline("9"), "polyline-flag 1 @ строка 12, слой «Г», POLYLINE");
+    add("closed with pattern", polyline("129"), "polyline-flag 1 @ строка 12, слой «Г», POLYLINE");
+    add("open in space", polyline("8"), "");
+    add("smoothed", polyline("4"), "polyline-kind 1 @ строка 12, слой «Г», POLYLINE");
+    add("chords only", lwPolyline("0", {}), "");
+    add("arc", lwPolyline("0", "|42 1"), "bulges 1 @ строка 12, слой «Г», LWPOLYLINE");
+    add("closing arc", lwPolyline("1", "|42 -1"), "bulges 2 @ строка 12, слой «Г», LWPOLYLINE");
+    add("arc of an old polyline",
+        drawing("0 POLYLINE|8 Г|66 1|0 VERTEX|8 0|10 0|20 0|42 0.1|0 VERTEX|8 0|10 9|20 0|0 SEQEND"),
+        "bulges 1 @ строка 12, слой «Г», POLYLINE");
+}
+
+void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
+{
+    addColumns();
+    const auto text = [](const QByteArray &at, const QByteArray &content) {
+        return "|0 TEXT|8 0|10 " + at + "|20 0|40 1|1 " + content;
+    };
+    const auto point = [](const QByteArray &at) { return "|0 POINT|8 0|10 " + at + "|20 0"; };
+    const QByteArray second = "|0 LINE|10 100|20 0|11 110|21 0";
+    add("two positions with one number", drawing("0 LINE|10 1000|20 0|11 1000.009|21 0" + text("5", "ЗУ")),
+        "merged-numbers 2 @ объект «ЗУ», номер «н1»");
+    add("two positions far enough", drawing("0 LINE|10 1000|20 0|11 1000.011|21 0" + text("5", "ЗУ")), "");
+    add("one text at two points", drawing(lineEntity + point("0") + point("10") + text("4", "т")),
+        "merged-numbers 2 @ объект «т», номер «т»");
+    add("point without a number", drawing(lineEntity + point("0")), "empty-numbers 1 @ объект «:ЗУ1»");
+    add("point beside", drawing(lineEntity + point("5")), "");
+    add("height", drawing(lineEntity + text("5", "26.685")), "heights-as-names 1 @ объект «26.685»");
+    add("height with a comma", drawing(lineEntity + text("5", "-26,6")), "heights-as-names 1 @ объект «-26,6»");
+    add("number with two points", drawing(lineEntity + text("5", "1.2.3")), "");
+    add("height as a point number", drawing(lineEntity + point("0") + text("0", "101.5") + text("5", "ЗУ")),
+        "heights-as-names 1 @ точка «101.5»");
+    add("two objects with one text", drawing(lineEntity + second + text("50", "ЗУ")), "shared-names 2 @ объект «ЗУ»");
+    add("two objects with two texts", drawing(lineEntity + second + text("5", "А") + text("105", "Б")), "");
+    const auto triangle = [](const QByteArray &x) {
+        return drawing("0 LWPOLYLINE|8 0|90 3|70 0|10 " + x + "7.6|20 55.7|10 " + x + "7.6|20 55.715|10 " + x +
+                       "7.615|20 55.72");
+    };
+    add("degrees", triangle("3"), "degrees 3 @ объект «:ЗУ1»");
+    add("too many degrees", triangle("18"), "");
+    add("sides too long for degrees", drawing("0 LINE|10 37|20 55|11 37|21 55.021"), "");
+}
+
+void tst_PrepareFindingsDxf::encodingIsFound_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("chosen");
+    QTest::addColumn<QString>("findings");
+
+    const QString found = QStringLiteral("encoding 1 @ строка 32, слой «0», TEXT");
+    const auto add = [](const char *name, const char *page, const char *written, const char *chosen,
+                        const QString &findings) {
+        QTest::newRow(name) << QByteArray(page) << QByteArray(written) << QString::fromLatin1(chosen) << findings;
+    };
+    add("right", "ANSI_1251", "windows-1251", "windows-1251", QString());
+    add("UTF-8 chosen", "ANSI_1251", "windows-1251", "UTF-8", found);
+    add("another code page chosen", "ANSI_1251", "windows-1251", "IBM866", found);
+    add("another code page, none named", "", "windows-1251", "IBM866", QString());
+    add("UTF-8 in spite of the header", "ANSI_1251", "UTF-8", "UTF-8", QString());
+    add("UTF-8 not chosen", "ANSI_1251", "UTF-8", "windows-1251", found);
+    add("old code page", "DOS866", "IBM866", "windows-1251", found);
+}
+
+void tst_PrepareFindingsDxf::encodingIsFound()
+{
+    QFETCH(QByteArray, page);
+    QFETCH(QByteArray, written);
+    QFETCH(QString, chosen);
+    CheckFixture check;
+    check.options.encoding = chosen;
+    const QStringList lines = pairs("0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + page + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
+                                    lineEntity + "|9 x|9 x|9 x|0 TEXT|8 0|10 5|20 0|40 1|1 Участок|0 ENDSEC|0 EOF");
+
+    const QString fileName = check.files.write(QStringLiteral("plan.dxf"), lines, written.constData());
+    const FileReport report = checkFile(fileName, check.options, false);
+
+    QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsDxf::textsDoNotMatterWithoutSearch()
+{
+    CheckFixture check;
+    check.options.searchPoints = false;
+    check.options.searchObjects = false;
+
+    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 MTEXT|8 Н|10 0|20 0|40 1|1 ЗУ1"));
+
+    QCOMPARE(described(report.findings), QString());
+}
+
+void tst_PrepareFindingsDxf::deviationIsThatOfTheLargestArc_data()
+{
+    QTest::addColumn<QByteArray>("bulges");
+    QTest::addColumn<QString>("deviation");
+
+    QTest::newRow("half circle") << QByteArray("|42 1") << QStringLiteral("5 ");
+    QTest::newRow("to the other side") << QByteArray("|42 -0.5") << QStringLiteral("2.5 ");
+}
+
+void tst_PrepareFindingsDxf::deviationIsThatOfTheLargestArc()
+{
+    QFETCH(QByteArray, bulges);
+    QFETCH(QString, deviation);
+    const CheckFixture check;
+
+    const FileReport report =
+        check.checkDxf(drawing("0 LWPOLYLINE|8 0|90 3|70 0|10 0|20 0|42 0.01|10 10|20 0" + bulges + "|10 10|20 10"));
+
+    QCOMPARE(report.findings.size(), 1);
+    QVERIFY2(report.findings.first().text.contains(QStringLiteral("отклонение — ") + deviation),
+             qPrintable(report.findings.first().text));
+}
+
+void tst_PrepareFindingsDxf::unreadKindsAreCounted()
+{
+    const CheckFixture check;
+
+    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 WIPEOUT|0 HATCH|0 WIPEOUT"));
+
+    QCOMPARE(report.findings.size(), 1);
+    QCOMPARE(report.findings.first().text, QStringLiteral("Импорт не читает: HATCH 1, WIPEOUT 2."));
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareFindingsDxf)
+#include "tst_prepare_findings_dxf.moc"
