@@ -105,6 +105,7 @@ void tst_PrepareFindingsDxf::lostContentIsFound_data()
         "texts-not-read 1 @ строка 34, слой «0», ATTRIB");
     add("text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1"), "");
     add("point", drawing(lineEntity + "|0 POINT|8 0|10 50|20 0"), "");
+    add("line that swallows the next one", drawing("0 LINE|8 0|10 0|20 0|11 10|" + lineEntity), "fewer-objects 1");
     add("points only", drawing("0 POINT|8 0|10 50|20 0"), "nothing-imported 1");
     add("no entities", drawing("999 empty"), "nothing-imported 1");
 }
