@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QTextCodec>
+#include <QThread>
 
 namespace {
 
@@ -16,11 +17,22 @@ const QString strPoints = QStringLiteral("points");
 const QString strNoSearchPoints = QStringLiteral("no-search-points");
 const QString strNoSearchObjects = QStringLiteral("no-search-objects");
 
+const QString strJobs = QStringLiteral("jobs");
+const QString strTimeout = QStringLiteral("timeout");
+const QString strPicture = QStringLiteral("picture");
+
+const QString strNumber = QStringLiteral("number");
 const QString strFile = QStringLiteral("file");
+
+constexpr int maxJobs = 1000;
+constexpr int maxTimeout = 1000000; // seconds, which fit an int as milliseconds
 
 QList<QCommandLineOption> allOptions()
 {
+    QCommandLineOption picture(strPicture, QStringLiteral("Saves the picture of the only file."), strFile);
+    picture.setFlags(QCommandLineOption::HiddenFromHelp);
     return {
+        picture,
         {{QStringLiteral("h"), strHelp}, QStringLiteral("Prints this help and exits.")},
         {strJson, QStringLiteral("Prints one JSON object per line and file.")},
         {strHtml, QStringLiteral("Saves a page with pictures to this file."), strFile},
@@ -29,6 +41,12 @@ QList<QCommandLineOption> allOptions()
         {strPoints, QStringLiteral("Separate file with the points."), strFile},
         {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
         {strNoSearchObjects, QStringLiteral("Renames all objects.")},
+        {strJobs,
+         QStringLiteral("Number of files to check at a time, each in a process of its own. The default for "
+                        "several files is the number of cores."),
+         strNumber},
+        {strTimeout, QStringLiteral("Time for a file in a process of its own."), QStringLiteral("seconds"),
+         QStringLiteral("60")},
     };
 }
 
@@ -56,12 +74,12 @@ CheckArguments::CheckArguments()
                        "usage, 3 if a file could not be read at all."));
     m_parser.addOptions(allOptions());
     m_parser.addPositionalArgument(strFile, QStringLiteral("Files, and folders to search for them."),
-                                   QStringLiteral("check file..."));
+                                   QStringLiteral("file..."));
 }
 
 QString CheckArguments::helpText() const
 {
-    return m_parser.helpText();
+    return m_parser.helpText().replace(QLatin1String("[options]"), QLatin1String("check [options]"));
 }
 
 bool CheckArguments::fail(const QString &text)
@@ -93,6 +111,7 @@ bool CheckArguments::readOptions()
     options.searchObjects = !m_parser.isSet(strNoSearchObjects);
     m_command.json = m_parser.isSet(strJson);
     m_command.page = m_parser.value(strHtml);
+    m_command.picture = m_parser.value(strPicture);
     if (m_parser.isSet(strHtml) && m_command.page.isEmpty())
         return fail(QStringLiteral("--html needs the name of a file."));
     const bool isKnown = options.encoding == QLatin1String("Default") ||
@@ -101,6 +120,25 @@ bool CheckArguments::readOptions()
         return fail(QStringLiteral("Unknown encoding \"%1\".").arg(options.encoding));
     if (!options.pointFile.isEmpty() && !QFileInfo(options.pointFile).isReadable())
         return fail(QStringLiteral("Cannot read the file of points \"%1\".").arg(options.pointFile));
+    return true;
+}
+
+// Without --jobs a single file needs no process of its own.
+bool CheckArguments::readProcesses()
+{
+    const auto readNumber = [this](const QString &name, int max, int &number) {
+        bool ok = false;
+        number = m_parser.value(name).toInt(&ok);
+        return (ok && number >= 1 && number <= max) ||
+               fail(QStringLiteral("--%1 takes a number from 1 to %2.").arg(name).arg(max));
+    };
+    int seconds = 0;
+    if (!readNumber(strTimeout, maxTimeout, seconds))
+        return false;
+    m_command.timeoutMilliseconds = 1000 * seconds;
+    if (m_parser.isSet(strJobs))
+        return readNumber(strJobs, maxJobs, m_command.jobs);
+    m_command.jobs = m_command.files.size() > 1 ? QThread::idealThreadCount() : 0;
     return true;
 }
 
@@ -120,5 +158,5 @@ bool CheckArguments::read(const QStringList &arguments)
         if (!addFiles(path))
             return false;
     }
-    return true;
+    return readProcesses();
 }

@@ -1,17 +1,129 @@
 #include "checkcommand.h"
 
 #include "checkfile.h"
+#include "checkpool.h"
 #include "console.h"
 #include "report.h"
 
-#include <algorithm>
+#include <QCoreApplication>
+#include <QSaveFile>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace {
 
-bool printReport(const FileReport &report, const CheckCommand &command)
+bool isErrorOutputTerminal()
 {
-    const QString text = command.json ? QString::fromUtf8(toJson(report)) : reportText(report);
-    return printLine(stdout, text);
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+bool save(const QString &fileName, const QByteArray &bytes)
+{
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return true;
+    fail(QStringLiteral("Cannot save \"%1\": %2").arg(fileName, file.errorString()));
+    return false;
+}
+
+/// Runs the checks and collects the reports.
+class CheckRun
+{
+public:
+    explicit CheckRun(const CheckCommand &command) : m_command(command) {}
+
+    int run();
+
+private:
+    void checkFiles();
+    void take(FileReport report);
+    void print(const FileReport &report);
+    void showProgress() const;
+    bool finish() const;
+
+    const CheckCommand &m_command;
+    QVector<FileReport> m_reports;
+    qint64 m_pictureBytes = 0;
+    bool m_canPrint = true;
+    bool m_showsProgress = false;
+};
+
+void CheckRun::checkFiles()
+{
+    if (m_command.jobs > 0) {
+        CheckPool pool(m_command, QCoreApplication::applicationFilePath());
+        pool.run([this](const FileReport &report) { take(report); });
+        return;
+    }
+    const bool withPicture = !m_command.page.isEmpty() || !m_command.picture.isEmpty();
+    for (const QString &fileName : m_command.files)
+        take(checkFile(fileName, m_command.options, withPicture));
+}
+
+// The reports are kept for the totals and the page, so their pictures are limited.
+void CheckRun::take(FileReport report)
+{
+    constexpr qint64 maxPictureBytes = 30000000;
+    m_pictureBytes += report.picture.size();
+    if (m_pictureBytes > maxPictureBytes) {
+        report.isPictureOmitted = !report.picture.isEmpty();
+        report.picture.clear();
+    }
+    m_reports.append(report);
+    print(report);
+    showProgress();
+}
+
+void CheckRun::print(const FileReport &report)
+{
+    if (m_showsProgress)
+        std::fputs("\r\x1b[K", stderr);
+    const QString text = m_command.json ? QString::fromUtf8(toJson(report)) : reportText(report);
+    m_canPrint = printLine(stdout, text) && m_canPrint;
+}
+
+void CheckRun::showProgress() const
+{
+    if (!m_showsProgress || m_reports.size() == m_command.files.size())
+        return;
+    const auto count = [this](bool (*test)(const FileReport &)) {
+        return std::count_if(m_reports.begin(), m_reports.end(), test);
+    };
+    const QString text = QStringLiteral("\r\x1b[K%1 of %2 files, %3 complete, %4 rejected")
+                             .arg(m_reports.size())
+                             .arg(m_command.files.size())
+                             .arg(count([](const FileReport &report) { return report.isComplete(); }))
+                             .arg(count([](const FileReport &report) { return !report.isAccepted; }));
+    std::fputs(text.toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+bool CheckRun::finish() const
+{
+    if (!m_canPrint) {
+        fail(QStringLiteral("Cannot print the report."));
+        return false;
+    }
+    if (m_reports.size() > 1 && !m_command.json && !printLine(stdout, totalsText(m_reports)))
+        return false;
+    if (!m_command.picture.isEmpty() && !save(m_command.picture, m_reports.first().picture))
+        return false;
+    return m_command.page.isEmpty() || save(m_command.page, reportPage(m_reports));
+}
+
+int CheckRun::run()
+{
+    m_showsProgress = m_command.files.size() > 1 && isErrorOutputTerminal();
+    checkFiles();
+    return finish() ? exitStatus(m_reports) : WrongUsage;
 }
 
 } // namespace
@@ -21,16 +133,7 @@ int runCheck(const QStringList &arguments)
     CheckArguments reader;
     if (!reader.read(arguments))
         return fail(QStringLiteral("%1 See importprepare check --help.").arg(reader.error()));
-    const CheckCommand &command = reader.command();
-    if (command.help)
-        return printLine(stdout, reader.helpText()) ? Complete : Unreadable;
-    QVector<FileReport> reports;
-    for (const QString &fileName : command.files) {
-        reports.append(checkFile(fileName, command.options, false));
-        if (!printReport(reports.last(), command))
-            return fail(QStringLiteral("Cannot print the report."));
-    }
-    if (reports.size() > 1 && !command.json)
-        printLine(stdout, totalsText(reports));
-    return exitStatus(reports);
+    if (reader.command().help)
+        return printLine(stdout, reader.helpText()) ? Complete : WrongUsage;
+    return CheckRun(reader.command()).run();
 }

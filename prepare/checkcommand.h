@@ -12,7 +12,10 @@ struct CheckCommand
     QStringList files; ///< files and the contents of folders, in order
     CheckOptions options;
     bool json = false;
-    QString page; ///< file for the page; empty: none
+    QString page;                    ///< file for the page; empty: none
+    QString picture;                 ///< file for the picture of a single file; empty: none
+    int jobs = 0;                    ///< number of processes; 0: all files are checked in this one
+    int timeoutMilliseconds = 60000; ///< for each file
     bool help = false;
 };
 
@@ -32,6 +35,7 @@ public:
 private:
     bool fail(const QString &text);
     bool readOptions();
+    bool readProcesses();
     bool addFiles(const QString &path);
 
     QCommandLineParser m_parser;

@@ -4,6 +4,7 @@
 #include "checknumbers.h"
 #include "checkscan.h"
 #include "finding.h"
+#include "reportpicture.h"
 
 #include <QTextCodec>
 
@@ -22,13 +23,13 @@ FileReport emptyReport(const QString &fileName, const CheckOptions &options)
 
 } // namespace
 
-FileReport checkFile(const QString &fileName, const CheckOptions &options, bool /*withPicture*/)
+FileReport checkFile(const QString &fileName, const CheckOptions &options, bool withPicture)
 {
     FileReport report = emptyReport(fileName, options);
     const FileFacts facts = scanFile(fileName, options);
     if (!facts.isReadable)
         return reportWithFinding(fileName, options, QStringLiteral("unreadable"));
-    const FoundContent found = findContent(fileName, false);
+    const FoundContent found = findContent(fileName, withPicture);
     const ImportOutcome outcome = runImport(fileName, options, facts.lineCount);
     const ImportStatistics statistics = statisticsOf(outcome);
     report.isAccepted = outcome.isAccepted();
@@ -38,6 +39,8 @@ FileReport checkFile(const QString &fileName, const CheckOptions &options, bool 
     if (found.isOpened)
         report.found = FileReport::Found{found.areas, found.lines, found.points, found.texts};
     report.findings = findProblems({fileName, options, facts, outcome, statistics, found});
+    if (withPicture)
+        report.picture = lossPicture(found, outcome);
     return report;
 }
 

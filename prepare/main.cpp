@@ -2,6 +2,7 @@
 
 #include "checkcommand.h"
 #include "console.h"
+#include "reportcommand.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -14,7 +15,10 @@ using Command = int (*)(const QStringList &arguments);
 
 const QHash<QString, Command> &commands()
 {
-    static const QHash<QString, Command> rows{{QStringLiteral("check"), runCheck}};
+    static const QHash<QString, Command> rows{
+        {QStringLiteral("check"), runCheck},
+        {QStringLiteral("report"), runReport},
+    };
     return rows;
 }
 
@@ -22,8 +26,9 @@ QString helpText()
 {
     return QStringLiteral("Usage: importprepare command [arguments]\n\n"
                           "Companion of the import plug-in for MIF and DXF files.\n\n"
-                          "  check    Reports what an import of files would lose or get wrong.\n\n"
-                          "See importprepare check --help. --version prints the version.");
+                          "  check    Reports what an import of files would lose or get wrong.\n"
+                          "  report   Prints the totals of reports in JSON.\n\n"
+                          "importprepare command --help describes a command, --version prints the version.");
 }
 
 int run(const QStringList &arguments)

@@ -49,7 +49,8 @@ struct FileReport
     Imported imported;
     std::optional<Found> found; ///< empty if GDAL cannot open the file
     QVector<Finding> findings;
-    QByteArray picture; ///< SVG; empty unless requested, not part of the JSON
+    QByteArray picture;            ///< SVG; empty unless requested, not part of the JSON
+    bool isPictureOmitted = false; ///< there were too many before
 };
 
 /// One line of JSON without a line end.
@@ -57,6 +58,12 @@ QByteArray toJson(const FileReport &report);
 
 /// Reads a line that toJson() has written. Empty if it is none.
 std::optional<FileReport> reportFromJson(const QByteArray &line);
+
+/// One sentence on the whole file.
+QString verdictText(const FileReport &report);
+
+/// What comes in, and what GDAL finds, in two lines.
+QString numbersText(const FileReport &report);
 
 /// The report of one file for a person.
 QString reportText(const FileReport &report);

@@ -9,7 +9,36 @@
 
 namespace {
 
-QString verdict(const FileReport &report)
+QString optionsText(const FileReport &report)
+{
+    const auto yesNo = [](bool yes) { return yes ? QStringLiteral("да") : QStringLiteral("нет"); };
+    return QStringLiteral("Кодировка %1, искать номера точек: %2, искать обозначения объектов: %3.\n")
+        .arg(report.encoding, yesNo(report.searchesPoints), yesNo(report.searchesObjects));
+}
+
+QString findingText(const Finding &finding)
+{
+    QString text = QStringLiteral("\n%1: %2 [%3]\n").arg(severityName(finding.severity), finding.text, finding.id);
+    text += QStringLiteral("  Случаев: %1").arg(finding.count);
+    if (!finding.place.isEmpty())
+        text += QStringLiteral(", первый: %1").arg(finding.place);
+    return text + QStringLiteral(".\n  Что делать: %1\n").arg(finding.cure);
+}
+
+/// \a name as one word for a shell.
+QString quoted(const QString &name)
+{
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar c) {
+        return c.isLetterOrNumber() || QStringLiteral("_-./+=:").contains(c);
+    });
+    if (isPlain && !name.isEmpty())
+        return name;
+    return QLatin1Char('\'') + QString(name).replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
+}
+
+} // namespace
+
+QString verdictText(const FileReport &report)
 {
     if (report.isUnreadable())
         return QStringLiteral("Файл не читается.");
@@ -39,35 +68,6 @@ QString numbersText(const FileReport &report)
                       .arg(report.found->points)
                       .arg(report.found->texts);
 }
-
-QString optionsText(const FileReport &report)
-{
-    const auto yesNo = [](bool yes) { return yes ? QStringLiteral("да") : QStringLiteral("нет"); };
-    return QStringLiteral("Кодировка %1, искать номера точек: %2, искать обозначения объектов: %3.\n")
-        .arg(report.encoding, yesNo(report.searchesPoints), yesNo(report.searchesObjects));
-}
-
-QString findingText(const Finding &finding)
-{
-    QString text = QStringLiteral("\n%1: %2 [%3]\n").arg(severityName(finding.severity), finding.text, finding.id);
-    text += QStringLiteral("  Случаев: %1").arg(finding.count);
-    if (!finding.place.isEmpty())
-        text += QStringLiteral(", первый: %1").arg(finding.place);
-    return text + QStringLiteral(".\n  Что делать: %1\n").arg(finding.cure);
-}
-
-/// \a name as one word for a shell.
-QString quoted(const QString &name)
-{
-    const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar c) {
-        return c.isLetterOrNumber() || QStringLiteral("_-./+=:").contains(c);
-    });
-    if (isPlain && !name.isEmpty())
-        return name;
-    return QLatin1Char('\'') + QString(name).replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
-}
-
-} // namespace
 
 bool FileReport::isComplete() const
 {
@@ -110,7 +110,8 @@ QString convertCommand(const FileReport &report)
 
 QString reportText(const FileReport &report)
 {
-    QString text = QDir::toNativeSeparators(report.fileName) + QLatin1Char('\n') + verdict(report) + QLatin1Char('\n');
+    QString text =
+        QDir::toNativeSeparators(report.fileName) + QLatin1Char('\n') + verdictText(report) + QLatin1Char('\n');
     if (!report.isUnreadable())
         text += numbersText(report) + optionsText(report);
     for (const Finding &finding : report.findings)

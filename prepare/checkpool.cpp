@@ -1,0 +1,98 @@
+#include "checkpool.h"
+
+#include "checkfile.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QTimer>
+
+CheckPool::CheckPool(const CheckCommand &command, const QString &program)
+    : m_command(command),
+      m_program(program),
+      m_reports(command.files.size())
+{
+}
+
+void CheckPool::run(const Consumer &consumer)
+{
+    QEventLoop loop;
+    m_consumer = consumer;
+    m_loop = &loop;
+    for (int i = 0; i < m_command.jobs; ++i)
+        startNext();
+    if (m_delivered < m_reports.size())
+        loop.exec();
+}
+
+QString CheckPool::pictureFile(int index) const
+{
+    return m_pictures.filePath(QString::number(index));
+}
+
+QStringList CheckPool::argumentsFor(int index) const
+{
+    QStringList arguments{QStringLiteral("check"), QStringLiteral("--json"), QStringLiteral("--encoding"),
+                          m_command.options.encoding};
+    if (!m_command.options.pointFile.isEmpty())
+        arguments += {QStringLiteral("--points"), m_command.options.pointFile};
+    if (!m_command.options.searchPoints)
+        arguments += QStringLiteral("--no-search-points");
+    if (!m_command.options.searchObjects)
+        arguments += QStringLiteral("--no-search-objects");
+    if (!m_command.page.isEmpty())
+        arguments += {QStringLiteral("--picture"), pictureFile(index)};
+    return arguments + QStringList{QStringLiteral("--"), m_command.files.at(index)};
+}
+
+void CheckPool::startNext()
+{
+    if (m_next < m_reports.size())
+        start(m_next++);
+}
+
+// The process ends with the timer at the latest; both belong to the pool.
+void CheckPool::start(int index)
+{
+    auto *const process = new QProcess(this);
+    auto *const timer = new QTimer(process);
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, process, &QProcess::kill);
+    const auto finishProcess = [this, index, process, timer] {
+        finish(index, *process, !timer->isActive());
+        process->deleteLater();
+    };
+    connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, finishProcess);
+    connect(process, &QProcess::errorOccurred, this, [finishProcess](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finishProcess();
+    });
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    timer->start(m_command.timeoutMilliseconds);
+    process->start(m_program, argumentsFor(index));
+}
+
+void CheckPool::finish(int index, QProcess &process, bool isTimeout)
+{
+    std::optional<FileReport> &report = m_reports[index];
+    report = reportFromJson(process.readAllStandardOutput());
+    if (!report) {
+        const QString id = isTimeout ? QStringLiteral("timeout") : QStringLiteral("crash");
+        report = reportWithFinding(m_command.files.at(index), m_command.options, id);
+    }
+    QFile picture(pictureFile(index));
+    if (picture.open(QIODevice::ReadOnly))
+        report->picture = picture.readAll();
+    picture.remove();
+    deliver();
+    startNext();
+}
+
+void CheckPool::deliver()
+{
+    while (m_delivered < m_reports.size() && m_reports.at(m_delivered))
+        m_consumer(*m_reports.at(m_delivered++));
+    if (m_delivered == m_reports.size())
+        m_loop->quit();
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "checkcommand.h"
+#include "report.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+#include <QVector>
+
+#include <functional>
+#include <optional>
+
+class QEventLoop;
+class QProcess;
+
+/// Checks several files at a time, each in a process of its own: a file on which a library crashes or hangs becomes a
+/// finding, and the others are checked all the same.
+class CheckPool : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Receives the reports in the order of the files.
+    using Consumer = std::function<void(const FileReport &report)>;
+
+    /// \a command must outlive this object. \a program is this program itself, except in tests.
+    CheckPool(const CheckCommand &command, const QString &program);
+
+    /// Checks all files. Returns when all reports have been delivered.
+    void run(const Consumer &consumer);
+
+private:
+    void startNext();
+    void start(int index);
+    void finish(int index, QProcess &process, bool isTimeout);
+    void deliver();
+    QStringList argumentsFor(int index) const;
+    QString pictureFile(int index) const;
+
+    const CheckCommand &m_command;
+    QString m_program;
+    Consumer m_consumer;
+    QEventLoop *m_loop = nullptr;
+    QTemporaryDir m_pictures;
+    QVector<std::optional<FileReport>> m_reports;
+    int m_next = 0;      ///< index of the next file to start
+    int m_delivered = 0; ///< number of reports delivered
+};

@@ -1,0 +1,59 @@
+#include "reportcommand.h"
+
+#include "console.h"
+#include "report.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+/// Reads the reports in \a fileName. Returns the exit status.
+int readReports(const QString &fileName, QVector<FileReport> &reports)
+{
+    QFile file(fileName);
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("Cannot read \"%1\".").arg(fileName), Unreadable);
+    for (qint64 number = 1; !file.atEnd(); ++number) {
+        const QByteArray line = file.readLine().trimmed();
+        if (line.isEmpty())
+            continue;
+        const std::optional<FileReport> report = reportFromJson(line);
+        if (!report)
+            return fail(QStringLiteral("\"%1\": line %2 is no report.").arg(fileName).arg(number), Unreadable);
+        reports.append(*report);
+    }
+    return Complete;
+}
+
+} // namespace
+
+int runReport(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const QString help = QStringLiteral("help");
+    parser.setApplicationDescription(
+        QStringLiteral("Prints the table of totals of reports that importprepare check --json has printed.\n\n"
+                       "Exit status: that of the checks; 3 if a file cannot be read."));
+    parser.addOption({{QStringLiteral("h"), help}, QStringLiteral("Prints this help and exits.")});
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Files with one JSON object per line."),
+                                 QStringLiteral("file..."));
+    if (!parser.parse(QStringList{QStringLiteral("importprepare")} + arguments))
+        return fail(parser.errorText());
+    if (parser.isSet(help))
+        return printLine(stdout,
+                         parser.helpText().replace(QLatin1String("[options]"), QLatin1String("report [options]")))
+                   ? Complete
+                   : WrongUsage;
+    if (parser.positionalArguments().isEmpty())
+        return fail(QStringLiteral("No files to report. See importprepare report --help."));
+    QVector<FileReport> reports;
+    const QStringList files = parser.positionalArguments();
+    for (const QString &fileName : files) {
+        const int status = readReports(fileName, reports);
+        if (status != Complete)
+            return status;
+    }
+    return printLine(stdout, totalsText(reports)) ? exitStatus(reports) : WrongUsage;
+}
