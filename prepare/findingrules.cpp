@@ -268,6 +268,10 @@ const QVector<FindingRule> &findingRules()
         {"bulges", warning, Accounts::Nothing, true, detectBulges,
          QStringLiteral("Дуги полилиний станут хордами, наибольшее отклонение — %1 в единицах файла."),
          QStringLiteral("Преобразуйте файл командой convert: дуги станут ломаными с точностью --deviation.")},
+        {"mirrored", warning, Accounts::Nothing, true, detectTrait<Trait::OtherPlane>,
+         QStringLiteral("Объекты построены в своей плоскости (группы 210–230), чаще всего зеркально, а импорт этого не "
+                        "учитывает: они загрузятся не на своём месте."),
+         QStringLiteral("Преобразуйте файл командой convert.")},
         {"open-rings", warning, Accounts::Nothing, true, detectTrait<Trait::OpenRing>,
          QStringLiteral("Контур области не замкнут: его последняя вершина не совпадает с первой, но получит её номер."),
          QStringLiteral("Повторите первую вершину в конце контура или преобразуйте файл командой convert.")},

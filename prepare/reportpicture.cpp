@@ -150,7 +150,7 @@ QByteArray foundPath(const FoundContent &found, const Canvas &canvas)
         for (int i = 0; i < outline.size(); ++i)
             writer.add(outline.at(i).x(), outline.at(i).y(), i == outline.size() - 1);
     }
-    return path(writer.data(), red, "1.5");
+    return path(writer.data(), red, "1.2");
 }
 
 QByteArray importedPath(const ImportOutcome &outcome, const Canvas &canvas)
@@ -163,7 +163,7 @@ QByteArray importedPath(const ImportOutcome &outcome, const Canvas &canvas)
                 writer.add(contour.at(i).x, contour.at(i).y, i == contour.size() - 1);
         }
     }
-    return path(writer.data(), dark, "2.5");
+    return path(writer.data(), dark, "1.6");
 }
 
 /// A dot is a line of no length with round ends.

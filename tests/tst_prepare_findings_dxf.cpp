@@ -151,6 +151,11 @@ void tst_PrepareFindingsDxf::polylineIsFound_data()
     add("chords only", lwPolyline("0", {}), "");
     add("arc", lwPolyline("0", "|42 1"), "bulges 1 @ строка 12, слой «Г», LWPOLYLINE");
     add("closing arc", lwPolyline("1", "|42 -1"), "bulges 2 @ строка 12, слой «Г», LWPOLYLINE");
+    add("mirrored", lwPolyline("0", "|210 0|220 0|230 -1"), "mirrored 1 @ строка 12, слой «Г», LWPOLYLINE");
+    add("not mirrored", lwPolyline("0", "|210 0|220 0|230 1"), "");
+    add("mirrored text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1|230 -1"),
+        "mirrored 1 @ строка 22, слой «0», TEXT");
+    add("lines have no plane of their own", drawing(lineEntity + "|230 -1"), "");
     add("arc of an old polyline",
         drawing("0 POLYLINE|8 Г|66 1|0 VERTEX|8 0|10 0|20 0|42 0.1|0 VERTEX|8 0|10 9|20 0|0 SEQEND"),
         "bulges 1 @ строка 12, слой «Г», POLYLINE");

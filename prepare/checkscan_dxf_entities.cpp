@@ -1,0 +1,152 @@
+// What becomes of the entities of a drawing at their end.
+//
+// Functions are in data-flow order: kind, place, polyline, entity.
+
+#include "checkscan_dxf.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+DxfScan::Kind DxfScan::kindOf(QStringView keyword)
+{
+    static const QHash<QString, Kind> kinds{
+        {QStringLiteral("ARC"), Kind::Curve},         {QStringLiteral("ATTDEF"), Kind::Nothing},
+        {QStringLiteral("ATTRIB"), Kind::UnreadText}, {QStringLiteral("BLOCK"), Kind::Block},
+        {QStringLiteral("CIRCLE"), Kind::Curve},      {QStringLiteral("ELLIPSE"), Kind::Curve},
+        {QStringLiteral("ENDBLK"), Kind::Nothing},    {QStringLiteral("ENDSEC"), Kind::Nothing},
+        {QStringLiteral("EOF"), Kind::Nothing},       {QStringLiteral("HELIX"), Kind::Curve},
+        {QStringLiteral("INSERT"), Kind::Insert},     {QStringLiteral("LINE"), Kind::Read},
+        {QStringLiteral("MTEXT"), Kind::UnreadText},  {QStringLiteral("LWPOLYLINE"), Kind::LwPolyline},
+        {QStringLiteral("POINT"), Kind::Nothing},     {QStringLiteral("POLYLINE"), Kind::Polyline},
+        {QStringLiteral("SECTION"), Kind::Section},   {QStringLiteral("SEQEND"), Kind::Nothing},
+        {QStringLiteral("SPLINE"), Kind::Curve},      {QStringLiteral("TEXT"), Kind::Text},
+        {QStringLiteral("VERTEX"), Kind::Vertex},     {QStringLiteral("VIEWPORT"), Kind::Nothing},
+    };
+    return kinds.value(QString::fromRawData(keyword.data(), static_cast<int>(keyword.size())), Kind::Unread);
+}
+
+QString DxfScan::placeOf(const Entity &entity) const
+{
+    return QStringLiteral("строка %1, слой «%2», %3")
+        .arg(QString::number(entity.line), m_reader.decoded(entity.layer, m_codec),
+             m_reader.decoded(entity.keyword, m_codec));
+}
+
+void DxfScan::add(Tally &tally, const Entity &entity, qint64 count) const
+{
+    if (tally.count == 0) {
+        tally.line = entity.line;
+        tally.place = placeOf(entity);
+    }
+    tally.count += count;
+}
+
+// The vertices of polylines in space and of meshes are not in the system of the entity.
+void DxfScan::addPlane(const Entity &entity)
+{
+    constexpr int spatial = 8 | 16 | 64;
+    const bool isSpatial = entity.kind == Kind::Polyline && (entity.flags.toInt() & spatial) != 0;
+    if (entity.isInOtherPlane && !isSpatial)
+        add(Trait::OtherPlane, entity);
+}
+
+void DxfScan::addVertex()
+{
+    if (m_hasVertex && m_outline)
+        m_outline->bulges.addVertex(m_vertex);
+    m_hasVertex = false;
+    m_vertex = {};
+}
+
+// Only the value 1 closes a POLYLINE in the import. A mesh or a smoothed polyline is a different matter.
+void DxfScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
+{
+    constexpr int closed = 1;
+    constexpr int smoothed = 2 | 4;
+    constexpr int mesh = 16 | 64;
+    const int flags = polyline.flags.toInt();
+    if ((flags & (smoothed | mesh)) != 0)
+        add(Trait::PolylineKind, polyline);
+    else if ((flags & closed) != 0 && polyline.flags != QLatin1String("1") && !hasFlaggedVertex)
+        add(Trait::PolylineFlag, polyline);
+}
+
+void DxfScan::finishOutline()
+{
+    if (!m_outline)
+        return;
+    const Entity &polyline = m_outline->entity;
+    addPlane(polyline);
+    BulgeCounter &bulges = m_outline->bulges;
+    if ((polyline.flags.toInt() & 1) != 0)
+        bulges.close();
+    if (bulges.count() > 0)
+        add(m_facts.tally(Trait::Bulge), polyline, bulges.count());
+    m_facts.largestDeviation = std::max(m_facts.largestDeviation, bulges.largestDeviation());
+    if (polyline.kind == Kind::Polyline)
+        checkFlags(polyline, m_outline->hasFlaggedVertex);
+    m_outline.reset();
+}
+
+// The list of keywords is limited, because a file may invent any number of them.
+void DxfScan::addUnread()
+{
+    constexpr int maxKinds = 50;
+    add(Trait::UnreadEntity, m_entity);
+    const QString keyword = m_reader.decoded(m_entity.keyword, m_codec);
+    if (m_facts.unreadKinds.size() < maxKinds || m_facts.unreadKinds.contains(keyword))
+        ++m_facts.unreadKinds[keyword];
+}
+
+void DxfScan::finishInBlocks()
+{
+    if (m_entity.kind == Kind::Block)
+        m_blocks.begin(m_entity.name);
+    else if (m_entity.kind == Kind::Insert)
+        m_blocks.addReference(m_entity.name);
+    else if (m_entity.kind != Kind::Nothing && m_entity.kind != Kind::Section)
+        m_blocks.addContent();
+}
+
+void DxfScan::finishInEntities()
+{
+    switch (m_entity.kind) {
+    case Kind::Curve:
+        return add(Trait::Curve, m_entity);
+    case Kind::UnreadText:
+        return add(Trait::UnreadText, m_entity);
+    case Kind::Unread:
+    case Kind::Block:
+        return addUnread();
+    case Kind::Insert:
+        return add(m_blocks.insertions(m_entity.name), m_entity);
+    case Kind::Text:
+        addPlane(m_entity);
+        if (m_entity.hasForeignText)
+            add(Trait::ForeignName, m_entity);
+        return;
+    case Kind::Vertex:
+        addVertex();
+        if (m_outline && m_entity.flags == QLatin1String("1"))
+            m_outline->hasFlaggedVertex = true;
+        return;
+    case Kind::LwPolyline:
+        addVertex();
+        m_outline->entity = m_entity;
+        return finishOutline();
+    case Kind::Polyline:
+        m_outline.emplace().entity = m_entity;
+        return;
+    default:
+        return;
+    }
+}
+
+void DxfScan::finishEntity()
+{
+    if (m_section == QLatin1String("BLOCKS"))
+        finishInBlocks();
+    else if (m_section == QLatin1String("ENTITIES"))
+        finishInEntities();
+}

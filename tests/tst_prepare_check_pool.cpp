@@ -1,0 +1,107 @@
+#include "checkpool.h"
+#include "preparetesting.h"
+
+/// Checks in processes of their own, here of a script in place of the program.
+class tst_PrepareCheckPool : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void failureBecomesAFinding_data();
+    void failureBecomesAFinding();
+    void otherFilesAreChecked();
+    void reportsKeepTheOrderOfTheFiles();
+};
+
+namespace {
+
+/// Runs a script for each file. The script has the name of the file as its last argument, $file.
+struct PoolFixture
+{
+    QString program(const QString &script) const
+    {
+        const QString fileName = files.write(
+            QStringLiteral("program.sh"),
+            {QStringLiteral("#!/bin/sh\nfor file; do :; done"),
+             QStringLiteral("report() { echo '{\"file\":\"'$file'\",\"accepted\":true,\"findings\":[]}'; }"), script});
+        QFile::setPermissions(fileName, QFile::ReadOwner | QFile::ExeOwner);
+        return fileName;
+    }
+
+    /// "file: findings" of all files.
+    QStringList run(const QString &script)
+    {
+        QStringList texts;
+        CheckPool pool(command, program(script));
+        pool.run([&texts](const FileReport &report) {
+            texts.append(report.fileName + QStringLiteral(": ") + described(report.findings));
+        });
+        return texts;
+    }
+
+    const TextFixture files;
+    CheckCommand command;
+};
+
+} // namespace
+
+void tst_PrepareCheckPool::initTestCase()
+{
+    if (!QFileInfo::exists(QStringLiteral("/bin/sh")))
+        QSKIP("The scripts need a shell.");
+}
+
+void tst_PrepareCheckPool::failureBecomesAFinding_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("findings");
+
+    const QString crash = QStringLiteral("crash 1");
+    QTest::newRow("report") << QStringLiteral("report") << QString();
+    QTest::newRow("killed by a signal") << QStringLiteral("kill -SEGV $$") << crash;
+    QTest::newRow("no report") << QStringLiteral("exit 0") << crash;
+    QTest::newRow("half a report") << QStringLiteral("echo '{\"file\":'") << crash;
+    QTest::newRow("hangs") << QStringLiteral("exec sleep 1000") << QStringLiteral("timeout 1");
+}
+
+void tst_PrepareCheckPool::failureBecomesAFinding()
+{
+    QFETCH(QString, script);
+    QFETCH(QString, findings);
+    PoolFixture pool;
+    pool.command.files = QStringList{QStringLiteral("a.dxf")};
+    pool.command.jobs = 1;
+    pool.command.timeoutMilliseconds = script.contains(QLatin1String("sleep")) ? 100 : 60000;
+
+    QCOMPARE(pool.run(script), QStringList{QStringLiteral("a.dxf: ") + findings});
+}
+
+void tst_PrepareCheckPool::otherFilesAreChecked()
+{
+    PoolFixture pool;
+    pool.command.files = QStringList{QStringLiteral("a.dxf"), QStringLiteral("b.dxf"), QStringLiteral("c.dxf")};
+    pool.command.jobs = 2;
+
+    QCOMPARE(pool.run(QStringLiteral("[ $file = b.dxf ] && kill -SEGV $$\nreport")),
+             (QStringList{QStringLiteral("a.dxf: "), QStringLiteral("b.dxf: crash 1"), QStringLiteral("c.dxf: ")}));
+}
+
+// The first file ends last: it waits for a file that the last one creates.
+void tst_PrepareCheckPool::reportsKeepTheOrderOfTheFiles()
+{
+    PoolFixture pool;
+    pool.command.files = QStringList{QStringLiteral("a.dxf"), QStringLiteral("b.dxf"), QStringLiteral("c.dxf")};
+    pool.command.jobs = 3;
+    const QString mark = pool.files.path(QStringLiteral("mark"));
+
+    const QStringList texts = pool.run(QStringLiteral("[ $file = c.dxf ] && touch %1\n"
+                                                      "[ $file = a.dxf ] && while [ ! -e %1 ]; do sleep 0.01; done\n"
+                                                      "report")
+                                           .arg(mark));
+
+    QCOMPARE(texts, (QStringList{QStringLiteral("a.dxf: "), QStringLiteral("b.dxf: "), QStringLiteral("c.dxf: ")}));
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareCheckPool)
+#include "tst_prepare_check_pool.moc"
