@@ -62,6 +62,9 @@ struct FileFacts
     QString drawingVersion;   ///< $ACADVER; empty: none
     bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
 
+    qint64 pointCount = 0; ///< entities of a drawing that give known points
+    qint64 textCount = 0;  ///< TEXT entities of a drawing
+
     QString geographicPlace; ///< of a coordinate system in degrees; empty: none
 
     qint64 recordsNeeded = 0; ///< objects that have a MID record

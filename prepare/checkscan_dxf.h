@@ -25,9 +25,11 @@ private:
         Unread, // content that the import passes over
         Block,
         Curve,
+        CentredCurve, // its centre is a known point
         Insert,
         LwPolyline,
         Nothing, // draws nothing, or belongs to another entity
+        Point,
         Polyline,
         Read, // is read completely
         Section,

@@ -11,17 +11,17 @@
 DxfScan::Kind DxfScan::kindOf(QStringView keyword)
 {
     static const QHash<QString, Kind> kinds{
-        {QStringLiteral("ARC"), Kind::Curve},         {QStringLiteral("ATTDEF"), Kind::Nothing},
-        {QStringLiteral("ATTRIB"), Kind::UnreadText}, {QStringLiteral("BLOCK"), Kind::Block},
-        {QStringLiteral("CIRCLE"), Kind::Curve},      {QStringLiteral("ELLIPSE"), Kind::Curve},
-        {QStringLiteral("ENDBLK"), Kind::Nothing},    {QStringLiteral("ENDSEC"), Kind::Nothing},
-        {QStringLiteral("EOF"), Kind::Nothing},       {QStringLiteral("HELIX"), Kind::Curve},
-        {QStringLiteral("INSERT"), Kind::Insert},     {QStringLiteral("LINE"), Kind::Read},
-        {QStringLiteral("MTEXT"), Kind::UnreadText},  {QStringLiteral("LWPOLYLINE"), Kind::LwPolyline},
-        {QStringLiteral("POINT"), Kind::Nothing},     {QStringLiteral("POLYLINE"), Kind::Polyline},
-        {QStringLiteral("SECTION"), Kind::Section},   {QStringLiteral("SEQEND"), Kind::Nothing},
-        {QStringLiteral("SPLINE"), Kind::Curve},      {QStringLiteral("TEXT"), Kind::Text},
-        {QStringLiteral("VERTEX"), Kind::Vertex},     {QStringLiteral("VIEWPORT"), Kind::Nothing},
+        {QStringLiteral("ARC"), Kind::Curve},           {QStringLiteral("ATTDEF"), Kind::Nothing},
+        {QStringLiteral("ATTRIB"), Kind::UnreadText},   {QStringLiteral("BLOCK"), Kind::Block},
+        {QStringLiteral("CIRCLE"), Kind::CentredCurve}, {QStringLiteral("ELLIPSE"), Kind::CentredCurve},
+        {QStringLiteral("ENDBLK"), Kind::Nothing},      {QStringLiteral("ENDSEC"), Kind::Nothing},
+        {QStringLiteral("EOF"), Kind::Nothing},         {QStringLiteral("HELIX"), Kind::Curve},
+        {QStringLiteral("INSERT"), Kind::Insert},       {QStringLiteral("LINE"), Kind::Read},
+        {QStringLiteral("MTEXT"), Kind::UnreadText},    {QStringLiteral("LWPOLYLINE"), Kind::LwPolyline},
+        {QStringLiteral("POINT"), Kind::Point},         {QStringLiteral("POLYLINE"), Kind::Polyline},
+        {QStringLiteral("SECTION"), Kind::Section},     {QStringLiteral("SEQEND"), Kind::Nothing},
+        {QStringLiteral("SPLINE"), Kind::Curve},        {QStringLiteral("TEXT"), Kind::Text},
+        {QStringLiteral("VERTEX"), Kind::Vertex},       {QStringLiteral("VIEWPORT"), Kind::Nothing},
     };
     return kinds.value(QString::fromRawData(keyword.data(), static_cast<int>(keyword.size())), Kind::Unread);
 }
@@ -105,7 +105,7 @@ void DxfScan::finishInBlocks()
         m_blocks.begin(m_entity.name);
     else if (m_entity.kind == Kind::Insert)
         m_blocks.addReference(m_entity.name);
-    else if (m_entity.kind != Kind::Nothing && m_entity.kind != Kind::Section)
+    else if (m_entity.kind != Kind::Nothing && m_entity.kind != Kind::Point && m_entity.kind != Kind::Section)
         m_blocks.addContent();
 }
 
@@ -114,14 +114,22 @@ void DxfScan::finishInEntities()
     switch (m_entity.kind) {
     case Kind::Curve:
         return add(Trait::Curve, m_entity);
+    case Kind::CentredCurve:
+        ++m_facts.pointCount;
+        return add(Trait::Curve, m_entity);
+    case Kind::Point:
+        ++m_facts.pointCount;
+        return;
     case Kind::UnreadText:
         return add(Trait::UnreadText, m_entity);
     case Kind::Unread:
     case Kind::Block:
         return addUnread();
     case Kind::Insert:
+        ++m_facts.pointCount;
         return add(m_blocks.insertions(m_entity.name), m_entity);
     case Kind::Text:
+        ++m_facts.textCount;
         addPlane(m_entity);
         if (m_entity.hasForeignText)
             add(Trait::ForeignName, m_entity);

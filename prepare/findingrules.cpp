@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -166,6 +167,20 @@ Detection detectHeights(const Evidence &evidence)
     return {evidence.statistics.decimalNames, evidence.statistics.decimalNamePlace};
 }
 
+// A failed import may have fewer objects.
+Detection detectMisplacedNames(const Evidence &evidence)
+{
+    const QVector<DefPolygon> &objects = evidence.outcome.objects;
+    Detection detection;
+    for (int i = 0; i < std::min(objects.size(), evidence.nearestNames.size()); ++i) {
+        if (objects.at(i).def == evidence.nearestNames.at(i))
+            continue;
+        if (detection.count++ == 0)
+            detection.place = QStringLiteral("объект «%1»").arg(objects.at(i).def);
+    }
+    return detection;
+}
+
 Detection detectSharedNames(const Evidence &evidence)
 {
     return {evidence.statistics.sharedNames, evidence.statistics.sharedNamePlace};
@@ -287,6 +302,11 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("Обозначения или номера похожи на отметки высот или размеры (число с дробной частью)."),
          QStringLiteral("Уберите из чертежа надписи высот или отключите поиск номеров и обозначений; в MIF поставьте "
                         "обозначение в первое поле.")},
+        {"misplaced-names", warning, Accounts::Nothing, true, detectMisplacedNames,
+         QStringLiteral(
+             "Объекты получат обозначение не от ближайшей надписи: в чертеже нет точек, и при поиске номеров "
+             "точек надписи остаются неупорядоченными."),
+         QStringLiteral("Отключите поиск номеров точек (--no-search-points) или преобразуйте файл командой convert.")},
         {"shared-names", warning, Accounts::Nothing, false, detectSharedNames,
          QStringLiteral("Несколько объектов получат одно и то же обозначение."),
          QStringLiteral("Исправьте обозначения в файле или после импорта либо отключите поиск обозначений объектов.")},

@@ -187,6 +187,10 @@ void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
         return drawing("0 LWPOLYLINE|8 0|90 3|70 0|10 " + x + "7.6|20 55.7|10 " + x + "7.6|20 55.715|10 " + x +
                        "7.615|20 55.72");
     };
+    const QByteArray unordered = text("105", "Б") + text("205", "В") + text("5", "А");
+    add("texts not in order", drawing(lineEntity + unordered), "misplaced-names 1 @ объект «Б»");
+    add("texts not in order, with a point", drawing(lineEntity + unordered + point("50")), "");
+    add("texts in order", drawing(lineEntity + text("5", "А") + text("105", "Б") + text("205", "В")), "");
     add("degrees", triangle("3"), "degrees 3 @ объект «:ЗУ1»");
     add("too many degrees", triangle("18"), "");
     add("sides too long for degrees", drawing("0 LINE|10 37|20 55|11 37|21 55.021"), "");
