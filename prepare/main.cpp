@@ -2,6 +2,7 @@
 
 #include "checkcommand.h"
 #include "console.h"
+#include "convert.h"
 #include "reportcommand.h"
 
 #include <QCoreApplication>
@@ -17,6 +18,7 @@ const QHash<QString, Command> &commands()
 {
     static const QHash<QString, Command> rows{
         {QStringLiteral("check"), runCheck},
+        {QStringLiteral("convert"), runConvert},
         {QStringLiteral("report"), runReport},
     };
     return rows;
@@ -27,6 +29,7 @@ QString helpText()
     return QStringLiteral("Usage: importprepare command [arguments]\n\n"
                           "Companion of the import plug-in for MIF and DXF files.\n\n"
                           "  check    Reports what an import of files would lose or get wrong.\n"
+                          "  convert  Converts a file to a MIF/MID pair that the import reads completely.\n"
                           "  report   Prints the totals of reports in JSON.\n\n"
                           "importprepare command --help describes a command, --version prints the version.");
 }

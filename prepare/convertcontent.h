@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+#include <cstddef>
+#include <vector>
+
+/// Significant digits with which GDAL's MIF writer prints coordinates: 0.1 micrometres at 10,000 km.
+constexpr int writtenDigits = 15;
+
+/// A position, in the order of the numbers in the output.
+struct ContentVertex
+{
+    double x = 0;
+    double y = 0;
+};
+
+/// An object: one or more contours that are either all areas or all lines.
+struct ContentObject
+{
+    bool isArea = false;
+    std::size_t contourEnd = 0; ///< end of its contours; they begin where those of the previous object end
+    QString id;                 ///< the source's own
+    QString def;                ///< designation; empty: left to the import
+};
+
+struct ContentPoint
+{
+    ContentVertex at;
+    QString id;  ///< the source's own
+    QString def; ///< number
+};
+
+struct ContentText
+{
+    ContentVertex at;
+    QString text;
+    bool isUsed = false; ///< names an object or a point
+};
+
+using ContentCounts = QMap<QString, qint64>;
+
+/// What a source holds, in flat arrays: a map of a million vertices is common.
+struct ConvertContent
+{
+    std::vector<ContentVertex> vertices;
+    std::vector<std::size_t> contourEnds; ///< into vertices
+    std::vector<ContentObject> objects;
+    std::vector<ContentPoint> points;
+    std::vector<ContentText> texts;
+
+    ContentCounts leftOut; ///< by kind: what cannot be taken
+    ContentCounts notes;   ///< by kind: what is taken, but changed or not as exact as the rest
+
+    std::size_t contourBegin(std::size_t object) const { return object == 0 ? 0 : objects[object - 1].contourEnd; }
+    std::size_t vertexBegin(std::size_t contour) const { return contour == 0 ? 0 : contourEnds[contour - 1]; }
+    std::size_t vertexCount(std::size_t contour) const { return contourEnds[contour] - vertexBegin(contour); }
+};

@@ -1,0 +1,183 @@
+#include "convertdxf.h"
+
+#include "encodingguess.h"
+#include "vsilines.h"
+
+#include <QSet>
+
+#include <cmath>
+
+namespace {
+
+constexpr int maxSample = 1 << 20;
+
+// Entities of which GDAL makes features. The parts of others (VERTEX, SEQEND, ATTRIB) belong to these.
+bool isRead(const QByteArray &type)
+{
+    static const QSet<QByteArray> types{"POINT",   "LINE",   "POLYLINE", "LWPOLYLINE", "CIRCLE", "ELLIPSE", "ARC",
+                                        "SPLINE",  "HELIX",  "3DFACE",   "SOLID",      "TRACE",  "INSERT",  "TEXT",
+                                        "MTEXT",   "ATTRIB", "ATTDEF",   "DIMENSION",  "HATCH",  "LEADER",  "MLINE",
+                                        "MLEADER", "VERTEX", "SEQEND",   "MULTILEADER"};
+    return types.contains(type);
+}
+
+// The name of the codec of a code page such as ANSI_1251 or DOS866.
+QByteArray codecOfCodePage(QByteArray name)
+{
+    name = name.toUpper();
+    if (name.startsWith("ANSI_"))
+        return "windows-" + name.mid(5);
+    if (name.startsWith("DOS"))
+        return "IBM" + name.mid(3);
+    return {};
+}
+
+} // namespace
+
+bool DxfScan::scan(const QByteArray &fileName)
+{
+    VsiLines lines;
+    if (!lines.open(fileName))
+        return false;
+    QByteArray code;
+    QByteArray value;
+    while (!m_hasEnd && lines.read(code) && lines.read(value)) {
+        if (m_sample.size() < maxSample && !isAscii(value))
+            m_sample += value + '\n';
+        readPair(code.trimmed().toInt(), value.trimmed());
+    }
+    endEntity();
+    return true;
+}
+
+void DxfScan::readPair(int code, const QByteArray &value)
+{
+    if (code == 0) {
+        endEntity();
+        m_hasEnd = value == "EOF";
+        m_isSectionName = value == "SECTION";
+        beginEntity(value);
+    } else if (code == 2 && m_isSectionName) {
+        m_section = value;
+        m_block.clear();
+        m_isSectionName = false;
+    } else if (m_section == "HEADER") {
+        readHeaderPair(code, value);
+    } else if (m_section == "ENTITIES" || m_section == "BLOCKS") {
+        readEntityPair(code, value);
+    }
+}
+
+void DxfScan::readHeaderPair(int code, const QByteArray &value)
+{
+    if (code == 9)
+        m_variable = value;
+    else if (code == 3 && m_variable == "$DWGCODEPAGE")
+        m_codePage = codecOfCodePage(value);
+}
+
+void DxfScan::beginEntity(const QByteArray &type)
+{
+    static const QSet<QByteArray> structure{"SECTION", "ENDSEC", "EOF", "BLOCK", "ENDBLK"};
+    m_entity = type;
+    m_inserted.clear();
+    m_scale = 1;
+    m_radius = m_axisX = m_axisY = 0;
+    if (type == "ENDBLK" || type == "BLOCK")
+        m_block.clear();
+    if ((m_section != "ENTITIES" && m_section != "BLOCKS") || structure.contains(type))
+        return;
+    if (type == "SPLINE" || type == "HELIX")
+        ++m_splineCount;
+    if (!isRead(type))
+        ++m_ignored[QStringLiteral("entity ") + QString::fromLatin1(type)];
+}
+
+// The vertices of a POLYLINE are entities that follow it.
+void DxfScan::endEntity()
+{
+    if (m_entity != "VERTEX" && m_entity != "POLYLINE")
+        endPolyline();
+    if (m_entity == "ARC" || m_entity == "CIRCLE")
+        arcs().addCircle(m_radius);
+    else if (m_entity == "ELLIPSE")
+        arcs().addEllipse(std::hypot(m_axisX, m_axisY), m_radius);
+    else if (m_entity == "INSERT")
+        m_insertions[m_inserted].append({m_block, m_scale});
+}
+
+ArcStatistics &DxfScan::arcs()
+{
+    if (m_block.isEmpty())
+        return m_arcs;
+    m_curvedBlocks.insert(m_block);
+    return m_blockArcs;
+}
+
+void DxfScan::endPolyline()
+{
+    const int count = m_polyline.size();
+    for (int i = 0; i < count; ++i) {
+        const BulgeVertex &from = m_polyline.at(i);
+        const BulgeVertex &to = m_polyline.at((i + 1) % count);
+        if (std::fabs(from.bulge) > 0)
+            arcs().addBulge(from.x, from.y, to.x, to.y, from.bulge);
+    }
+    m_polyline.clear();
+}
+
+void DxfScan::readName(const QByteArray &name)
+{
+    if (m_entity == "BLOCK")
+        m_block = name;
+    else
+        m_inserted = name;
+}
+
+void DxfScan::readEntityPair(int code, const QByteArray &value)
+{
+    const bool hasBulges = m_entity == "LWPOLYLINE" || m_entity == "VERTEX" || m_entity == "HATCH";
+    if (code == 2)
+        readName(value);
+    else if (code == 40)
+        m_radius = value.toDouble(); // of an ellipse: the ratio of the axes
+    else if (code == 11)
+        m_axisX = value.toDouble();
+    else if (code == 21)
+        m_axisY = value.toDouble();
+    else if ((code == 41 || code == 42) && m_entity == "INSERT")
+        m_scale = std::max(m_scale, std::fabs(value.toDouble()));
+    else if (code == 10 && hasBulges)
+        m_polyline.append({value.toDouble(), 0, 0});
+    else if (code == 20 && hasBulges && !m_polyline.isEmpty())
+        m_polyline.last().y = value.toDouble();
+    else if (code == 42 && hasBulges && !m_polyline.isEmpty())
+        m_polyline.last().bulge = value.toDouble();
+}
+
+// Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL
+// refuses, counts once.
+double DxfScan::scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const
+{
+    if (known.contains(block))
+        return known.value(block);
+    double largest = known[block] = 1;
+    const QVector<Insertion> insertions = m_insertions.value(block);
+    for (const Insertion &insertion : insertions)
+        largest = std::max(largest, insertion.scale * scaleOf(insertion.parent, known));
+    return known[block] = largest;
+}
+
+ArcSteps DxfScan::arcSteps(double deviation) const
+{
+    return m_arcs.steps(deviation);
+}
+
+ArcSteps DxfScan::blockArcSteps(double deviation) const
+{
+    QHash<QByteArray, double> known;
+    double largest = 1;
+    for (const QByteArray &block : m_curvedBlocks)
+        largest = std::max(largest, scaleOf(block, known));
+    return m_blockArcs.steps(deviation / largest);
+}

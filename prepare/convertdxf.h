@@ -1,0 +1,79 @@
+#pragma once
+
+#include "convertarcs.h"
+#include "convertcontent.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QSet>
+#include <QVector>
+
+/// Looks through an ASCII DXF file for what GDAL needs to be given or does not report.
+class DxfScan
+{
+public:
+    /// Reads \a fileName, a path of GDAL. Returns false if it cannot be opened.
+    bool scan(const QByteArray &fileName);
+
+    /// Returns steps with which no chord of the drawing's own arcs is farther than \a deviation from its arc.
+    ArcSteps arcSteps(double deviation) const;
+    /// Same for the arcs in blocks, which an insertion may enlarge.
+    ArcSteps blockArcSteps(double deviation) const;
+
+    /// Number of entities of each type that GDAL ignores.
+    const ContentCounts &ignoredEntities() const { return m_ignored; }
+    /// Number of splines, which GDAL splits without regard to a deviation.
+    int splineCount() const { return m_splineCount; }
+    /// False if the pair that ends a drawing is missing.
+    bool hasEnd() const { return m_hasEnd; }
+    /// Lines that are not ASCII, up to a limit.
+    const QByteArray &sample() const { return m_sample; }
+    /// The encoding that the header names; empty if none.
+    const QByteArray &declaredEncoding() const { return m_codePage; }
+
+private:
+    struct Insertion
+    {
+        QByteArray parent; ///< the block that contains it; empty: the drawing
+        double scale = 1;
+    };
+
+    struct BulgeVertex
+    {
+        double x = 0;
+        double y = 0;
+        double bulge = 0;
+    };
+
+    void readPair(int code, const QByteArray &value);
+    void readHeaderPair(int code, const QByteArray &value);
+    void beginEntity(const QByteArray &type);
+    void endEntity();
+    void endPolyline();
+    void readEntityPair(int code, const QByteArray &value);
+    void readName(const QByteArray &name);
+    ArcStatistics &arcs();
+    double scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const;
+
+    QByteArray m_section;
+    bool m_isSectionName = false;
+    QByteArray m_variable; ///< of the header
+    QByteArray m_entity;
+    QByteArray m_block;                                 ///< the block that is being defined; empty: the drawing
+    QByteArray m_inserted;                              ///< the block that the current entity inserts
+    double m_scale = 1;                                 ///< of that insertion
+    QHash<QByteArray, QVector<Insertion>> m_insertions; ///< by the inserted block
+    QSet<QByteArray> m_curvedBlocks;                    ///< those with arcs
+    QVector<BulgeVertex> m_polyline;                    ///< only while a bulge needs its neighbours
+    double m_radius = 0;
+    double m_axisX = 0;
+    double m_axisY = 0;
+
+    ArcStatistics m_arcs;
+    ArcStatistics m_blockArcs;
+    ContentCounts m_ignored;
+    int m_splineCount = 0;
+    bool m_hasEnd = false;
+    QByteArray m_sample;
+    QByteArray m_codePage;
+};

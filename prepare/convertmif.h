@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// A MIF file and its MID file in memory, corrected so that GDAL reads all objects and texts.
+///
+/// Both become UTF-8. GDAL stops where the MID file has an empty line or too few records, so empty records are added.
+class MifCopy
+{
+public:
+    /// Reads \a fileName and the MID file beside it, whatever the case of its suffix. An empty \a encoding is guessed.
+    /// Returns false after an error, which error() describes.
+    bool read(const QString &fileName, const QByteArray &encoding);
+
+    const QByteArray &mif() const { return m_mif; }
+    const QByteArray &mid() const { return m_mid; } ///< empty if there is none
+    const QString &error() const { return m_error; }
+
+    /// The encoding of the files; empty if they are ASCII.
+    const QByteArray &encoding() const { return m_encoding; }
+    /// Number of objects whose record was missing or empty.
+    int addedRecords() const { return m_addedRecords; }
+    /// Number of objects with curves, which GDAL splits without regard to a deviation.
+    int curveCount() const { return m_curveCount; }
+
+private:
+    bool readFile(const QString &fileName, QByteArray &bytes);
+    void readHeader();
+    void countObjects(int dataBegin);
+    void decode(const QByteArray &encoding);
+    void correctHeader();
+    void correctRecords();
+
+    QByteArray m_mif;
+    QByteArray m_mid;
+    bool m_hasMid = false;
+    QString m_error;
+    QByteArray m_declared; ///< encoding that the header names
+    QByteArray m_encoding;
+    char m_delimiter = '\t';
+    int m_columnCount = 0;
+    int m_objectCount = 0;
+    int m_curveCount = 0;
+    int m_addedRecords = 0;
+};

@@ -1,0 +1,209 @@
+#include "convertnames.h"
+
+#include <QRegularExpression>
+
+#include <cpl_conv.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+enum class TextKind { Name, Number, Height };
+
+TextKind kindOf(const QString &text)
+{
+    static const QRegularExpression number(QStringLiteral("^[A-Za-zА-Яа-яЁё]?\\d+$"));
+    static const QRegularExpression height(QStringLiteral("^[+-]?\\d*[.,]\\d+$"));
+    if (number.match(text).hasMatch())
+        return TextKind::Number;
+    return height.match(text).hasMatch() || text.trimmed().isEmpty() ? TextKind::Height : TextKind::Name;
+}
+
+void textBounds(const void *text, CPLRectObj *box)
+{
+    const ContentVertex &at = static_cast<const ContentText *>(text)->at;
+    *box = {at.x, at.y, at.x, at.y};
+}
+
+double distanceToSegment(const ContentVertex &p, const ContentVertex &a, const ContentVertex &b)
+{
+    const double dx = b.x - a.x;
+    const double dy = b.y - a.y;
+    const double length = dx * dx + dy * dy;
+    const double along = length > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / length : 0;
+    const double t = std::min(1.0, std::max(0.0, along));
+    return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
+}
+
+void extend(CPLRectObj &box, const ContentVertex &at)
+{
+    box.minx = std::min(box.minx, at.x);
+    box.miny = std::min(box.miny, at.y);
+    box.maxx = std::max(box.maxx, at.x);
+    box.maxy = std::max(box.maxy, at.y);
+}
+
+} // namespace
+
+TextNames::TextNames(ConvertContent &content, double reach) : m_content(content), m_reach(reach)
+{
+    const CPLRectObj box = boundsOfTexts();
+    createIndex(m_numbers, box);
+    createIndex(m_names, box);
+    for (ContentText &text : m_content.texts) {
+        const TextKind kind = kindOf(text.text);
+        if (kind == TextKind::Height)
+            continue;
+        Index &index = kind == TextKind::Number ? m_numbers : m_names;
+        CPLQuadTreeInsert(index.tree.get(), &text);
+        index.isEmpty = false;
+    }
+}
+
+TextNames::~TextNames() = default;
+
+CPLRectObj TextNames::boundsOfTexts() const
+{
+    if (m_content.texts.empty())
+        return {0, 0, 0, 0};
+    const ContentVertex &first = m_content.texts.front().at;
+    CPLRectObj box{first.x, first.y, first.x, first.y};
+    for (const ContentText &text : m_content.texts)
+        extend(box, text.at);
+    return box;
+}
+
+// Texts at one place would make the tree ever deeper.
+void TextNames::createIndex(Index &index, const CPLRectObj &box) const
+{
+    constexpr int maxDepth = 12;
+    index.tree.reset(CPLQuadTreeCreate(&box, textBounds));
+    CPLQuadTreeSetMaxDepth(index.tree.get(), maxDepth);
+}
+
+template <typename Visit>
+void TextNames::forEachText(const Index &index, const CPLRectObj &box, const Visit &visit) const
+{
+    int count = 0;
+    void **const found = CPLQuadTreeSearch(index.tree.get(), &box, &count);
+    for (int i = 0; i < count; ++i)
+        visit(*static_cast<ContentText *>(found[i]));
+    CPLFree(found);
+}
+
+CPLRectObj TextNames::boundsOf(std::size_t object) const
+{
+    const std::size_t first = m_content.vertexBegin(m_content.contourBegin(object));
+    const std::size_t end = m_content.contourEnds[m_content.objects[object].contourEnd - 1];
+    CPLRectObj box{m_content.vertices[first].x, m_content.vertices[first].y, m_content.vertices[first].x,
+                   m_content.vertices[first].y};
+    for (std::size_t i = first; i < end; ++i)
+        extend(box, m_content.vertices[i]);
+    return box;
+}
+
+// Casts a ray from each candidate that lies beside the edge from a to b; the candidates are sorted by y.
+void TextNames::toggleInside(std::vector<Candidate> &candidates, const ContentVertex &a, const ContentVertex &b) const
+{
+    const auto isBelow = [](const Candidate &candidate, double y) { return candidate.text->at.y < y; };
+    const double low = std::min(a.y, b.y);
+    const double high = std::max(a.y, b.y);
+    auto it = std::lower_bound(candidates.begin(), candidates.end(), low, isBelow);
+    for (; it != candidates.end() && it->text->at.y < high; ++it) {
+        const ContentVertex &p = it->text->at;
+        const double x = a.x + (p.y - a.y) / (b.y - a.y) * (b.x - a.x);
+        it->isInside = it->isInside != (p.x < x);
+    }
+}
+
+// By the even-odd rule over all closed contours, so that holes and several areas need no distinction.
+ContentText *TextNames::textInside(std::size_t object) const
+{
+    const CPLRectObj box = boundsOf(object);
+    const ContentVertex centre{(box.minx + box.maxx) / 2, (box.miny + box.maxy) / 2};
+    std::vector<Candidate> candidates;
+    forEachText(m_names.isEmpty ? m_numbers : m_names, box, [&](ContentText &text) {
+        candidates.push_back({&text, std::hypot(text.at.x - centre.x, text.at.y - centre.y), false});
+    });
+    if (candidates.empty())
+        return nullptr;
+    std::sort(candidates.begin(), candidates.end(),
+              [](const Candidate &a, const Candidate &b) { return a.text->at.y < b.text->at.y; });
+    for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c) {
+        const ContentVertex *const first = &m_content.vertices[m_content.vertexBegin(c)];
+        const ContentVertex *const last = &m_content.vertices[m_content.contourEnds[c] - 1];
+        if (std::hypot(last->x - first->x, last->y - first->y) > 0)
+            continue;
+        for (const ContentVertex *v = first; v != last; ++v)
+            toggleInside(candidates, v[0], v[1]);
+    }
+    const Candidate *best = nullptr;
+    for (const Candidate &candidate : candidates) {
+        if (candidate.isInside && (best == nullptr || candidate.distance < best->distance))
+            best = &candidate;
+    }
+    return best == nullptr ? nullptr : best->text;
+}
+
+ContentText *TextNames::textNear(std::size_t object) const
+{
+    const Index &index = m_names.isEmpty ? m_numbers : m_names;
+    ContentText *best = nullptr;
+    double reach = m_reach;
+    for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c) {
+        for (std::size_t i = m_content.vertexBegin(c) + 1; i < m_content.contourEnds[c]; ++i) {
+            const ContentVertex &a = m_content.vertices[i - 1];
+            const ContentVertex &b = m_content.vertices[i];
+            const CPLRectObj box{std::min(a.x, b.x) - reach, std::min(a.y, b.y) - reach, std::max(a.x, b.x) + reach,
+                                 std::max(a.y, b.y) + reach};
+            forEachText(index, box, [&](ContentText &text) {
+                const double distance = distanceToSegment(text.at, a, b);
+                if (distance > reach || (best != nullptr && distance >= reach))
+                    return;
+                best = &text;
+                reach = distance;
+            });
+        }
+    }
+    return best;
+}
+
+void TextNames::nameObject(std::size_t object)
+{
+    if (m_names.isEmpty && m_numbers.isEmpty)
+        return;
+    // Most objects of a drawing have no text near them.
+    CPLRectObj box = boundsOf(object);
+    box = {box.minx - m_reach, box.miny - m_reach, box.maxx + m_reach, box.maxy + m_reach};
+    int count = 0;
+    forEachText(m_names.isEmpty ? m_numbers : m_names, box, [&count](const ContentText &) { ++count; });
+    if (count == 0)
+        return;
+    ContentText *text = textInside(object);
+    if (text == nullptr)
+        text = textNear(object);
+    if (text == nullptr)
+        return;
+    text->isUsed = true;
+    m_content.objects[object].def = text->text;
+}
+
+void TextNames::numberPoint(ContentPoint &point)
+{
+    const Index &index = m_numbers.isEmpty ? m_names : m_numbers;
+    const CPLRectObj box{point.at.x - m_reach, point.at.y - m_reach, point.at.x + m_reach, point.at.y + m_reach};
+    ContentText *best = nullptr;
+    double reach = m_reach;
+    forEachText(index, box, [&](ContentText &text) {
+        const double distance = std::hypot(text.at.x - point.at.x, text.at.y - point.at.y);
+        if (distance > reach || (best != nullptr && distance >= reach))
+            return;
+        best = &text;
+        reach = distance;
+    });
+    if (best == nullptr)
+        return;
+    best->isUsed = true;
+    point.def = best->text;
+}

@@ -1,0 +1,65 @@
+#include "convertoutput.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+ConvertOutput::ConvertOutput(const QString &fileName) : m_mif(fileName), m_mid(fileName.chopped(1) + QLatin1Char('d'))
+{
+}
+
+bool ConvertOutput::fail(const QString &text)
+{
+    m_error = text;
+    return false;
+}
+
+bool ConvertOutput::prepare(bool overwrite)
+{
+    const QFileInfo mif(m_mif);
+    for (const QString &name : {m_mif, m_mid}) {
+        const QFileInfo file(name);
+        m_exists = m_exists || file.exists() || file.isSymLink();
+        if (file.isDir() || (m_exists && !overwrite))
+            return fail(QStringLiteral("\"%1\" exists.").arg(name));
+    }
+    m_exists = false;
+    if (!mif.absoluteDir().exists())
+        return fail(QStringLiteral("The folder of \"%1\" is missing.").arg(m_mif));
+    m_folder = std::make_unique<QTemporaryDir>(mif.absoluteDir().filePath(QStringLiteral(".importprepare-XXXXXX")));
+    return m_folder->isValid() ||
+           fail(QStringLiteral("Cannot write to the folder of \"%1\": %2.").arg(m_mif, m_folder->errorString()));
+}
+
+QString ConvertOutput::temporaryName() const
+{
+    return m_folder->filePath(QStringLiteral("new.mif"));
+}
+
+// Keeps the file that is replaced until both are in their place.
+bool ConvertOutput::replace(const QString &temporary, const QString &name, const QString &saved)
+{
+    const bool exists = QFileInfo::exists(name) || QFileInfo(name).isSymLink();
+    if (exists && !QFile::rename(name, saved))
+        return fail(QStringLiteral("Cannot replace \"%1\".").arg(name));
+    QFile file(temporary);
+    if (file.rename(name))
+        return true;
+    if (exists)
+        QFile::rename(saved, name);
+    return fail(QStringLiteral("Cannot save \"%1\": %2.").arg(name, file.errorString()));
+}
+
+bool ConvertOutput::commit()
+{
+    const QString savedMid = m_folder->filePath(QStringLiteral("old.mid"));
+    const QString savedMif = m_folder->filePath(QStringLiteral("old.mif"));
+    if (!replace(m_folder->filePath(QStringLiteral("new.mid")), m_mid, savedMid))
+        return false;
+    if (replace(temporaryName(), m_mif, savedMif))
+        return true;
+    QFile::remove(m_mid);
+    if (QFileInfo::exists(savedMid))
+        QFile::rename(savedMid, m_mid);
+    return false;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
+
+/// A MIF/MID pair that is written to a temporary folder beside its place and put there at the end.
+///
+/// Unless commit() succeeds, nothing remains and existing files are as before.
+class ConvertOutput
+{
+public:
+    /// \a fileName is that of the MIF file.
+    explicit ConvertOutput(const QString &fileName);
+
+    /// Returns false if a file exists and \a overwrite is false, or if the folder is missing or cannot be written to.
+    bool prepare(bool overwrite);
+
+    /// The MIF file to write; in the temporary folder.
+    QString temporaryName() const;
+
+    /// Puts both files in their place. Returns false after an error.
+    bool commit();
+
+    const QString &error() const { return m_error; }
+    /// True if prepare() failed because a file exists.
+    bool exists() const { return m_exists; }
+
+private:
+    bool fail(const QString &text);
+    bool replace(const QString &temporary, const QString &name, const QString &saved);
+
+    QString m_mif;
+    QString m_mid;
+    QString m_error;
+    bool m_exists = false;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};

@@ -1,0 +1,229 @@
+// Functions are in data-flow order: text and geometry of a feature, feature, layer, source.
+
+#include "convertreader.h"
+
+#include <QRegularExpression>
+
+#include <cpl_error.h>
+#include <ogrsf_frmts.h>
+
+namespace {
+
+QString fieldText(const OGRFeature &feature, int field)
+{
+    return field < 0 || !feature.IsFieldSetAndNotNull(field) ? QString()
+                                                             : QString::fromUtf8(feature.GetFieldAsString(field));
+}
+
+// The text of a label; null if the style is that of something else.
+QString labelText(const OGRFeature &feature)
+{
+    const char *const style = feature.GetStyleString();
+    if (style == nullptr || !EQUALN(style, "LABEL(", 6))
+        return {};
+    OGRStyleMgr manager;
+    manager.InitStyleString(style);
+    const std::unique_ptr<OGRStyleTool> tool(manager.GetPart(0));
+    auto *const label = dynamic_cast<OGRStyleLabel *>(tool.get());
+    if (label == nullptr)
+        return {};
+    GBool isNull = TRUE;
+    const char *const text = label->TextString(isNull);
+    return isNull != 0 ? QString() : QString::fromUtf8(text);
+}
+
+bool hasHeight(const OGRGeometry &geometry)
+{
+    if (!geometry.Is3D())
+        return false;
+    OGREnvelope3D box;
+    geometry.getEnvelope(&box);
+    return box.MinZ < 0 || box.MaxZ > 0;
+}
+
+// Without the place in GDAL's own sources with which some drivers begin their messages.
+QString gdalMessage()
+{
+    static const QRegularExpression place(QStringLiteral("^\\S+\\.cpp, \\d+: "));
+    return QString::fromUtf8(CPLGetLastErrorMsg()).remove(place);
+}
+
+} // namespace
+
+ConvertReader::ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content,
+                             ConvertProgress &progress)
+    : m_options(options),
+      m_source(source),
+      m_content(content),
+      m_progress(progress),
+      m_shapes(content, options.deviation, options.swapXY)
+{
+}
+
+ReadFailure ConvertReader::fail(ReadFailure failure, const QString &text)
+{
+    m_error = text;
+    return failure;
+}
+
+bool ConvertReader::readText(const OGRFeature &feature, const OGRGeometry &geometry)
+{
+    if (wkbFlatten(geometry.getGeometryType()) != wkbPoint || geometry.IsEmpty())
+        return false;
+    QString text = labelText(feature);
+    if (text.isNull())
+        return false;
+    if (m_fields.text >= 0)
+        text = fieldText(feature, m_fields.text);
+    const OGRPoint &point = *geometry.toPoint();
+    m_content.texts.push_back({m_shapes.vertex(point.getX(), point.getY()), text});
+    return true;
+}
+
+bool ConvertReader::transform(OGRGeometry &geometry)
+{
+    if (m_transformation == nullptr || geometry.transform(m_transformation.get()) == OGRERR_NONE)
+        return true;
+    ++m_content.leftOut[QStringLiteral("not-transformed")];
+    return false;
+}
+
+void ConvertReader::readFeature(OGRFeature &feature)
+{
+    const std::unique_ptr<OGRGeometry> geometry(feature.StealGeometry());
+    if (geometry == nullptr) {
+        ++m_content.leftOut[QStringLiteral("no-geometry")];
+        return;
+    }
+    if (hasHeight(*geometry))
+        ++m_content.notes[QStringLiteral("height")];
+    if (!transform(*geometry) || readText(feature, *geometry))
+        return;
+    const QString handle = fieldText(feature, m_fields.handle);
+    m_shapes.add(*geometry, {handle.isEmpty() ? QString::number(feature.GetFID()) : handle,
+                             fieldText(feature, m_fields.designation), fieldText(feature, m_fields.number)});
+}
+
+bool ConvertReader::isWanted(const OGRFeature &feature)
+{
+    if (m_fields.layer < 0 || m_options.layers.isEmpty())
+        return true;
+    const QString layer = fieldText(feature, m_fields.layer);
+    if (!m_options.layers.contains(layer))
+        return false;
+    if (!m_seenLayers.contains(layer))
+        m_seenLayers.append(layer);
+    return true;
+}
+
+ReadFailure ConvertReader::readFeatures(OGRLayer &layer)
+{
+    m_progress.begin(QStringLiteral("Reading"), m_source.isDxf() ? 0 : layer.GetFeatureCount(FALSE));
+    layer.ResetReading();
+    for (;;) {
+        CPLErrorReset();
+        const OGRFeatureUniquePtr feature(layer.GetNextFeature());
+        // The end of a layer and a failure to read on differ only in the error.
+        if (feature == nullptr)
+            return CPLGetLastErrorType() < CE_Failure ? ReadFailure::None : fail(ReadFailure::Input, gdalMessage());
+        if (isWanted(*feature))
+            readFeature(*feature);
+        if (!m_progress.advance())
+            return ReadFailure::Interrupted;
+    }
+}
+
+// The field of the name that the user gives; of a MIF file the first one, from which the import takes it.
+int ConvertReader::nameField(const OGRFeatureDefn &fields, const QString &name)
+{
+    if (name.isEmpty())
+        return m_source.isMif() && fields.GetFieldCount() > 0 ? 0 : -1;
+    const int field = fields.GetFieldIndex(name.toUtf8().constData());
+    if (field >= 0)
+        m_seenFields.append(name);
+    return field;
+}
+
+ReadFailure ConvertReader::prepareTransformation(const OGRLayer &layer)
+{
+    const OGRSpatialReference *const own = const_cast<OGRLayer &>(layer).GetSpatialRef();
+    m_transformation.reset();
+    if (m_options.crs.isEmpty()) {
+        if (own != nullptr && own->IsGeographic() != 0)
+            m_content.notes[QStringLiteral("degrees")] = 1;
+        if (m_srs == nullptr && own != nullptr && !m_options.swapXY)
+            m_srs.reset(own->Clone());
+        return ReadFailure::None;
+    }
+    if (own == nullptr)
+        return fail(ReadFailure::Usage, QStringLiteral("--crs: the layer \"%1\" names no coordinate system.")
+                                            .arg(QString::fromUtf8(layer.GetDescription())));
+    std::unique_ptr<OGRSpatialReference> source(own->Clone());
+    source->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    m_transformation.reset(OGRCreateCoordinateTransformation(source.get(), m_srs.get()));
+    return m_transformation != nullptr ? ReadFailure::None : fail(ReadFailure::Usage, gdalMessage());
+}
+
+ReadFailure ConvertReader::prepareLayer(OGRLayer &layer)
+{
+    OGRFeatureDefn &fields = *layer.GetLayerDefn();
+    m_fields = Fields();
+    m_fields.designation = nameField(fields, m_options.designation);
+    m_fields.number = nameField(fields, m_options.number);
+    if (m_source.isDxf()) {
+        m_fields.layer = fields.GetFieldIndex("Layer");
+        m_fields.handle = fields.GetFieldIndex("EntityHandle");
+        m_fields.text = fields.GetFieldIndex("Text");
+    }
+    CPLErrorReset();
+    if (!m_options.where.isEmpty() && layer.SetAttributeFilter(m_options.where.toUtf8().constData()) != OGRERR_NONE)
+        return fail(ReadFailure::Usage, QStringLiteral("--where: %1").arg(gdalMessage()));
+    return prepareTransformation(layer);
+}
+
+ReadFailure ConvertReader::readLayer(OGRLayer &layer)
+{
+    const ReadFailure failure = prepareLayer(layer);
+    return failure != ReadFailure::None ? failure : readFeatures(layer);
+}
+
+ReadFailure ConvertReader::readTarget()
+{
+    if (m_options.crs.isEmpty())
+        return ReadFailure::None;
+    m_srs = std::make_unique<OGRSpatialReference>();
+    m_srs->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    CPLErrorReset();
+    if (m_srs->SetFromUserInput(m_options.crs.toUtf8().constData()) == OGRERR_NONE)
+        return ReadFailure::None;
+    return fail(ReadFailure::Usage, QStringLiteral("--crs does not know \"%1\".").arg(m_options.crs));
+}
+
+ReadFailure ConvertReader::checkNames()
+{
+    for (const QString &name : m_options.layers) {
+        if (!m_seenLayers.contains(name))
+            return fail(ReadFailure::Usage, QStringLiteral("--layer: the input has no layer \"%1\".").arg(name));
+    }
+    for (const QString &name : {m_options.designation, m_options.number}) {
+        if (!name.isEmpty() && !m_seenFields.contains(name))
+            return fail(ReadFailure::Usage, QStringLiteral("The input has no field \"%1\".").arg(name));
+    }
+    return ReadFailure::None;
+}
+
+ReadFailure ConvertReader::read()
+{
+    ReadFailure failure = readTarget();
+    for (int i = 0; failure == ReadFailure::None && i < m_source.dataset().GetLayerCount(); ++i) {
+        OGRLayer &layer = *m_source.dataset().GetLayer(i);
+        const QString name = QString::fromUtf8(layer.GetName());
+        if (!m_source.isDxf() && !m_options.layers.isEmpty() && !m_options.layers.contains(name))
+            continue;
+        m_seenLayers.append(name);
+        failure = readLayer(layer);
+    }
+    if (m_options.swapXY)
+        m_srs.reset();
+    return failure != ReadFailure::None ? failure : checkNames();
+}

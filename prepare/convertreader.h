@@ -1,0 +1,66 @@
+#pragma once
+
+#include "convertcontent.h"
+#include "convertoptions.h"
+#include "convertprogress.h"
+#include "convertshapes.h"
+#include "convertsource.h"
+
+#include <ogr_spatialref.h>
+
+#include <memory>
+
+/// Why a source was not read.
+enum class ReadFailure { None, Usage, Input, Interrupted };
+
+/// Reads the features of a source into a content.
+class ConvertReader
+{
+public:
+    /// All references must outlive the reader.
+    ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content,
+                  ConvertProgress &progress);
+
+    /// On a failure, error() describes it.
+    ReadFailure read();
+
+    const QString &error() const { return m_error; }
+
+    /// The coordinate system of the output; null if it is unknown or the coordinates are exchanged.
+    const OGRSpatialReference *spatialReference() const { return m_srs.get(); }
+
+private:
+    struct Fields
+    {
+        int designation = -1;
+        int number = -1;
+        int layer = -1;  ///< of a drawing: the entity's layer
+        int handle = -1; ///< of a drawing: the entity's id
+        int text = -1;   ///< of a drawing
+    };
+
+    ReadFailure fail(ReadFailure failure, const QString &text);
+    ReadFailure readTarget();
+    ReadFailure checkNames();
+    ReadFailure readLayer(OGRLayer &layer);
+    ReadFailure prepareLayer(OGRLayer &layer);
+    ReadFailure prepareTransformation(const OGRLayer &layer);
+    ReadFailure readFeatures(OGRLayer &layer);
+    bool isWanted(const OGRFeature &feature);
+    void readFeature(OGRFeature &feature);
+    bool readText(const OGRFeature &feature, const OGRGeometry &geometry);
+    bool transform(OGRGeometry &geometry);
+    int nameField(const OGRFeatureDefn &fields, const QString &name);
+
+    const ConvertOptions &m_options;
+    ConvertSource &m_source;
+    ConvertContent &m_content;
+    ConvertProgress &m_progress;
+    ShapeCollector m_shapes;
+    Fields m_fields;
+    std::unique_ptr<OGRSpatialReference> m_srs;
+    std::unique_ptr<OGRCoordinateTransformation> m_transformation;
+    QStringList m_seenLayers; ///< of the names asked for
+    QStringList m_seenFields;
+    QString m_error;
+};

@@ -1,0 +1,96 @@
+#include "convertreport.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+QString meaning(const QString &kind)
+{
+    static const QHash<QString, QString> texts{
+        // Left out.
+        {QStringLiteral("merged-point"), QStringLiteral("points within 0.01 of another, which the import would merge")},
+        {QStringLiteral("no-geometry"), QStringLiteral("features without a geometry")},
+        {QStringLiteral("not-finite"), QStringLiteral("contours or points whose coordinates are not numbers")},
+        {QStringLiteral("not-transformed"), QStringLiteral("features outside the coordinate system")},
+        {QStringLiteral("point-without-number"),
+         QStringLiteral("points without a number, which would blank the number of a vertex or point at their place")},
+        {QStringLiteral("raster"), QStringLiteral("rasters")},
+        {QStringLiteral("short-area"), QStringLiteral("contours of areas with fewer than three corners")},
+        {QStringLiteral("short-line"), QStringLiteral("lines of fewer than two vertices")},
+        {QStringLiteral("unused-text"), QStringLiteral("texts that name neither an object nor a point")},
+        // Notes.
+        {QStringLiteral("coarse-curve"), QStringLiteral("arcs are so large that the deviation cannot be kept")},
+        {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs")},
+        {QStringLiteral("height"), QStringLiteral("features with heights, which the import does not take")},
+        {QStringLiteral("long-text"), QStringLiteral("texts cut to 254 bytes")},
+        {QStringLiteral("missing-record"), QStringLiteral("objects without a record in the MID file")},
+        {QStringLiteral("no-end"), QStringLiteral("the drawing has no end mark, so it may be truncated")},
+        {QStringLiteral("replaced-character"), QStringLiteral("characters replaced that the output cannot hold")},
+        {QStringLiteral("uncontrolled-curve"), QStringLiteral("curves that GDAL splits regardless of the deviation")},
+    };
+    const QString entity = QStringLiteral("entity ");
+    if (kind.startsWith(entity))
+        return QStringLiteral("entities %1, which GDAL does not read").arg(kind.mid(entity.size()));
+    return texts.value(kind);
+}
+
+QString countsText(const QString &title, const ContentCounts &counts)
+{
+    QString text;
+    for (auto it = counts.begin(); it != counts.end(); ++it)
+        text += QStringLiteral("\n%1: %2: %3.").arg(title, meaning(it.key())).arg(it.value());
+    return text;
+}
+
+QJsonArray countsJson(const ContentCounts &counts)
+{
+    QJsonArray array;
+    for (auto it = counts.begin(); it != counts.end(); ++it)
+        array.append(QJsonObject{{QStringLiteral("kind"), it.key()}, {QStringLiteral("count"), it.value()}});
+    return array;
+}
+
+qint64 number(std::size_t count)
+{
+    return static_cast<qint64>(count);
+}
+
+} // namespace
+
+QString convertText(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
+{
+    QString text = QStringLiteral("\"%1\": %2 objects, %3 contours, %4 vertices, %5 points.")
+                       .arg(options.output)
+                       .arg(content.objects.size())
+                       .arg(content.contourEnds.size())
+                       .arg(content.vertices.size())
+                       .arg(content.points.size());
+    if (!sourceEncoding.isEmpty())
+        text += QStringLiteral("\nEncoding of the input: %1%2.")
+                    .arg(QString::fromLatin1(sourceEncoding),
+                         options.sourceEncoding.isEmpty() ? QStringLiteral(" (guessed)") : QString());
+    text += QStringLiteral("\nEncoding of the output: %1.").arg(options.encoding);
+    return text + countsText(QStringLiteral("Left out"), content.leftOut) +
+           countsText(QStringLiteral("Note"), content.notes);
+}
+
+QString convertJson(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
+{
+    const QJsonObject object{
+        {QStringLiteral("file"), options.input},
+        {QStringLiteral("output"), options.output},
+        {QStringLiteral("encoding"), options.encoding},
+        {QStringLiteral("sourceEncoding"),
+         sourceEncoding.isEmpty() ? QJsonValue() : QJsonValue(QString::fromLatin1(sourceEncoding))},
+        {QStringLiteral("objects"), number(content.objects.size())},
+        {QStringLiteral("contours"), number(content.contourEnds.size())},
+        {QStringLiteral("vertices"), number(content.vertices.size())},
+        {QStringLiteral("points"), number(content.points.size())},
+        {QStringLiteral("leftOut"), countsJson(content.leftOut)},
+        {QStringLiteral("notes"), countsJson(content.notes)},
+    };
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}

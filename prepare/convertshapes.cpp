@@ -1,0 +1,205 @@
+// The geometry of a feature is a tree: collections of parts, surfaces of rings, rings and lines of arcs and chords.
+// Functions are in data-flow order: curve, contour, part, object, feature.
+
+#include "convertshapes.h"
+
+#include <ogr_geometry.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace {
+
+constexpr double pi = 3.14159265358979323846;
+
+// Calls visit with each part that is no collection.
+template <typename Visit>
+void forEachPart(const OGRGeometry &geometry, const Visit &visit)
+{
+    const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
+    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection)) {
+        for (const OGRGeometry *part : *geometry.toGeometryCollection())
+            forEachPart(*part, visit);
+    } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface)) {
+        const OGRPolyhedralSurface &surface = *geometry.toPolyhedralSurface();
+        for (int i = 0; i < surface.getNumGeometries(); ++i)
+            forEachPart(*surface.getGeometryRef(i), visit);
+    } else {
+        visit(geometry);
+    }
+}
+
+double largestRadius(const OGRCircularString &arcs)
+{
+    double largest = 0;
+    for (int i = 0; i + 2 < arcs.getNumPoints(); i += 2) {
+        double radius = 0;
+        double cx = 0;
+        double cy = 0;
+        double a0 = 0;
+        double a1 = 0;
+        double a2 = 0;
+        if (OGRGeometryFactory::GetCurveParameters(arcs.getX(i), arcs.getY(i), arcs.getX(i + 1), arcs.getY(i + 1),
+                                                   arcs.getX(i + 2), arcs.getY(i + 2), radius, cx, cy, a0, a1, a2) != 0)
+            largest = std::max(largest, radius);
+    }
+    return largest;
+}
+
+// The angle in degrees whose chord stays within the deviation of an arc. Rounding must not exceed the deviation.
+double stepAngle(double radius, double deviation)
+{
+    constexpr double widest = 45;
+    if (radius <= deviation)
+        return widest;
+    return std::min(widest, 2 * std::acos(1 - 0.999 * deviation / radius) * 180 / pi);
+}
+
+// The distance of points decides whether the import merges them, so it is taken as the import sees it.
+double asWritten(double coordinate)
+{
+    return QByteArray::number(coordinate, 'g', writtenDigits).toDouble();
+}
+
+bool isSame(const ContentVertex &a, const ContentVertex &b)
+{
+    return !(a.x < b.x) && !(b.x < a.x) && !(a.y < b.y) && !(b.y < a.y);
+}
+
+} // namespace
+
+ShapeCollector::ShapeCollector(ConvertContent &content, double deviation, bool swapXY)
+    : m_content(content),
+      m_deviation(deviation),
+      m_swapXY(swapXY)
+{
+}
+
+ContentVertex ShapeCollector::vertex(double x, double y) const
+{
+    return m_swapXY ? ContentVertex{y, x} : ContentVertex{x, y};
+}
+
+void ShapeCollector::appendVertices(const OGRLineString &line)
+{
+    for (int i = 0; i < line.getNumPoints(); ++i)
+        m_content.vertices.push_back(vertex(line.getX(i), line.getY(i)));
+}
+
+void ShapeCollector::appendCurve(const OGRCurve &curve)
+{
+    const OGRwkbGeometryType type = wkbFlatten(curve.getGeometryType());
+    if (type == wkbCompoundCurve) {
+        for (const OGRCurve *part : *curve.toCompoundCurve()) {
+            // The parts share their ends.
+            if (m_content.vertices.size() > m_contourBegin)
+                m_content.vertices.pop_back();
+            appendCurve(*part);
+        }
+    } else if (type == wkbCircularString) {
+        const double angle = stepAngle(largestRadius(*curve.toCircularString()), m_deviation);
+        const std::unique_ptr<OGRLineString> chords(curve.CurveToLine(angle));
+        if (chords != nullptr)
+            appendVertices(*chords);
+    } else {
+        appendVertices(*curve.toLineString());
+    }
+}
+
+bool ShapeCollector::isFinite() const
+{
+    const std::vector<ContentVertex> &vertices = m_content.vertices;
+    return std::all_of(vertices.begin() + static_cast<std::ptrdiff_t>(m_contourBegin), vertices.end(),
+                       [](const ContentVertex &v) { return std::isfinite(v.x) && std::isfinite(v.y); });
+}
+
+// Number of steps between different positions: a ring of three corners has three.
+int ShapeCollector::cornerCount() const
+{
+    int count = 0;
+    for (std::size_t i = m_contourBegin + 1; i < m_content.vertices.size(); ++i)
+        count += isSame(m_content.vertices[i - 1], m_content.vertices[i]) ? 0 : 1;
+    return count;
+}
+
+void ShapeCollector::leaveOutContour(const QString &kind)
+{
+    m_content.vertices.resize(m_contourBegin);
+    ++m_content.leftOut[kind];
+}
+
+void ShapeCollector::addRing(const OGRCurve &ring)
+{
+    std::vector<ContentVertex> &vertices = m_content.vertices;
+    m_contourBegin = vertices.size();
+    appendCurve(ring);
+    if (!isFinite())
+        return leaveOutContour(QStringLiteral("not-finite"));
+    if (vertices.size() > m_contourBegin && !isSame(vertices[m_contourBegin], vertices.back()))
+        vertices.push_back(ContentVertex(vertices[m_contourBegin]));
+    if (cornerCount() < 3)
+        return leaveOutContour(QStringLiteral("short-area"));
+    m_content.contourEnds.push_back(vertices.size());
+}
+
+void ShapeCollector::addLine(const OGRCurve &line)
+{
+    m_contourBegin = m_content.vertices.size();
+    appendCurve(line);
+    if (!isFinite())
+        return leaveOutContour(QStringLiteral("not-finite"));
+    if (m_content.vertices.size() - m_contourBegin < 2)
+        return leaveOutContour(QStringLiteral("short-line"));
+    m_content.contourEnds.push_back(m_content.vertices.size());
+}
+
+void ShapeCollector::addRings(const OGRGeometry &surface)
+{
+    const OGRCurvePolygon &polygon = *surface.toCurvePolygon();
+    if (polygon.getExteriorRingCurve() == nullptr)
+        return;
+    addRing(*polygon.getExteriorRingCurve());
+    for (int i = 0; i < polygon.getNumInteriorRings(); ++i)
+        addRing(*polygon.getInteriorRingCurve(i));
+}
+
+void ShapeCollector::addPart(const OGRGeometry &part, bool areas)
+{
+    const OGRwkbGeometryType type = wkbFlatten(part.getGeometryType());
+    if (areas && OGR_GT_IsSubClassOf(type, wkbCurvePolygon))
+        addRings(part);
+    else if (!areas && OGR_GT_IsCurve(type) != 0)
+        addLine(*part.toCurve());
+}
+
+void ShapeCollector::addObject(const OGRGeometry &geometry, bool isArea, const ShapeNames &names)
+{
+    const std::size_t before = m_content.contourEnds.size();
+    forEachPart(geometry, [this, isArea](const OGRGeometry &part) { addPart(part, isArea); });
+    if (m_content.contourEnds.size() > before)
+        m_content.objects.push_back({isArea, m_content.contourEnds.size(), names.id, names.def});
+}
+
+void ShapeCollector::addPoints(const OGRGeometry &geometry, const ShapeNames &names)
+{
+    forEachPart(geometry, [this, &names](const OGRGeometry &part) {
+        if (wkbFlatten(part.getGeometryType()) != wkbPoint || part.IsEmpty())
+            return;
+        const OGRPoint &point = *part.toPoint();
+        if (std::isfinite(point.getX()) && std::isfinite(point.getY()))
+            m_content.points.push_back(
+                {vertex(asWritten(point.getX()), asWritten(point.getY())), names.id, names.number});
+        else
+            ++m_content.leftOut[QStringLiteral("not-finite")];
+    });
+}
+
+void ShapeCollector::add(const OGRGeometry &geometry, const ShapeNames &names)
+{
+    if (geometry.IsEmpty())
+        ++m_content.leftOut[QStringLiteral("no-geometry")];
+    addObject(geometry, true, names);
+    addObject(geometry, false, names);
+    addPoints(geometry, names);
+}

@@ -1,0 +1,208 @@
+#include "convertsource.h"
+
+#include "binarydxf.h"
+#include "convertdxf.h"
+#include "encodingguess.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cpl_conv.h>
+#include <cpl_string.h>
+#include <cpl_vsi.h>
+#include <ogrsf_frmts.h>
+
+namespace {
+
+// A folder of GDAL's files in memory, which belong to the process.
+const char *const strDxf = "/vsimem/importprepare/source.dxf";
+const char *const strMif = "/vsimem/importprepare/source.mif";
+const char *const strMid = "/vsimem/importprepare/source.mid";
+
+const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DXF_ENCODING",
+                                      "DXF_FEATURE_LIMIT_PER_BLOCK"};
+
+// A file that consists of nested blocks could otherwise hold any number of features.
+const char *const maxFeaturesOfBlock = "1000000";
+
+// A binary drawing becomes up to four times as long.
+constexpr qint64 maxBinarySize = 500 * 1024 * 1024;
+
+// GDAL keeps using the bytes.
+void addMemoryFile(const char *name, const QByteArray &bytes)
+{
+    // The file is never written to.
+    auto *const data = reinterpret_cast<GByte *>(const_cast<char *>(bytes.constData()));
+    VSILFILE *const file = VSIFileFromMemBuffer(name, data, static_cast<vsi_l_offset>(bytes.size()), FALSE);
+    if (file != nullptr)
+        VSIFCloseL(file);
+}
+
+QByteArray firstBytes(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.read(64) : QByteArray();
+}
+
+void setArcSteps(const ArcSteps &steps)
+{
+    CPLSetThreadLocalConfigOption("OGR_ARC_STEPSIZE", QByteArray::number(steps.angle, 'g', 17).constData());
+    CPLSetThreadLocalConfigOption("OGR_ARC_MAX_GAP", QByteArray::number(steps.gap, 'g', 17).constData());
+}
+
+bool hasSuffix(const QString &fileName, QLatin1String suffix)
+{
+    return fileName.endsWith(suffix, Qt::CaseInsensitive);
+}
+
+} // namespace
+
+ConvertSource::ConvertSource(const ConvertOptions &options, ConvertContent &content)
+    : m_options(options),
+      m_content(content),
+      m_encoding(options.sourceEncoding.toLatin1())
+{
+}
+
+ConvertSource::~ConvertSource()
+{
+    m_dataset.reset();
+    for (const char *const name : {strDxf, strMif, strMid})
+        VSIUnlink(name);
+    for (const char *const name : configurations)
+        CPLSetThreadLocalConfigOption(name, nullptr);
+}
+
+bool ConvertSource::fail(const QString &text)
+{
+    m_error = text;
+    return false;
+}
+
+bool ConvertSource::open()
+{
+    const QString &input = m_options.input;
+    GDALAllRegister();
+    if (QFileInfo(input).isFile()) {
+        if (!QFileInfo(input).isReadable())
+            return fail(QStringLiteral("Cannot read \"%1\".").arg(input));
+        if (isBinaryDxf(firstBytes(input)))
+            return openBinaryDxf();
+        if (hasSuffix(input, QLatin1String(".mif")))
+            return openMif();
+        if (hasSuffix(input, QLatin1String(".shp")) || hasSuffix(input, QLatin1String(".dbf")))
+            return openShapefile();
+    }
+    const QByteArray name = input.toUtf8();
+    const char *const dxf[] = {"DXF", nullptr};
+    const GDALDriverH driver = GDALIdentifyDriverEx(name.constData(), GDAL_OF_VECTOR, dxf, nullptr);
+    return driver != nullptr ? openDxf(name) : openDataset(name, nullptr);
+}
+
+bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *openOptions)
+{
+    CPLErrorReset();
+    m_dataset.reset(GDALDataset::Open(fileName.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions));
+    if (m_dataset != nullptr) {
+        addRasters();
+        return true;
+    }
+    const QString reason = QString::fromUtf8(CPLGetLastErrorMsg());
+    if (!reason.isEmpty())
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_options.input, reason));
+    return fail(QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads.").arg(m_options.input));
+}
+
+void ConvertSource::addRasters()
+{
+    const int count = m_dataset->GetRasterCount() > 0 ? 1 : CSLCount(m_dataset->GetMetadata("SUBDATASETS")) / 2;
+    if (count > 0)
+        m_content.leftOut[QStringLiteral("raster")] += count;
+}
+
+bool ConvertSource::openBinaryDxf()
+{
+    QFile file(m_options.input);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > maxBinarySize)
+        return fail(QStringLiteral("Cannot read \"%1\": %2.")
+                        .arg(m_options.input,
+                             file.isOpen() ? QStringLiteral("The binary DXF file is too large") : file.errorString()));
+    QString reason;
+    if (!binaryDxfToAscii(file.readAll(), m_ascii, reason))
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_options.input, reason));
+    addMemoryFile(strDxf, m_ascii);
+    return openDxf(strDxf);
+}
+
+bool ConvertSource::openDxf(const QByteArray &fileName)
+{
+    m_isDxf = true;
+    DxfScan scan;
+    if (!scan.scan(fileName))
+        return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
+    CPLSetThreadLocalConfigOption("DXF_FEATURE_LIMIT_PER_BLOCK", maxFeaturesOfBlock);
+    if (m_encoding.isEmpty())
+        m_encoding = guessEncoding(scan.sample(), scan.declaredEncoding());
+    if (!m_encoding.isEmpty())
+        CPLSetThreadLocalConfigOption("DXF_ENCODING", m_encoding.constData());
+    addNotes(scan);
+    // GDAL reads the blocks when it opens the drawing, and the other entities later.
+    setArcSteps(scan.blockArcSteps(m_options.deviation));
+    const bool ok = openDataset(fileName, nullptr);
+    setArcSteps(scan.arcSteps(m_options.deviation));
+    return ok;
+}
+
+void ConvertSource::addNotes(const DxfScan &scan)
+{
+    for (auto it = scan.ignoredEntities().begin(); it != scan.ignoredEntities().end(); ++it)
+        m_content.leftOut[it.key()] += it.value();
+    if (scan.splineCount() > 0)
+        m_content.notes[QStringLiteral("uncontrolled-curve")] += scan.splineCount();
+    if (scan.arcSteps(m_options.deviation).isCoarse || scan.blockArcSteps(m_options.deviation).isCoarse)
+        m_content.notes[QStringLiteral("coarse-curve")] = 1;
+    if (!scan.hasEnd())
+        m_content.notes[QStringLiteral("no-end")] = 1;
+}
+
+bool ConvertSource::openMif()
+{
+    m_isMif = true;
+    if (!m_mif.read(m_options.input, m_encoding))
+        return fail(m_mif.error());
+    m_encoding = m_mif.encoding();
+    if (m_mif.addedRecords() > 0)
+        m_content.notes[QStringLiteral("missing-record")] += m_mif.addedRecords();
+    if (m_mif.curveCount() > 0)
+        m_content.notes[QStringLiteral("uncontrolled-curve")] += m_mif.curveCount();
+    addMemoryFile(strMif, m_mif.mif());
+    if (!m_mif.mid().isEmpty())
+        addMemoryFile(strMid, m_mif.mid());
+    return openDataset(strMif, nullptr);
+}
+
+// A DBF file often names no encoding or a wrong one: read the bytes, guess, and open it with the result.
+bool ConvertSource::openShapefile()
+{
+    const QByteArray name = m_options.input.toUtf8();
+    if (m_encoding.isEmpty()) {
+        const char *const raw[] = {"ENCODING=", nullptr};
+        if (!openDataset(name, raw))
+            return false;
+        constexpr int maxSample = 1 << 20;
+        OGRLayer &layer = *m_dataset->GetLayer(0);
+        const char *const declared = layer.GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE");
+        QByteArray sample;
+        const char *const ignored[] = {"OGR_GEOMETRY", nullptr};
+        layer.SetIgnoredFields(const_cast<const char **>(ignored));
+        for (const OGRFeatureUniquePtr &feature : layer) {
+            for (int i = 0; i < feature->GetFieldCount() && sample.size() < maxSample; ++i)
+                sample += feature->GetFieldAsString(i);
+        }
+        m_encoding = guessEncoding(sample, declared);
+    }
+    m_content.leftOut.remove(QStringLiteral("raster"));
+    const QByteArray option = "ENCODING=" + m_encoding;
+    const char *const decoded[] = {option.constData(), nullptr};
+    return openDataset(name, m_encoding.isEmpty() ? nullptr : decoded);
+}

@@ -1,0 +1,61 @@
+#include "encodingguess.h"
+
+#include <QTextCodec>
+
+#include <uchardet.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+QByteArray detected(const QByteArray &bytes)
+{
+    const std::unique_ptr<uchardet, decltype(&uchardet_delete)> detector(uchardet_new(), &uchardet_delete);
+    if (detector == nullptr ||
+        uchardet_handle_data(detector.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) != 0)
+        return {};
+    uchardet_data_end(detector.get());
+    return {uchardet_get_charset(detector.get())};
+}
+
+QByteArray codecName(const QByteArray &name)
+{
+    const QTextCodec *const codec = name.isEmpty() ? nullptr : QTextCodec::codecForName(name);
+    return codec == nullptr ? QByteArray() : codec->name();
+}
+
+// Of a few words the detector often names an encoding that merely shares the byte range.
+bool isPlausible(const QByteArray &name)
+{
+    static const QList<QByteArray> names{"windows-1251", "IBM866", "KOI8-R", "ISO-8859-5", "UTF-16LE", "UTF-16BE"};
+    return names.contains(name);
+}
+
+} // namespace
+
+bool isAscii(const QByteArray &bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<uchar>(c) < 0x80; });
+}
+
+bool isUtf8(const QByteArray &bytes)
+{
+    static const QTextCodec *const utf8 = QTextCodec::codecForName("UTF-8");
+    QTextCodec::ConverterState state;
+    utf8->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared)
+{
+    if (isAscii(bytes))
+        return {};
+    if (isUtf8(bytes))
+        return "UTF-8";
+    const QByteArray guess = codecName(detected(bytes));
+    if (isPlausible(guess))
+        return guess;
+    const QByteArray named = codecName(declared);
+    return named.isEmpty() || named == "UTF-8" ? QByteArray("windows-1251") : named;
+}

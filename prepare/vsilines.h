@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <cpl_vsi.h>
+
+/// Reads the lines of a file through GDAL's file layer, which has files in memory and in archives too.
+class VsiLines
+{
+public:
+    VsiLines() = default;
+    ~VsiLines();
+    VsiLines(const VsiLines &) = delete;
+    VsiLines &operator=(const VsiLines &) = delete;
+
+    bool open(const QByteArray &fileName);
+
+    /// Reads the next line without its line end; a longer one in pieces of 64 KB. Returns false at the end.
+    bool read(QByteArray &line);
+
+private:
+    bool fill();
+
+    VSILFILE *m_file = nullptr;
+    QByteArray m_buffer;
+    int m_next = 0; ///< where the next line begins in m_buffer
+};

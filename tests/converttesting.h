@@ -1,0 +1,106 @@
+#pragma once
+
+#include "imported.h"
+#include "testing.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTest>
+
+/// The outcome of one run of the command convert.
+struct ConvertRun
+{
+    int status; ///< exit status; -1 after a crash or a timeout
+    QString output;
+    QString messages;
+};
+
+/// Converts files in a temporary folder and imports the result.
+struct ConvertFixture
+{
+    QString path(const QString &name) const { return files.path(name); }
+
+    ConvertRun run(const QStringList &args) const
+    {
+        QProcess process;
+        process.setWorkingDirectory(files.path(QString()));
+        process.start(QStringLiteral(IMPORTPREPARE_PATH), QStringList{QStringLiteral("convert")} + args);
+        process.closeWriteChannel();
+        const bool ended = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+        return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError()).trimmed()};
+    }
+
+    /// Converts the file \a input to out.mif and keeps the report. Returns false, after a warning, unless that
+    /// succeeds.
+    bool convert(const QString &input, const QStringList &args = {})
+    {
+        const ConvertRun run =
+            this->run(QStringList{input, QStringLiteral("out.mif"), QStringLiteral("--json")} + args);
+        report = QJsonDocument::fromJson(run.output.toUtf8()).object();
+        if (run.status != 0 || !run.messages.isEmpty())
+            qWarning("%d %s", run.status, qUtf8Printable(run.messages));
+        return run.status == 0 && run.messages.isEmpty();
+    }
+
+    /// Imports out.mif with both searches on. Vertices are numbered from «н1», objects from «ЗУ1».
+    QString imported(const char *encoding = "windows-1251")
+    {
+        const StatusRecorder host;
+        QVector<DefPolygon> objects;
+        MifImport import;
+        import.setEncoding(encoding);
+        import.searchPointDefs = import.searchObjectDefs = true;
+        import.pointPref = QStringLiteral("н");
+        import.pointStartNum = 1;
+        import.objectPref = QStringLiteral("ЗУ");
+        import.objectStartNum = 1;
+        import.objectFileName = path(QStringLiteral("out.mif"));
+        import.objects = &objects;
+        import.importMap();
+        return (described(objects) + host.messages()).join(QLatin1String("; "));
+    }
+
+    /// "objects contours vertices points" of the report.
+    QString counts() const
+    {
+        QStringList texts;
+        for (const char *const key : {"objects", "contours", "vertices", "points"})
+            texts.append(QString::number(report.value(QLatin1String(key)).toInt(-1)));
+        return texts.join(QLatin1Char(' '));
+    }
+
+    /// "kind count, kind count" of the list \a key of the report.
+    QString list(const char *key) const
+    {
+        QStringList texts;
+        const QJsonArray array = report.value(QLatin1String(key)).toArray();
+        for (const QJsonValue &entry : array)
+            texts.append(
+                QStringLiteral("%1 %2").arg(entry.toObject().value(QStringLiteral("kind")).toString(),
+                                            QString::number(entry.toObject().value(QStringLiteral("count")).toInt())));
+        return texts.join(QLatin1String(", "));
+    }
+
+    const TextFixture files;
+    QJsonObject report;
+};
+
+/// A GeoJSON feature.
+inline QString feature(const QString &geometry, const QString &properties = QStringLiteral("{}"))
+{
+    return QStringLiteral("{\"type\":\"Feature\",\"properties\":%1,\"geometry\":%2}").arg(properties, geometry);
+}
+
+/// A GeoJSON geometry.
+inline QString geometry(const char *type, const char *coordinates)
+{
+    return QStringLiteral("{\"type\":\"%1\",\"coordinates\":%2}").arg(QLatin1String(type), QLatin1String(coordinates));
+}
+
+inline QStringList geoJson(const QStringList &features)
+{
+    return {QStringLiteral("{\"type\":\"FeatureCollection\",\"features\":[%1]}").arg(features.join(QLatin1Char(',')))};
+}
