@@ -16,6 +16,7 @@
 
 #include <cpl_error.h>
 
+#include <memory>
 #include <new>
 
 namespace {
@@ -68,6 +69,26 @@ bool nameContent(const ConvertOptions &options, ConvertContent &content, Convert
     return true;
 }
 
+// What is known of the source after reading it.
+struct SourceFacts
+{
+    QByteArray encoding;
+    std::unique_ptr<OGRSpatialReference> srs;
+};
+
+// Closes the source at the end, which may hold a copy of the input in memory.
+int readContent(const ConvertOptions &options, ConvertContent &content, SourceFacts &facts, ConvertProgress &progress)
+{
+    ConvertSource source(options, content);
+    if (!source.open())
+        return fail(source.error(), Unreadable);
+    ConvertReader reader(options, source, content, progress);
+    const ReadFailure failure = reader.read();
+    facts.encoding = source.encoding();
+    facts.srs = reader.takeSpatialReference();
+    return failure == ReadFailure::None ? Complete : failRead(failure, options, reader.error());
+}
+
 int writeContent(const ConvertOptions &options, ConvertContent &content, const OGRSpatialReference *srs,
                  ConvertOutput &output, ConvertProgress &progress)
 {
@@ -95,21 +116,18 @@ int convert(const ConvertOptions &options)
     const QuietGdal quiet;
     ConvertProgress progress;
     ConvertContent content;
-    ConvertSource source(options, content);
-    if (!source.open())
-        return fail(source.error(), Unreadable);
-    ConvertReader reader(options, source, content, progress);
-    const ReadFailure failure = reader.read();
-    if (failure != ReadFailure::None)
-        return failRead(failure, options, reader.error());
+    SourceFacts facts;
+    int status = readContent(options, content, facts, progress);
+    if (status != Complete)
+        return status;
     if (!nameContent(options, content, progress))
         return failInterrupted();
     removeUnusablePoints(content);
-    const int status = writeContent(options, content, reader.spatialReference(), output, progress);
+    status = writeContent(options, content, facts.srs.get(), output, progress);
     if (status != Complete)
         return status;
-    printLine(stdout, options.json ? convertJson(options, content, source.encoding())
-                                   : convertText(options, content, source.encoding()));
+    printLine(stdout, options.json ? convertJson(options, content, facts.encoding)
+                                   : convertText(options, content, facts.encoding));
     return Complete;
 }
 

@@ -11,18 +11,17 @@ namespace {
 
 constexpr double pi = 3.14159265358979323846;
 
-// An arc that is split further than this would exhaust memory. A circle of 100 km keeps a deviation of 5 mm.
-constexpr double maxChordsOfArc = 200000;
+// Of a whole drawing, for the same reason.
 constexpr double maxChords = 2e7;
 
-// Half the angle of the chord whose deviation from its arc is given.
-double halfAngle(double radius, double deviation)
+} // namespace
+
+// Rounding must not exceed the deviation. A wider chord would no longer look like an arc.
+double chordHalfAngle(double radius, double deviation)
 {
     constexpr double widest = 22.5 * pi / 180;
     return radius <= deviation ? widest : std::min(widest, std::acos(1 - 0.999 * deviation / radius));
 }
-
-} // namespace
 
 void ArcStatistics::add(double radius, double length)
 {
@@ -67,12 +66,12 @@ double ArcStatistics::typicalRadius() const
 ArcSteps ArcStatistics::steps(double deviation) const
 {
     const double radius = typicalRadius();
-    double half = halfAngle(radius, deviation);
+    double half = chordHalfAngle(radius, deviation);
     const double gap = 2 * radius * std::sin(half);
     // At the narrow tip of an ellipse a short chord does not help; there the angle must suit its axis.
     for (const Ellipse &ellipse : m_ellipses) {
         if (ellipse.axis > radius && ellipse.tipRadius < 4 * radius)
-            half = std::min(half, halfAngle(ellipse.axis, deviation));
+            half = std::min(half, chordHalfAngle(ellipse.axis, deviation));
     }
     const double smallestHalf = pi / maxChordsOfArc;
     const double smallestGap = std::max(m_longest / maxChordsOfArc, m_totalLength / maxChords);

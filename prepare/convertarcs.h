@@ -2,6 +2,12 @@
 
 #include <vector>
 
+/// Most chords of one arc: more would exhaust memory. A circle of 100 km keeps a deviation of 5 mm.
+constexpr double maxChordsOfArc = 200000;
+
+/// Returns half the angle, in radians, of the widest chord within \a deviation of its arc.
+double chordHalfAngle(double radius, double deviation);
+
 /// How finely GDAL splits the arcs of a drawing: steps of at most `angle` degrees and chords of at most `gap`.
 struct ArcSteps
 {

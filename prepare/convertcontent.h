@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <vector>
 
-/// Significant digits with which GDAL's MIF writer prints coordinates: 0.1 micrometres at 10,000 km.
-constexpr int writtenDigits = 15;
+/// Returns \a coordinate with the 15 digits with which GDAL's MIF writer prints it: 0.1 micrometres at 10,000 km.
+double asWritten(double coordinate);
 
 /// A position, in the order of the numbers in the output.
 struct ContentVertex

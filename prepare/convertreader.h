@@ -9,6 +9,7 @@
 #include <ogr_spatialref.h>
 
 #include <memory>
+#include <utility>
 
 /// Why a source was not read.
 enum class ReadFailure { None, Usage, Input, Interrupted };
@@ -26,8 +27,8 @@ public:
 
     const QString &error() const { return m_error; }
 
-    /// The coordinate system of the output; null if it is unknown or the coordinates are exchanged.
-    const OGRSpatialReference *spatialReference() const { return m_srs.get(); }
+    /// Returns the coordinate system of the output; null if it is unknown or the coordinates are exchanged.
+    std::unique_ptr<OGRSpatialReference> takeSpatialReference() { return std::move(m_srs); }
 
 private:
     struct Fields

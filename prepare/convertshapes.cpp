@@ -3,15 +3,14 @@
 
 #include "convertshapes.h"
 
+#include "convertarcs.h"
+
 #include <ogr_geometry.h>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 namespace {
-
-constexpr double pi = 3.14159265358979323846;
 
 // Calls visit with each part that is no collection.
 template <typename Visit>
@@ -30,36 +29,22 @@ void forEachPart(const OGRGeometry &geometry, const Visit &visit)
     }
 }
 
-double largestRadius(const OGRCircularString &arcs)
+struct Arc
 {
-    double largest = 0;
-    for (int i = 0; i + 2 < arcs.getNumPoints(); i += 2) {
-        double radius = 0;
-        double cx = 0;
-        double cy = 0;
-        double a0 = 0;
-        double a1 = 0;
-        double a2 = 0;
-        if (OGRGeometryFactory::GetCurveParameters(arcs.getX(i), arcs.getY(i), arcs.getX(i + 1), arcs.getY(i + 1),
-                                                   arcs.getX(i + 2), arcs.getY(i + 2), radius, cx, cy, a0, a1, a2) != 0)
-            largest = std::max(largest, radius);
-    }
-    return largest;
-}
+    double radius = 0;
+    double x = 0; ///< centre
+    double y = 0;
+    double from = 0; ///< angles in radians
+    double middle = 0;
+    double to = 0;
+};
 
-// The angle in degrees whose chord stays within the deviation of an arc. Rounding must not exceed the deviation.
-double stepAngle(double radius, double deviation)
+// Returns false if the three points are on a line.
+bool toArc(const OGRCircularString &arcs, int first, Arc &arc)
 {
-    constexpr double widest = 45;
-    if (radius <= deviation)
-        return widest;
-    return std::min(widest, 2 * std::acos(1 - 0.999 * deviation / radius) * 180 / pi);
-}
-
-// The distance of points decides whether the import merges them, so it is taken as the import sees it.
-double asWritten(double coordinate)
-{
-    return QByteArray::number(coordinate, 'g', writtenDigits).toDouble();
+    return OGRGeometryFactory::GetCurveParameters(arcs.getX(first), arcs.getY(first), arcs.getX(first + 1),
+                                                  arcs.getY(first + 1), arcs.getX(first + 2), arcs.getY(first + 2),
+                                                  arc.radius, arc.x, arc.y, arc.from, arc.middle, arc.to) != 0;
 }
 
 bool isSame(const ContentVertex &a, const ContentVertex &b)
@@ -87,6 +72,35 @@ void ShapeCollector::appendVertices(const OGRLineString &line)
         m_content.vertices.push_back(vertex(line.getX(i), line.getY(i)));
 }
 
+// GDAL's own division takes an angle for the whole geometry and may exceed it.
+void ShapeCollector::appendArcs(const OGRCircularString &arcs)
+{
+    std::vector<ContentVertex> &vertices = m_content.vertices;
+    if (!arcs.IsEmpty())
+        vertices.push_back(vertex(arcs.getX(0), arcs.getY(0)));
+    for (int i = 0; i + 2 < arcs.getNumPoints(); i += 2) {
+        Arc arc;
+        const bool isArc = toArc(arcs, i, arc);
+        const int count = isArc ? chordCount(arc.radius, arc.to - arc.from) : 2;
+        for (int k = 1; k < count && isArc; ++k) {
+            const double angle = arc.from + (arc.to - arc.from) * k / count;
+            vertices.push_back(vertex(arc.x + arc.radius * std::cos(angle), arc.y + arc.radius * std::sin(angle)));
+        }
+        if (!isArc)
+            vertices.push_back(vertex(arcs.getX(i + 1), arcs.getY(i + 1)));
+        vertices.push_back(vertex(arcs.getX(i + 2), arcs.getY(i + 2)));
+    }
+}
+
+int ShapeCollector::chordCount(double radius, double angle)
+{
+    const double count = std::ceil(std::fabs(angle) / (2 * chordHalfAngle(radius, m_deviation)));
+    if (count <= maxChordsOfArc)
+        return static_cast<int>(count);
+    m_content.notes[QStringLiteral("coarse-curve")] = 1;
+    return static_cast<int>(maxChordsOfArc);
+}
+
 void ShapeCollector::appendCurve(const OGRCurve &curve)
 {
     const OGRwkbGeometryType type = wkbFlatten(curve.getGeometryType());
@@ -98,10 +112,7 @@ void ShapeCollector::appendCurve(const OGRCurve &curve)
             appendCurve(*part);
         }
     } else if (type == wkbCircularString) {
-        const double angle = stepAngle(largestRadius(*curve.toCircularString()), m_deviation);
-        const std::unique_ptr<OGRLineString> chords(curve.CurveToLine(angle));
-        if (chords != nullptr)
-            appendVertices(*chords);
+        appendArcs(*curve.toCircularString());
     } else {
         appendVertices(*curve.toLineString());
     }

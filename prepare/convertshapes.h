@@ -2,6 +2,7 @@
 
 #include "convertcontent.h"
 
+class OGRCircularString;
 class OGRCurve;
 class OGRGeometry;
 class OGRLineString;
@@ -36,6 +37,8 @@ private:
     void addObject(const OGRGeometry &geometry, bool isArea, const ShapeNames &names);
     void addPoints(const OGRGeometry &geometry, const ShapeNames &names);
     void appendCurve(const OGRCurve &curve);
+    void appendArcs(const OGRCircularString &arcs);
+    int chordCount(double radius, double angle);
     void appendVertices(const OGRLineString &line);
     bool isFinite() const;
     int cornerCount() const;

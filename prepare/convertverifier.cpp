@@ -2,8 +2,6 @@
 
 #include "mapimport_mif.h"
 
-#include <cmath>
-
 namespace {
 
 // The callback of the import is a plain function.
@@ -17,7 +15,7 @@ QStringList &reported()
 bool isWritten(double imported, double coordinate)
 {
     const auto isEqual = [imported](double expected) { return !(imported < expected) && !(expected < imported); };
-    return isEqual(coordinate) || isEqual(QByteArray::number(coordinate, 'g', writtenDigits).toDouble());
+    return isEqual(coordinate) || isEqual(asWritten(coordinate));
 }
 
 bool isWritten(const DefPoint &imported, const ContentVertex &vertex)

@@ -88,6 +88,12 @@ struct ConvertFixture
     QJsonObject report;
 };
 
+/// Splits \a text at its blanks.
+inline QStringList arguments(const char *text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 /// A GeoJSON feature.
 inline QString feature(const QString &geometry, const QString &properties = QStringLiteral("{}"))
 {

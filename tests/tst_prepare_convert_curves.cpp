@@ -1,0 +1,222 @@
+#include "convertarcs.h"
+#include "converttesting.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+using Curve = std::function<double(double, double)>; ///< distance of a position from the curve
+
+Q_DECLARE_METATYPE(Curve)
+
+/// Curves: how far chords are from their arcs, and how many there are.
+class tst_PrepareConvertCurves : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void chordsOfADrawingKeepTheDeviation_data();
+    void chordsOfADrawingKeepTheDeviation();
+    void chordsOfAGeometryKeepTheDeviation_data();
+    void chordsOfAGeometryKeepTheDeviation();
+    void partsOfACompoundCurveMeet();
+    void stepsKeepTheDeviationForEveryRadius();
+    void memoryLimitsTheSteps();
+};
+
+namespace {
+
+Curve circle(double x, double y, double radius)
+{
+    return [=](double px, double py) { return std::fabs(std::hypot(px - x, py - y) - radius); };
+}
+
+// Distance to an ellipse at the origin by its nearest of many points.
+Curve ellipse(double a, double b)
+{
+    return [=](double x, double y) {
+        double best = 1e300;
+        const double around = std::atan2(y / b, x / a);
+        for (int i = -20000; i <= 20000; ++i) {
+            const double t = around + i * 1e-5;
+            best = std::min(best, std::hypot(a * std::cos(t) - x, b * std::sin(t) - y));
+        }
+        return best;
+    };
+}
+
+/// The vertices of the only contour in \a fileName.
+QVector<DefPoint> contourOf(const ConvertFixture &fixture)
+{
+    QVector<DefPolygon> objects;
+    MifImport import;
+    import.objectFileName = fixture.path(QStringLiteral("out.mif"));
+    import.objects = &objects;
+    import.importMap();
+    return objects.size() == 1 && objects.first().contours.size() == 1 ? objects.first().contours.first()
+                                                                       : QVector<DefPoint>();
+}
+
+// The largest distance of the middle of a chord and of a vertex from the curve.
+void measure(const QVector<DefPoint> &vertices, const Curve &curve, double &ofChords, double &ofVertices)
+{
+    ofChords = ofVertices = 0;
+    for (int i = 0; i < vertices.size(); ++i) {
+        const DefPoint &b = vertices.at(i);
+        ofVertices = std::max(ofVertices, curve(b.x, b.y));
+        if (i == 0)
+            continue;
+        const DefPoint &a = vertices.at(i - 1);
+        ofChords = std::max(ofChords, curve((a.x + b.x) / 2, (a.y + b.y) / 2));
+    }
+}
+
+QByteArray lines(const char *entities, const char *blocks = "")
+{
+    QByteArray text("0|SECTION|2|HEADER|0|ENDSEC|0|SECTION|2|BLOCKS|");
+    text += QByteArray(blocks) + "0|ENDSEC|0|SECTION|2|ENTITIES|" + entities + "0|ENDSEC|0|EOF|";
+    return text.replace('|', '\n');
+}
+
+} // namespace
+
+void tst_PrepareConvertCurves::chordsOfADrawingKeepTheDeviation_data()
+{
+    QTest::addColumn<QByteArray>("drawing");
+    QTest::addColumn<Curve>("curve");
+    QTest::addColumn<double>("deviation");
+    QTest::addColumn<int>("mostVertices");
+    const auto row = [](const char *name, const QByteArray &drawing, const Curve &curve, double deviation,
+                        int mostVertices) { QTest::newRow(name) << drawing << curve << deviation << mostVertices; };
+
+    const QByteArray circleEntity = lines("0|CIRCLE|8|0|10|5|20|6|40|100|");
+    const char *const block = "0|BLOCK|8|0|2|B|70|0|10|0|20|0|30|0|3|B|0|CIRCLE|8|0|10|0|20|0|40|1|0|ENDBLK|8|0|";
+    const char *const nested = "0|BLOCK|8|0|2|B|70|0|10|0|20|0|30|0|3|B|0|CIRCLE|8|0|10|0|20|0|40|1|0|ENDBLK|8|0|"
+                               "0|BLOCK|8|0|2|C|70|0|10|0|20|0|30|0|3|C|0|INSERT|8|0|2|B|10|0|20|0|41|10|42|10|"
+                               "0|ENDBLK|8|0|";
+    row("circle", circleEntity, circle(5, 6, 100), 0.005, 320);
+    row("circle, coarser", circleEntity, circle(5, 6, 100), 0.5, 34);
+    row("small circle", lines("0|CIRCLE|8|0|10|5|20|6|40|0.3|"), circle(5, 6, 0.3), 0.005, 20);
+    row("large circle", lines("0|CIRCLE|8|0|10|5|20|6|40|100000|"), circle(5, 6, 100000), 0.005, 10000);
+    row("arc", lines("0|ARC|8|0|10|5|20|6|40|100|50|0|51|90|"), circle(5, 6, 100), 0.005, 82);
+    row("bulge", lines("0|LWPOLYLINE|8|0|90|2|70|0|10|0|20|0|42|1|10|20|20|0|"), circle(10, 0, 10), 0.005, 52);
+    row("bulge that closes", lines("0|LWPOLYLINE|8|0|90|2|70|1|10|0|20|0|42|1|10|20|20|0|42|1|"), circle(10, 0, 10),
+        0.005, 102);
+    row("bulge of a polyline",
+        lines("0|POLYLINE|8|0|66|1|70|0|0|VERTEX|8|0|10|0|20|0|42|1|0|VERTEX|8|0|10|20|20|0|0|SEQEND|8|0|"),
+        circle(10, 0, 10), 0.005, 52);
+    row("ellipse", lines("0|ELLIPSE|8|0|10|0|20|0|11|100|21|0|40|0.5|41|0|42|6.283185307179586|"), ellipse(100, 50),
+        0.005, 640);
+    row("narrow ellipse", lines("0|ELLIPSE|8|0|10|0|20|0|11|100|21|0|40|0.02|41|0|42|6.283185307179586|"),
+        ellipse(100, 2), 0.005, 640);
+    row("enlarged block", lines("0|INSERT|8|0|2|B|10|0|20|0|41|100|42|100|", block), circle(0, 0, 100), 0.005, 320);
+    row("enlarged block in an enlarged block", lines("0|INSERT|8|0|2|C|10|0|20|0|41|10|42|10|", nested),
+        circle(0, 0, 100), 0.005, 320);
+}
+
+void tst_PrepareConvertCurves::chordsOfADrawingKeepTheDeviation()
+{
+    QFETCH(QByteArray, drawing);
+    QFETCH(Curve, curve);
+    QFETCH(double, deviation);
+    QFETCH(int, mostVertices);
+    ConvertFixture fixture;
+    fixture.files.writeBytes(QStringLiteral("a.dxf"), drawing);
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf"), {QStringLiteral("--deviation=%1").arg(deviation)}));
+
+    const QVector<DefPoint> vertices = contourOf(fixture);
+    double ofChords = 0;
+    double ofVertices = 0;
+    measure(vertices, curve, ofChords, ofVertices);
+    QVERIFY2(vertices.size() > 2 && vertices.size() <= mostVertices, qPrintable(QString::number(vertices.size())));
+    QVERIFY2(ofChords <= deviation, qPrintable(QString::number(ofChords)));
+    QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
+}
+
+void tst_PrepareConvertCurves::chordsOfAGeometryKeepTheDeviation_data()
+{
+    QTest::addColumn<QString>("wkt");
+    QTest::addColumn<Curve>("curve");
+    QTest::addColumn<int>("mostVertices");
+    const auto row = [](const char *name, const char *wkt, const Curve &curve, int mostVertices) {
+        QTest::newRow(name) << QString::fromLatin1(wkt) << curve << mostVertices;
+    };
+
+    row("arc", "CIRCULARSTRING(-10 0,0 10,10 0)", circle(0, 0, 10), 55);
+    row("circle", "CIRCULARSTRING(-10 0,10 0,-10 0)", circle(0, 0, 10), 105);
+    row("small arc", "CIRCULARSTRING(-0.1 0,0 0.1,0.1 0)", circle(0, 0, 0.1), 10);
+    row("large arc", "CIRCULARSTRING(-100000 0,0 100000,100000 0)", circle(0, 0, 100000), 5100);
+    row("area", "CURVEPOLYGON(CIRCULARSTRING(-10 0,10 0,-10 0))", circle(0, 0, 10), 105);
+    row("compound", "COMPOUNDCURVE(CIRCULARSTRING(-10 0,0 10,10 0),CIRCULARSTRING(10 0,0 -10,-10 0))", circle(0, 0, 10),
+        110);
+    row("several areas", "MULTISURFACE(CURVEPOLYGON(CIRCULARSTRING(-10 0,10 0,-10 0)))", circle(0, 0, 10), 105);
+}
+
+void tst_PrepareConvertCurves::chordsOfAGeometryKeepTheDeviation()
+{
+    QFETCH(QString, wkt);
+    QFETCH(Curve, curve);
+    QFETCH(int, mostVertices);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.csv"), {QStringLiteral("id,WKT\n1,\"%1\"").arg(wkt)});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.csv")));
+
+    const QVector<DefPoint> vertices = contourOf(fixture);
+    double ofChords = 0;
+    double ofVertices = 0;
+    measure(vertices, curve, ofChords, ofVertices);
+    QVERIFY2(vertices.size() > 2 && vertices.size() <= mostVertices, qPrintable(QString::number(vertices.size())));
+    QVERIFY2(ofChords <= 0.005, qPrintable(QString::number(ofChords)));
+    QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
+}
+
+void tst_PrepareConvertCurves::partsOfACompoundCurveMeet()
+{
+    ConvertFixture fixture;
+    fixture.files.write(
+        QStringLiteral("a.csv"),
+        {QStringLiteral(
+            "id,WKT\n1,\"COMPOUNDCURVE((0 0,4 0,4 3),CIRCULARSTRING(4 3,4.001 3.001,4.002 3),(4.002 3,9 3))\"")});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.csv"), {QStringLiteral("--deviation=1")}));
+
+    const QVector<DefPoint> vertices = contourOf(fixture);
+    QCOMPARE(described(vertices.mid(0, 3)).join(QLatin1Char(',')), QStringLiteral("0 0 0,1 4 0,2 4 3"));
+    QCOMPARE(vertices.last().x, 9.0);
+    QVERIFY(std::adjacent_find(vertices.begin(), vertices.end(), [](const DefPoint &a, const DefPoint &b) {
+                return !(a.x < b.x) && !(b.x < a.x) && !(a.y < b.y) && !(b.y < a.y);
+            }) == vertices.end());
+}
+
+void tst_PrepareConvertCurves::stepsKeepTheDeviationForEveryRadius()
+{
+    constexpr double deviation = 0.005;
+    for (const double typical : {0.01, 1.0, 50.0, 3000.0}) {
+        ArcStatistics arcs;
+        arcs.addCircle(typical);
+        const ArcSteps steps = arcs.steps(deviation);
+        QVERIFY(!steps.isCoarse);
+        for (double radius = 0.001; radius < 1e5; radius *= 1.3) {
+            const double byAngle = std::min(steps.angle * std::acos(-1) / 360, std::acos(-1.0));
+            const double half = std::min(byAngle, std::asin(std::min(1.0, steps.gap / 2 / radius)));
+            QVERIFY(radius * (1 - std::cos(half)) <= deviation);
+        }
+    }
+}
+
+void tst_PrepareConvertCurves::memoryLimitsTheSteps()
+{
+    ArcStatistics arcs;
+    arcs.addCircle(1);
+    arcs.addBulge(0, 0, 1e12, 0, 1);
+
+    const ArcSteps steps = arcs.steps(0.005);
+
+    QVERIFY(steps.isCoarse);
+    QVERIFY(steps.gap >= 1e12 / 200000);
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareConvertCurves)
+#include "tst_prepare_convert_curves.moc"
