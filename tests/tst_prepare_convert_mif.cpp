@@ -1,0 +1,258 @@
+#include "converttesting.h"
+
+/// MIF files that the import or GDAL would not read completely.
+class tst_PrepareConvertMif : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oddFilesComeIn_data();
+    void oddFilesComeIn();
+    void midFileIsFoundInAnyCase_data();
+    void midFileIsFoundInAnyCase();
+    void firstFieldNamesObjectsAndPoints();
+    void missingRecordsAreAdded_data();
+    void missingRecordsAreAdded();
+    void collectionsComeIn();
+    void curvesAreNoted();
+    void textsNameObjectsWithoutField();
+    void encodingIsFound_data();
+    void encodingIsFound();
+    void outputIsConvertedToTheSame();
+};
+
+namespace {
+
+const QString header = QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \",\"\n");
+const QString columns = QStringLiteral("Columns 2\n  n Char(20)\n  k Integer\n");
+const QString data = QStringLiteral("Data\n\n");
+const QString pline = QStringLiteral("Pline 3\n0 0\n1 1\n2 0\n    Pen (1,2,0)\n");
+const QString region = QStringLiteral("Region 1\n4\n0 0\n1 1\n2 0\n0 0\n    Center 1 0.5\n");
+const QString records = QStringLiteral("\"A\",1\n\"B\",2");
+constexpr auto bothObjects = "A [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]";
+
+} // namespace
+
+void tst_PrepareConvertMif::oddFilesComeIn_data()
+{
+    QTest::addColumn<QString>("mif");
+    QTest::addColumn<QString>("mid");
+    QTest::addColumn<QString>("objects");
+    const auto row = [](const char *name, const QString &mif, const QString &mid = records,
+                        const char *objects = bothObjects) {
+        QTest::newRow(name) << mif << mid << QString::fromUtf8(objects);
+    };
+
+    row("usual", header + columns + data + pline + region);
+    row("count in the next line", header + columns + data + QStringLiteral("Pline\n3\n0 0\n1 1\n2 0\n") + region);
+    row("one of several sections",
+        header + columns + data + QStringLiteral("Pline Multiple 1\n3\n0 0\n1 1\n2 0\n") + region);
+    row("several sections",
+        header + columns + data + QStringLiteral("Pline Multiple 2\n2\n0 0\n1 1\n2\n2 0\n3 0\n") + region, records,
+        "A [н1 0 0, н2 1 1] [н3 2 0, н4 3 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    row("no character set", QStringLiteral("Version 300\nDelimiter \",\"\n") + columns + data + pline + region);
+    row("character set with a blank", QStringLiteral("Version 300\nCharset \"Windows Cyrillic\"\nDelimiter \",\"\n") +
+                                          columns + data + pline + region);
+    row("tab between fields",
+        QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
+            region,
+        QStringLiteral("A\t1\nB\t2"));
+    row("empty first field behind a tab",
+        QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
+            region,
+        QStringLiteral("\t1\nB\t2"), "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    row("no delimiter", QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\n") + columns + data + pline + region,
+        QStringLiteral("A\t1\nB\t2"));
+    row("empty lines at the start", QStringLiteral("\n\n") + header + columns + data + pline + region);
+    row("byte order mark", QStringLiteral("\uFEFF") + header + columns + data + pline + region);
+    row("columns with the names of keywords",
+        header + QStringLiteral("Columns 2\n  Charset Char(20)\n  Data Integer\n") + data + pline + region);
+    row("Windows line ends",
+        QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1String("\r\n")));
+    row("ring that is not closed", header + columns + data + pline + QStringLiteral("Region 1\n3\n0 0\n1 1\n2 0\n"));
+    row("no columns", header + QStringLiteral("Columns 0\n") + data + pline + region, QString(),
+        "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    row("region with a hole",
+        header + columns + data + QStringLiteral("Region 2\n4\n0 0\n9 0\n9 9\n0 0\n4\n2 1\n3 1\n3 2\n2 1\n"), records,
+        "A [н1 0 0, н2 9 0, н3 9 9, н1 0 0] [н4 2 1, н5 3 1, н6 3 2, н4 2 1]");
+    row("rectangle", header + columns + data + QStringLiteral("Rect 0 0 4 3\n"), records,
+        "A [н1 0 0, н2 4 0, н3 4 3, н4 0 3, н1 0 0]");
+}
+
+void tst_PrepareConvertMif::oddFilesComeIn()
+{
+    QFETCH(QString, mif);
+    QFETCH(QString, mid);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"), {mif});
+    fixture.files.write(QStringLiteral("a.mid"), {mid});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    QTEST(fixture.imported(), "objects");
+    QCOMPARE(fixture.list("leftOut"), QString());
+}
+
+void tst_PrepareConvertMif::midFileIsFoundInAnyCase_data()
+{
+    QTest::addColumn<QString>("mif");
+    QTest::addColumn<QString>("mid");
+    QTest::addColumn<QString>("objects");
+
+    const QString unnamed = QStringLiteral("ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    QTest::newRow("capitals") << QStringLiteral("A.MIF") << QStringLiteral("A.MID") << QString::fromUtf8(bothObjects);
+    QTest::newRow("mixed") << QStringLiteral("a.mif") << QStringLiteral("a.MID") << QString::fromUtf8(bothObjects);
+    QTest::newRow("none") << QStringLiteral("a.mif") << QStringLiteral("b.mid") << unnamed;
+}
+
+void tst_PrepareConvertMif::midFileIsFoundInAnyCase()
+{
+    QFETCH(QString, mif);
+    QFETCH(QString, mid);
+    ConvertFixture fixture;
+    fixture.files.write(mif, {header + columns + data + pline + region});
+    fixture.files.write(mid, {records});
+
+    QVERIFY(fixture.convert(mif));
+
+    QTEST(fixture.imported(), "objects");
+}
+
+void tst_PrepareConvertMif::firstFieldNamesObjectsAndPoints()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data + QStringLiteral("Point 1 1\n") + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"т7\",1\n\"Б\",2")}, "windows-1251");
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+    QCOMPARE(fixture.imported(), QStringLiteral("Б [н1 0 0, т7 1 1, н2 2 0]"));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif"), arguments("--force --designation k --number k")));
+    QCOMPARE(fixture.imported(), QStringLiteral("2 [н1 0 0, 1 1 1, н2 2 0]"));
+}
+
+void tst_PrepareConvertMif::missingRecordsAreAdded_data()
+{
+    QTest::addColumn<QString>("mid");
+    QTest::addColumn<QString>("objects");
+    QTest::addColumn<QString>("notes");
+    const auto row = [](const char *name, const char *mid, const char *first, const char *second, const char *third,
+                        const char *notes) {
+        const QString objects = QStringLiteral("%1 [н1 0 0, н2 1 1, н3 2 0]; %2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]; "
+                                               "%3 [н1 0 0, н2 1 1, н3 2 0]");
+        QTest::newRow(name) << QString::fromLatin1(mid)
+                            << objects.arg(QString::fromUtf8(first), QString::fromUtf8(second),
+                                           QString::fromUtf8(third))
+                            << QString::fromLatin1(notes);
+    };
+
+    row("all there", "A,1\nB,2\nC,3", "A", "B", "C", "");
+    row("empty line", "A,1\n\nC,3", "A", "ЗУ1", "C", "missing-record 1");
+    row("too few", "A,1", "A", "ЗУ1", "ЗУ2", "missing-record 2");
+    row("none", "", "ЗУ1", "ЗУ2", "ЗУ3", "missing-record 3");
+    row("too many", "A,1\nB,2\nC,3\nD,4\n\n", "A", "B", "C", "");
+}
+
+void tst_PrepareConvertMif::missingRecordsAreAdded()
+{
+    QFETCH(QString, mid);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data + pline + region + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {mid});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    QTEST(fixture.imported(), "objects");
+    QTEST(fixture.list("notes"), "notes");
+}
+
+// The records stay in step: a collection has one.
+void tst_PrepareConvertMif::collectionsComeIn()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {header + columns + data + QStringLiteral("Collection 2\n") + region + pline + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {records});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("A [н1 0 0, н2 1 1, н3 2 0, н1 0 0]; A [н1 0 0, н2 1 1, н3 2 0]; "
+                                                "B [н1 0 0, н2 1 1, н3 2 0]"));
+    QCOMPARE(fixture.list("notes"), QString());
+}
+
+void tst_PrepareConvertMif::curvesAreNoted()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data +
+                                                  QStringLiteral("Arc 0 0 9 9 0 90\nEllipse 0 0 9 9\n"
+                                                                 "Roundrect 0 0 9 9 1\n")});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("A,1\nB,2\nC,3")});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    QCOMPARE(fixture.list("notes"), QStringLiteral("uncontrolled-curve 3"));
+    QCOMPARE(fixture.report.value(QStringLiteral("objects")).toInt(), 3);
+}
+
+void tst_PrepareConvertMif::textsNameObjectsWithoutField()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {header + columns + data + region + QStringLiteral("Text\n    \"Поле\"\n    1 0.5 2 1\n")});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral(",1\n,2")});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("Поле [н1 0 0, н2 1 1, н3 2 0, н1 0 0]"));
+    QCOMPARE(fixture.list("leftOut"), QString());
+}
+
+void tst_PrepareConvertMif::encodingIsFound_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QString>("charset");
+    QTest::addColumn<QStringList>("args");
+
+    QTest::newRow("named") << QByteArray("windows-1251") << QStringLiteral("WindowsCyrillic") << QStringList();
+    QTest::newRow("none is named") << QByteArray("windows-1251") << QStringLiteral("Neutral") << QStringList();
+    QTest::newRow("another is named") << QByteArray("UTF-8") << QStringLiteral("WindowsCyrillic") << QStringList();
+    QTest::newRow("DOS") << QByteArray("IBM866") << QStringLiteral("CodePage866") << QStringList();
+    QTest::newRow("given") << QByteArray("IBM866") << QStringLiteral("WindowsLatin1")
+                           << arguments("--source-encoding CP866");
+}
+
+void tst_PrepareConvertMif::encodingIsFound()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QString, charset);
+    QFETCH(QStringList, args);
+    const QString name = QStringLiteral("Участок ёж");
+    ConvertFixture fixture;
+    fixture.files.write(
+        QStringLiteral("a.mif"),
+        {QStringLiteral("Version 300\nCharset \"%1\"\nDelimiter \",\"\n").arg(charset) + columns + data + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"%1\",1").arg(name)}, codec.constData());
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif"), args));
+
+    QCOMPARE(fixture.imported(), name + QStringLiteral(" [н1 0 0, н2 1 1, н3 2 0]"));
+    QCOMPARE(fixture.report.value(QStringLiteral("sourceEncoding")).toString().toLatin1(), codec);
+}
+
+void tst_PrepareConvertMif::outputIsConvertedToTheSame()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {header + columns + data + pline + QStringLiteral("Line 0 0 5 5\n") + region});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"А\",1\n\"Б\",2\n\"В\",3")}, "windows-1251");
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+    const QString first = fixture.imported();
+    QVERIFY(fixture.convert(QStringLiteral("out.mif"), {QStringLiteral("--force")}));
+
+    QCOMPARE(fixture.imported(), first);
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareConvertMif)
+#include "tst_prepare_convert_mif.moc"
