@@ -14,6 +14,9 @@
 #include "convertverifier.h"
 #include "convertwriter.h"
 
+#include <QFileInfo>
+#include <QStorageInfo>
+
 #include <cpl_error.h>
 
 #include <memory>
@@ -89,18 +92,27 @@ int readContent(const ConvertOptions &options, ConvertContent &content, SourceFa
     return failure == ReadFailure::None ? Complete : failRead(failure, options, reader.error());
 }
 
+// GDAL does not report every failure to write.
+int failWrite(const ConvertOptions &options, const QString &error)
+{
+    constexpr qint64 block = 65536;
+    const QStorageInfo disk(QFileInfo(options.output).absolutePath());
+    const bool isFull = disk.isValid() && disk.bytesAvailable() < block;
+    return fail(QStringLiteral("Cannot write \"%1\": %2")
+                    .arg(options.output, isFull ? QStringLiteral("The disk is full.") : error),
+                Incomplete);
+}
+
 int writeContent(const ConvertOptions &options, ConvertContent &content, const OGRSpatialReference *srs,
                  ConvertOutput &output, ConvertProgress &progress)
 {
     ConvertWriter writer(content, options.encoding);
     if (!writer.write(output.temporaryName(), srs, progress))
-        return ConvertProgress::isInterrupted()
-                   ? failInterrupted()
-                   : fail(QStringLiteral("Cannot write \"%1\": %2").arg(options.output, writer.error()), Incomplete);
+        return ConvertProgress::isInterrupted() ? failInterrupted() : failWrite(options, writer.error());
     progress.begin(QStringLiteral("Verifying"), 0);
     ConvertVerifier verifier;
     if (!verifier.verify(content, output.temporaryName(), options.encoding))
-        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(options.output, verifier.error()), Incomplete);
+        return failWrite(options, verifier.error());
     if (ConvertProgress::isInterrupted())
         return failInterrupted();
     return output.commit() ? Complete : fail(output.error(), Incomplete);

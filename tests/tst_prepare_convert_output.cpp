@@ -1,0 +1,297 @@
+#include "convertcontent.h"
+#include "converttesting.h"
+#include "convertverifier.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
+#ifdef Q_OS_LINUX
+#include <sys/mount.h>
+#include <unistd.h>
+#endif
+
+/// Output files, unusable input, and what is left after a failure.
+class tst_PrepareConvertOutput : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void existingFilesAreKept_data();
+    void existingFilesAreKept();
+    void existingFilesAreReplacedOnRequest();
+    void unusableOutputIsReported_data();
+    void unusableOutputIsReported();
+    void unusableInputIsReported_data();
+    void unusableInputIsReported();
+    void everyTruncatedDrawingIsReportedOrConverted();
+    void fullDiskLeavesNothing();
+    void interruptionLeavesNothing_data();
+    void interruptionLeavesNothing();
+    void differenceIsFound_data();
+    void differenceIsFound();
+};
+
+namespace {
+
+const QStringList source = geoJson({feature(geometry("LineString", "[[0,0],[4,0]]"), QStringLiteral("{\"n\":\"A\"}"))});
+
+QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+QByteArray contents(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A drawing of \a count lines.
+QStringList longDrawing(int count)
+{
+    QStringList lines{QStringLiteral("0\nSECTION\n2\nENTITIES")};
+    for (int i = 0; i < count; ++i)
+        lines += QStringLiteral("0\nLINE\n8\n0\n10\n%1\n20\n0\n11\n%1\n21\n9").arg(i);
+    return lines << QStringLiteral("0\nENDSEC\n0\nEOF");
+}
+
+} // namespace
+
+void tst_PrepareConvertOutput::existingFilesAreKept_data()
+{
+    QTest::addColumn<QString>("existing");
+
+    QTest::newRow("MIF") << QStringLiteral("out.mif");
+    QTest::newRow("MID") << QStringLiteral("out.mid");
+}
+
+void tst_PrepareConvertOutput::existingFilesAreKept()
+{
+    QFETCH(QString, existing);
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.geojson"), source);
+    fixture.files.writeBytes(existing, "old");
+
+    const ConvertRun run = fixture.run(arguments("a.geojson out.mif"));
+
+    QCOMPARE(run.status, 2);
+    QCOMPARE(run.messages, QStringLiteral("importprepare: \"%1\" exists. Use --force to overwrite it.").arg(existing));
+    QCOMPARE(contents(fixture.path(existing)), QByteArray("old"));
+    QCOMPARE(entries(fixture.path(QString())), (QStringList{QStringLiteral("a.geojson"), existing}));
+}
+
+void tst_PrepareConvertOutput::existingFilesAreReplacedOnRequest()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.geojson"), source);
+    fixture.files.writeBytes(QStringLiteral("out.mif"), "old");
+    fixture.files.writeBytes(QStringLiteral("out.mid"), "old");
+
+    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), {QStringLiteral("--force")}));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 0 0, н2 4 0]"));
+    QCOMPARE(entries(fixture.path(QString())), arguments("a.geojson out.mid out.mif"));
+}
+
+void tst_PrepareConvertOutput::unusableOutputIsReported_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("missing folder") << QStringLiteral("missing/out.mif") << 1
+                                    << QStringLiteral("The folder of \"missing/out.mif\" is missing.");
+    QTest::newRow("folder of that name") << QStringLiteral("folder.mif") << 2
+                                         << QStringLiteral("\"folder.mif\" exists. Use --force to overwrite it.");
+}
+
+void tst_PrepareConvertOutput::unusableOutputIsReported()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, message);
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.geojson"), source);
+    QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("folder.mif")));
+
+    const ConvertRun run = fixture.run({QStringLiteral("a.geojson"), output});
+
+    QTEST(run.status, "status");
+    QCOMPARE(run.output, QString());
+    QCOMPARE(run.messages, QStringLiteral("importprepare: ") + message);
+    QCOMPARE(entries(fixture.path(QString())), arguments("a.geojson folder.mif"));
+}
+
+void tst_PrepareConvertOutput::unusableInputIsReported_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *test, const char *name, const QByteArray &bytes, const char *message) {
+        QTest::newRow(test) << QString::fromLatin1(name) << bytes << QString::fromLatin1(message);
+    };
+
+    row("missing", "", "", "\"\" is missing or has no vector content that GDAL reads.");
+    row("empty drawing", "a.dxf", "", "\"a.dxf\" is missing or has no vector content that GDAL reads.");
+    row("damaged drawing", "a.dxf", "0\nSECTION\n2\nHEADER\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nB\n",
+        "Cannot read \"a.dxf\": ");
+    row("empty MIF", "a.mif", "", "\"a.mif\" is missing or has no vector content that GDAL reads.");
+    row("not a MIF", "a.mif", "hello\nworld\n", "\"a.mif\" is missing or has no vector content that GDAL reads.");
+    row("empty other file", "a.bin", "", "\"a.bin\" is missing or has no vector content that GDAL reads.");
+    row("picture", "a.pgm", "P5 1 1 255\nx", "\"a.pgm\" is missing or has no vector content that GDAL reads.");
+    row("truncated binary drawing", "a.dxf", QByteArray("AutoCAD Binary DXF\r\n\x1a\0\0\0SEC", 27),
+        "Cannot read \"a.dxf\": The binary DXF file is damaged or ends early at byte 22.");
+    row("truncated drawing", "a.dxf", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n",
+        "Cannot read \"a.dxf\" to its end: ");
+    row("truncated GeoJSON", "a.geojson", "{\"type\":\"FeatureCollection\",\"features\":[{\"type\":\"Fea",
+        "Cannot read \"a.geojson\": ");
+    row("truncated MIF", "a.mif",
+        "Version 300\nCharset \"Neutral\"\nDelimiter \",\"\nColumns 1\n  a Integer\nData\nRegion 1\n4\n0 0\n1 1\n",
+        "Cannot read \"a.mif\" to its end: ");
+}
+
+void tst_PrepareConvertOutput::unusableInputIsReported()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, message);
+    const ConvertFixture fixture;
+    if (!name.isEmpty())
+        fixture.files.writeBytes(name, bytes);
+
+    const ConvertRun run = fixture.run({name, QStringLiteral("out.mif")});
+
+    QCOMPARE(run.status, 3);
+    QCOMPARE(run.output, QString());
+    QVERIFY2(run.messages.startsWith(QStringLiteral("importprepare: ") + message), qUtf8Printable(run.messages));
+    QVERIFY(!entries(fixture.path(QString())).contains(QStringLiteral("out.mif")));
+}
+
+void tst_PrepareConvertOutput::everyTruncatedDrawingIsReportedOrConverted()
+{
+    const QByteArray whole = longDrawing(2).join(QLatin1Char('\n')).toLatin1();
+    const ConvertFixture fixture;
+
+    for (int size = 1; size < whole.size(); size += 5) {
+        fixture.files.writeBytes(QStringLiteral("a.dxf"), whole.left(size));
+        const ConvertRun run = fixture.run(arguments("a.dxf out.mif --force --json"));
+        QVERIFY2(run.status == 3 || run.status == 0, qPrintable(QString::number(size)));
+        QCOMPARE(run.status == 0, run.output.contains(QStringLiteral("\"no-end\"")));
+    }
+}
+
+void tst_PrepareConvertOutput::fullDiskLeavesNothing()
+{
+#ifdef Q_OS_LINUX
+    if (geteuid() != 0)
+        QSKIP("only the superuser can mount a small disk");
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(5000));
+    QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("disk")));
+    const QByteArray disk = fixture.path(QStringLiteral("disk")).toUtf8();
+    if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") != 0)
+        QSKIP("this system lets nobody mount a disk");
+
+    const ConvertRun run = fixture.run(arguments("a.dxf disk/out.mif"));
+    const QStringList left = entries(fixture.path(QStringLiteral("disk")));
+    umount(disk.constData());
+
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.messages, QStringLiteral("importprepare: Cannot write \"disk/out.mif\": The disk is full."));
+    QCOMPARE(left, QStringList());
+#else
+    QSKIP("needs a disk of its own");
+#endif
+}
+
+void tst_PrepareConvertOutput::interruptionLeavesNothing_data()
+{
+    QTest::addColumn<int>("signal");
+
+    QTest::newRow("interrupt") << SIGINT;
+    QTest::newRow("terminate") << SIGTERM;
+}
+
+void tst_PrepareConvertOutput::interruptionLeavesNothing()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(int, signal);
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(200000));
+    QProcess process;
+    process.setWorkingDirectory(fixture.path(QString()));
+    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments("convert a.dxf out.mif"));
+    // The temporary folder appears before the source is read.
+    QElapsedTimer timer;
+    timer.start();
+    while (entries(fixture.path(QString())).size() == 1 && timer.elapsed() < 30000)
+        QThread::msleep(1);
+    QThread::msleep(50);
+
+    QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
+    QVERIFY(process.waitForFinished(60000));
+
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Interrupted. Nothing was written.\n"));
+    QCOMPARE(entries(fixture.path(QString())), arguments("a.dxf"));
+#else
+    QSKIP("signals of Unix");
+#endif
+}
+
+void tst_PrepareConvertOutput::differenceIsFound_data()
+{
+    QTest::addColumn<QString>("mif");
+    QTest::addColumn<QString>("mid");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const char *mif, const char *mid, const char *error) {
+        const QString text =
+            error[0] == '\0'
+                ? QString()
+                : QStringLiteral("The import does not read what was written: %1.").arg(QString::fromUtf8(error));
+        QTest::newRow(name) << QString::fromLatin1(mif) << QString::fromUtf8(mid) << text;
+    };
+
+    const char *const lines = "Line 0 0 4 0\nRegion 1\n4\n0 0\n1 1\n2 0\n0 0\nPoint 7 8\n";
+    row("none", lines, "\"\",1\nБ,2\n5,3", "");
+    row("object missing", "Line 0 0 4 0\nNone\nPoint 7 8\n", "\"\",1\nБ,2\n5,3", "1 objects instead of 2");
+    row("contour added", "Line 0 0 4 0\nRegion 2\n4\n0 0\n1 1\n2 0\n0 0\n3\n0 0\n1 1\n2 0\nPoint 7 8\n",
+        "\"\",1\nБ,2\n5,3", "object 2 (source id i2): 2 contours instead of 1");
+    row("vertex missing", "Line 0 0 4 0\nRegion 1\n3\n0 0\n1 1\n2 0\nPoint 7 8\n", "\"\",1\nБ,2\n5,3",
+        "object 2 (source id i2): contour 1: 3 vertices instead of 4");
+    row("vertex moved", "Line 0 0 4 0\nRegion 1\n4\n0 0\n1 1.5\n2 0\n0 0\nPoint 7 8\n", "\"\",1\nБ,2\n5,3",
+        "object 2 (source id i2): contour 1: vertex 2 at 1 1.5 instead of 1 1");
+    row("designation changed", lines, "\"\",1\nВ,2\n5,3",
+        "object 2 (source id i2): designation \"В\" instead of \"Б\"");
+    row("number changed", lines, "\"\",1\nБ,2\n6,3", "point \"6\" at 7 8 instead of \"5\" at 7 8");
+    row("point moved", "Line 0 0 4 0\nRegion 1\n4\n0 0\n1 1\n2 0\n0 0\nPoint 7.5 8\n", "\"\",1\nБ,2\n5,3",
+        "point \"5\" at 7.5 8 instead of \"5\" at 7 8");
+}
+
+void tst_PrepareConvertOutput::differenceIsFound()
+{
+    QFETCH(QString, mif);
+    QFETCH(QString, mid);
+    const TextFixture files;
+    files.write(QStringLiteral("a.mid"), {mid});
+    const QString name = files.write(
+        QStringLiteral("a.mif"), {QStringLiteral("Version 300\nCharset \"Neutral\"\nDelimiter \",\"\nData\n") + mif});
+    ConvertContent content;
+    content.vertices = {{0, 0}, {4, 0}, {0, 0}, {1, 1}, {2, 0}, {0, 0}};
+    content.contourEnds = {2, 6};
+    content.objects = {{false, 1, QStringLiteral("i1"), QString()},
+                       {true, 2, QStringLiteral("i2"), QStringLiteral("Б")}};
+    content.points = {{{7, 8}, QStringLiteral("i3"), QStringLiteral("5")}};
+    ConvertVerifier verifier;
+
+    const bool isSame = verifier.verify(content, name, QStringLiteral("UTF-8"));
+
+    QCOMPARE(isSame, verifier.error().isEmpty());
+    QTEST(verifier.error(), "error");
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareConvertOutput)
+#include "tst_prepare_convert_output.moc"
