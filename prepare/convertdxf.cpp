@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int maxSample = 1 << 20;
+constexpr int polygonMesh = 16; // flag of a POLYLINE
 
 // Entities of which GDAL makes features. The parts of others (VERTEX, SEQEND, ATTRIB) belong to these.
 bool isRead(const QByteArray &type)
@@ -34,7 +35,7 @@ QByteArray codecOfCodePage(QByteArray name)
 
 } // namespace
 
-bool DxfScan::scan(const QByteArray &fileName)
+bool DxfInspection::scan(const QByteArray &fileName)
 {
     VsiLines lines;
     if (!lines.open(fileName))
@@ -50,7 +51,7 @@ bool DxfScan::scan(const QByteArray &fileName)
     return true;
 }
 
-void DxfScan::readPair(int code, const QByteArray &value)
+void DxfInspection::readPair(int code, const QByteArray &value)
 {
     if (code == 0) {
         endEntity();
@@ -68,7 +69,7 @@ void DxfScan::readPair(int code, const QByteArray &value)
     }
 }
 
-void DxfScan::readHeaderPair(int code, const QByteArray &value)
+void DxfInspection::readHeaderPair(int code, const QByteArray &value)
 {
     if (code == 9)
         m_variable = value;
@@ -76,25 +77,27 @@ void DxfScan::readHeaderPair(int code, const QByteArray &value)
         m_codePage = codecOfCodePage(value);
 }
 
-void DxfScan::beginEntity(const QByteArray &type)
+void DxfInspection::beginEntity(const QByteArray &type)
 {
     static const QSet<QByteArray> structure{"SECTION", "ENDSEC", "EOF", "BLOCK", "ENDBLK"};
     m_entity = type;
     m_inserted.clear();
     m_scale = 1;
     m_radius = m_axisX = m_axisY = 0;
+    m_flags = 0;
     if (type == "ENDBLK" || type == "BLOCK")
         m_block.clear();
     if ((m_section != "ENTITIES" && m_section != "BLOCKS") || structure.contains(type))
         return;
     if (type == "SPLINE" || type == "HELIX")
         ++m_splineCount;
+    m_filledBlocks.insert(m_block);
     if (!isRead(type))
         ++m_ignored[QStringLiteral("entity ") + QString::fromLatin1(type)];
 }
 
 // The vertices of a POLYLINE are entities that follow it.
-void DxfScan::endEntity()
+void DxfInspection::endEntity()
 {
     if (m_entity != "VERTEX" && m_entity != "POLYLINE")
         endPolyline();
@@ -104,9 +107,21 @@ void DxfScan::endEntity()
         arcs().addEllipse(std::hypot(m_axisX, m_axisY), m_radius);
     else if (m_entity == "INSERT")
         m_insertions[m_inserted].append({m_block, m_scale});
+    else if (m_entity == "POLYLINE" && (m_flags & polygonMesh) != 0)
+        ++m_ignored[QStringLiteral("mesh")];
 }
 
-ArcStatistics &DxfScan::arcs()
+ContentCounts DxfInspection::ignoredEntities() const
+{
+    ContentCounts counts = m_ignored;
+    for (auto it = m_insertions.begin(); it != m_insertions.end(); ++it) {
+        if (!m_filledBlocks.contains(it.key()))
+            counts[QStringLiteral("empty-insert")] += it.value().size();
+    }
+    return counts;
+}
+
+ArcStatistics &DxfInspection::arcs()
 {
     if (m_block.isEmpty())
         return m_arcs;
@@ -114,7 +129,7 @@ ArcStatistics &DxfScan::arcs()
     return m_blockArcs;
 }
 
-void DxfScan::endPolyline()
+void DxfInspection::endPolyline()
 {
     const int count = m_polyline.size();
     for (int i = 0; i < count; ++i) {
@@ -126,7 +141,7 @@ void DxfScan::endPolyline()
     m_polyline.clear();
 }
 
-void DxfScan::readName(const QByteArray &name)
+void DxfInspection::readName(const QByteArray &name)
 {
     if (m_entity == "BLOCK")
         m_block = name;
@@ -134,13 +149,15 @@ void DxfScan::readName(const QByteArray &name)
         m_inserted = name;
 }
 
-void DxfScan::readEntityPair(int code, const QByteArray &value)
+void DxfInspection::readEntityPair(int code, const QByteArray &value)
 {
     const bool hasBulges = m_entity == "LWPOLYLINE" || m_entity == "VERTEX" || m_entity == "HATCH";
     if (code == 2)
         readName(value);
     else if (code == 40)
         m_radius = value.toDouble(); // of an ellipse: the ratio of the axes
+    else if (code == 70)
+        m_flags = value.toInt();
     else if (code == 11)
         m_axisX = value.toDouble();
     else if (code == 21)
@@ -157,7 +174,7 @@ void DxfScan::readEntityPair(int code, const QByteArray &value)
 
 // Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL
 // refuses, counts once.
-double DxfScan::scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const
+double DxfInspection::scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const
 {
     if (known.contains(block))
         return known.value(block);
@@ -168,12 +185,12 @@ double DxfScan::scaleOf(const QByteArray &block, QHash<QByteArray, double> &know
     return known[block] = largest;
 }
 
-ArcSteps DxfScan::arcSteps(double deviation) const
+ArcSteps DxfInspection::arcSteps(double deviation) const
 {
     return m_arcs.steps(deviation);
 }
 
-ArcSteps DxfScan::blockArcSteps(double deviation) const
+ArcSteps DxfInspection::blockArcSteps(double deviation) const
 {
     QHash<QByteArray, double> known;
     double largest = 1;

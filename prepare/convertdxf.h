@@ -9,7 +9,7 @@
 #include <QVector>
 
 /// Looks through an ASCII DXF file for what GDAL needs to be given or does not report.
-class DxfScan
+class DxfInspection
 {
 public:
     /// Reads \a fileName, a path of GDAL. Returns false if it cannot be opened.
@@ -20,8 +20,9 @@ public:
     /// Same for the arcs in blocks, which an insertion may enlarge.
     ArcSteps blockArcSteps(double deviation) const;
 
-    /// Number of entities of each type that GDAL ignores.
-    const ContentCounts &ignoredEntities() const { return m_ignored; }
+    /// Number of entities of each kind that GDAL ignores: types that it does not know, meshes, and insertions of blocks
+    /// that are missing or empty.
+    ContentCounts ignoredEntities() const;
     /// Number of splines, which GDAL splits without regard to a deviation.
     int splineCount() const { return m_splineCount; }
     /// False if the pair that ends a drawing is missing.
@@ -63,8 +64,10 @@ private:
     QByteArray m_inserted;                              ///< the block that the current entity inserts
     double m_scale = 1;                                 ///< of that insertion
     QHash<QByteArray, QVector<Insertion>> m_insertions; ///< by the inserted block
+    QSet<QByteArray> m_filledBlocks;                    ///< those with entities
     QSet<QByteArray> m_curvedBlocks;                    ///< those with arcs
     QVector<BulgeVertex> m_polyline;                    ///< only while a bulge needs its neighbours
+    int m_flags = 0;
     double m_radius = 0;
     double m_axisX = 0;
     double m_axisY = 0;

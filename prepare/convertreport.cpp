@@ -11,6 +11,8 @@ QString meaning(const QString &kind)
 {
     static const QHash<QString, QString> texts{
         // Left out.
+        {QStringLiteral("empty-insert"), QStringLiteral("insertions of blocks that are missing or empty")},
+        {QStringLiteral("mesh"), QStringLiteral("polygon meshes, which GDAL does not read")},
         {QStringLiteral("merged-point"), QStringLiteral("points within 0.01 of another, which the import would merge")},
         {QStringLiteral("no-geometry"), QStringLiteral("features without a geometry")},
         {QStringLiteral("not-finite"), QStringLiteral("contours or points whose coordinates are not numbers")},

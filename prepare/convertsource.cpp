@@ -137,7 +137,7 @@ bool ConvertSource::openBinaryDxf()
 bool ConvertSource::openDxf(const QByteArray &fileName)
 {
     m_isDxf = true;
-    DxfScan scan;
+    DxfInspection scan;
     if (!scan.scan(fileName))
         return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
     CPLSetThreadLocalConfigOption("DXF_FEATURE_LIMIT_PER_BLOCK", maxFeaturesOfBlock);
@@ -153,9 +153,10 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     return ok;
 }
 
-void ConvertSource::addNotes(const DxfScan &scan)
+void ConvertSource::addNotes(const DxfInspection &scan)
 {
-    for (auto it = scan.ignoredEntities().begin(); it != scan.ignoredEntities().end(); ++it)
+    const ContentCounts ignored = scan.ignoredEntities();
+    for (auto it = ignored.begin(); it != ignored.end(); ++it)
         m_content.leftOut[it.key()] += it.value();
     if (scan.splineCount() > 0)
         m_content.notes[QStringLiteral("uncontrolled-curve")] += scan.splineCount();

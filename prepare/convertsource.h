@@ -9,7 +9,7 @@
 
 #include <gdal_priv.h>
 
-class DxfScan;
+class DxfInspection;
 
 /// The input of a conversion, opened with GDAL.
 ///
@@ -41,7 +41,7 @@ private:
     bool openDxf(const QByteArray &fileName);
     bool openMif();
     bool openShapefile();
-    void addNotes(const DxfScan &scan);
+    void addNotes(const DxfInspection &scan);
     void addRasters();
 
     const ConvertOptions &m_options;

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void binaryDrawingIsConverted();
     void idIsTheHandle();
     void layersAreThoseOfTheEntities();
+    void ignoredEntitiesAreListed_data();
     void ignoredEntitiesAreListed();
     void notesAreGiven_data();
     void notesAreGiven();
@@ -266,16 +267,34 @@ void tst_PrepareConvertDrawings::layersAreThoseOfTheEntities()
     QCOMPARE(run.messages, QStringLiteral("importprepare: --layer: the input has no layer \"D\"."));
 }
 
+void tst_PrepareConvertDrawings::ignoredEntitiesAreListed_data()
+{
+    QTest::addColumn<QString>("entities");
+    QTest::addColumn<QString>("leftOut");
+
+    QTest::newRow("types that GDAL does not know")
+        << QStringLiteral("|0 3DSOLID|8 0|0 3DSOLID|8 0|0 WIPEOUT|8 0")
+        << QStringLiteral("entity 3DSOLID 2, entity IMAGE 1, entity WIPEOUT 1");
+    QTest::newRow("insertion of a missing block")
+        << QStringLiteral("|0 INSERT|8 0|2 X|10 0|20 0") << QStringLiteral("empty-insert 1, entity IMAGE 1");
+    QTest::newRow("insertion of an empty block")
+        << QStringLiteral("|0 INSERT|8 0|2 E|10 0|20 0|0 INSERT|8 0|2 E|10 0|20 0")
+        << QStringLiteral("empty-insert 2, entity IMAGE 1");
+    QTest::newRow("mesh") << polyline("16") << QStringLiteral("entity IMAGE 1, mesh 1");
+}
+
 void tst_PrepareConvertDrawings::ignoredEntitiesAreListed()
 {
-    const QString block = QStringLiteral("0 BLOCK|8 0|2 B|70 0|10 0|20 0|30 0|3 B|0 IMAGE|8 0|0 ENDBLK|8 0");
+    QFETCH(QString, entities);
+    const QString block = QStringLiteral("0 BLOCK|8 0|2 B|70 0|10 0|20 0|30 0|3 B|0 IMAGE|8 0|0 ENDBLK|8 0|"
+                                         "0 BLOCK|8 0|2 E|70 0|10 0|20 0|30 0|3 E|0 ENDBLK|8 0");
     ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"),
-                        drawing(line + QStringLiteral("|0 3DSOLID|8 0|0 3DSOLID|8 0|0 WIPEOUT|8 0"), block));
+    fixture.files.write(QStringLiteral("a.dxf"), drawing(line + entities, block));
 
     QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
 
-    QCOMPARE(fixture.list("leftOut"), QStringLiteral("entity 3DSOLID 2, entity IMAGE 1, entity WIPEOUT 1"));
+    QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 0 0, н2 10 0]"));
+    QTEST(fixture.list("leftOut"), "leftOut");
 }
 
 void tst_PrepareConvertDrawings::notesAreGiven_data()
