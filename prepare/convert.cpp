@@ -24,28 +24,45 @@
 
 namespace {
 
-// The messages of GDAL are part of ours where they matter.
-class QuietGdal
+// Keeps GDAL from printing. Its errors become part of our messages, its warnings part of the report.
+class GdalMessages
 {
 public:
-    QuietGdal() { CPLPushErrorHandler(CPLQuietErrorHandler); }
-    ~QuietGdal() { CPLPopErrorHandler(); }
-    QuietGdal(const QuietGdal &) = delete;
-    QuietGdal &operator=(const QuietGdal &) = delete;
+    explicit GdalMessages(ConvertContent &content) { CPLPushErrorHandlerEx(receive, &content); }
+    ~GdalMessages() { CPLPopErrorHandler(); }
+    GdalMessages(const GdalMessages &) = delete;
+    GdalMessages &operator=(const GdalMessages &) = delete;
+
+private:
+    static void CPL_STDCALL receive(CPLErr type, CPLErrorNum /*number*/, const char *message)
+    {
+        if (type != CE_Warning)
+            return;
+        ConvertContent &content = *static_cast<ConvertContent *>(CPLGetErrorHandlerUserData());
+        if (++content.notes[QStringLiteral("gdal-warning")] == 1)
+            content.firstWarning = QString::fromUtf8(message);
+    }
 };
 
-int failInterrupted()
+// Printed when the progress is gone.
+struct Outcome
 {
-    return fail(QStringLiteral("Interrupted. Nothing was written."), Incomplete);
+    ExitStatus status = Complete;
+    QString text; ///< the report or the error
+};
+
+Outcome interrupted()
+{
+    return {Incomplete, QStringLiteral("Interrupted. Nothing was written.")};
 }
 
-int failRead(ReadFailure failure, const ConvertOptions &options, const QString &error)
+Outcome readFailed(ReadFailure failure, const ConvertOptions &options, const QString &error)
 {
     if (failure == ReadFailure::Interrupted)
-        return failInterrupted();
+        return interrupted();
     if (failure == ReadFailure::Usage)
-        return fail(error);
-    return fail(QStringLiteral("Cannot read \"%1\" to its end: %2").arg(options.input, error), Unreadable);
+        return {WrongUsage, error};
+    return {Unreadable, QStringLiteral("Cannot read \"%1\" to its end: %2").arg(options.input, error)};
 }
 
 // Returns false if the user interrupts it.
@@ -80,67 +97,75 @@ struct SourceFacts
 };
 
 // Closes the source at the end, which may hold a copy of the input in memory.
-int readContent(const ConvertOptions &options, ConvertContent &content, SourceFacts &facts, ConvertProgress &progress)
+Outcome readContent(const ConvertOptions &options, ConvertContent &content, SourceFacts &facts,
+                    ConvertProgress &progress)
 {
     ConvertSource source(options, content);
     if (!source.open())
-        return fail(source.error(), Unreadable);
+        return {Unreadable, source.error()};
     ConvertReader reader(options, source, content, progress);
     const ReadFailure failure = reader.read();
     facts.encoding = source.encoding();
     facts.srs = reader.takeSpatialReference();
-    return failure == ReadFailure::None ? Complete : failRead(failure, options, reader.error());
+    return failure == ReadFailure::None ? Outcome() : readFailed(failure, options, reader.error());
 }
 
 // GDAL does not report every failure to write.
-int failWrite(const ConvertOptions &options, const QString &error)
+Outcome writeFailed(const ConvertOptions &options, const QString &error)
 {
     constexpr qint64 block = 65536;
     const QStorageInfo disk(QFileInfo(options.output).absolutePath());
     const bool isFull = disk.isValid() && disk.bytesAvailable() < block;
-    return fail(QStringLiteral("Cannot write \"%1\": %2")
-                    .arg(options.output, isFull ? QStringLiteral("The disk is full.") : error),
-                Incomplete);
+    const QString reason = isFull ? QStringLiteral("The disk is full.") : error;
+    return {Incomplete, QStringLiteral("Cannot write \"%1\": %2").arg(options.output, reason)};
 }
 
-int writeContent(const ConvertOptions &options, ConvertContent &content, const OGRSpatialReference *srs,
-                 ConvertOutput &output, ConvertProgress &progress)
+Outcome writeContent(const ConvertOptions &options, ConvertContent &content, const OGRSpatialReference *srs,
+                     ConvertOutput &output, ConvertProgress &progress)
 {
     ConvertWriter writer(content, options.encoding);
     if (!writer.write(output.temporaryName(), srs, progress))
-        return ConvertProgress::isInterrupted() ? failInterrupted() : failWrite(options, writer.error());
+        return ConvertProgress::isInterrupted() ? interrupted() : writeFailed(options, writer.error());
     progress.begin(QStringLiteral("Verifying"), 0);
     ConvertVerifier verifier;
     if (!verifier.verify(content, output.temporaryName(), options.encoding))
-        return failWrite(options, verifier.error());
+        return writeFailed(options, verifier.error());
     if (ConvertProgress::isInterrupted())
-        return failInterrupted();
-    return output.commit() ? Complete : fail(output.error(), Incomplete);
+        return interrupted();
+    return output.commit() ? Outcome() : Outcome{Incomplete, output.error()};
 }
 
-int convert(const ConvertOptions &options)
+Outcome convert(const ConvertOptions &options)
 {
     ConvertOutput output(options.output);
     if (!output.prepare(options.force))
-        return fail(output.exists() ? QStringLiteral("%1 Use --force to overwrite it.").arg(output.error())
-                                    : output.error(),
-                    output.exists() ? WrongUsage : Incomplete);
-    const QuietGdal quiet;
+        return output.exists()
+                   ? Outcome{WrongUsage, QStringLiteral("%1 Use --force to overwrite it.").arg(output.error())}
+                   : Outcome{Incomplete, output.error()};
     ConvertProgress progress;
     ConvertContent content;
+    const GdalMessages messages(content);
     SourceFacts facts;
-    int status = readContent(options, content, facts, progress);
-    if (status != Complete)
-        return status;
+    Outcome outcome = readContent(options, content, facts, progress);
+    if (outcome.status != Complete)
+        return outcome;
     if (!nameContent(options, content, progress))
-        return failInterrupted();
+        return interrupted();
     removeUnusablePoints(content);
-    status = writeContent(options, content, facts.srs.get(), output, progress);
-    if (status != Complete)
-        return status;
-    printLine(stdout, options.json ? convertJson(options, content, facts.encoding)
-                                   : convertText(options, content, facts.encoding));
-    return Complete;
+    outcome = writeContent(options, content, facts.srs.get(), output, progress);
+    if (outcome.status == Complete)
+        outcome.text = options.json ? convertJson(options, content, facts.encoding)
+                                    : convertText(options, content, facts.encoding);
+    return outcome;
+}
+
+Outcome convertWithinMemory(const ConvertOptions &options)
+{
+    try {
+        return convert(options);
+    } catch (const std::bad_alloc &) {
+        return {Incomplete, QStringLiteral("There is not enough memory to convert \"%1\".").arg(options.input)};
+    }
 }
 
 } // namespace
@@ -152,10 +177,8 @@ int runConvert(const QStringList &arguments)
         return fail(QStringLiteral("%1 See importprepare convert --help.").arg(commandLine.error()));
     if (!commandLine.options().help.isEmpty())
         return printLine(stdout, commandLine.options().help) ? Complete : Incomplete;
-    try {
-        return convert(commandLine.options());
-    } catch (const std::bad_alloc &) {
-        return fail(QStringLiteral("There is not enough memory to convert \"%1\".").arg(commandLine.options().input),
-                    Incomplete);
-    }
+    const Outcome outcome = convertWithinMemory(commandLine.options());
+    if (outcome.status != Complete)
+        return fail(outcome.text, outcome.status);
+    return printLine(stdout, outcome.text) ? Complete : Incomplete;
 }

@@ -52,6 +52,7 @@ struct ConvertContent
 
     ContentCounts leftOut; ///< by kind: what cannot be taken
     ContentCounts notes;   ///< by kind: what is taken, but changed or not as exact as the rest
+    QString firstWarning;  ///< of GDAL
 
     std::size_t contourBegin(std::size_t object) const { return object == 0 ? 0 : objects[object - 1].contourEnd; }
     std::size_t vertexBegin(std::size_t contour) const { return contour == 0 ? 0 : contourEnds[contour - 1]; }

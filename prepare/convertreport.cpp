@@ -26,6 +26,7 @@ QString meaning(const QString &kind)
         // Notes.
         {QStringLiteral("coarse-curve"), QStringLiteral("arcs are so large that the deviation cannot be kept")},
         {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs")},
+        {QStringLiteral("gdal-warning"), QStringLiteral("warnings of GDAL")},
         {QStringLiteral("height"), QStringLiteral("features with heights, which the import does not take")},
         {QStringLiteral("long-text"), QStringLiteral("texts cut to 254 bytes")},
         {QStringLiteral("missing-record"), QStringLiteral("objects without a record in the MID file")},
@@ -76,7 +77,10 @@ QString convertText(const ConvertOptions &options, const ConvertContent &content
                          options.sourceEncoding.isEmpty() ? QStringLiteral(" (guessed)") : QString());
     text += QStringLiteral("\nEncoding of the output: %1.").arg(options.encoding);
     return text + countsText(QStringLiteral("Left out"), content.leftOut) +
-           countsText(QStringLiteral("Note"), content.notes);
+           countsText(QStringLiteral("Note"), content.notes) +
+           (content.firstWarning.isEmpty()
+                ? QString()
+                : QStringLiteral("\nThe first warning of GDAL: %1").arg(content.firstWarning));
 }
 
 QString convertJson(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
@@ -93,6 +97,7 @@ QString convertJson(const ConvertOptions &options, const ConvertContent &content
         {QStringLiteral("points"), number(content.points.size())},
         {QStringLiteral("leftOut"), countsJson(content.leftOut)},
         {QStringLiteral("notes"), countsJson(content.notes)},
+        {QStringLiteral("warning"), content.firstWarning},
     };
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }

@@ -310,6 +310,10 @@ void tst_PrepareConvertDrawings::notesAreGiven_data()
                             << QStringLiteral("height 1");
     QTest::newRow("no end") << QStringList(drawing(line).mid(0, drawing(line).size() - 2))
                             << QStringLiteral("no-end 1");
+    const QString recursive = QStringLiteral("0 BLOCK|8 0|2 B|70 0|10 0|20 0|30 0|3 B|0 INSERT|8 0|2 B|10 1|20 0") +
+                              line + QStringLiteral("|0 ENDBLK|8 0");
+    QTest::newRow("block in itself") << drawing(QStringLiteral("|0 INSERT|8 0|2 B|10 0|20 0"), recursive)
+                                     << QStringLiteral("gdal-warning 1");
     QTest::newRow("arc as large as a planet")
         << drawing(QStringLiteral("|0 CIRCLE|8 0|10 0|20 0|40 1E9")) << QStringLiteral("coarse-curve 1");
 }
