@@ -69,7 +69,8 @@ Outcome readFailed(ReadFailure failure, const ConvertOptions &options, const QSt
 bool nameContent(const ConvertOptions &options, ConvertContent &content, ConvertProgress &progress)
 {
     TextNames names(content, options.reach);
-    progress.begin(QStringLiteral("Naming"), static_cast<qint64>(content.objects.size() + content.points.size()));
+    progress.begin(QStringLiteral("Naming"),
+                   static_cast<qint64>(content.objects.size()) + static_cast<qint64>(content.points.size()));
     for (std::size_t i = 0; i < content.objects.size(); ++i) {
         if (options.designation.isEmpty() && content.objects[i].def.trimmed().isEmpty())
             names.nameObject(i);

@@ -14,7 +14,7 @@
 namespace {
 
 // Both copies and their decoded texts must stay below the limit of Qt's containers.
-constexpr qint64 maxSize = 500 * 1024 * 1024;
+constexpr qint64 maxSize = 500LL * 1024 * 1024;
 
 // Calls visit with each line, without its line end, until it returns false. Returns the position behind that line.
 template <typename Visit>

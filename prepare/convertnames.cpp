@@ -75,7 +75,7 @@ CPLRectObj TextNames::boundsOfTexts() const
 }
 
 // Texts at one place would make the tree ever deeper.
-void TextNames::createIndex(Index &index, const CPLRectObj &box) const
+void TextNames::createIndex(Index &index, const CPLRectObj &box)
 {
     constexpr int maxDepth = 12;
     index.tree.reset(CPLQuadTreeCreate(&box, textBounds));
@@ -104,7 +104,7 @@ CPLRectObj TextNames::boundsOf(std::size_t object) const
 }
 
 // Casts a ray from each candidate that lies beside the edge from a to b; the candidates are sorted by y.
-void TextNames::toggleInside(std::vector<Candidate> &candidates, const ContentVertex &a, const ContentVertex &b) const
+void TextNames::toggleInside(std::vector<Candidate> &candidates, const ContentVertex &a, const ContentVertex &b)
 {
     const auto isBelow = [](const Candidate &candidate, double y) { return candidate.text->at.y < y; };
     const double low = std::min(a.y, b.y);

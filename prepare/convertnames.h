@@ -42,12 +42,12 @@ private:
 
     template <typename Visit>
     void forEachText(const Index &index, const CPLRectObj &box, const Visit &visit) const;
-    void createIndex(Index &index, const CPLRectObj &box) const;
+    static void createIndex(Index &index, const CPLRectObj &box);
     CPLRectObj boundsOfTexts() const;
     ContentText *textInside(std::size_t object) const;
     ContentText *textNear(std::size_t object) const;
     CPLRectObj boundsOf(std::size_t object) const;
-    void toggleInside(std::vector<Candidate> &candidates, const ContentVertex &a, const ContentVertex &b) const;
+    static void toggleInside(std::vector<Candidate> &candidates, const ContentVertex &a, const ContentVertex &b);
 
     ConvertContent &m_content;
     double m_reach;

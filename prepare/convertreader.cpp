@@ -34,7 +34,7 @@ QString labelText(const OGRFeature &feature)
 
 bool hasHeight(const OGRGeometry &geometry)
 {
-    if (!geometry.Is3D())
+    if (geometry.Is3D() == 0)
         return false;
     OGREnvelope3D box;
     geometry.getEnvelope(&box);
@@ -68,7 +68,7 @@ ReadFailure ConvertReader::fail(ReadFailure failure, const QString &text)
 
 bool ConvertReader::readText(const OGRFeature &feature, const OGRGeometry &geometry)
 {
-    if (wkbFlatten(geometry.getGeometryType()) != wkbPoint || geometry.IsEmpty())
+    if (wkbFlatten(geometry.getGeometryType()) != wkbPoint || geometry.IsEmpty() != 0)
         return false;
     QString text = labelText(feature);
     if (text.isNull())

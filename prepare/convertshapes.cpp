@@ -17,10 +17,10 @@ template <typename Visit>
 void forEachPart(const OGRGeometry &geometry, const Visit &visit)
 {
     const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
-    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection)) {
+    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection) != 0) {
         for (const OGRGeometry *part : *geometry.toGeometryCollection())
             forEachPart(*part, visit);
-    } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface)) {
+    } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0) {
         const OGRPolyhedralSurface &surface = *geometry.toPolyhedralSurface();
         for (int i = 0; i < surface.getNumGeometries(); ++i)
             forEachPart(*surface.getGeometryRef(i), visit);
@@ -76,7 +76,7 @@ void ShapeCollector::appendVertices(const OGRLineString &line)
 void ShapeCollector::appendArcs(const OGRCircularString &arcs)
 {
     std::vector<ContentVertex> &vertices = m_content.vertices;
-    if (!arcs.IsEmpty())
+    if (arcs.IsEmpty() == 0)
         vertices.push_back(vertex(arcs.getX(0), arcs.getY(0)));
     for (int i = 0; i + 2 < arcs.getNumPoints(); i += 2) {
         Arc arc;
@@ -148,7 +148,7 @@ void ShapeCollector::addRing(const OGRCurve &ring)
     if (!isFinite())
         return leaveOutContour(QStringLiteral("not-finite"));
     if (vertices.size() > m_contourBegin && !isSame(vertices[m_contourBegin], vertices.back()))
-        vertices.push_back(ContentVertex(vertices[m_contourBegin]));
+        vertices.emplace_back(vertices[m_contourBegin]);
     if (cornerCount() < 3)
         return leaveOutContour(QStringLiteral("short-area"));
     m_content.contourEnds.push_back(vertices.size());
@@ -178,7 +178,7 @@ void ShapeCollector::addRings(const OGRGeometry &surface)
 void ShapeCollector::addPart(const OGRGeometry &part, bool areas)
 {
     const OGRwkbGeometryType type = wkbFlatten(part.getGeometryType());
-    if (areas && OGR_GT_IsSubClassOf(type, wkbCurvePolygon))
+    if (areas && OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0)
         addRings(part);
     else if (!areas && OGR_GT_IsCurve(type) != 0)
         addLine(*part.toCurve());
@@ -195,7 +195,7 @@ void ShapeCollector::addObject(const OGRGeometry &geometry, bool isArea, const S
 void ShapeCollector::addPoints(const OGRGeometry &geometry, const ShapeNames &names)
 {
     forEachPart(geometry, [this, &names](const OGRGeometry &part) {
-        if (wkbFlatten(part.getGeometryType()) != wkbPoint || part.IsEmpty())
+        if (wkbFlatten(part.getGeometryType()) != wkbPoint || part.IsEmpty() != 0)
             return;
         const OGRPoint &point = *part.toPoint();
         if (std::isfinite(point.getX()) && std::isfinite(point.getY()))
@@ -208,7 +208,7 @@ void ShapeCollector::addPoints(const OGRGeometry &geometry, const ShapeNames &na
 
 void ShapeCollector::add(const OGRGeometry &geometry, const ShapeNames &names)
 {
-    if (geometry.IsEmpty())
+    if (geometry.IsEmpty() != 0)
         ++m_content.leftOut[QStringLiteral("no-geometry")];
     addObject(geometry, true, names);
     addObject(geometry, false, names);

@@ -26,7 +26,7 @@ const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DX
 const char *const maxFeaturesOfBlock = "1000000";
 
 // A binary drawing becomes up to four times as long.
-constexpr qint64 maxBinarySize = 500 * 1024 * 1024;
+constexpr qint64 maxBinarySize = 500LL * 1024 * 1024;
 
 // GDAL keeps using the bytes.
 void addMemoryFile(const char *name, const QByteArray &bytes)
@@ -95,8 +95,8 @@ bool ConvertSource::open()
     }
     const QByteArray name = input.toUtf8();
     const char *const dxf[] = {"DXF", nullptr};
-    const GDALDriverH driver = GDALIdentifyDriverEx(name.constData(), GDAL_OF_VECTOR, dxf, nullptr);
-    return driver != nullptr ? openDxf(name) : openDataset(name, nullptr);
+    const bool isDrawing = GDALIdentifyDriverEx(name.constData(), GDAL_OF_VECTOR, dxf, nullptr) != nullptr;
+    return isDrawing ? openDxf(name) : openDataset(name, nullptr);
 }
 
 bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *openOptions)

@@ -2,6 +2,8 @@
 
 #include "mapimport_mif.h"
 
+#include <utility>
+
 namespace {
 
 // The callback of the import is a plain function.
@@ -32,10 +34,10 @@ QString described(double x, double y)
 class Comparison
 {
 public:
-    Comparison(const ConvertContent &content, const QVector<DefPolygon> &objects, const QString &prefix)
+    Comparison(const ConvertContent &content, const QVector<DefPolygon> &objects, QString prefix)
         : m_content(content),
           m_objects(objects),
-          m_prefix(prefix)
+          m_prefix(std::move(prefix))
     {
     }
 

@@ -46,27 +46,34 @@ QByteArray ConvertWriter::encoded(const QString &text) const
     return m_codec->fromUnicode(text.constData(), text.size(), &noHeader);
 }
 
-// The import ends a field at a quote and a record at a line end, and cuts off spaces at the ends.
-void ConvertWriter::prepareText(QString &text)
+// The import ends a field at a quote and a record at a line end.
+QChar ConvertWriter::fittingCharacter(QChar c) const
 {
+    if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+        return QLatin1Char(' ');
+    if (c == QLatin1Char('"'))
+        return QLatin1Char('\'');
+    return c.isSurrogate() || m_codec->canEncode(c) ? c : QLatin1Char('?');
+}
+
+void ConvertWriter::replaceCharacters(QString &text)
+{
+    // Whether a surrogate can be encoded shows only together with its other half.
+    const bool hasSurrogates = m_codec->canEncode(text);
     qint64 replaced = 0;
     for (QChar &c : text) {
-        const bool isControl =
-            c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
-        const bool isQuote = c == QLatin1Char('"');
-        if (isControl || isQuote || (!c.isSurrogate() && !m_codec->canEncode(c))) {
-            replaced += isControl ? 0 : 1;
-            c = isControl ? QLatin1Char(' ') : isQuote ? QLatin1Char('\'') : QLatin1Char('?');
-        }
-    }
-    if (!m_codec->canEncode(text)) {
-        for (QChar &c : text) {
-            replaced += c.isHighSurrogate() ? 1 : 0;
-            c = c.isSurrogate() ? QLatin1Char('?') : c;
-        }
+        const QChar fitting = c.isSurrogate() && !hasSurrogates ? QLatin1Char('?') : fittingCharacter(c);
+        replaced += fitting != c && fitting != QLatin1Char(' ') && !c.isLowSurrogate() ? 1 : 0;
+        c = fitting;
     }
     if (replaced > 0)
         m_content.notes[QStringLiteral("replaced-character")] += replaced;
+}
+
+// The import cuts off the blanks around a field.
+void ConvertWriter::prepareText(QString &text)
+{
+    replaceCharacters(text);
     text = text.trimmed();
     if (encoded(text).size() <= maxFieldBytes)
         return;
@@ -179,7 +186,8 @@ bool ConvertWriter::writePoints(ConvertProgress &progress)
 bool ConvertWriter::write(const QString &mifFileName, const OGRSpatialReference *srs, ConvertProgress &progress)
 {
     prepareTexts();
-    progress.begin(QStringLiteral("Writing"), static_cast<qint64>(m_content.objects.size() + m_content.points.size()));
+    progress.begin(QStringLiteral("Writing"),
+                   static_cast<qint64>(m_content.objects.size()) + static_cast<qint64>(m_content.points.size()));
     const bool ok = create(mifFileName, srs) && writeObjects(progress) && writePoints(progress);
     CPLErrorReset();
     m_dataset.reset(); // writes what is still buffered

@@ -30,6 +30,8 @@ public:
 
 private:
     bool fail();
+    QChar fittingCharacter(QChar c) const;
+    void replaceCharacters(QString &text);
     void prepareText(QString &text);
     void prepareTexts();
     QByteArray encoded(const QString &text) const;
