@@ -1,5 +1,6 @@
 #include "convertmif.h"
 
+#include "convertmifcurves.h"
 #include "encodingguess.h"
 
 #include <QDir>
@@ -95,7 +96,7 @@ bool MifCopy::readFile(const QString &fileName, QByteArray &bytes)
     return false;
 }
 
-bool MifCopy::read(const QString &fileName, const QByteArray &encoding)
+bool MifCopy::read(const QString &fileName, const QByteArray &encoding, double deviation)
 {
     const QString mid = midFileName(fileName);
     m_hasMid = !mid.isEmpty();
@@ -106,6 +107,8 @@ bool MifCopy::read(const QString &fileName, const QByteArray &encoding)
     readHeader();
     decode(encoding);
     correctHeader();
+    if (m_hasCurves)
+        m_mif = m_mif.left(m_dataBegin) + withoutCurves(m_mif.mid(m_dataBegin), deviation);
     if (m_hasMid && m_columnCount > 0)
         correctRecords();
     else
@@ -143,7 +146,7 @@ void MifCopy::countObjects(int dataBegin)
         if (!keywords.contains(word))
             return true;
         m_objectCount += partCount > 0 ? 0 : 1;
-        m_curveCount += curves.contains(word) ? 1 : 0;
+        m_hasCurves = m_hasCurves || curves.contains(word);
         partCount = word == "COLLECTION" ? numberOf(line) : std::max(0, partCount - 1);
         return true;
     });
@@ -175,6 +178,7 @@ void MifCopy::correctHeader()
         return !isData(line);
     });
     m_mif = header + m_mif.mid(dataBegin);
+    m_dataBegin = header.size();
 }
 
 void MifCopy::correctRecords()

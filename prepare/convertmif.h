@@ -10,8 +10,8 @@ class MifCopy
 {
 public:
     /// Reads \a fileName and the MID file beside it, whatever the case of its suffix. An empty \a encoding is guessed.
-    /// Returns false after an error, which error() describes.
-    bool read(const QString &fileName, const QByteArray &encoding);
+    /// Chords of curves stay within \a deviation. Returns false after an error, which error() describes.
+    bool read(const QString &fileName, const QByteArray &encoding, double deviation);
 
     const QByteArray &mif() const { return m_mif; }
     const QByteArray &mid() const { return m_mid; } ///< empty if there is none
@@ -21,8 +21,6 @@ public:
     const QByteArray &encoding() const { return m_encoding; }
     /// Number of objects whose record was missing or empty.
     int addedRecords() const { return m_addedRecords; }
-    /// Number of objects with curves, which GDAL splits without regard to a deviation.
-    int curveCount() const { return m_curveCount; }
 
 private:
     bool readFile(const QString &fileName, QByteArray &bytes);
@@ -40,7 +38,8 @@ private:
     QByteArray m_encoding;
     char m_delimiter = '\t';
     int m_columnCount = 0;
+    int m_dataBegin = 0; ///< of the corrected file
     int m_objectCount = 0;
-    int m_curveCount = 0;
+    bool m_hasCurves = false;
     int m_addedRecords = 0;
 };

@@ -169,13 +169,11 @@ void ConvertSource::addNotes(const DxfInspection &scan)
 bool ConvertSource::openMif()
 {
     m_isMif = true;
-    if (!m_mif.read(m_options.input, m_encoding))
+    if (!m_mif.read(m_options.input, m_encoding, m_options.deviation))
         return fail(m_mif.error());
     m_encoding = m_mif.encoding();
     if (m_mif.addedRecords() > 0)
         m_content.notes[QStringLiteral("missing-record")] += m_mif.addedRecords();
-    if (m_mif.curveCount() > 0)
-        m_content.notes[QStringLiteral("uncontrolled-curve")] += m_mif.curveCount();
     addMemoryFile(strMif, m_mif.mif());
     if (!m_mif.mid().isEmpty())
         addMemoryFile(strMid, m_mif.mid());

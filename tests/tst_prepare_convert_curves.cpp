@@ -19,6 +19,8 @@ private Q_SLOTS:
     void chordsOfADrawingKeepTheDeviation();
     void chordsOfAGeometryKeepTheDeviation_data();
     void chordsOfAGeometryKeepTheDeviation();
+    void chordsOfAMifKeepTheDeviation_data();
+    void chordsOfAMifKeepTheDeviation();
     void partsOfACompoundCurveMeet();
     void stepsKeepTheDeviationForEveryRadius();
     void memoryLimitsTheSteps();
@@ -170,6 +172,43 @@ void tst_PrepareConvertCurves::chordsOfAGeometryKeepTheDeviation()
     QVERIFY2(vertices.size() > 2 && vertices.size() <= mostVertices, qPrintable(QString::number(vertices.size())));
     QVERIFY2(ofChords <= 0.005, qPrintable(QString::number(ofChords)));
     QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
+}
+
+void tst_PrepareConvertCurves::chordsOfAMifKeepTheDeviation_data()
+{
+    QTest::addColumn<QString>("object");
+    QTest::addColumn<Curve>("curve");
+    QTest::addColumn<int>("mostVertices");
+    const auto row = [](const char *name, const char *object, const Curve &curve, int mostVertices) {
+        QTest::newRow(name) << QString::fromLatin1(object) << curve << mostVertices;
+    };
+
+    row("arc", "Arc -100 -100 100 100\n  0 90", circle(0, 0, 100), 82);
+    row("arc in one line", "Arc -100 -100 100 100 0 90", circle(0, 0, 100), 82);
+    row("arc past zero", "ARC -100 -100 100 100\n  270 90", circle(0, 0, 100), 162);
+    row("circle", "Ellipse -100 -100 100 100", circle(0, 0, 100), 320);
+    row("ellipse", "Ellipse 100 50 -100 -50", ellipse(100, 50), 320);
+}
+
+void tst_PrepareConvertCurves::chordsOfAMifKeepTheDeviation()
+{
+    QFETCH(QString, object);
+    QFETCH(Curve, curve);
+    QFETCH(int, mostVertices);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {QStringLiteral("Version 300\nDelimiter \",\"\nColumns 1\n  a Integer\nData\n%1").arg(object)});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+
+    const QVector<DefPoint> vertices = contourOf(fixture);
+    double ofChords = 0;
+    double ofVertices = 0;
+    measure(vertices, curve, ofChords, ofVertices);
+    QVERIFY2(vertices.size() > 30 && vertices.size() <= mostVertices, qPrintable(QString::number(vertices.size())));
+    QVERIFY2(ofChords <= 0.005, qPrintable(QString::number(ofChords)));
+    QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
+    QCOMPARE(fixture.list("notes"), QString());
 }
 
 void tst_PrepareConvertCurves::partsOfACompoundCurveMeet()

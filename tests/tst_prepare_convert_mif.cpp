@@ -14,7 +14,7 @@ private Q_SLOTS:
     void missingRecordsAreAdded_data();
     void missingRecordsAreAdded();
     void collectionsComeIn();
-    void curvesAreNoted();
+    void roundedRectangleIsClosed();
     void textsNameObjectsWithoutField();
     void encodingIsFound_data();
     void encodingIsFound();
@@ -181,18 +181,21 @@ void tst_PrepareConvertMif::collectionsComeIn()
     QCOMPARE(fixture.list("notes"), QString());
 }
 
-void tst_PrepareConvertMif::curvesAreNoted()
+void tst_PrepareConvertMif::roundedRectangleIsClosed()
 {
     ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data +
-                                                  QStringLiteral("Arc 0 0 9 9 0 90\nEllipse 0 0 9 9\n"
-                                                                 "Roundrect 0 0 9 9 1\n")});
-    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("A,1\nB,2\nC,3")});
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {header + columns + data + QStringLiteral("Roundrect 0 0 8 6\n  2\n") + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {records});
 
-    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
+    QVERIFY(fixture.convert(QStringLiteral("a.mif"), {QStringLiteral("--deviation=9")}));
 
-    QCOMPARE(fixture.list("notes"), QStringLiteral("uncontrolled-curve 3"));
-    QCOMPARE(fixture.report.value(QStringLiteral("objects")).toInt(), 3);
+    // With such a deviation a corner has two chords.
+    QCOMPARE(fixture.imported(),
+             QStringLiteral("A [н1 8 5, н2 7.70710678119 5.70710678119, н3 7 6, н4 1 6, "
+                            "н5 0.292893218813 5.70710678119, н6 0 5, н7 0 1, н8 0.292893218813 0.292893218813, "
+                            "н9 1 0, н10 7 0, н11 7.70710678119 0.292893218813, н12 8 1, н1 8 5]; "
+                            "B [н13 0 0, н14 1 1, н15 2 0]"));
 }
 
 void tst_PrepareConvertMif::textsNameObjectsWithoutField()
