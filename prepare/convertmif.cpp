@@ -187,7 +187,7 @@ void MifCopy::correctRecords()
     QByteArray records;
     int count = 0;
     forEachLine(m_mid, 0, [this, &empty, &records, &count](const QByteArray &line) {
-        const bool isMissing = line.trimmed().isEmpty() && !line.contains(m_delimiter) && count < m_objectCount;
+        const bool isMissing = line.trimmed().isEmpty() && count < m_objectCount;
         m_addedRecords += isMissing ? 1 : 0;
         records += (isMissing ? empty : line) + '\n';
         ++count;

@@ -19,11 +19,12 @@ bool ConvertOutput::prepare(bool overwrite)
     const QFileInfo mif(m_mif);
     for (const QString &name : {m_mif, m_mid}) {
         const QFileInfo file(name);
-        m_exists = m_exists || file.exists() || file.isSymLink();
-        if (file.isDir() || (m_exists && !overwrite))
+        if (file.isDir())
+            return fail(QStringLiteral("\"%1\" is a folder.").arg(name));
+        m_exists = !overwrite && (file.exists() || file.isSymLink());
+        if (m_exists)
             return fail(QStringLiteral("\"%1\" exists.").arg(name));
     }
-    m_exists = false;
     if (!mif.absoluteDir().exists())
         return fail(QStringLiteral("The folder of \"%1\" is missing.").arg(m_mif));
     m_folder = std::make_unique<QTemporaryDir>(mif.absoluteDir().filePath(QStringLiteral(".importprepare-XXXXXX")));

@@ -158,9 +158,7 @@ ReadFailure ConvertReader::prepareTransformation(const OGRLayer &layer)
     if (own == nullptr)
         return fail(ReadFailure::Usage, QStringLiteral("--crs: the layer \"%1\" names no coordinate system.")
                                             .arg(QString::fromUtf8(layer.GetDescription())));
-    std::unique_ptr<OGRSpatialReference> source(own->Clone());
-    source->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-    m_transformation.reset(OGRCreateCoordinateTransformation(source.get(), m_srs.get()));
+    m_transformation.reset(OGRCreateCoordinateTransformation(own, m_srs.get()));
     return m_transformation != nullptr ? ReadFailure::None : fail(ReadFailure::Usage, gdalMessage());
 }
 

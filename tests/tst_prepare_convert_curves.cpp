@@ -23,6 +23,7 @@ private Q_SLOTS:
     void chordsOfAMifKeepTheDeviation();
     void partsOfACompoundCurveMeet();
     void stepsKeepTheDeviationForEveryRadius();
+    void narrowEllipseLimitsTheAngle();
     void memoryLimitsTheSteps();
 };
 
@@ -243,6 +244,21 @@ void tst_PrepareConvertCurves::stepsKeepTheDeviationForEveryRadius()
             QVERIFY(radius * (1 - std::cos(half)) <= deviation);
         }
     }
+}
+
+// A chord across the tip of a narrow ellipse is short but far from the curve.
+void tst_PrepareConvertCurves::narrowEllipseLimitsTheAngle()
+{
+    constexpr double deviation = 0.005;
+    ArcStatistics arcs;
+    for (int i = 0; i < 5; ++i)
+        arcs.addCircle(1);
+    QVERIFY(arcs.steps(deviation).angle > 10);
+
+    arcs.addEllipse(90, 0.01);
+
+    const double half = arcs.steps(deviation).angle * std::acos(-1) / 360;
+    QVERIFY(90 * (1 - std::cos(half)) <= deviation);
 }
 
 void tst_PrepareConvertCurves::memoryLimitsTheSteps()

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void manyTextsAtOnePlace();
     void binaryDrawingIsConverted();
     void idIsTheHandle();
+    void largeBlocksComeIn();
     void layersAreThoseOfTheEntities();
     void ignoredEntitiesAreListed_data();
     void ignoredEntitiesAreListed();
@@ -249,6 +250,21 @@ void tst_PrepareConvertDrawings::idIsTheHandle()
     QFile mid(fixture.path(QStringLiteral("out.mid")));
     QVERIFY(mid.open(QIODevice::ReadOnly));
     QCOMPARE(mid.readAll(), QByteArray("\"\",\"2A\"\n"));
+}
+
+// By default GDAL stops at 10,000.
+void tst_PrepareConvertDrawings::largeBlocksComeIn()
+{
+    QString block = QStringLiteral("0 BLOCK|8 0|2 B|70 0|10 0|20 0|30 0|3 B");
+    for (int i = 0; i < 10001; ++i)
+        block += line;
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawing(QStringLiteral("|0 INSERT|8 0|2 B|10 0|20 0"),
+                                                         block + QStringLiteral("|0 ENDBLK|8 0")));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.counts(), QStringLiteral("1 10001 20002 0"));
 }
 
 void tst_PrepareConvertDrawings::layersAreThoseOfTheEntities()

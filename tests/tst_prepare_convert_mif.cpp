@@ -66,7 +66,9 @@ void tst_PrepareConvertMif::oddFilesComeIn_data()
     row("empty lines at the start", QStringLiteral("\n\n") + header + columns + data + pline + region);
     row("byte order mark", QStringLiteral("\uFEFF") + header + columns + data + pline + region);
     row("columns with the names of keywords",
-        header + QStringLiteral("Columns 2\n  Charset Char(20)\n  Data Integer\n") + data + pline + region);
+        header + QStringLiteral("Columns 3\n  Charset Char(20)\n  Columns Char(5)\n  Data Integer\n") + data + pline +
+            region,
+        QStringLiteral("A,x,1\nB,x,2"));
     row("Windows line ends",
         QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1String("\r\n")));
     row("ring that is not closed", header + columns + data + pline + QStringLiteral("Region 1\n3\n0 0\n1 1\n2 0\n"));

@@ -180,6 +180,11 @@ void tst_PrepareConvertOptions::coordinatesAreExchanged()
     QFile mif(fixture.path(QStringLiteral("out.mif")));
     QVERIFY(mif.open(QIODevice::ReadOnly));
     QVERIFY(!mif.readAll().contains("CoordSys Earth"));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--swap-xy --crs EPSG:32637 --force")));
+    QFile transformed(fixture.path(QStringLiteral("out.mif")));
+    QVERIFY(transformed.open(QIODevice::ReadOnly));
+    QVERIFY(!transformed.readAll().contains("CoordSys Earth"));
 }
 
 void tst_PrepareConvertOptions::layersAreChosen()

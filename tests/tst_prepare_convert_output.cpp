@@ -104,8 +104,8 @@ void tst_PrepareConvertOutput::unusableOutputIsReported_data()
 
     QTest::newRow("missing folder") << QStringLiteral("missing/out.mif") << 1
                                     << QStringLiteral("The folder of \"missing/out.mif\" is missing.");
-    QTest::newRow("folder of that name") << QStringLiteral("folder.mif") << 2
-                                         << QStringLiteral("\"folder.mif\" exists. Use --force to overwrite it.");
+    QTest::newRow("folder of that name") << QStringLiteral("folder.mif") << 1
+                                         << QStringLiteral("\"folder.mif\" is a folder.");
 }
 
 void tst_PrepareConvertOutput::unusableOutputIsReported()
