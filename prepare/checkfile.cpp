@@ -1,7 +1,6 @@
 #include "checkfile.h"
 
 #include "checkgdal.h"
-#include "checknames.h"
 #include "checknumbers.h"
 #include "checkscan.h"
 #include "finding.h"
@@ -31,8 +30,6 @@ FileReport checkFile(const QString &fileName, const CheckOptions &options, bool 
     if (!facts.isReadable)
         return reportWithFinding(fileName, options, QStringLiteral("unreadable"));
     const FoundContent found = findContent(fileName, withPicture);
-    // Before the import itself, so that the objects of only one run are in memory.
-    const QStringList nearestNames = namesByNearestText(fileName, options, facts);
     const ImportOutcome outcome = runImport(fileName, options, facts.lineCount);
     const ImportStatistics statistics = statisticsOf(outcome);
     report.isAccepted = outcome.isAccepted();
@@ -41,7 +38,7 @@ FileReport checkFile(const QString &fileName, const CheckOptions &options, bool 
                        outcome.knownPoints.size()};
     if (found.isOpened)
         report.found = FileReport::Found{found.areas, found.lines, found.points, found.texts};
-    report.findings = findProblems({fileName, options, facts, outcome, statistics, found, nearestNames});
+    report.findings = findProblems({fileName, options, facts, outcome, statistics, found});
     if (withPicture)
         report.picture = lossPicture(found, outcome);
     return report;

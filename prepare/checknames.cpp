@@ -1,15 +1,80 @@
 #include "checknames.h"
 
-QStringList namesByNearestText(const QString &fileName, const CheckOptions &options, const FileFacts &facts)
+#include "defpolygon_index.h"
+#include "digit.h"
+
+#include <QMultiHash>
+
+#include <algorithm>
+
+namespace {
+
+/// Like the import takes one letter and digits for a point number, which names no object.
+bool isPointNumber(const QString &name)
 {
-    const bool usesTexts = options.searchPoints && options.searchObjects && options.pointFile.isEmpty();
-    if (!usesTexts || formatOf(fileName) != Format::Dxf || facts.textCount < 2 || facts.pointCount > 0)
-        return {};
-    CheckOptions sorted = options;
-    sorted.searchPoints = false;
-    const ImportOutcome outcome = runImport(fileName, sorted, facts.lineCount);
-    QStringList names;
-    for (const DefPolygon &object : outcome.objects)
-        names.append(object.def);
-    return names;
+    const int begin = !name.isEmpty() && name.at(0).isLetter() ? 1 : 0;
+    return begin < name.size() && std::all_of(name.begin() + begin, name.end(), isDigit);
+}
+
+QVector<DefPoint> namingTexts(QVector<DefPoint> texts)
+{
+    const auto isNumber = [](const DefPoint &text) { return isPointNumber(text.def); };
+    if (!std::all_of(texts.begin(), texts.end(), isNumber))
+        texts.erase(std::remove_if(texts.begin(), texts.end(), isNumber), texts.end());
+    sortPoints(texts);
+    return texts;
+}
+
+double squaredDistance(const DefPoint &text, const QPointF &p)
+{
+    return (text.x - p.x()) * (text.x - p.x()) + (text.y - p.y()) * (text.y - p.y());
+}
+
+/// Finds out whether a name stands farther from a position than the nearest text.
+class NameSearch
+{
+public:
+    explicit NameSearch(const QVector<DefPoint> &texts) : m_texts(texts), m_nearest(texts)
+    {
+        for (int i = 0; i < texts.size(); ++i)
+            m_places.insert(texts.at(i).def, i);
+    }
+
+    bool isMisplaced(const QString &name, const QPointF &p);
+
+private:
+    QVector<DefPoint> m_texts;
+    NearestPointIndex m_nearest;
+    QMultiHash<QString, int> m_places;
+};
+
+// A name in very many places is not looked for in all of them. A name in none is an unexpanded special character.
+bool NameSearch::isMisplaced(const QString &name, const QPointF &p)
+{
+    constexpr int maxPlaces = 100;
+    const DefPoint *const nearest = m_nearest.find(p);
+    auto place = m_places.constFind(name);
+    if (nearest == nullptr || nearest->def == name || nearest->def.isEmpty() || place == m_places.constEnd())
+        return false;
+    const double distance = squaredDistance(*nearest, p);
+    for (int i = 0; i < maxPlaces && place != m_places.constEnd() && place.key() == name; ++i, ++place) {
+        if (squaredDistance(m_texts.at(*place), p) <= distance)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+MisplacedNames findMisplacedNames(const ImportOutcome &outcome, const QVector<DefPoint> &texts)
+{
+    MisplacedNames misplaced;
+    if (texts.isEmpty())
+        return misplaced;
+    NameSearch search(namingTexts(texts));
+    for (const DefPolygon &object : outcome.objects) {
+        if (search.isMisplaced(object.def, object.centroid()) && misplaced.count++ == 0)
+            misplaced.firstName = object.def;
+    }
+    return misplaced;
 }

@@ -1,12 +1,19 @@
 #pragma once
 
-#include "checkscan.h"
+#include "checkimport.h"
 
-#include <QStringList>
+#include <QString>
+#include <QVector>
 
-/// The designations that the nearest texts of a drawing give to its objects, for a drawing without known points. Empty
-/// for all other files.
+/// Objects that a text names although another one is nearer.
+struct MisplacedNames
+{
+    qint64 count = 0;
+    QString firstName;
+};
+
+/// Compares the designations in \a outcome with the nearest of \a texts, the texts of the drawing in any order.
 ///
 /// When the import looks up point numbers in a drawing that has no points, it does not sort the texts, and its search
 /// for the nearest one depends on their order in the file.
-QStringList namesByNearestText(const QString &fileName, const CheckOptions &options, const FileFacts &facts);
+MisplacedNames findMisplacedNames(const ImportOutcome &outcome, const QVector<DefPoint> &texts);

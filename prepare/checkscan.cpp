@@ -49,10 +49,15 @@ qint64 ScanReader::countLines()
     return m_lineNumber;
 }
 
+QString ScanReader::decodedWhole(QStringView text, QTextCodec *codec) const
+{
+    return m_isUnicode ? text.toString() : codec->toUnicode(bytesOf(text));
+}
+
 QString ScanReader::decoded(QStringView text, QTextCodec *codec) const
 {
     constexpr int maxShown = 60;
-    const QString whole = m_isUnicode ? text.toString() : codec->toUnicode(bytesOf(text.left(4 * maxShown)));
+    const QString whole = decodedWhole(text.left(4 * maxShown), codec);
     return whole.size() > maxShown ? whole.left(maxShown) + QChar(0x2026) : whole;
 }
 

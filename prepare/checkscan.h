@@ -62,8 +62,7 @@ struct FileFacts
     QString drawingVersion;   ///< $ACADVER; empty: none
     bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
 
-    qint64 pointCount = 0; ///< entities of a drawing that give known points
-    qint64 textCount = 0;  ///< TEXT entities of a drawing
+    QVector<DefPoint> unsortedTexts; ///< of a drawing whose texts the import does not sort; otherwise empty
 
     QString geographicPlace; ///< of a coordinate system in degrees; empty: none
 

@@ -87,6 +87,8 @@ void DxfScan::beginEntity()
     assign(m_entity.layer, {});
     assign(m_entity.name, {});
     assign(m_entity.flags, {});
+    assign(m_entity.text, {});
+    m_texts.begin();
     m_entity.hasForeignText = false;
     m_entity.isInOtherPlane = false;
     m_hasEnd = m_value == QLatin1String("EOF");
@@ -130,6 +132,7 @@ void DxfScan::readExtrusion()
 
 void DxfScan::readText()
 {
+    assign(m_entity.text, m_value);
     m_entity.hasForeignText = isForeign(m_value);
     if (m_entity.hasForeignText && m_section == QLatin1String("ENTITIES"))
         m_facts.namesAreUtf8 = m_facts.namesAreUtf8 && isUtf8(m_value);
@@ -159,6 +162,8 @@ void DxfScan::readGroup()
         readExtrusion();
     else if (m_code == 1 && m_entity.kind == Kind::Text)
         readText();
+    else if (m_entity.kind == Kind::Text)
+        m_texts.readGroup(m_code, m_value);
     else if (m_entity.kind == Kind::LwPolyline || m_entity.kind == Kind::Vertex)
         readVertexGroup();
 }
@@ -167,6 +172,7 @@ void DxfScan::finish()
 {
     finishEntity();
     finishOutline();
+    m_facts.unsortedTexts = m_texts.texts();
     m_facts.tally(Trait::BlockReference) = m_blocks.drawingInsertions();
     const qint64 line = m_reader.lineNumber();
     if (m_isBlank)

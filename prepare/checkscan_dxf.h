@@ -3,6 +3,7 @@
 #include "checkblocks.h"
 #include "checkoutline.h"
 #include "checkscan_reader.h"
+#include "checktexts.h"
 
 #include <optional>
 
@@ -14,7 +15,8 @@ public:
     DxfScan(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
         : m_reader(reader),
           m_codec(options.codec()),
-          m_facts(facts)
+          m_facts(facts),
+          m_collectsTexts(options.searchPoints && options.searchObjects && options.pointFile.isEmpty())
     {
     }
 
@@ -45,6 +47,7 @@ private:
         QString keyword;
         QString layer;
         QString name;  ///< of a block
+        QString text;  ///< content of a text
         QString flags; ///< as written, because the import compares them as text
         bool hasForeignText = false;
         bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
@@ -73,6 +76,8 @@ private:
     void finishOutline();
     void checkFlags(const Entity &polyline, bool hasFlaggedVertex);
 
+    void addPoint();
+    void addText();
     void addUnread();
     void finishEntity();
     void finishInBlocks();
@@ -104,4 +109,6 @@ private:
     bool m_hasVertex = false;
     std::optional<Outline> m_outline;
     BlockContents m_blocks;
+    bool m_collectsTexts; ///< no points have occurred, without which the texts are not sorted
+    DrawingTexts m_texts;
 };

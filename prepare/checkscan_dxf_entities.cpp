@@ -89,6 +89,22 @@ void DxfScan::finishOutline()
     m_outline.reset();
 }
 
+// With known points the import sorts the texts.
+void DxfScan::addPoint()
+{
+    m_collectsTexts = false;
+    m_texts.clear();
+}
+
+void DxfScan::addText()
+{
+    addPlane(m_entity);
+    if (m_entity.hasForeignText)
+        add(Trait::ForeignName, m_entity);
+    if (m_collectsTexts)
+        m_texts.finish(m_reader.decodedWhole(m_entity.text, m_codec));
+}
+
 // The list of keywords is limited, because a file may invent any number of them.
 void DxfScan::addUnread()
 {
@@ -115,25 +131,20 @@ void DxfScan::finishInEntities()
     case Kind::Curve:
         return add(Trait::Curve, m_entity);
     case Kind::CentredCurve:
-        ++m_facts.pointCount;
+        addPoint();
         return add(Trait::Curve, m_entity);
     case Kind::Point:
-        ++m_facts.pointCount;
-        return;
+        return addPoint();
     case Kind::UnreadText:
         return add(Trait::UnreadText, m_entity);
     case Kind::Unread:
     case Kind::Block:
         return addUnread();
     case Kind::Insert:
-        ++m_facts.pointCount;
+        addPoint();
         return add(m_blocks.insertions(m_entity.name), m_entity);
     case Kind::Text:
-        ++m_facts.textCount;
-        addPlane(m_entity);
-        if (m_entity.hasForeignText)
-            add(Trait::ForeignName, m_entity);
-        return;
+        return addText();
     case Kind::Vertex:
         addVertex();
         if (m_outline && m_entity.flags == QLatin1String("1"))

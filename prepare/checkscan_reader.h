@@ -23,7 +23,9 @@ public:
     /// Reads the remaining lines and returns the number of all.
     qint64 countLines();
 
-    /// \a text of the file decoded by \a codec, abbreviated for the user.
+    /// \a text of the file decoded by \a codec.
+    QString decodedWhole(QStringView text, QTextCodec *codec) const;
+    /// The same abbreviated for the user.
     QString decoded(QStringView text, QTextCodec *codec) const;
 
 private:

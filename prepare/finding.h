@@ -32,7 +32,6 @@ struct Evidence
     const ImportOutcome &outcome;
     const ImportStatistics &statistics;
     const FoundContent &found;
-    const QStringList &nearestNames; ///< see namesByNearestText()
 };
 
 /// Applies all rules to \a evidence. The findings are in order of importance.

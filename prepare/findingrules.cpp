@@ -3,6 +3,7 @@
 
 #include "findingrules.h"
 
+#include "checknames.h"
 #include "findingencoding.h"
 
 #include <QDir>
@@ -167,18 +168,10 @@ Detection detectHeights(const Evidence &evidence)
     return {evidence.statistics.decimalNames, evidence.statistics.decimalNamePlace};
 }
 
-// A failed import may have fewer objects.
 Detection detectMisplacedNames(const Evidence &evidence)
 {
-    const QVector<DefPolygon> &objects = evidence.outcome.objects;
-    Detection detection;
-    for (int i = 0; i < std::min(objects.size(), evidence.nearestNames.size()); ++i) {
-        if (objects.at(i).def == evidence.nearestNames.at(i))
-            continue;
-        if (detection.count++ == 0)
-            detection.place = QStringLiteral("объект «%1»").arg(objects.at(i).def);
-    }
-    return detection;
+    const MisplacedNames names = findMisplacedNames(evidence.outcome, evidence.facts.unsortedTexts);
+    return {names.count, QStringLiteral("объект «%1»").arg(names.firstName)};
 }
 
 Detection detectSharedNames(const Evidence &evidence)
