@@ -1,6 +1,7 @@
 #include "checkscan.h"
 
 #include "checkscan_reader.h"
+#include "encodingguess.h"
 
 #include <QFileInfo>
 #include <QTextCodec>
@@ -66,12 +67,13 @@ bool isForeign(QStringView text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
 }
 
-bool isUtf8(QStringView text)
+void addForeignName(QStringView name, FileFacts &facts)
 {
-    QTextCodec::ConverterState state;
-    const QByteArray bytes = bytesOf(text);
-    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
+    constexpr int maxSize = 10000;
+    const QByteArray bytes = bytesOf(name);
+    facts.namesAreUtf8 = facts.namesAreUtf8 && isUtf8(bytes);
+    if (facts.foreignNames.size() + bytes.size() < maxSize)
+        facts.foreignNames += bytes + '\n';
 }
 
 QString midFileName(const QString &mifFile)

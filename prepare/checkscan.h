@@ -61,6 +61,7 @@ struct FileFacts
     QString declaredEncoding; ///< CHARSET or $DWGCODEPAGE as written; empty: none
     QString drawingVersion;   ///< $ACADVER; empty: none
     bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
+    QByteArray foreignNames;  ///< the first of them, of limited size
 
     QVector<DefPoint> unsortedTexts; ///< of a drawing whose texts the import does not sort; otherwise empty
 

@@ -135,7 +135,7 @@ void DxfScan::readText()
     assign(m_entity.text, m_value);
     m_entity.hasForeignText = isForeign(m_value);
     if (m_entity.hasForeignText && m_section == QLatin1String("ENTITIES"))
-        m_facts.namesAreUtf8 = m_facts.namesAreUtf8 && isUtf8(m_value);
+        addForeignName(m_value, m_facts);
 }
 
 void DxfScan::readVariable()

@@ -308,7 +308,7 @@ void scanRecords(const QString &fileName, QChar delimiter, FileFacts &facts)
         if (reader.isUnicode() || !isForeign(name))
             continue;
         addRecord(Trait::ForeignName, facts, line);
-        facts.namesAreUtf8 = facts.namesAreUtf8 && isUtf8(name);
+        addForeignName(name, facts);
     }
     facts.recordCount = std::max(lastFilled, std::min(reader.lineNumber(), facts.recordsNeeded));
 }

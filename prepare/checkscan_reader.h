@@ -39,8 +39,8 @@ private:
 /// True if a character of \a text stands for a byte beyond ASCII.
 bool isForeign(QStringView text);
 
-/// True if the bytes that \a text stands for are valid UTF-8.
-bool isUtf8(QStringView text);
+/// Stores the evidence for the encoding that \a name gives, which is not ASCII.
+void addForeignName(QStringView name, FileFacts &facts);
 
 void scanDxf(ScanReader &reader, const CheckOptions &options, FileFacts &facts);
 void scanMif(ScanReader &reader, const QString &fileName, const CheckOptions &options, FileFacts &facts);

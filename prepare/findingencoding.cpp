@@ -1,7 +1,11 @@
 #include "findingencoding.h"
 
+#include "encodingguess.h"
+
 #include <QHash>
 #include <QTextCodec>
+
+#include <algorithm>
 
 namespace {
 
@@ -46,12 +50,19 @@ bool isUtf8Drawing(const QString &version)
     return version.startsWith(QLatin1String("AC")) && version.mid(2).toInt() >= 1021;
 }
 
-/// The encoding of the names by their bytes and, if these leave it open, by the header; null if both do.
+/// The encoding of the names by their bytes and, if there are too few for a guess, by the header; null if both leave it
+/// open.
 QTextCodec *actualCodec(const FileFacts &facts)
 {
+    constexpr int enough = 60;
     if (facts.namesAreUtf8)
         return QTextCodec::codecForName("UTF-8");
-    return isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
+    QTextCodec *const declared = isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
+    const auto foreignBytes = std::count_if(facts.foreignNames.begin(), facts.foreignNames.end(),
+                                            [](char c) { return static_cast<uchar>(c) >= 0x80; });
+    if (foreignBytes < enough)
+        return declared;
+    return QTextCodec::codecForName(guessEncoding(facts.foreignNames, declared ? declared->name() : QByteArray()));
 }
 
 QString nameOf(const QTextCodec *codec)

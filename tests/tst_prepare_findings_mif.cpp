@@ -22,6 +22,8 @@ private Q_SLOTS:
     void degreesAreFound();
     void encodingIsFound_data();
     void encodingIsFound();
+    void bytesCountMoreThanTheHeader_data();
+    void bytesCountMoreThanTheHeader();
     void byteOrderMarkOverridesTheEncoding();
     void midFileDoesNotMatterWithoutSearch();
     void midFileOfThePointsIsFound();
@@ -244,6 +246,29 @@ void tst_PrepareFindingsMif::encodingIsFound()
 
     const QString header = QStringLiteral("VERSION 300\nCHARSET \"%1\"\nDELIMITER \",\"\nDATA\n").arg(charset);
     const FileReport report = check.checkMifText(header + line, {});
+
+    QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsMif::bytesCountMoreThanTheHeader_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("findings");
+
+    QTest::newRow("as the header says") << QByteArray("windows-1251") << QString();
+    QTest::newRow("in another code page") << QByteArray("IBM866") << QStringLiteral("encoding 1 @ MID, запись 1");
+}
+
+void tst_PrepareFindingsMif::bytesCountMoreThanTheHeader()
+{
+    QFETCH(QByteArray, written);
+    CheckFixture check;
+    check.options.encoding = QStringLiteral("windows-1251");
+    check.files.write(QStringLiteral("plan.mid"),
+                      {QStringLiteral("Земельный участок для ведения садоводства расположенный за деревней у реки")},
+                      written.constData());
+
+    const FileReport report = check.checkMif(line, {});
 
     QTEST(described(report.findings), "findings");
 }
