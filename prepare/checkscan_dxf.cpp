@@ -33,7 +33,7 @@ void assign(QString &to, QStringView from)
 } // namespace
 
 // Returns false at the end of the file and at a blank line in place of a group code.
-bool DxfScan::readPair()
+bool DrawingScan::readPair()
 {
     if (!m_reader.readLine())
         return false;
@@ -46,7 +46,7 @@ bool DxfScan::readPair()
     return true;
 }
 
-void DxfScan::setHeaderFault(HeaderFault fault)
+void DrawingScan::setHeaderFault(HeaderFault fault)
 {
     m_facts.headerFault = fault;
     m_facts.headerLine = m_reader.lineNumber();
@@ -54,7 +54,7 @@ void DxfScan::setHeaderFault(HeaderFault fault)
 }
 
 // Returns false if the file is no drawing in pairs.
-bool DxfScan::checkHeader()
+bool DrawingScan::checkHeader()
 {
     bool ok = readPair();
     if (ok && m_code == 999) {
@@ -74,7 +74,7 @@ bool DxfScan::checkHeader()
 }
 
 // The texts of the entity reuse their memory.
-void DxfScan::beginEntity()
+void DrawingScan::beginEntity()
 {
     finishEntity();
     m_entity.kind = kindOf(m_value);
@@ -97,14 +97,14 @@ void DxfScan::beginEntity()
 }
 
 // Like the import takes the next value for the name, whatever its group code is.
-void DxfScan::beginSection()
+void DrawingScan::beginSection()
 {
     m_entity.kind = Kind::Nothing;
     if (readPair())
         assign(m_section, m_value);
 }
 
-void DxfScan::readVertexGroup()
+void DrawingScan::readVertexGroup()
 {
     bool ok = false;
     if (m_code == 10) {
@@ -120,7 +120,7 @@ void DxfScan::readVertexGroup()
 
 // Positions count in a system of its own, which the import ignores, if the extrusion is not the Z axis: mostly it is
 // the opposite one, and X is mirrored.
-void DxfScan::readExtrusion()
+void DrawingScan::readExtrusion()
 {
     constexpr double tolerance = 1e-6;
     bool ok = false;
@@ -130,7 +130,7 @@ void DxfScan::readExtrusion()
         m_entity.isInOtherPlane = true;
 }
 
-void DxfScan::readText()
+void DrawingScan::readText()
 {
     assign(m_entity.text, m_value);
     m_entity.hasForeignText = isForeign(m_value);
@@ -138,7 +138,7 @@ void DxfScan::readText()
         addForeignName(m_value, m_facts);
 }
 
-void DxfScan::readVariable()
+void DrawingScan::readVariable()
 {
     if (m_code == 9)
         assign(m_variable, m_value);
@@ -148,7 +148,7 @@ void DxfScan::readVariable()
         m_facts.drawingVersion = m_value.toString();
 }
 
-void DxfScan::readGroup()
+void DrawingScan::readGroup()
 {
     if (m_section == QLatin1String("HEADER"))
         return readVariable();
@@ -168,7 +168,7 @@ void DxfScan::readGroup()
         readVertexGroup();
 }
 
-void DxfScan::finish()
+void DrawingScan::finish()
 {
     finishEntity();
     finishOutline();
@@ -181,7 +181,7 @@ void DxfScan::finish()
     m_facts.truncatedPlace = QStringLiteral("строка %1").arg(line);
 }
 
-void DxfScan::run()
+void DrawingScan::run()
 {
     if (!checkHeader())
         return;
@@ -196,5 +196,5 @@ void DxfScan::run()
 
 void scanDxf(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
 {
-    DxfScan(reader, options, facts).run();
+    DrawingScan(reader, options, facts).run();
 }

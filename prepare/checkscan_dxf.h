@@ -9,10 +9,10 @@
 
 /// Scans the pairs of a drawing. Unlike the import it looks into blocks, counts what the import passes over and
 /// continues behind a header that the import rejects.
-class DxfScan
+class DrawingScan
 {
 public:
-    DxfScan(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
+    DrawingScan(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
         : m_reader(reader),
           m_codec(options.codec()),
           m_facts(facts),

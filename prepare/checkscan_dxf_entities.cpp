@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-DxfScan::Kind DxfScan::kindOf(QStringView keyword)
+DrawingScan::Kind DrawingScan::kindOf(QStringView keyword)
 {
     static const QHash<QString, Kind> kinds{
         {QStringLiteral("ARC"), Kind::Curve},           {QStringLiteral("ATTDEF"), Kind::Nothing},
@@ -26,14 +26,14 @@ DxfScan::Kind DxfScan::kindOf(QStringView keyword)
     return kinds.value(QString::fromRawData(keyword.data(), static_cast<int>(keyword.size())), Kind::Unread);
 }
 
-QString DxfScan::placeOf(const Entity &entity) const
+QString DrawingScan::placeOf(const Entity &entity) const
 {
     return QStringLiteral("строка %1, слой «%2», %3")
         .arg(QString::number(entity.line), m_reader.decoded(entity.layer, m_codec),
              m_reader.decoded(entity.keyword, m_codec));
 }
 
-void DxfScan::add(Tally &tally, const Entity &entity, qint64 count) const
+void DrawingScan::add(Tally &tally, const Entity &entity, qint64 count) const
 {
     if (tally.count == 0) {
         tally.line = entity.line;
@@ -43,7 +43,7 @@ void DxfScan::add(Tally &tally, const Entity &entity, qint64 count) const
 }
 
 // The vertices of polylines in space and of meshes are not in the system of the entity.
-void DxfScan::addPlane(const Entity &entity)
+void DrawingScan::addPlane(const Entity &entity)
 {
     constexpr int spatial = 8 | 16 | 64;
     const bool isSpatial = entity.kind == Kind::Polyline && (entity.flags.toInt() & spatial) != 0;
@@ -51,7 +51,7 @@ void DxfScan::addPlane(const Entity &entity)
         add(Trait::OtherPlane, entity);
 }
 
-void DxfScan::addVertex()
+void DrawingScan::addVertex()
 {
     if (m_hasVertex && m_outline)
         m_outline->bulges.addVertex(m_vertex);
@@ -60,7 +60,7 @@ void DxfScan::addVertex()
 }
 
 // Only the value 1 closes a POLYLINE in the import. A mesh or a smoothed polyline is a different matter.
-void DxfScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
+void DrawingScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
 {
     constexpr int closed = 1;
     constexpr int smoothed = 2 | 4;
@@ -72,7 +72,7 @@ void DxfScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
         add(Trait::PolylineFlag, polyline);
 }
 
-void DxfScan::finishOutline()
+void DrawingScan::finishOutline()
 {
     if (!m_outline)
         return;
@@ -90,13 +90,13 @@ void DxfScan::finishOutline()
 }
 
 // With known points the import sorts the texts.
-void DxfScan::addPoint()
+void DrawingScan::addPoint()
 {
     m_collectsTexts = false;
     m_texts.clear();
 }
 
-void DxfScan::addText()
+void DrawingScan::addText()
 {
     addPlane(m_entity);
     if (m_entity.hasForeignText)
@@ -106,7 +106,7 @@ void DxfScan::addText()
 }
 
 // The list of keywords is limited, because a file may invent any number of them.
-void DxfScan::addUnread()
+void DrawingScan::addUnread()
 {
     constexpr int maxKinds = 50;
     add(Trait::UnreadEntity, m_entity);
@@ -115,7 +115,7 @@ void DxfScan::addUnread()
         ++m_facts.unreadKinds[keyword];
 }
 
-void DxfScan::finishInBlocks()
+void DrawingScan::finishInBlocks()
 {
     if (m_entity.kind == Kind::Block)
         m_blocks.begin(m_entity.name);
@@ -125,7 +125,7 @@ void DxfScan::finishInBlocks()
         m_blocks.addContent();
 }
 
-void DxfScan::finishInEntities()
+void DrawingScan::finishInEntities()
 {
     switch (m_entity.kind) {
     case Kind::Curve:
@@ -162,7 +162,7 @@ void DxfScan::finishInEntities()
     }
 }
 
-void DxfScan::finishEntity()
+void DrawingScan::finishEntity()
 {
     if (m_section == QLatin1String("BLOCKS"))
         finishInBlocks();
