@@ -15,13 +15,20 @@ constexpr qint64 maxDrawnVertices = 200000;
 constexpr auto dark = "#1b2a41";
 constexpr auto red = "#d81e05";
 
-/// The rectangle of all finite positions.
+/// True for positions whose differences are exact enough for a picture.
+bool isDrawable(double x, double y)
+{
+    constexpr double limit = 1e15;
+    return std::fabs(x) < limit && std::fabs(y) < limit;
+}
+
+/// The rectangle of all drawable positions.
 class Bounds
 {
 public:
     void add(double x, double y)
     {
-        if (!std::isfinite(x) || !std::isfinite(y))
+        if (!isDrawable(x, y))
             return;
         m_left = m_isEmpty ? x : std::min(m_left, x);
         m_right = m_isEmpty ? x : std::max(m_right, x);
@@ -53,8 +60,6 @@ public:
           m_scale(pictureSize / std::max({bounds.width(), bounds.height(), 1e-9}))
     {
     }
-
-    bool isDrawable(double x, double y) const { return std::isfinite(x) && std::isfinite(y); }
 
     QPoint at(double x, double y) const
     {
@@ -93,7 +98,7 @@ public:
 
     void add(double x, double y, bool isLast)
     {
-        if (!m_canvas.isDrawable(x, y) || m_count >= maxDrawnVertices)
+        if (!isDrawable(x, y) || m_count >= maxDrawnVertices)
             return;
         const QPoint at = m_canvas.at(x, y);
         constexpr int pixel = 10;
@@ -175,7 +180,7 @@ public:
     void add(double x, double y)
     {
         constexpr int maxDots = 20000;
-        if (m_canvas.isDrawable(x, y) && m_count++ < maxDots)
+        if (isDrawable(x, y) && m_count++ < maxDots)
             m_data += 'M' + textOf(m_canvas.at(x, y)) + "h0";
     }
 
