@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -62,6 +64,16 @@ QString objectPlace(const DefPolygon &object)
     return QStringLiteral("объект «%1»").arg(object.def);
 }
 
+/// True for a number with decimals, as the height of a spot has.
+bool isDecimal(const QString &name)
+{
+    const int point = std::max(name.indexOf(QLatin1Char('.')), name.indexOf(QLatin1Char(',')));
+    const int sign = name.startsWith(QLatin1Char('-')) || name.startsWith(QLatin1Char('+')) ? 1 : 0;
+    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
+    return point > sign && point < name.size() - 1 && std::all_of(name.begin() + sign, name.begin() + point, isDigit) &&
+           std::all_of(name.begin() + point + 1, name.end(), isDigit);
+}
+
 std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
 {
     std::vector<Named> entries;
@@ -78,27 +90,51 @@ std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
     return entries;
 }
 
+/// The first object, in the order of the file, that a number concerns.
+class FirstPlace
+{
+public:
+    void add(const Named &number)
+    {
+        if (!m_first || number.object < m_first->object)
+            m_first = number;
+    }
+
+    QString text(const QVector<DefPolygon> &objects) const
+    {
+        if (!m_first)
+            return {};
+        return QStringLiteral("%1, номер «%2»").arg(objectPlace(objects.at(m_first->object)), *m_first->name);
+    }
+
+private:
+    std::optional<Named> m_first;
+};
+
 void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
 {
+    FirstPlace shared;
+    FirstPlace decimal;
     std::vector<Named> entries = numberedVertices(objects);
     std::sort(entries.begin(), entries.end(), lessByPosition);
-    int firstObject = objects.size();
     forEachName(entries, [&](auto begin, auto end) {
         ++statistics.numbers;
-        qint64 positions = 1;
-        int object = begin->object;
-        for (auto it = begin + 1; it != end; ++it) {
-            positions += isSamePosition(it[-1], *it) ? 0 : 1;
-            object = std::min(object, it->object);
+        const auto first =
+            *std::min_element(begin, end, [](const Named &a, const Named &b) { return a.object < b.object; });
+        if (isDecimal(*begin->name)) {
+            ++statistics.decimalNames;
+            decimal.add(first);
         }
-        if (positions == 1)
-            return;
-        statistics.sharedPositions += positions;
-        if (object >= firstObject)
-            return;
-        firstObject = object;
-        statistics.sharedPlace = QStringLiteral("%1, номер «%2»").arg(objectPlace(objects.at(object)), *begin->name);
+        qint64 positions = 1;
+        for (auto it = begin + 1; it != end; ++it)
+            positions += isSamePosition(it[-1], *it) ? 0 : 1;
+        if (positions > 1) {
+            statistics.sharedPositions += positions;
+            shared.add(first);
+        }
     });
+    statistics.sharedPlace = shared.text(objects);
+    statistics.decimalNamePlace = decimal.text(objects);
 }
 
 void countUnnumbered(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
@@ -119,42 +155,26 @@ void countUnnumbered(const QVector<DefPolygon> &objects, ImportStatistics &stati
 void countNames(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
 {
     QHash<QString, int> firstObjects; // -1: counted
+    bool hasDecimal = false;
     for (int i = 0; i < objects.size(); ++i) {
         const QString name = objects.at(i).def.toCaseFolded();
         if (name.isEmpty())
             continue;
+        if (isDecimal(name)) {
+            ++statistics.decimalNames;
+            if (!std::exchange(hasDecimal, true))
+                statistics.decimalNamePlace = objectPlace(objects.at(i));
+        }
         const auto first = firstObjects.find(name);
         if (first == firstObjects.end()) {
             firstObjects.insert(name, i);
             continue;
         }
         if (statistics.sharedNames == 0)
-            statistics.sharedNamePlace = objectPlace(objects.at(i));
+            statistics.sharedNamePlace = objectPlace(objects.at(*first));
         statistics.sharedNames += *first >= 0 ? 2 : 1;
         *first = -1;
     }
-}
-
-/// True for a number with decimals, as the height of a spot has.
-bool isDecimal(const QString &name)
-{
-    const int point = std::max(name.indexOf(QLatin1Char('.')), name.indexOf(QLatin1Char(',')));
-    const int sign = name.startsWith(QLatin1Char('-')) || name.startsWith(QLatin1Char('+')) ? 1 : 0;
-    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
-    return point > sign && point < name.size() - 1 && std::all_of(name.begin() + sign, name.begin() + point, isDigit) &&
-           std::all_of(name.begin() + point + 1, name.end(), isDigit);
-}
-
-void countDecimalNames(const ImportOutcome &outcome, ImportStatistics &statistics)
-{
-    const auto add = [&statistics](const QString &name, const QString &place) {
-        if (isDecimal(name) && statistics.decimalNames++ == 0)
-            statistics.decimalNamePlace = place.arg(name);
-    };
-    for (const DefPolygon &object : outcome.objects)
-        add(object.def, QStringLiteral("объект «%1»"));
-    for (const DefPoint &point : outcome.knownPoints)
-        add(point.def, QStringLiteral("точка «%1»"));
 }
 
 bool isPossibleDegree(const DefPoint &vertex)
@@ -192,7 +212,6 @@ ImportStatistics statisticsOf(const ImportOutcome &outcome)
     countUnnumbered(outcome.objects, statistics);
     countNumbers(outcome.objects, statistics);
     countNames(outcome.objects, statistics);
-    countDecimalNames(outcome, statistics);
     recogniseDegrees(outcome.objects, statistics);
     return statistics;
 }

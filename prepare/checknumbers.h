@@ -17,7 +17,7 @@ struct ImportStatistics
     qint64 sharedNames = 0; ///< objects whose designation another object has as well
     QString sharedNamePlace;
 
-    qint64 decimalNames = 0; ///< objects and numbered known points whose name is a number with decimals
+    qint64 decimalNames = 0; ///< objects and different vertex numbers that are numbers with decimals
     QString decimalNamePlace;
 
     bool looksGeographic = false; ///< all vertices are possible degrees, and most sides are very short

@@ -17,6 +17,7 @@ enum class Trait {
     PolylineFlag,   ///< closed polylines whose flags the import takes for open
     PolylineKind,   ///< meshes and smoothed polylines
     OtherPlane,     ///< entities in a coordinate system of their own, mostly mirrored
+    PaperSpace,     ///< lines and polylines of a sheet
     BlockReference, ///< references of blocks that draw something
     OpenRing,       ///< rings whose last vertex is not the first
     PlineCount,     ///< PLINE without its number of vertices, or MULTIPLE with fewer than two parts

@@ -90,6 +90,7 @@ void DrawingScan::beginEntity()
     assign(m_entity.text, {});
     m_texts.begin();
     m_entity.hasForeignText = false;
+    m_entity.isOnSheet = false;
     m_entity.isInOtherPlane = false;
     m_hasEnd = m_value == QLatin1String("EOF");
     if (m_entity.kind == Kind::Section)
@@ -158,6 +159,8 @@ void DrawingScan::readGroup()
         assign(m_entity.name, m_value);
     else if (m_code == 70)
         assign(m_entity.flags, m_value);
+    else if (m_code == 67)
+        m_entity.isOnSheet = m_value == QLatin1String("1");
     else if (m_code == 210 || m_code == 220 || m_code == 230)
         readExtrusion();
     else if (m_code == 1 && m_entity.kind == Kind::Text)

@@ -33,7 +33,7 @@ private:
         Nothing, // draws nothing, or belongs to another entity
         Point,
         Polyline,
-        Read, // is read completely
+        Line,
         Section,
         Text,
         UnreadText,
@@ -50,6 +50,7 @@ private:
         QString text;  ///< content of a text
         QString flags; ///< as written, because the import compares them as text
         bool hasForeignText = false;
+        bool isOnSheet = false;      ///< in paper space
         bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
     };
 

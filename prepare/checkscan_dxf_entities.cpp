@@ -16,7 +16,7 @@ DrawingScan::Kind DrawingScan::kindOf(QStringView keyword)
         {QStringLiteral("CIRCLE"), Kind::CentredCurve}, {QStringLiteral("ELLIPSE"), Kind::CentredCurve},
         {QStringLiteral("ENDBLK"), Kind::Nothing},      {QStringLiteral("ENDSEC"), Kind::Nothing},
         {QStringLiteral("EOF"), Kind::Nothing},         {QStringLiteral("HELIX"), Kind::Curve},
-        {QStringLiteral("INSERT"), Kind::Insert},       {QStringLiteral("LINE"), Kind::Read},
+        {QStringLiteral("INSERT"), Kind::Insert},       {QStringLiteral("LINE"), Kind::Line},
         {QStringLiteral("MTEXT"), Kind::UnreadText},    {QStringLiteral("LWPOLYLINE"), Kind::LwPolyline},
         {QStringLiteral("POINT"), Kind::Point},         {QStringLiteral("POLYLINE"), Kind::Polyline},
         {QStringLiteral("SECTION"), Kind::Section},     {QStringLiteral("SEQEND"), Kind::Nothing},
@@ -78,6 +78,8 @@ void DrawingScan::finishOutline()
         return;
     const Entity &polyline = m_outline->entity;
     addPlane(polyline);
+    if (polyline.isOnSheet)
+        add(Trait::PaperSpace, polyline);
     BulgeCounter &bulges = m_outline->bulges;
     if ((polyline.flags.toInt() & 1) != 0)
         bulges.close();
@@ -145,6 +147,10 @@ void DrawingScan::finishInEntities()
         return add(m_blocks.insertions(m_entity.name), m_entity);
     case Kind::Text:
         return addText();
+    case Kind::Line:
+        if (m_entity.isOnSheet)
+            add(Trait::PaperSpace, m_entity);
+        return;
     case Kind::Vertex:
         addVertex();
         if (m_outline && m_entity.flags == QLatin1String("1"))

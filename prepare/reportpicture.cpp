@@ -212,6 +212,11 @@ QByteArray lossPicture(const FoundContent &found, const ImportOutcome &outcome)
     DotWriter known(canvas);
     for (const DefPoint &point : outcome.knownPoints)
         known.add(point.x, point.y);
+    const QByteArray note =
+        found.isDrawnWhole
+            ? QByteArray()
+            : QStringLiteral("<text x=\"12\" y=\"24\">Показана часть: вершин слишком много.</text>\n").toUtf8();
     return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + canvas.size() + "\">\n" +
-           foundPath(found, canvas) + lost.svg(red) + importedPath(outcome, canvas) + known.svg(dark) + "</svg>\n";
+           foundPath(found, canvas) + lost.svg(red) + importedPath(outcome, canvas) + known.svg(dark) + note +
+           "</svg>\n";
 }

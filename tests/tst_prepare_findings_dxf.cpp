@@ -24,6 +24,7 @@ private Q_SLOTS:
     void deviationIsThatOfTheLargestArc_data();
     void deviationIsThatOfTheLargestArc();
     void unreadKindsAreCounted();
+    void noteLeavesTheFileComplete();
 
 private:
     static void addColumns();
@@ -152,6 +153,8 @@ void tst_PrepareFindingsDxf::polylineIsFound_data()
     add("arc", lwPolyline("0", "|42 1"), "bulges 1 @ строка 12, слой «Г», LWPOLYLINE");
     add("closing arc", lwPolyline("1", "|42 -1"), "bulges 2 @ строка 12, слой «Г», LWPOLYLINE");
     add("mirrored", lwPolyline("0", "|210 0|220 0|230 -1"), "mirrored 1 @ строка 12, слой «Г», LWPOLYLINE");
+    add("on a sheet", lwPolyline("0", "|67 1"), "paper-space 1 @ строка 12, слой «Г», LWPOLYLINE");
+    add("in the model", lwPolyline("0", "|67 0"), "");
     add("not mirrored", lwPolyline("0", "|210 0|220 0|230 1"), "");
     add("mirrored text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1|230 -1"),
         "mirrored 1 @ строка 22, слой «0», TEXT");
@@ -180,7 +183,8 @@ void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
     add("height with a comma", drawing(lineEntity + text("5", "-26,6")), "heights-as-names 1 @ объект «-26,6»");
     add("number with two points", drawing(lineEntity + text("5", "1.2.3")), "");
     add("height as a point number", drawing(lineEntity + point("0") + text("0", "101.5") + text("5", "ЗУ")),
-        "heights-as-names 1 @ точка «101.5»");
+        "heights-as-names 1 @ объект «ЗУ», номер «101.5»");
+    add("height of a point beside", drawing(lineEntity + point("50") + text("50", "101.5") + text("5", "ЗУ")), "");
     add("two objects with one text", drawing(lineEntity + second + text("50", "ЗУ")), "shared-names 2 @ объект «ЗУ»");
     add("two objects with two texts", drawing(lineEntity + second + text("5", "А") + text("105", "Б")), "");
     const auto triangle = [](const QByteArray &x) {
@@ -275,6 +279,16 @@ void tst_PrepareFindingsDxf::unreadKindsAreCounted()
 
     QCOMPARE(report.findings.size(), 1);
     QCOMPARE(report.findings.first().text, QStringLiteral("Импорт не читает: HATCH 1, WIPEOUT 2."));
+}
+
+void tst_PrepareFindingsDxf::noteLeavesTheFileComplete()
+{
+    const CheckFixture check;
+
+    const FileReport report = check.checkDxf(drawing("0 LINE|8 0|67 1|10 0|20 0|11 10|21 0"));
+
+    QCOMPARE(described(report.findings), QStringLiteral("paper-space 1 @ строка 12, слой «0», LINE"));
+    QVERIFY(report.isComplete());
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareFindingsDxf)

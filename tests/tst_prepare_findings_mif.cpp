@@ -181,7 +181,7 @@ void tst_PrepareFindingsMif::ringAndNameAreFound_data()
     add("open line", "PLINE 3\n1000 0\n1009 0\n1009 9", "1", "");
     add("decimal name", "LINE 1000 0 1009 0", "12.5", "heights-as-names 1 @ объект «12.5»");
     add("one name twice", "LINE 1000 0 1009 0\nLINE 1000 9 1009 9\nLINE 1000 20 1009 20", "а\nА\nб",
-        "shared-names 2 @ объект «А»");
+        "shared-names 2 @ объект «а»");
     add("one number twice", "POINT 1000 0\nPOINT 1009 0\nLINE 1000 0 1009 0", "7\n7\nа",
         "merged-numbers 2 @ объект «а», номер «7»");
     add("point without a number", "POINT 1000 0\nLINE 1000 0 1009 0", ",\nа", "empty-numbers 1 @ объект «а»");
