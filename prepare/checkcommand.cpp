@@ -6,6 +6,7 @@
 #include "report.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSaveFile>
 
 #ifdef Q_OS_WIN
@@ -23,6 +24,14 @@ bool isErrorOutputTerminal()
 #else
     return isatty(STDERR_FILENO) != 0;
 #endif
+}
+
+/// Replaces the last line of the terminal.
+void showOnTerminal(const QString &text)
+{
+    QFile terminal;
+    if (terminal.open(stderr, QIODevice::WriteOnly))
+        terminal.write("\r\x1b[K" + text.toUtf8());
 }
 
 bool save(const QString &fileName, const QByteArray &bytes)
@@ -85,7 +94,7 @@ void CheckRun::take(FileReport report)
 void CheckRun::print(const FileReport &report)
 {
     if (m_showsProgress)
-        std::fputs("\r\x1b[K", stderr);
+        showOnTerminal(QString());
     const QString text = m_command.json ? QString::fromUtf8(toJson(report)) : reportText(report);
     m_canPrint = printLine(stdout, text) && m_canPrint;
 }
@@ -97,13 +106,12 @@ void CheckRun::showProgress() const
     const auto count = [this](bool (*test)(const FileReport &)) {
         return std::count_if(m_reports.begin(), m_reports.end(), test);
     };
-    const QString text = QStringLiteral("\r\x1b[K%1 of %2 files, %3 complete, %4 rejected")
+    const QString text = QStringLiteral("%1 of %2 files, %3 complete, %4 rejected")
                              .arg(m_reports.size())
                              .arg(m_command.files.size())
                              .arg(count([](const FileReport &report) { return report.isComplete(); }))
                              .arg(count([](const FileReport &report) { return !report.isAccepted; }));
-    std::fputs(text.toUtf8().constData(), stderr);
-    std::fflush(stderr);
+    showOnTerminal(text);
 }
 
 bool CheckRun::finish() const

@@ -55,7 +55,7 @@ void ContentReader::draw(const OGRGeometry &geometry)
             outline.append({line.getX(i), line.getY(i)});
         m_content.outlines.append(outline);
     };
-    if (OGR_GT_IsSubClassOf(wkbFlatten(linear->getGeometryType()), wkbPolygon)) {
+    if (OGR_GT_IsSubClassOf(wkbFlatten(linear->getGeometryType()), wkbPolygon) != 0) {
         for (const OGRLinearRing *const ring : *linear->toPolygon())
             drawLine(*ring);
     } else if (wkbFlatten(linear->getGeometryType()) == wkbLineString) {
@@ -73,14 +73,14 @@ unsigned ContentReader::kindsOfParts(const OGRGeometryCollection &collection)
 
 unsigned ContentReader::kindsOf(const OGRGeometry &geometry)
 {
-    if (geometry.IsEmpty())
+    if (geometry.IsEmpty() != 0)
         return None;
     const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
     if (type == wkbPoint)
         return Points;
-    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection))
+    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection) != 0)
         return kindsOfParts(*geometry.toGeometryCollection());
-    if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface)) {
+    if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0) {
         for (const OGRPolygon *const face : *geometry.toPolyhedralSurface())
             draw(*face);
         return Areas;

@@ -7,9 +7,11 @@
 #include <QProcess>
 #include <QTimer>
 
-CheckPool::CheckPool(const CheckCommand &command, const QString &program)
+#include <utility>
+
+CheckPool::CheckPool(const CheckCommand &command, QString program)
     : m_command(command),
-      m_program(program),
+      m_program(std::move(program)),
       m_reports(command.files.size())
 {
 }

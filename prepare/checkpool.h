@@ -24,7 +24,7 @@ public:
     using Consumer = std::function<void(const FileReport &report)>;
 
     /// \a command must outlive this object. \a program is this program itself, except in tests.
-    CheckPool(const CheckCommand &command, const QString &program);
+    CheckPool(const CheckCommand &command, QString program);
 
     /// Checks all files. Returns when all reports have been delivered.
     void run(const Consumer &consumer);

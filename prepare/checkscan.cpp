@@ -58,7 +58,8 @@ QString ScanReader::decodedWhole(QStringView text, QTextCodec *codec) const
 QString ScanReader::decoded(QStringView text, QTextCodec *codec) const
 {
     constexpr int maxShown = 60;
-    const QString whole = decodedWhole(text.left(4 * maxShown), codec);
+    constexpr int maxBytes = 4 * maxShown; // of one character, at most four
+    const QString whole = decodedWhole(text.left(maxBytes), codec);
     return whole.size() > maxShown ? whole.left(maxShown) + QChar(0x2026) : whole;
 }
 

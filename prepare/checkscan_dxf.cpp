@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr QLatin1String binarySentinel("AutoCAD Binary DXF");
+constexpr auto binarySentinel = "AutoCAD Binary DXF";
 
 /// A plain group code; -1 for anything else. Like the import it does not take 010 for 10.
 int codeOf(QStringView line)
@@ -38,7 +38,7 @@ bool DrawingScan::readPair()
     if (!m_reader.readLine())
         return false;
     m_isBlank = m_reader.line().isEmpty();
-    m_isBinary = m_reader.line().startsWith(binarySentinel);
+    m_isBinary = m_reader.line().startsWith(QLatin1String(binarySentinel));
     m_code = codeOf(m_reader.line());
     if (m_isBlank || m_isBinary || !m_reader.readLine())
         return false;

@@ -7,6 +7,47 @@
 
 #include <optional>
 
+/// What becomes of an entity.
+enum class EntityKind {
+    Unread, // content that the import passes over
+    Block,
+    Curve,
+    CentredCurve, // its centre is a known point
+    Insert,
+    LwPolyline,
+    Nothing, // draws nothing, or belongs to another entity
+    Point,
+    Polyline,
+    Line,
+    Section,
+    Text,
+    UnreadText,
+    Vertex
+};
+
+/// The entity whose groups are read. Its texts reuse their memory.
+struct DrawingEntity
+{
+    EntityKind kind = EntityKind::Nothing;
+    qint64 line = 0;
+    QString keyword;
+    QString layer;
+    QString name;  ///< of a block
+    QString text;  ///< content of a text
+    QString flags; ///< as written, because the import compares them as text
+    bool hasForeignText = false;
+    bool isOnSheet = false;      ///< in paper space
+    bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
+};
+
+/// The polyline whose vertices are read.
+struct DrawingOutline
+{
+    DrawingEntity entity;
+    BulgeCounter bulges;
+    bool hasFlaggedVertex = false; ///< a vertex whose flags close the polyline in the import
+};
+
 /// Scans the pairs of a drawing. Unlike the import it looks into blocks, counts what the import passes over and
 /// continues behind a header that the import rejects.
 class DrawingScan
@@ -23,44 +64,8 @@ public:
     void run();
 
 private:
-    enum class Kind {
-        Unread, // content that the import passes over
-        Block,
-        Curve,
-        CentredCurve, // its centre is a known point
-        Insert,
-        LwPolyline,
-        Nothing, // draws nothing, or belongs to another entity
-        Point,
-        Polyline,
-        Line,
-        Section,
-        Text,
-        UnreadText,
-        Vertex
-    };
-
-    struct Entity
-    {
-        Kind kind = Kind::Nothing;
-        qint64 line = 0;
-        QString keyword;
-        QString layer;
-        QString name;  ///< of a block
-        QString text;  ///< content of a text
-        QString flags; ///< as written, because the import compares them as text
-        bool hasForeignText = false;
-        bool isOnSheet = false;      ///< in paper space
-        bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
-    };
-
-    /// The polyline whose vertices are read.
-    struct Outline
-    {
-        Entity entity;
-        BulgeCounter bulges;
-        bool hasFlaggedVertex = false; ///< a vertex whose flags close the polyline in the import
-    };
+    using Kind = EntityKind;
+    using Entity = DrawingEntity;
 
     static Kind kindOf(QStringView keyword);
 
@@ -108,7 +113,7 @@ private:
     Entity m_entity;
     BulgedVertex m_vertex;
     bool m_hasVertex = false;
-    std::optional<Outline> m_outline;
+    std::optional<DrawingOutline> m_outline;
     BlockContents m_blocks;
     bool m_collectsTexts; ///< no points have occurred, without which the texts are not sorted
     DrawingTexts m_texts;

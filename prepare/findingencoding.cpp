@@ -62,7 +62,8 @@ QTextCodec *actualCodec(const FileFacts &facts)
                                             [](char c) { return static_cast<uchar>(c) >= 0x80; });
     if (foreignBytes < enough)
         return declared;
-    return QTextCodec::codecForName(guessEncoding(facts.foreignNames, declared ? declared->name() : QByteArray()));
+    return QTextCodec::codecForName(
+        guessEncoding(facts.foreignNames, declared != nullptr ? declared->name() : QByteArray()));
 }
 
 QString nameOf(const QTextCodec *codec)

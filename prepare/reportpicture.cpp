@@ -143,7 +143,7 @@ QByteArray path(const QByteArray &data, const char *colour, const char *width)
 {
     if (data.isEmpty())
         return {};
-    return QByteArray("<path fill=\"none\" stroke=\"") + colour + "\" stroke-width=\"" + width + "\" d=\"" + data +
+    return QByteArray(R"(<path fill="none" stroke=")") + colour + R"(" stroke-width=")" + width + R"(" d=")" + data +
            "\"/>\n";
 }
 
@@ -188,7 +188,7 @@ public:
     {
         if (m_data.isEmpty())
             return {};
-        return QByteArray("<path stroke=\"") + colour + "\" stroke-width=\"5\" stroke-linecap=\"round\" d=\"" + m_data +
+        return QByteArray(R"(<path stroke=")") + colour + R"(" stroke-width="5" stroke-linecap="round" d=")" + m_data +
                "\"/>\n";
     }
 
@@ -212,11 +212,10 @@ QByteArray lossPicture(const FoundContent &found, const ImportOutcome &outcome)
     DotWriter known(canvas);
     for (const DefPoint &point : outcome.knownPoints)
         known.add(point.x, point.y);
-    const QByteArray note =
-        found.isDrawnWhole
-            ? QByteArray()
-            : QStringLiteral("<text x=\"12\" y=\"24\">Показана часть: вершин слишком много.</text>\n").toUtf8();
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + canvas.size() + "\">\n" +
+    const QByteArray note = found.isDrawnWhole
+                                ? QByteArray()
+                                : QByteArray(R"(<text x="12" y="24">Показана часть: вершин слишком много.</text>)");
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" + canvas.size() + "\">\n" +
            foundPath(found, canvas) + lost.svg(red) + importedPath(outcome, canvas) + known.svg(dark) + note +
            "</svg>\n";
 }
