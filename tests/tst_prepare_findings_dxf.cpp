@@ -25,6 +25,8 @@ private Q_SLOTS:
     void deviationIsThatOfTheLargestArc();
     void unreadKindsAreCounted();
     void noteLeavesTheFileComplete();
+    void lineIsThatOfTheFileAfterASecondPass_data();
+    void lineIsThatOfTheFileAfterASecondPass();
 
 private:
     static void addColumns();
@@ -289,6 +291,28 @@ void tst_PrepareFindingsDxf::noteLeavesTheFileComplete()
 
     QCOMPARE(described(report.findings), QStringLiteral("paper-space 1 @ строка 12, слой «0», LINE"));
     QVERIFY(report.isComplete());
+}
+
+void tst_PrepareFindingsDxf::lineIsThatOfTheFileAfterASecondPass_data()
+{
+    QTest::addColumn<QStringList>("end");
+
+    QTest::newRow("even number of lines") << QStringList();
+    QTest::newRow("odd number of lines") << QStringList{QStringLiteral("999")};
+}
+
+// Without a search for points the import reads the texts in a pass of their own and goes on counting lines.
+void tst_PrepareFindingsDxf::lineIsThatOfTheFileAfterASecondPass()
+{
+    QFETCH(QStringList, end);
+    CheckFixture check;
+    check.options.searchPoints = false;
+
+    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 LINE|10 0,5|20 0|11 10|21 0") + end);
+
+    QCOMPARE(report.messages.size(), 1);
+    QVERIFY(!report.messages.first().endsWith(QStringLiteral(": 24")));
+    QCOMPARE(described(report.findings), QStringLiteral("stops-early 1 @ строка 24"));
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareFindingsDxf)
