@@ -158,6 +158,7 @@ void tst_PrepareFindingsDxf::polylineIsFound_data()
     add("on a sheet", lwPolyline("0", "|67 1"), "paper-space 1 @ строка 12, слой «Г», LWPOLYLINE");
     add("in the model", lwPolyline("0", "|67 0"), "");
     add("not mirrored", lwPolyline("0", "|210 0|220 0|230 1"), "");
+    add("polylines in space have no plane of their own", polyline("8|230 -1"), "");
     add("mirrored text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1|230 -1"),
         "mirrored 1 @ строка 22, слой «0», TEXT");
     add("lines have no plane of their own", drawing(lineEntity + "|230 -1"), "");
@@ -196,6 +197,11 @@ void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
     const QByteArray unordered = text("105", "Б") + text("205", "В") + text("5", "А");
     add("texts not in order", drawing(lineEntity + unordered), "misplaced-names 1 @ объект «Б»");
     add("texts not in order, with a point", drawing(lineEntity + unordered + point("50")), "");
+    add("aligned texts not in order",
+        drawing(lineEntity + text("105", "Б") + text("205", "В") + text("500", "А") + "|72 1|11 5|21 0"),
+        "misplaced-names 1 @ объект «Б»");
+    add("two texts equally near", drawing(lineEntity + "|0 TEXT|8 0|10 5|20 1|40 1|1 А|0 TEXT|8 0|10 5|20 -1|40 1|1 Б"),
+        "");
     add("texts in order", drawing(lineEntity + text("5", "А") + text("105", "Б") + text("205", "В")), "");
     add("degrees", triangle("3"), "degrees 3 @ объект «:ЗУ1»");
     add("too many degrees", triangle("18"), "");
