@@ -23,14 +23,24 @@ QString filled(const QString &text, const QStringList &details)
     return result;
 }
 
+/// Texts of the file may contain control characters, with which they could command a terminal.
+QString printable(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = QChar(QChar::ReplacementCharacter);
+    }
+    return text;
+}
+
 Finding findingOf(const FindingRule &rule, const Detection &detection)
 {
     return {QString::fromLatin1(rule.id),
             rule.severity,
             detection.count,
-            detection.place,
-            filled(rule.text, detection.details),
-            filled(rule.cure, detection.details)};
+            printable(detection.place),
+            printable(filled(rule.text, detection.details)),
+            printable(filled(rule.cure, detection.details))};
 }
 
 /// What the findings so far account for.

@@ -19,6 +19,8 @@ private Q_SLOTS:
     void hugeCountsAreHarmless_data();
     void hugeCountsAreHarmless();
     void specialNumbersAreDrawn();
+    void controlCharactersAreNotPrinted();
+    void marksInTheFileAreNotFilled();
 
 private:
     static void addFiles();
@@ -191,6 +193,26 @@ void tst_PrepareCheckBadInput::specialNumbersAreDrawn()
     const FileReport report = checkFile(fileName, check.options, true);
 
     QVERIFY2(report.picture.contains("d=\"M10.0 10.0L810.0 10.0\""), report.picture.constData());
+}
+
+void tst_PrepareCheckBadInput::controlCharactersAreNotPrinted()
+{
+    const CheckFixture check;
+
+    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 ARC|8 a\x1b[31mb|10 0|20 0|40 5|50 0|51 90"));
+
+    QCOMPARE(described(report.findings), QStringLiteral("curves 1 @ строка 22, слой «a\uFFFD[31mb», ARC"));
+}
+
+void tst_PrepareCheckBadInput::marksInTheFileAreNotFilled()
+{
+    const CheckFixture check;
+
+    const FileReport report =
+        check.checkMifText(mifHeader.left(12) + QStringLiteral("%2 %3 %1\nDATA\n"), QStringLiteral("1"));
+
+    QVERIFY2(report.findings.first().text.endsWith(QStringLiteral("«%2 %3 %1».")),
+             qPrintable(report.findings.first().text));
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareCheckBadInput)
