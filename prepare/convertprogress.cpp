@@ -18,10 +18,11 @@ constexpr qint64 interval = 200;
 
 volatile std::sig_atomic_t interrupted = 0;
 
+// A second signal ends the program even where GDAL hangs; then the temporary folder remains.
 void interrupt(int signal)
 {
     interrupted = 1;
-    std::signal(signal, interrupt); // some systems reset the handler
+    std::signal(signal, SIG_DFL);
 }
 
 bool isErrorOutputTerminal()

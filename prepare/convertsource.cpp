@@ -83,8 +83,12 @@ bool ConvertSource::open()
 {
     const QString &input = m_options.input;
     GDALAllRegister();
-    if (QFileInfo(input).isFile()) {
-        if (!QFileInfo(input).isReadable())
+    const QFileInfo info(input);
+    // Reading a pipe or device may block or never end.
+    if (info.exists() && !info.isFile() && !info.isDir())
+        return fail(QStringLiteral("\"%1\" is not a file.").arg(input));
+    if (info.isFile()) {
+        if (!info.isReadable())
             return fail(QStringLiteral("Cannot read \"%1\".").arg(input));
         if (isBinaryDxf(firstBytes(input)))
             return openBinaryDxf();
@@ -104,7 +108,7 @@ bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *o
     CPLErrorReset();
     m_dataset.reset(GDALDataset::Open(fileName.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions));
     if (m_dataset != nullptr) {
-        addRasters();
+        addRasters(fileName);
         return true;
     }
     const QString reason = QString::fromUtf8(CPLGetLastErrorMsg());
@@ -113,11 +117,20 @@ bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *o
     return fail(QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads.").arg(m_options.input));
 }
 
-void ConvertSource::addRasters()
+// A dataset that is opened for its vectors does not show its rasters.
+void ConvertSource::addRasters(const QByteArray &fileName)
 {
-    const int count = m_dataset->GetRasterCount() > 0 ? 1 : CSLCount(m_dataset->GetMetadata("SUBDATASETS")) / 2;
+    GDALDriver &driver = *m_dataset->GetDriver();
+    if (driver.GetMetadataItem(GDAL_DCAP_RASTER) == nullptr)
+        return;
+    const char *const drivers[] = {driver.GetDescription(), nullptr};
+    const GDALDatasetUniquePtr rasters(
+        GDALDataset::Open(fileName.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY, drivers));
+    if (rasters == nullptr)
+        return;
+    const int count = rasters->GetRasterCount() > 0 ? 1 : CSLCount(rasters->GetMetadata("SUBDATASETS")) / 2;
     if (count > 0)
-        m_content.leftOut[QStringLiteral("raster")] += count;
+        m_content.leftOut[QStringLiteral("raster")] = count;
 }
 
 bool ConvertSource::openBinaryDxf()
@@ -200,7 +213,6 @@ bool ConvertSource::openShapefile()
         }
         m_encoding = guessEncoding(sample, declared);
     }
-    m_content.leftOut.remove(QStringLiteral("raster"));
     const QByteArray option = "ENCODING=" + m_encoding;
     const char *const decoded[] = {option.constData(), nullptr};
     return openDataset(name, m_encoding.isEmpty() ? nullptr : decoded);

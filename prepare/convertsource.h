@@ -42,7 +42,7 @@ private:
     bool openMif();
     bool openShapefile();
     void addNotes(const DxfInspection &scan);
-    void addRasters();
+    void addRasters(const QByteArray &fileName);
 
     const ConvertOptions &m_options;
     ConvertContent &m_content;

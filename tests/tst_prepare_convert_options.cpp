@@ -21,6 +21,7 @@ private Q_SLOTS:
     void placesOutsideTheSystemAreLeftOut();
     void coordinatesAreExchanged();
     void layersAreChosen();
+    void rastersAreListed();
     void featuresAreChosen();
     void outputHasTheEncoding_data();
     void outputHasTheEncoding();
@@ -202,6 +203,23 @@ void tst_PrepareConvertOptions::layersAreChosen()
     const ConvertRun run = fixture.run(arguments("a.gpkg b.mif --layer four"));
     QCOMPARE(run.status, 2);
     QCOMPARE(run.messages, QStringLiteral("importprepare: --layer: the input has no layer \"four\"."));
+}
+
+void tst_PrepareConvertOptions::rastersAreListed()
+{
+    ConvertFixture fixture;
+    const QByteArray name = fixture.path(QStringLiteral("a.gpkg")).toUtf8();
+    GDALDatasetUniquePtr dataset(
+        GetGDALDriverManager()->GetDriverByName("GPKG")->Create(name.constData(), 4, 4, 1, GDT_Byte, nullptr));
+    double corners[] = {0, 1, 0, 4, 0, -1};
+    QCOMPARE(dataset->SetGeoTransform(corners), CE_None);
+    dataset.reset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+    QVERIFY(dataset->CreateLayer("parcels", nullptr, wkbPolygon, nullptr) != nullptr);
+    dataset.reset();
+
+    QVERIFY(fixture.convert(QStringLiteral("a.gpkg")));
+
+    QCOMPARE(fixture.list("leftOut"), QStringLiteral("raster 1"));
 }
 
 void tst_PrepareConvertOptions::featuresAreChosen()

@@ -8,6 +8,9 @@
 
 #include <csignal>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 #ifdef Q_OS_LINUX
 #include <sys/mount.h>
 #include <unistd.h>
@@ -26,6 +29,7 @@ private Q_SLOTS:
     void unusableOutputIsReported();
     void unusableInputIsReported_data();
     void unusableInputIsReported();
+    void pipeIsRefused();
     void everyTruncatedDrawingIsReportedOrConverted();
     void fullDiskLeavesNothing();
     void interruptionLeavesNothing_data();
@@ -167,6 +171,21 @@ void tst_PrepareConvertOutput::unusableInputIsReported()
     QCOMPARE(run.output, QString());
     QVERIFY2(run.messages.startsWith(QStringLiteral("importprepare: ") + message), qUtf8Printable(run.messages));
     QVERIFY(!entries(fixture.path(QString())).contains(QStringLiteral("out.mif")));
+}
+
+void tst_PrepareConvertOutput::pipeIsRefused()
+{
+#ifdef Q_OS_UNIX
+    const ConvertFixture fixture;
+    QCOMPARE(mkfifo(fixture.path(QStringLiteral("pipe.dxf")).toUtf8().constData(), 0600), 0);
+
+    const ConvertRun run = fixture.run(arguments("pipe.dxf out.mif"));
+
+    QCOMPARE(run.status, 3);
+    QCOMPARE(run.messages, QStringLiteral("importprepare: \"pipe.dxf\" is not a file."));
+#else
+    QSKIP("pipes of Unix");
+#endif
 }
 
 void tst_PrepareConvertOutput::everyTruncatedDrawingIsReportedOrConverted()
