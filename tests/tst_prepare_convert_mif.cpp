@@ -152,7 +152,7 @@ void tst_PrepareConvertMif::missingRecordsAreAdded_data()
     row("empty line", "A,1\n\nC,3", "A", "ЗУ1", "C", "missing-record 1");
     row("too few", "A,1", "A", "ЗУ1", "ЗУ2", "missing-record 2");
     row("none", "", "ЗУ1", "ЗУ2", "ЗУ3", "missing-record 3");
-    row("too many", "A,1\nB,2\nC,3\nD,4\n\n", "A", "B", "C", "");
+    row("too many", "A,1\nB,2\nC,3\nE,5\n\n", "A", "B", "C", "");
 }
 
 void tst_PrepareConvertMif::missingRecordsAreAdded()
