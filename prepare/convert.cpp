@@ -160,6 +160,16 @@ Outcome convert(const ConvertOptions &options)
     return outcome;
 }
 
+// Names and messages may hold control characters of the file, which a terminal would obey.
+QString printable(QString text)
+{
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control && c != QLatin1Char('\n'))
+            c = QLatin1Char('?');
+    }
+    return text;
+}
+
 Outcome convertWithinMemory(const ConvertOptions &options)
 {
     try {
@@ -180,6 +190,6 @@ int runConvert(const QStringList &arguments)
         return printLine(stdout, commandLine.options().help) ? Complete : Incomplete;
     const Outcome outcome = convertWithinMemory(commandLine.options());
     if (outcome.status != Complete)
-        return fail(outcome.text, outcome.status);
-    return printLine(stdout, outcome.text) ? Complete : Incomplete;
+        return fail(printable(outcome.text), outcome.status);
+    return printLine(stdout, printable(outcome.text)) ? Complete : Incomplete;
 }

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void layersAreThoseOfTheEntities();
     void ignoredEntitiesAreListed_data();
     void ignoredEntitiesAreListed();
+    void controlCharactersAreNotPrinted();
     void notesAreGiven_data();
     void notesAreGiven();
     void encodingIsFound_data();
@@ -311,6 +312,18 @@ void tst_PrepareConvertDrawings::ignoredEntitiesAreListed()
 
     QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 0 0, н2 10 0]"));
     QTEST(fixture.list("leftOut"), "leftOut");
+}
+
+void tst_PrepareConvertDrawings::controlCharactersAreNotPrinted()
+{
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawing(line + QStringLiteral("|0 A\x1b[31mB|8 0")));
+
+    const ConvertRun run = fixture.run(arguments("a.dxf out.mif"));
+
+    QCOMPARE(run.status, 0);
+    QVERIFY2(run.output.contains(QStringLiteral("Left out: entities A?[31mB, which GDAL does not read: 1.\n")),
+             qUtf8Printable(run.output));
 }
 
 void tst_PrepareConvertDrawings::notesAreGiven_data()
