@@ -4,7 +4,10 @@
 #include "messagewindow.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
@@ -19,6 +22,21 @@ template <typename Widget>
 Widget *optional(QWidget *dialog, const char *name)
 {
     return DialogWidgets(dialog, [](const QString & /*error*/) {}).find<Widget>(name);
+}
+
+// The name in a line edit as an absolute path; empty without one.
+QString fileIn(QWidget *dialog, const char *name)
+{
+    const auto *const edit = optional<QLineEdit>(dialog, name);
+    if (edit == nullptr || edit->text().isEmpty())
+        return QString();
+    return QFileInfo(QDir::fromNativeSeparators(edit->text())).absoluteFilePath();
+}
+
+bool isChecked(QWidget *dialog, const char *name, bool byDefault)
+{
+    const auto *const check = optional<QCheckBox>(dialog, name);
+    return check == nullptr ? byDefault : check->isChecked();
 }
 
 } // namespace
@@ -74,6 +92,22 @@ void OperationRun::observeDialog()
     auto *const edit = optional<QLineEdit>(dialog, "objectFileNameEdit");
     if (edit != nullptr && !m_requestedFile.isEmpty())
         edit->setText(QDir::toNativeSeparators(m_requestedFile));
+    if (!m_preparedEncoding.isEmpty())
+        enterPrepared();
+}
+
+void OperationRun::enterPrepared()
+{
+    const DialogWidgets widgets(m_dialog, [](const QString & /*error*/) {});
+    auto *const combo = widgets.find<QComboBox>("encodingCombo");
+    const int entry = combo == nullptr ? -1 : combo->findText(m_preparedEncoding, Qt::MatchFixedString);
+    if (entry >= 0)
+        combo->setCurrentIndex(entry);
+    else if (combo != nullptr)
+        combo->setCurrentText(m_preparedEncoding);
+    widgets.setChecked("searchPointDefsCheck", true);
+    widgets.setChecked("searchObjectDefsCheck", true);
+    widgets.setChecked("usePointFileCheck", false);
 }
 
 // The dialog is connected to clicked() first, so this object learns too late of a click. It is pressed() before, but
@@ -98,16 +132,30 @@ void OperationRun::beginProcessing()
     m_messageCount = 0;
     m_lastMessage.clear();
     m_messageWindow->clear();
+    readChoices();
+}
+
+void OperationRun::readChoices()
+{
+    m_choices = DialogChoices();
+    m_choices.objectFile = fileIn(m_dialog, "objectFileNameEdit");
+    if (isChecked(m_dialog, "usePointFileCheck", false))
+        m_choices.pointFile = fileIn(m_dialog, "pointFileNameEdit");
+    const auto *const combo = optional<QComboBox>(m_dialog, "encodingCombo");
+    if (combo != nullptr)
+        m_choices.encoding = combo->currentText();
+    m_choices.searchPoints = isChecked(m_dialog, "searchPointDefsCheck", true);
+    m_choices.searchObjects = isChecked(m_dialog, "searchObjectDefsCheck", true);
 }
 
 void OperationRun::closeDialog(int code)
 {
     m_isPressed = false; // later messages are about the result
     m_messageWindow->clear();
+    const auto *const list = optional<QAbstractItemView>(m_dialog, "listView");
+    m_hasObjects = list != nullptr && list->model() != nullptr && list->model()->rowCount() > 0;
     if (code != QDialog::Accepted)
         return;
     m_outcome = Outcome::Accepted;
-    const auto *const edit = optional<QLineEdit>(m_dialog, "objectFileNameEdit");
-    if (edit != nullptr && !edit->text().isEmpty())
-        m_fileName = QFileInfo(QDir::fromNativeSeparators(edit->text())).absoluteFilePath();
+    m_fileName = fileIn(m_dialog, "objectFileNameEdit");
 }

@@ -2,7 +2,9 @@
 
 #include "pictureexport.h"
 #include "pluginpath.h"
+#include "preparepath.h"
 
+#include <QCoreApplication>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -169,6 +171,7 @@ bool CommandLine::readCall()
 {
     m_options.list = m_parser.isSet(strList);
     m_options.plugin = m_parser.value(strPlugin);
+    m_options.prepare = findPrepareProgram(QCoreApplication::applicationDirPath());
     m_options.operation = operationName(m_parser.value(strOperation));
     m_options.formName = m_parser.value(strFormName);
     m_options.objectTable = m_parser.value(strObjectTable);

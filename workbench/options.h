@@ -33,7 +33,8 @@ struct DialogChoices
 /// The parsed command line.
 struct HostOptions
 {
-    QString plugin; ///< path of the plug-in
+    QString plugin;  ///< path of the plug-in
+    QString prepare; ///< path of the companion program; empty: none
     QString operation;
     QString formName;
     QString objectTable;

@@ -1,9 +1,12 @@
 #include "workbenchwindow.h"
 
 #include "messagelist.h"
+#include "noticebar.h"
 #include "objectspane.h"
 #include "operationrun.h"
 #include "pictureview.h"
+#include "preparecontroller.h"
+#include "preparepane.h"
 #include "resultpane.h"
 #include "runsummary.h"
 #include "shorttext.h"
@@ -21,6 +24,7 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -56,7 +60,8 @@ WorkbenchWindow::WorkbenchWindow(ImportGeometryInterface &plugin, const HostOpti
     setAcceptDrops(true);
     m_picture->setAcceptDrops(false); // files dropped there are for the window
     m_picture->setAccessibleName(QStringLiteral("Рисунок"));
-    setCentralWidget(m_picture);
+    createPrepare();
+    createCentralWidget();
     createDocks();
     createStatusBar();
     createActions();
@@ -68,6 +73,29 @@ WorkbenchWindow::WorkbenchWindow(ImportGeometryInterface &plugin, const HostOpti
 WorkbenchWindow::~WorkbenchWindow()
 {
     writeSettings();
+}
+
+void WorkbenchWindow::createPrepare()
+{
+    if (m_options.prepare.isEmpty())
+        return;
+    m_prepare = new PrepareController(m_options.prepare, this);
+    connect(m_prepare, &PrepareController::started, this, [this] { raiseDock(m_prepare->pane()); });
+    connect(m_prepare, &PrepareController::ended, this, &WorkbenchWindow::setStatus);
+    connect(m_prepare, &PrepareController::importRequested, this, &WorkbenchWindow::importPrepared);
+}
+
+// The picture, below the notice.
+void WorkbenchWindow::createCentralWidget()
+{
+    auto *const widget = new QWidget(this);
+    auto *const layout = new QVBoxLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    if (m_prepare != nullptr)
+        layout->addWidget(m_prepare->notice());
+    layout->addWidget(m_picture, 1);
+    setCentralWidget(widget);
 }
 
 void WorkbenchWindow::addDock(const char *name, const QString &title, QWidget *content, Qt::DockWidgetArea area)
@@ -93,6 +121,10 @@ void WorkbenchWindow::createDocks()
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
     tabifyDockWidget(dockOf(m_messages), dockOf(m_resultPane));
+    if (m_prepare != nullptr) {
+        addDock("prepareDock", QStringLiteral("Проверка"), m_prepare->pane(), Qt::BottomDockWidgetArea);
+        tabifyDockWidget(dockOf(m_resultPane), dockOf(m_prepare->pane()));
+    }
     dockOf(m_messages)->raise();
 }
 
@@ -140,17 +172,22 @@ void WorkbenchWindow::runRequestedOperation()
         runOperation(m_options.operation);
 }
 
-void WorkbenchWindow::runOperation(const QString &op, const QString &fileName)
+void WorkbenchWindow::runOperation(const QString &op, const QString &fileName, const QString &preparedEncoding)
 {
     if (m_isRunning)
         return;
     const QScopedValueRollback<bool> running(m_isRunning, true);
     statusBar()->clearMessage();
     m_messages->append(QStringLiteral("Операция: %1").arg(op));
+    if (m_prepare != nullptr)
+        m_prepare->beginRun();
     OperationRun run;
+    run.setPreparedEncoding(preparedEncoding);
     connect(&run, &OperationRun::message, m_messages, &MessageList::append);
     run.call(m_plugin, m_options, op, fileName);
     finishRun(run);
+    if (m_prepare != nullptr)
+        m_prepare->finishRun(run, !m_result.objects.isEmpty());
     if (run.outcome() == OperationRun::Outcome::Accepted && !run.fileName().isEmpty())
         rememberFile({run.fileName(), op});
 }
@@ -167,6 +204,13 @@ void WorkbenchWindow::finishRun(const OperationRun &run)
     if (m_status->isError() || run.messageCount() > 0)
         raiseDock(m_messages);
     enableExports();
+}
+
+void WorkbenchWindow::importPrepared(const QString &fileName, const QString &encoding)
+{
+    const QString op = operationFor(fileName, m_operations);
+    if (!op.isEmpty())
+        runOperation(op, fileName, encoding);
 }
 
 /// Shows the result document of \a run. A document that cannot be read is shown as text only.
@@ -263,8 +307,11 @@ void WorkbenchWindow::dropEvent(QDropEvent *event)
 // The plug-in returns to this window, so it must stay while a dialog is open.
 void WorkbenchWindow::closeEvent(QCloseEvent *event)
 {
-    if (m_isRunning)
+    if (m_isRunning) {
         event->ignore();
-    else
-        QMainWindow::closeEvent(event);
+        return;
+    }
+    if (m_prepare != nullptr)
+        m_prepare->pane()->stop();
+    QMainWindow::closeEvent(event);
 }

@@ -13,6 +13,7 @@ class MessageList;
 class ObjectsPane;
 class OperationRun;
 class PictureView;
+class PrepareController;
 class QLabel;
 class QTableView;
 class ResultPane;
@@ -29,8 +30,10 @@ public:
     WorkbenchWindow(ImportGeometryInterface &plugin, const HostOptions &options);
     ~WorkbenchWindow() override;
 
-    /// Calls \a op. \a fileName, unless empty, is entered in its dialog. Does nothing while another operation runs.
-    void runOperation(const QString &op, const QString &fileName = QString());
+    /// Calls \a op. \a fileName, unless empty, is entered in its dialog, and \a preparedEncoding, unless empty, is the
+    /// encoding of a file that was prepared for the import. Does nothing while another operation runs.
+    void runOperation(const QString &op, const QString &fileName = QString(),
+                      const QString &preparedEncoding = QString());
 
     const ImportResult &result() const { return m_result; }
 
@@ -51,6 +54,8 @@ private:
 
     void addDock(const char *name, const QString &title, QWidget *content, Qt::DockWidgetArea area);
     static QDockWidget *dockOf(const QWidget *content);
+    void createPrepare();
+    void createCentralWidget();
     void createDocks();
     void arrangeDocks();
     void setUpVerticesView();
@@ -69,6 +74,7 @@ private:
     void showAbout();
 
     void finishRun(const OperationRun &run);
+    void importPrepared(const QString &fileName, const QString &encoding);
     void showDocument(const OperationRun &run);
     void showResult(const ImportResult &result);
     void rememberFile(const ImportFile &file);
@@ -97,6 +103,7 @@ private:
     QString m_saveFolder;
     RecentFiles m_recentFiles;
 
+    PrepareController *m_prepare = nullptr; ///< null without the companion program
     PictureView *m_picture;
     ObjectsPane *m_objects;
     VerticesModel *m_vertices;

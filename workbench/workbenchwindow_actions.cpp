@@ -2,6 +2,7 @@
 
 #include "objectspane.h"
 #include "pictureview.h"
+#include "preparecontroller.h"
 #include "resultpane.h"
 
 #include <QApplication>
@@ -62,6 +63,10 @@ void WorkbenchWindow::createFileMenu()
     m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
     m_recentMenu->setToolTipsVisible(true);
     menu->addSeparator();
+    if (m_prepare != nullptr) {
+        menu->addActions(m_prepare->actions());
+        menu->addSeparator();
+    }
     m_saveResultAction = menu->addAction(QStringLiteral("&Сохранить результат…"), this, &WorkbenchWindow::saveResultAs);
     m_saveResultAction->setObjectName(QStringLiteral("saveResultAction"));
     m_saveResultAction->setShortcut(QKeySequence::Save);

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "options.h"
+
+#include <QList>
+#include <QObject>
+
+class NoticeBar;
+class OperationRun;
+class PreparePane;
+class QAction;
+class QWidget;
+
+/// Checks and prepares files for the import: the actions, the notice after an import without objects, and the questions
+/// to the user.
+class PrepareController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// \a program is the path of the companion. \a window is the parent of all widgets.
+    PrepareController(const QString &program, QWidget *window);
+
+    PreparePane *pane() const { return m_pane; }
+    NoticeBar *notice() const { return m_notice; }
+
+    /// For a menu.
+    const QList<QAction *> &actions() const { return m_actions; }
+
+    void beginRun();
+
+    /// Learns what was imported. \a hasResult is false if the host got no objects.
+    void finishRun(const OperationRun &run, bool hasResult);
+
+Q_SIGNALS:
+    void started(); ///< the pane has something to show
+    void ended(const QString &text, bool isError);
+    void importRequested(const QString &fileName, const QString &encoding);
+
+private:
+    void addAction(const char *name, const QString &text, void (PrepareController::*slot)());
+    void enableActions();
+    void chooseAndCheck();
+    void checkLast();
+    void check(const QString &fileName);
+    void chooseAndPrepare();
+    void prepareLast();
+    void prepareShown();
+    void prepare(const QString &fileName);
+    QString chooseFile(const QString &title, const QString &filters) const;
+    QString chooseOutput(const QString &input) const;
+    bool mayWrite(const QString &output, const QString &input) const;
+    bool refuse(const QString &text) const;
+    bool confirm(const QString &question) const;
+    void offerImport();
+    void askToImport(const QString &loss);
+    void importPrepared();
+
+    QWidget *m_window;
+    PreparePane *m_pane;
+    NoticeBar *m_notice;
+    QList<QAction *> m_actions;
+    QAction *m_checkLastAction = nullptr;
+    DialogChoices m_choices; ///< of the last processing of this session
+};
