@@ -1,6 +1,10 @@
-# The files of `cmake --install`, in four components: plugin, development, workbench and doc.
+# The files of `cmake --install`, in five components: plugin, development, workbench, prepare and doc.
 
 include(CMakePackageConfigHelpers)
+
+# Builds what is installed, without the tests. A program whose libraries are missing is left out.
+add_custom_target(installed)
+add_dependencies(installed importplugin)
 
 # plugin; Qt may be outside the folders that the loader searches
 set_target_properties(importplugin PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
@@ -28,12 +32,21 @@ install(FILES ${PROJECT_BINARY_DIR}/ImportGeometryConfig.cmake ${PROJECT_BINARY_
 
 # workbench
 if(IMPORT_WORKBENCH)
+    add_dependencies(installed importhost)
     set_target_properties(importhost PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
     install(TARGETS importhost RUNTIME COMPONENT workbench)
     install(FILES packaging/importhost.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
     install(FILES packaging/importhost.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
             COMPONENT workbench)
     install(FILES packaging/importhost.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT workbench)
+endif()
+
+# prepare
+if(TARGET importprepare)
+    add_dependencies(installed importprepare)
+    set_target_properties(importprepare PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+    install(TARGETS importprepare RUNTIME COMPONENT prepare)
+    install(FILES packaging/importprepare.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT prepare)
 endif()
 
 # doc: laid out as in the sources, so that the links between the pages work

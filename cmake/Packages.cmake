@@ -17,6 +17,9 @@ set(CPACK_COMPONENTS_ALL plugin development doc)
 if(IMPORT_WORKBENCH)
     list(APPEND CPACK_COMPONENTS_ALL workbench)
 endif()
+if(TARGET importprepare)
+    list(APPEND CPACK_COMPONENTS_ALL prepare)
+endif()
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/DebianFiles.cmake)
@@ -51,12 +54,23 @@ set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME importplugin-workbench)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "${same_version}")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS qttranslations5-l10n)
-set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SUGGESTS importplugin-doc)
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SUGGESTS "importplugin-doc, importplugin-prepare")
 set(CPACK_DEBIAN_WORKBENCH_DESCRIPTION
     "import of MIF/MID and DXF files, stand-in host application
 The program importhost runs the import plug-in without its host
 application, in a window or unattended from the command line. It shows
 the messages of an import and its result.")
+
+# It contains the import itself, so it does not depend on the plug-in.
+set(CPACK_DEBIAN_PREPARE_PACKAGE_NAME importplugin-prepare)
+set(CPACK_DEBIAN_PREPARE_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PREPARE_PACKAGE_ENHANCES "importplugin, importplugin-workbench")
+set(CPACK_DEBIAN_PREPARE_PACKAGE_SUGGESTS "importplugin-doc, parallel")
+set(CPACK_DEBIAN_PREPARE_DESCRIPTION
+    "import of MIF/MID and DXF files, check and preparation of files
+The program importprepare reports what an import of a MIF or DXF file would
+lose or get wrong, and converts files in this and other vector formats to
+a MIF/MID pair that the import plug-in reads completely.")
 
 set(CPACK_DEBIAN_DOC_PACKAGE_NAME importplugin-doc)
 set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)
