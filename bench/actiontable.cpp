@@ -36,7 +36,7 @@ void ActionTable::Finalize()
     }
 }
 
-void addAction(const char *name, const std::function<double()> &measure)
+void addAction(const char *name, const std::function<double()> &measure, int repetitions)
 {
     benchmark::RegisterBenchmark(name,
                                  [measure](benchmark::State &state) {
@@ -44,7 +44,7 @@ void addAction(const char *name, const std::function<double()> &measure)
                                          state.counters[measured] = measure();
                                  })
         ->Iterations(1)
-        ->Repetitions(9)
+        ->Repetitions(repetitions)
         ->ReportAggregatesOnly(true);
 }
 
