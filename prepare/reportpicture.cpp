@@ -63,8 +63,14 @@ public:
 
     QPoint at(double x, double y) const
     {
-        return {qRound(10 * (margin + (x - m_bounds.left()) * m_scale)),
-                qRound(10 * (margin + (m_bounds.top() - y) * m_scale))};
+        return {inTenths(margin + (x - m_bounds.left()) * m_scale), inTenths(margin + (m_bounds.top() - y) * m_scale)};
+    }
+
+    // Lost content may lie far outside: its place must fit in an int.
+    static int inTenths(double pixels)
+    {
+        constexpr double limit = 1e8;
+        return qRound(10 * qBound(-limit, pixels, limit));
     }
 
     QByteArray size() const
