@@ -32,7 +32,8 @@ private:
     std::map<std::string, double> m_medians;
 };
 
-/// Registers a benchmark that calls \a measure \a repetitions times. The title in the table names the unit of the value.
+/// Registers a benchmark that calls \a measure \a repetitions times. The title in the table names the unit of the
+/// value.
 void addAction(const char *name, const std::function<double()> &measure, int repetitions = 9);
 
 /// Processor time of \a action in milliseconds. Unlike wall-clock time it does not depend on other processes, and no

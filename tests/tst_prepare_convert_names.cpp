@@ -80,18 +80,18 @@ QString expectedName(const ConvertContent &content, std::size_t object)
 
 void tst_PrepareConvertNames::namesAreThoseOfGeos_data()
 {
-    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<quint32>("start");
     QTest::addColumn<int>("textCount");
 
-    for (quint32 seed = 1; seed <= 10; ++seed)
-        QTest::addRow("%u", seed) << seed << 20 * static_cast<int>(seed);
+    for (quint32 start = 1; start <= 10; ++start)
+        QTest::addRow("%u", start) << start << 20 * static_cast<int>(start);
 }
 
 void tst_PrepareConvertNames::namesAreThoseOfGeos()
 {
-    QFETCH(quint32, seed);
+    QFETCH(quint32, start);
     QFETCH(int, textCount);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(start);
     ConvertContent content;
     for (int i = 0; i < textCount; ++i)
         content.texts.push_back({{number(random, 0, 100), number(random, 0, 100)}, QStringLiteral("t-%1").arg(i)});
