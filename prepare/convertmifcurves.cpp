@@ -70,7 +70,7 @@ private:
 QByteArray CurveReplacer::nextLine()
 {
     const int end = m_mif.indexOf('\n', m_next);
-    const QByteArray line = m_mif.mid(m_next, end < 0 ? -1 : end - m_next);
+    QByteArray line = m_mif.mid(m_next, end < 0 ? -1 : end - m_next);
     m_next = end < 0 ? m_mif.size() : end + 1;
     return line;
 }

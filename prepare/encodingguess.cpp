@@ -53,7 +53,7 @@ QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared)
         return {};
     if (isUtf8(bytes))
         return "UTF-8";
-    const QByteArray guess = codecName(detected(bytes));
+    QByteArray guess = codecName(detected(bytes));
     if (isPlausible(guess))
         return guess;
     const QByteArray named = codecName(declared);
