@@ -93,9 +93,10 @@ void PictureRaster::addCrossings(const QPointF &a, const QPointF &b)
         return;
     const double slope = (bottom.x() - top.x()) / (bottom.y() - top.y());
     double x = top.x() + (first + 0.5 - top.y()) * slope + 0.5;
-    for (int y = first; y <= last && m_crossings.size() <= maxCrossings; ++y, x += slope) {
+    for (int y = first; y <= last && m_crossings.size() <= maxCrossings; ++y) {
         const auto column = static_cast<quint64>(std::clamp(x, 0.0, static_cast<double>(m_width)) * one);
         m_crossings.push_back(static_cast<quint64>(y) << 32U | column);
+        x += slope;
     }
 }
 
