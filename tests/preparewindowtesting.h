@@ -9,19 +9,6 @@
 #include <QProgressBar>
 #include <QRegularExpression>
 
-/// Performs \a action on the next modal widget of the type.
-template <class Widget>
-void whenOpens(const std::function<void(Widget *)> &action)
-{
-    QTimer::singleShot(0, [action] {
-        auto *const widget = qobject_cast<Widget *>(QApplication::activeModalWidget());
-        if (widget == nullptr)
-            whenOpens(action);
-        else
-            action(widget);
-    });
-}
-
 /// The workbench's window with a companion program, which is the fake one by default.
 class PrepareFixture : public WindowFixture
 {

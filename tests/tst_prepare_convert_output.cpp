@@ -184,7 +184,7 @@ void tst_PrepareConvertOutput::pipeIsRefused()
     QCOMPARE(run.status, 3);
     QCOMPARE(run.messages, QStringLiteral("importprepare: \"pipe.dxf\" is not a file."));
 #else
-    QSKIP("pipes of Unix");
+    QSKIP("this system has no named pipes");
 #endif
 }
 

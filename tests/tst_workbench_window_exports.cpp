@@ -18,19 +18,6 @@ private Q_SLOTS:
 
 namespace {
 
-/// Performs \a action on the next modal widget of the type.
-template <class Widget>
-void whenOpens(const std::function<void(Widget *)> &action)
-{
-    QTimer::singleShot(0, [action] {
-        auto *const widget = qobject_cast<Widget *>(QApplication::activeModalWidget());
-        if (widget == nullptr)
-            whenOpens(action);
-        else
-            action(widget);
-    });
-}
-
 /// Enters \a fileName in the next file dialog and accepts it.
 void saveAs(const QString &fileName, const QString &filter = QString())
 {

@@ -182,3 +182,16 @@ private:
     HostOptions m_options;
     std::unique_ptr<WorkbenchWindow> m_window;
 };
+
+/// Performs \a action on the next modal widget of the type.
+template <class Widget>
+void whenOpens(const std::function<void(Widget *)> &action)
+{
+    QTimer::singleShot(0, [action] {
+        auto *const widget = qobject_cast<Widget *>(QApplication::activeModalWidget());
+        if (widget == nullptr)
+            whenOpens(action);
+        else
+            action(widget);
+    });
+}
