@@ -53,7 +53,7 @@ void CheckPool::startNext()
         start(m_next++);
 }
 
-// The process ends with the timer at the latest; both belong to the pool.
+// The timer kills a process that takes too long. The pool owns the process, which owns the timer.
 void CheckPool::start(int index)
 {
     auto *const process = new QProcess(this);
@@ -91,10 +91,13 @@ void CheckPool::finish(int index, QProcess &process, bool isTimeout)
     startNext();
 }
 
+// Releases each report, whose picture may be large.
 void CheckPool::deliver()
 {
-    while (m_delivered < m_reports.size() && m_reports.at(m_delivered))
-        m_consumer(*m_reports.at(m_delivered++));
+    while (m_delivered < m_reports.size() && m_reports.at(m_delivered)) {
+        const std::optional<FileReport> report = std::exchange(m_reports[m_delivered++], std::nullopt);
+        m_consumer(*report);
+    }
     if (m_delivered == m_reports.size())
         m_loop->quit();
 }

@@ -13,14 +13,14 @@
 class QEventLoop;
 class QProcess;
 
-/// Checks several files at a time, each in a process of its own: a file on which a library crashes or hangs becomes a
-/// finding, and the others are checked all the same.
+/// Checks several files in parallel, each in its own process: a crash or hang of a library becomes a finding of that
+/// file and does not affect the others.
 class CheckPool : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Receives the reports in the order of the files.
+    /// Called for each report, in the order of the files.
     using Consumer = std::function<void(const FileReport &report)>;
 
     /// \a command must outlive this object. \a program is this program itself, except in tests.
@@ -42,7 +42,7 @@ private:
     Consumer m_consumer;
     QEventLoop *m_loop = nullptr;
     QTemporaryDir m_pictures;
-    QVector<std::optional<FileReport>> m_reports;
-    int m_next = 0;      ///< index of the next file to start
-    int m_delivered = 0; ///< number of reports delivered
+    QVector<std::optional<FileReport>> m_reports; ///< those that wait for the report of an earlier file
+    int m_next = 0;                               ///< index of the next file to start
+    int m_delivered = 0;                          ///< number of reports delivered
 };
