@@ -6,34 +6,11 @@
 #include "report.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QSaveFile>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
 
-bool isErrorOutputTerminal()
-{
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
-/// Replaces the last line of the terminal.
-void showOnTerminal(const QString &text)
-{
-    QFile terminal;
-    if (terminal.open(stderr, QIODevice::WriteOnly))
-        terminal.write("\r\x1b[K" + text.toUtf8());
-}
-
+/// Returns false after an error, which has been reported.
 bool save(const QString &fileName, const QByteArray &bytes)
 {
     QSaveFile file(fileName);
@@ -43,7 +20,7 @@ bool save(const QString &fileName, const QByteArray &bytes)
     return false;
 }
 
-/// Runs the checks and collects the reports.
+/// One run of the sub-command: checks the files, prints their reports and saves the page.
 class CheckRun
 {
 public:
@@ -56,11 +33,13 @@ private:
     void take(FileReport report);
     void print(const FileReport &report);
     void showProgress() const;
-    bool finish() const;
+    bool finish();
 
     const CheckCommand &m_command;
     QVector<FileReport> m_reports;
-    qint64 m_pictureBytes = 0;
+    qint64 m_pictureBytes = 0; ///< of all files so far
+    int m_completeCount = 0;
+    int m_rejectedCount = 0;
     bool m_canPrint = true;
     bool m_showsProgress = false;
 };
@@ -77,7 +56,7 @@ void CheckRun::checkFiles()
         take(checkFile(fileName, m_command.options, withPicture));
 }
 
-// The reports are kept for the totals and the page, so their pictures are limited.
+// All reports are kept for the totals and the page, so the size of their pictures is limited.
 void CheckRun::take(FileReport report)
 {
     constexpr qint64 maxPictureBytes = 30000000;
@@ -86,6 +65,8 @@ void CheckRun::take(FileReport report)
         report.isPictureOmitted = !report.picture.isEmpty();
         report.picture.clear();
     }
+    m_completeCount += report.isComplete() ? 1 : 0;
+    m_rejectedCount += report.isAccepted ? 0 : 1;
     m_reports.append(report);
     print(report);
     showProgress();
@@ -94,7 +75,7 @@ void CheckRun::take(FileReport report)
 void CheckRun::print(const FileReport &report)
 {
     if (m_showsProgress)
-        showOnTerminal(QString());
+        replaceTerminalLine(QString());
     const QString text = m_command.json ? QString::fromUtf8(toJson(report)) : reportText(report);
     m_canPrint = printLine(stdout, text) && m_canPrint;
 }
@@ -103,25 +84,22 @@ void CheckRun::showProgress() const
 {
     if (!m_showsProgress || m_reports.size() == m_command.files.size())
         return;
-    const auto count = [this](bool (*test)(const FileReport &)) {
-        return std::count_if(m_reports.begin(), m_reports.end(), test);
-    };
-    const QString text = QStringLiteral("%1 of %2 files, %3 complete, %4 rejected")
-                             .arg(m_reports.size())
-                             .arg(m_command.files.size())
-                             .arg(count([](const FileReport &report) { return report.isComplete(); }))
-                             .arg(count([](const FileReport &report) { return !report.isAccepted; }));
-    showOnTerminal(text);
+    replaceTerminalLine(QStringLiteral("%1 of %2 files, %3 complete, %4 rejected")
+                            .arg(m_reports.size())
+                            .arg(m_command.files.size())
+                            .arg(m_completeCount)
+                            .arg(m_rejectedCount));
 }
 
-bool CheckRun::finish() const
+// Returns false after an error, which has been reported.
+bool CheckRun::finish()
 {
+    if (m_reports.size() > 1 && !m_command.json)
+        m_canPrint = printLine(stdout, totalsText(m_reports)) && m_canPrint;
     if (!m_canPrint) {
         fail(QStringLiteral("Cannot print the report."));
         return false;
     }
-    if (m_reports.size() > 1 && !m_command.json && !printLine(stdout, totalsText(m_reports)))
-        return false;
     if (!m_command.picture.isEmpty() && !save(m_command.picture, m_reports.first().picture))
         return false;
     return m_command.page.isEmpty() || save(m_command.page, reportPage(m_reports));
@@ -142,6 +120,6 @@ int runCheck(const QStringList &arguments)
     if (!reader.read(arguments))
         return fail(QStringLiteral("%1 See importprepare check --help.").arg(reader.error()));
     if (reader.command().help)
-        return printLine(stdout, reader.helpText()) ? Complete : WrongUsage;
+        return printInformation(reader.helpText());
     return CheckRun(reader.command()).run();
 }

@@ -9,13 +9,13 @@
 /// The parsed command line of the sub-command check.
 struct CheckCommand
 {
-    QStringList files; ///< files and the contents of folders, in order
+    QStringList files; ///< files to check, in order; folders are replaced by the files in them
     CheckOptions options;
     bool json = false;
-    QString page;                    ///< file for the page; empty: none
-    QString picture;                 ///< file for the picture of a single file; empty: none
-    int jobs = 0;                    ///< number of processes; 0: all files are checked in this one
-    int timeoutMilliseconds = 60000; ///< for each file
+    QString page;                    ///< file for the HTML page; empty: none
+    QString picture;                 ///< file for the SVG picture of the only file; empty: none
+    int jobs = 0;                    ///< number of child processes; 0: this process checks all files
+    int timeoutMilliseconds = 60000; ///< of a child process
     bool help = false;
 };
 
@@ -43,5 +43,5 @@ private:
     QString m_error;
 };
 
-/// Runs the sub-command check with the \a arguments behind its name. Returns the exit status.
+/// Runs the sub-command check with the \a arguments after its name. Returns the exit status.
 int runCheck(const QStringList &arguments);

@@ -1,4 +1,4 @@
-// The companion of the import: reports what an import of a file would lose, and prepares the file for it.
+// The companion of the import plug-in: reports what an import of a file would lose, and prepares the file for it.
 
 #include "checkcommand.h"
 #include "console.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Runs a sub-command with the arguments behind its name. Returns the exit status.
+/// Runs a sub-command with the arguments after its name. Returns the exit status.
 using Command = int (*)(const QStringList &arguments);
 
 const QHash<QString, Command> &commands()
@@ -30,7 +30,7 @@ QString helpText()
                           "Companion of the import plug-in for MIF and DXF files.\n\n"
                           "  check    Reports what an import of files would lose or get wrong.\n"
                           "  convert  Converts a file to a MIF/MID pair that the import reads completely.\n"
-                          "  report   Prints the totals of reports in JSON.\n\n"
+                          "  report   Merges the output of check --json into a table of totals.\n\n"
                           "importprepare command --help describes a command, --version prints the version.");
 }
 
@@ -38,9 +38,9 @@ int run(const QStringList &arguments)
 {
     const QString name = arguments.value(0);
     if (name == QLatin1String("--help") || name == QLatin1String("-h"))
-        return printLine(stdout, helpText()) ? Complete : Unreadable;
+        return printInformation(helpText());
     if (name == QLatin1String("--version"))
-        return printLine(stdout, QStringLiteral("importprepare " PREPARE_VERSION)) ? Complete : Unreadable;
+        return printInformation(QStringLiteral("importprepare " PREPARE_VERSION));
     if (name.isEmpty())
         return fail(QStringLiteral("A command is missing. See importprepare --help."));
     const Command command = commands().value(name);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Reads the reports in \a fileName. Returns the exit status.
+/// Appends the reports in \a fileName, one a line, to \a reports. Returns the exit status.
 int readReports(const QString &fileName, QVector<FileReport> &reports)
 {
     QFile file(fileName);
@@ -21,7 +21,7 @@ int readReports(const QString &fileName, QVector<FileReport> &reports)
             continue;
         const std::optional<FileReport> report = reportFromJson(line);
         if (!report)
-            return fail(QStringLiteral("\"%1\": line %2 is no report.").arg(fileName).arg(number), Unreadable);
+            return fail(QStringLiteral("\"%1\": line %2 is not a report.").arg(fileName).arg(number), Unreadable);
         reports.append(*report);
     }
     return Complete;
@@ -32,20 +32,18 @@ int readReports(const QString &fileName, QVector<FileReport> &reports)
 int runReport(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    const QString help = QStringLiteral("help");
     parser.setApplicationDescription(
-        QStringLiteral("Prints the table of totals of reports that importprepare check --json has printed.\n\n"
+        QStringLiteral("Merges reports, as printed by importprepare check --json, into a table of totals.\n\n"
                        "Exit status: that of the checks; 3 if a file cannot be read."));
+    const QString help = QStringLiteral("help");
     parser.addOption({{QStringLiteral("h"), help}, QStringLiteral("Prints this help and exits.")});
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Files with one JSON object per line."),
                                  QStringLiteral("file..."));
     if (!parser.parse(QStringList{QStringLiteral("importprepare")} + arguments))
         return fail(parser.errorText());
     if (parser.isSet(help))
-        return printLine(stdout,
-                         parser.helpText().replace(QLatin1String("[options]"), QLatin1String("report [options]")))
-                   ? Complete
-                   : WrongUsage;
+        return printInformation(
+            parser.helpText().replace(QLatin1String("[options]"), QLatin1String("report [options]")));
     if (parser.positionalArguments().isEmpty())
         return fail(QStringLiteral("No files to report. See importprepare report --help."));
     QVector<FileReport> reports;

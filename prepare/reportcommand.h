@@ -2,6 +2,6 @@
 
 #include <QStringList>
 
-/// Runs the sub-command report with the \a arguments behind its name: prints the totals of files with lines of JSON.
+/// Runs the sub-command report with the \a arguments after its name: merges JSON reports into a table of totals.
 /// Returns the exit status.
 int runReport(const QStringList &arguments);

@@ -330,7 +330,7 @@ void tst_PrepareCheckProgram::badJsonLineIsReported()
 
     const Run result = run({QStringLiteral("report"), QStringLiteral("a.jsonl")}, program.folder());
 
-    QCOMPARE(result.errors, QStringLiteral("importprepare: \"a.jsonl\": line 2 is no report.\n"));
+    QCOMPARE(result.errors, QStringLiteral("importprepare: \"a.jsonl\": line 2 is not a report.\n"));
     QCOMPARE(result.status, 3);
 }
 
