@@ -16,7 +16,6 @@ const QString strEncoding = QStringLiteral("encoding");
 const QString strPoints = QStringLiteral("points");
 const QString strNoSearchPoints = QStringLiteral("no-search-points");
 const QString strNoSearchObjects = QStringLiteral("no-search-objects");
-
 const QString strJobs = QStringLiteral("jobs");
 const QString strTimeout = QStringLiteral("timeout");
 const QString strPicture = QStringLiteral("picture");
@@ -25,7 +24,7 @@ const QString strNumber = QStringLiteral("number");
 const QString strFile = QStringLiteral("file");
 
 constexpr int maxJobs = 1000;
-constexpr int maxTimeout = 1000000; // seconds, which fit an int as milliseconds
+constexpr int maxTimeout = 1000000; // seconds; as milliseconds they fit an int
 
 QList<QCommandLineOption> allOptions()
 {
@@ -34,7 +33,7 @@ QList<QCommandLineOption> allOptions()
     return {
         picture,
         {{QStringLiteral("h"), strHelp}, QStringLiteral("Prints this help and exits.")},
-        {strJson, QStringLiteral("Prints one JSON object per line and file.")},
+        {strJson, QStringLiteral("Prints one JSON object per file, each on its own line.")},
         {strHtml, QStringLiteral("Saves a page with pictures to this file."), strFile},
         {strEncoding, QStringLiteral("Encoding of the input files."), QStringLiteral("name"),
          QStringLiteral("Default")},
@@ -42,11 +41,11 @@ QList<QCommandLineOption> allOptions()
         {strNoSearchPoints, QStringLiteral("Renumbers all points.")},
         {strNoSearchObjects, QStringLiteral("Renames all objects.")},
         {strJobs,
-         QStringLiteral("Number of files to check at a time, each in a process of its own. The default for "
+         QStringLiteral("Number of files to check in parallel, each in its own process. The default for "
                         "several files is the number of cores."),
          strNumber},
-        {strTimeout, QStringLiteral("Time for a file in a process of its own."), QStringLiteral("seconds"),
-         QStringLiteral("60")},
+        {strTimeout, QStringLiteral("Greatest time for each file, which is then checked in its own process."),
+         QStringLiteral("seconds"), QStringLiteral("60")},
     };
 }
 
@@ -73,7 +72,7 @@ CheckArguments::CheckArguments()
                        "Exit status: 0 if everything comes in, 1 if something would be lost or wrong, 2 for wrong\n"
                        "usage, 3 if a file could not be read at all."));
     m_parser.addOptions(allOptions());
-    m_parser.addPositionalArgument(strFile, QStringLiteral("Files, and folders to search for them."),
+    m_parser.addPositionalArgument(strFile, QStringLiteral("Files, and folders to search for MIF and DXF files."),
                                    QStringLiteral("file..."));
 }
 
@@ -88,7 +87,7 @@ bool CheckArguments::fail(const QString &text)
     return false;
 }
 
-// Files that do not exist are reported like all others.
+// A missing file is not an error here: it gets its report like all others.
 bool CheckArguments::addFiles(const QString &path)
 {
     if (QFileInfo(path).isDir()) {
@@ -123,7 +122,7 @@ bool CheckArguments::readOptions()
     return true;
 }
 
-// Without --jobs a single file needs no process of its own.
+// A single file needs its own process only for its timeout.
 bool CheckArguments::readProcesses()
 {
     const auto readNumber = [this](const QString &name, int max, int &number) {
@@ -138,7 +137,8 @@ bool CheckArguments::readProcesses()
     m_command.timeoutMilliseconds = 1000 * seconds;
     if (m_parser.isSet(strJobs))
         return readNumber(strJobs, maxJobs, m_command.jobs);
-    m_command.jobs = m_command.files.size() > 1 ? QThread::idealThreadCount() : 0;
+    const bool needsProcesses = m_command.files.size() > 1 || m_parser.isSet(strTimeout);
+    m_command.jobs = needsProcesses ? QThread::idealThreadCount() : 0;
     return true;
 }
 

@@ -1,3 +1,4 @@
+#include "checkcommand.h"
 #include "preparetesting.h"
 
 #include <QDir>
@@ -12,19 +13,20 @@ class tst_PrepareCheckProgram : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void exitStatusTellsTheOutcome_data();
-    void exitStatusTellsTheOutcome();
+    void exitStatusReportsTheOutcome_data();
+    void exitStatusReportsTheOutcome();
     void wrongUsageIsExplained_data();
     void wrongUsageIsExplained();
     void helpAndVersionArePrinted_data();
     void helpAndVersionArePrinted();
     void jsonHasExactlyTheseKeys();
-    void jsonHasNoFoundContentWithoutGdal();
+    void foundIsNullIfGdalCannotOpenTheFile();
     void optionsReachTheImport();
-    void textNamesWhatMattersInOrder();
+    void reportPutsTheImportantFirst();
     void commandIsQuotedForTheShell();
-    void folderIsSearchedInAnyCase();
-    void processesGiveTheSameReports();
+    void suffixesInFoldersMatchInAnyCase();
+    void childProcessesGiveTheSameReports();
+    void onlyATimeoutNeedsAProcessForOneFile();
     void totalsAreThoseOfTheJsonLines();
     void badJsonLineIsReported();
     void pageShowsTheLosses();
@@ -84,7 +86,7 @@ QStringList linesOf(const QString &text)
 
 } // namespace
 
-void tst_PrepareCheckProgram::exitStatusTellsTheOutcome_data()
+void tst_PrepareCheckProgram::exitStatusReportsTheOutcome_data()
 {
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<int>("status");
@@ -100,7 +102,7 @@ void tst_PrepareCheckProgram::exitStatusTellsTheOutcome_data()
     QTest::newRow("lossy and missing") << QStringList{lossy, missing} << 3;
 }
 
-void tst_PrepareCheckProgram::exitStatusTellsTheOutcome()
+void tst_PrepareCheckProgram::exitStatusReportsTheOutcome()
 {
     QFETCH(QStringList, names);
     const ProgramFixture program;
@@ -195,7 +197,7 @@ void tst_PrepareCheckProgram::jsonHasExactlyTheseKeys()
     QCOMPARE(first.value(QStringLiteral("count")).toInt(), 1);
 }
 
-void tst_PrepareCheckProgram::jsonHasNoFoundContentWithoutGdal()
+void tst_PrepareCheckProgram::foundIsNullIfGdalCannotOpenTheFile()
 {
     const ProgramFixture program;
     const QString fileName = program.files.write(QStringLiteral("a.dxf"), {QStringLiteral("no drawing")});
@@ -229,7 +231,7 @@ void tst_PrepareCheckProgram::optionsReachTheImport()
     QCOMPARE(renumbered.status, 0);
 }
 
-void tst_PrepareCheckProgram::textNamesWhatMattersInOrder()
+void tst_PrepareCheckProgram::reportPutsTheImportantFirst()
 {
     const ProgramFixture program;
     program.files.write(QStringLiteral("a.dxf"),
@@ -267,7 +269,7 @@ void tst_PrepareCheckProgram::commandIsQuotedForTheShell()
              qPrintable(result.output));
 }
 
-void tst_PrepareCheckProgram::folderIsSearchedInAnyCase()
+void tst_PrepareCheckProgram::suffixesInFoldersMatchInAnyCase()
 {
     const ProgramFixture program;
     QVERIFY(QDir(program.folder()).mkpath(QStringLiteral("a/b")));
@@ -285,7 +287,7 @@ void tst_PrepareCheckProgram::folderIsSearchedInAnyCase()
     QCOMPARE(result.status, 0);
 }
 
-void tst_PrepareCheckProgram::processesGiveTheSameReports()
+void tst_PrepareCheckProgram::childProcessesGiveTheSameReports()
 {
     const ProgramFixture program;
     QStringList arguments{QStringLiteral("check"), QStringLiteral("--json")};
@@ -300,6 +302,18 @@ void tst_PrepareCheckProgram::processesGiveTheSameReports()
 
     QCOMPARE(result.output, expected);
     QCOMPARE(result.status, 1);
+}
+
+void tst_PrepareCheckProgram::onlyATimeoutNeedsAProcessForOneFile()
+{
+    CheckArguments plain;
+    CheckArguments limited;
+
+    QVERIFY(plain.read({QStringLiteral("a.dxf")}));
+    QVERIFY(limited.read({QStringLiteral("--timeout"), QStringLiteral("5"), QStringLiteral("a.dxf")}));
+
+    QCOMPARE(plain.command().jobs, 0);
+    QVERIFY(limited.command().jobs > 0);
 }
 
 void tst_PrepareCheckProgram::totalsAreThoseOfTheJsonLines()
