@@ -10,32 +10,31 @@
 
 #include <optional>
 
-/// What a check says about one file.
+/// The result of checking one file.
 struct FileReport
 {
-    /// Numbers of what the import gives.
+    /// Counts of the content that the import gives.
     struct Imported
     {
         qint64 objects = 0;
         qint64 contours = 0;
         qint64 vertices = 0;
-        qint64 numbers = 0;
+        qint64 numbers = 0; ///< different numbers of vertices
         qint64 knownPoints = 0;
     };
 
-    /// Numbers of what GDAL finds.
+    /// Counts of the features that GDAL reads.
     struct Found
     {
-        qint64 areas = 0;
+        qint64 areas = 0; ///< a feature with areas and lines counts as both
         qint64 lines = 0;
         qint64 points = 0;
         qint64 texts = 0;
     };
 
-    /// True if nothing would be lost or wrong; notes do not count.
+    /// True if nothing would be lost or wrong: there are no findings, or only notes.
     bool isComplete() const;
     bool has(const QString &id) const;
-    /// True if the file could not be read at all.
     bool isUnreadable() const { return has(QStringLiteral("unreadable")); }
     int countOf(Severity severity) const;
 
@@ -50,19 +49,19 @@ struct FileReport
     std::optional<Found> found; ///< empty if GDAL cannot open the file
     QVector<Finding> findings;
     QByteArray picture;            ///< SVG; empty unless requested, not part of the JSON
-    bool isPictureOmitted = false; ///< there were too many before
+    bool isPictureOmitted = false; ///< the pictures of other files have used up the space
 };
 
 /// One line of JSON without a line end.
 QByteArray toJson(const FileReport &report);
 
-/// Reads a line that toJson() has written. Empty if it is none.
+/// Reads a line that toJson() has written. Returns no report if \a line is something else.
 std::optional<FileReport> reportFromJson(const QByteArray &line);
 
-/// One sentence on the whole file.
+/// The overall result in one sentence.
 QString verdictText(const FileReport &report);
 
-/// What comes in, and what GDAL finds, in two lines.
+/// The counts of the import and of GDAL, a line each.
 QString numbersText(const FileReport &report);
 
 /// The report of one file for a person.
@@ -71,14 +70,14 @@ QString reportText(const FileReport &report);
 /// The table of totals of several files: a row for each file, then the findings with their numbers of files.
 QString totalsText(const QVector<FileReport> &reports);
 
-/// A self-contained page with all \a reports and their pictures.
+/// A self-contained HTML page with all \a reports and their pictures.
 QByteArray reportPage(const QVector<FileReport> &reports);
 
-/// The command that prepares the file; empty if that does not help.
+/// The command line that prepares the file; empty if that does not help.
 QString convertCommand(const FileReport &report);
 
-/// "ОШИБКА" and so on.
+/// The severity for the user, such as "ОШИБКА".
 QString severityName(Severity severity);
 
-/// The exit status of a program that has made \a reports.
+/// The exit status of the program after \a reports.
 int exitStatus(const QVector<FileReport> &reports);

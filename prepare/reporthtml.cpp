@@ -6,23 +6,34 @@
 
 namespace {
 
-constexpr auto head =
-    "<!DOCTYPE html>\n<html lang=\"ru\">\n<head>\n<meta charset=\"utf-8\">\n"
-    "<meta name=\"viewport\" content=\"width=device-width\">\n<title>Проверка файлов перед импортом</title>\n<style>\n"
-    "body{font:16px/1.4 sans-serif;color:#1b2a41;margin:1.5em}\n"
-    "h2{overflow-wrap:anywhere}\n"
-    "section{border-top:1px solid #bbb;padding:1em 0}\n"
-    ".file{display:flex;flex-wrap:wrap;gap:1.5em}\n"
-    ".picture{flex:1 1 26em;min-width:0;max-width:50em}\n"
-    ".findings{flex:1 1 26em;min-width:0}\n"
-    "svg{width:100%;max-height:80vh;background:#fafafa;border:1px solid #ddd}\n"
-    ".error{border-left:5px solid #d81e05}\n.warning{border-left:5px solid #e8a317}\n.note{border-left:5px solid "
-    "#999}\n"
-    ".finding{padding-left:.8em;margin:1em 0}\n.finding p{margin:.2em 0}\n"
-    ".dark{color:#1b2a41;font-weight:bold}\n.red{color:#d81e05;font-weight:bold}\n"
-    "pre,code{background:#f0f0f0;overflow-x:auto}\n</style>\n</head>\n<body>\n<h1>Проверка файлов перед импортом</h1>\n"
-    "<p>На рисунках: <span class=\"dark\">тёмное загрузится</span>, <span class=\"red\">красное будет "
-    "потеряно</span>.</p>\n";
+constexpr auto head = R"(<!DOCTYPE html>
+<html lang="ru">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width">
+<title>Проверка файлов перед импортом</title>
+<style>
+body{font:16px/1.4 sans-serif;color:#1b2a41;margin:1.5em}
+h2{overflow-wrap:anywhere}
+section{border-top:1px solid #bbb;padding:1em 0}
+.file{display:flex;flex-wrap:wrap;gap:1.5em}
+.picture{flex:1 1 26em;min-width:0;max-width:50em}
+.findings{flex:1 1 26em;min-width:0}
+svg{width:100%;max-height:80vh;background:#fafafa;border:1px solid #ddd}
+.error{border-left:5px solid #d81e05}
+.warning{border-left:5px solid #e8a317}
+.note{border-left:5px solid #999}
+.finding{padding-left:.8em;margin:1em 0}
+.finding p{margin:.2em 0}
+.dark{color:#1b2a41;font-weight:bold}
+.red{color:#d81e05;font-weight:bold}
+pre,code{background:#f0f0f0;overflow-x:auto}
+</style>
+</head>
+<body>
+<h1>Проверка файлов перед импортом</h1>
+<p>На рисунках: <span class="dark">тёмное загрузится</span>, <span class="red">красное будет потеряно</span>.</p>
+)";
 
 QString severityClass(Severity severity)
 {

@@ -1,7 +1,6 @@
 #include "reportpicture.h"
 
 #include <QPoint>
-#include <QRectF>
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +21,7 @@ bool isDrawable(double x, double y)
     return std::fabs(x) < limit && std::fabs(y) < limit;
 }
 
-/// The rectangle of all drawable positions.
+/// The bounding box of the drawable positions.
 class Bounds
 {
 public:
@@ -51,7 +50,7 @@ private:
     double m_top = 0;
 };
 
-/// Draws positions of the file in tenths of a pixel, Y up.
+/// Maps positions of the file, whose Y axis points up, to tenths of a pixel.
 class Canvas
 {
 public:
@@ -66,7 +65,7 @@ public:
         return {inTenths(margin + (x - m_bounds.left()) * m_scale), inTenths(margin + (m_bounds.top() - y) * m_scale)};
     }
 
-    // Lost content may lie far outside: its place must fit in an int.
+    // Known points are not in the bounds and may lie far outside, but must fit in an int.
     static int inTenths(double pixels)
     {
         constexpr double limit = 1e8;
@@ -89,12 +88,12 @@ QByteArray tenths(int value)
     return QByteArray::number(value / 10.0, 'f', 1);
 }
 
-QByteArray textOf(const QPoint &at)
+QByteArray positionText(const QPoint &at)
 {
     return tenths(at.x()) + ' ' + tenths(at.y());
 }
 
-/// Appends lines to the data of a path. Leaves out vertices within a pixel of the one before.
+/// Appends lines to the data of a path. Leaves out vertices within a pixel of the last one drawn.
 class PathWriter
 {
 public:
@@ -111,7 +110,7 @@ public:
         const QPoint step = at - m_last;
         if (!m_isFirst && !isLast && std::abs(step.x()) < pixel && std::abs(step.y()) < pixel)
             return;
-        m_data += (m_isFirst ? 'M' : 'L') + textOf(at);
+        m_data += (m_isFirst ? 'M' : 'L') + positionText(at);
         m_isFirst = false;
         m_last = at;
         ++m_count;
@@ -177,7 +176,7 @@ QByteArray importedPath(const ImportOutcome &outcome, const Canvas &canvas)
     return path(writer.data(), dark, "1.6");
 }
 
-/// A dot is a line of no length with round ends.
+/// Writes dots as lines of zero length with round caps.
 class DotWriter
 {
 public:
@@ -187,7 +186,7 @@ public:
     {
         constexpr int maxDots = 20000;
         if (isDrawable(x, y) && m_count++ < maxDots)
-            m_data += 'M' + textOf(m_canvas.at(x, y)) + "h0";
+            m_data += 'M' + positionText(m_canvas.at(x, y)) + "h0";
     }
 
     QByteArray svg(const char *colour) const

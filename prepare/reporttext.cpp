@@ -69,22 +69,6 @@ QString numbersText(const FileReport &report)
                       .arg(report.found->texts);
 }
 
-bool FileReport::isComplete() const
-{
-    return countOf(Severity::Error) == 0 && countOf(Severity::Warning) == 0;
-}
-
-bool FileReport::has(const QString &id) const
-{
-    return std::any_of(findings.begin(), findings.end(), [&id](const Finding &finding) { return finding.id == id; });
-}
-
-int FileReport::countOf(Severity severity) const
-{
-    return static_cast<int>(std::count_if(findings.begin(), findings.end(),
-                                          [severity](const Finding &finding) { return finding.severity == severity; }));
-}
-
 QString severityName(Severity severity)
 {
     switch (severity) {

@@ -1,8 +1,14 @@
-// The table of totals of several files.
+// The table of totals of several files:
+//
+//       принят    объектов     в файле      ошибок   замечаний  файл
+//           да           1           1           0           0  good.dxf
+//
+//       файлов     случаев  что найдено
+//            1           2  bulges
+//
+//     Файлов: 1, принято 1, дают объекты 1, загрузятся полностью 1.
 
 #include "report.h"
-
-#include "console.h"
 
 #include <QDir>
 #include <QMap>
@@ -11,25 +17,19 @@
 
 namespace {
 
-/// A finding over all files.
+/// How often one finding occurs in all files.
 struct Total
 {
     qint64 files = 0;
     qint64 cases = 0;
 };
 
-/// Right-aligned, because the columns hold numbers.
-QString cell(const QString &text, int width)
-{
-    return text.rightJustified(width);
-}
-
 QString row(const QStringList &cells, const QString &name)
 {
     constexpr int width = 12;
     QString text;
     for (const QString &content : cells)
-        text += cell(content, width);
+        text += content.rightJustified(width);
     return text + QStringLiteral("  ") + name + QLatin1Char('\n');
 }
 
@@ -86,17 +86,10 @@ QString totalsText(const QVector<FileReport> &reports)
         text += QLatin1Char('\n') + findingRows(totals);
     const qint64 complete = countIf(reports, [](const FileReport &report) { return report.isComplete(); });
     const qint64 accepted = countIf(reports, [](const FileReport &report) { return report.isAccepted; });
-    const qint64 given = countIf(reports, [](const FileReport &report) { return report.imported.objects > 0; });
+    const qint64 withObjects = countIf(reports, [](const FileReport &report) { return report.imported.objects > 0; });
     return text + QStringLiteral("\nФайлов: %1, принято %2, дают объекты %3, загрузятся полностью %4.\n")
                       .arg(reports.size())
                       .arg(accepted)
-                      .arg(given)
+                      .arg(withObjects)
                       .arg(complete);
-}
-
-int exitStatus(const QVector<FileReport> &reports)
-{
-    if (countIf(reports, [](const FileReport &report) { return report.isUnreadable(); }) > 0)
-        return Unreadable;
-    return countIf(reports, [](const FileReport &report) { return !report.isComplete(); }) > 0 ? Incomplete : Complete;
 }
