@@ -1,6 +1,9 @@
-// A binary DXF file is a sentinel of 22 bytes, then pairs of a group code and a value. The code has two bytes, in old
-// files one byte or 255 and two bytes. The type of the value follows from the code: a text that ends in a zero byte, a
-// little-endian number, or a length byte and as many bytes.
+// A binary DXF file is a sentinel of 22 bytes and then pairs of a group code and a value:
+//
+//     code     two bytes, little-endian; in old files one byte, or 255 and two bytes
+//     value    a text that ends in a zero byte, a little-endian number, or a length byte and as many bytes
+//
+// The code determines the type of the value.
 
 #include "binarydxf.h"
 
@@ -22,6 +25,8 @@ struct CodeRange
     Type type;
 };
 
+constexpr uchar extendedCode = 255; ///< in old files, before a code of two bytes
+
 constexpr CodeRange codeRanges[] = {
     {-1, Type::Unknown}, {9, Type::Text},      {59, Type::Double},   {79, Type::Int16},    {89, Type::Unknown},
     {99, Type::Int32},   {109, Type::Text},    {149, Type::Double},  {159, Type::Unknown}, {169, Type::Int64},
@@ -39,6 +44,17 @@ Type typeOf(int code)
     return range == std::end(codeRanges) ? Type::Unknown : range->type;
 }
 
+/// True if the codes of a file have two bytes. \a start are its first bytes after the sentinel.
+///
+/// The first code is 0, or 999 for a comment. Its high byte is at most 3, but the letter of a text that follows a code
+/// of one byte is printable.
+bool hasWideCodes(const QByteArray &start)
+{
+    return start.size() == 2 && static_cast<uchar>(start.at(0)) != extendedCode &&
+           static_cast<uchar>(start.at(1)) < ' ';
+}
+
+/// Reads the pairs of a binary file and appends them to a text.
 class BinaryReader
 {
 public:
@@ -46,7 +62,7 @@ public:
         : m_bytes(bytes),
           m_ascii(ascii),
           m_at(sentinel.size()),
-          m_wideCodes(bytes.size() > m_at + 1 && bytes.at(m_at + 1) == 0)
+          m_hasWideCodes(hasWideCodes(bytes.mid(m_at, 2)))
     {
     }
 
@@ -88,16 +104,16 @@ private:
 
     bool readCode(int &code)
     {
-        quint8 narrow = 255;
-        if (!m_wideCodes && !readNumber(narrow))
+        quint8 narrow = extendedCode;
+        if (!m_hasWideCodes && !readNumber(narrow))
             return false;
         qint16 wide = narrow;
-        const bool ok = narrow != 255 || readNumber(wide);
+        const bool ok = narrow != extendedCode || readNumber(wide);
         code = wide;
         return ok;
     }
 
-    // Shortest text that reads back as the same number.
+    // With 17 digits the text reads back as the same number.
     bool readDouble(QByteArray &value)
     {
         double number = 0;
@@ -106,7 +122,7 @@ private:
         return ok;
     }
 
-    // A line end within a text would shift all pairs behind it.
+    // A line end within a text would shift all following pairs.
     bool readText(QByteArray &value)
     {
         const int end = m_bytes.indexOf('\0', m_at);
@@ -155,7 +171,7 @@ private:
     const QByteArray &m_bytes;
     QByteArray &m_ascii;
     int m_at;
-    bool m_wideCodes; ///< the first code is 0: its second byte is 0 or the first letter of SECTION
+    bool m_hasWideCodes;
     bool m_isComplete = false;
 };
 

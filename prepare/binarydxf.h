@@ -8,6 +8,6 @@ bool isBinaryDxf(const QByteArray &start);
 
 /// Converts binary DXF to the pairs of lines of ASCII DXF.
 ///
-/// Returns false if \a bytes end too early or are damaged; then \a ascii has the pairs before that place and \a error
-/// says in English where it is.
+/// Returns false if \a bytes are truncated or damaged. \a ascii then holds the pairs before that place, and \a error is
+/// an English message that names it.
 bool binaryDxfToAscii(const QByteArray &bytes, QByteArray &ascii, QString &error);

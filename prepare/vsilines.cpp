@@ -20,7 +20,7 @@ bool VsiLines::open(const QByteArray &fileName)
     return m_file != nullptr;
 }
 
-// Keeps the beginning of a line that the buffer does not hold completely.
+// Reads the next chunk. Keeps the beginning of a line that the previous one did not hold completely.
 bool VsiLines::fill()
 {
     m_buffer.remove(0, m_next);

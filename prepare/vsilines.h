@@ -4,7 +4,7 @@
 
 #include <cpl_vsi.h>
 
-/// Reads the lines of a file through GDAL's file layer, which has files in memory and in archives too.
+/// Reads the lines of a file through GDAL's file layer, which also reads files in memory and in archives.
 class VsiLines
 {
 public:
@@ -13,6 +13,7 @@ public:
     VsiLines(const VsiLines &) = delete;
     VsiLines &operator=(const VsiLines &) = delete;
 
+    /// Must have succeeded before the first read().
     bool open(const QByteArray &fileName);
 
     /// Reads the next line without its line end; a longer one in pieces of 64 KB. Returns false at the end.

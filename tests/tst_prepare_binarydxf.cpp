@@ -15,7 +15,9 @@ private Q_SLOTS:
     void valuesBecomeLines_data();
     void valuesBecomeLines();
     void oldFilesHaveCodesOfOneByte();
-    void nothingIsReadBehindTheEnd();
+    void firstCodeMayBeAComment_data();
+    void firstCodeMayBeAComment();
+    void nothingIsReadAfterTheEnd();
     void damageIsReported_data();
     void damageIsReported();
     void everyTruncationIsReported();
@@ -55,7 +57,7 @@ void tst_BinaryDxf::sentinelIsRecognised_data()
 
     QTest::newRow("binary") << sentinel + start << true;
     QTest::newRow("ASCII") << QByteArray("  0\nSECTION\n") << false;
-    QTest::newRow("sentinel cut off") << sentinel.left(21) << false;
+    QTest::newRow("truncated sentinel") << sentinel.left(21) << false;
     QTest::newRow("empty") << QByteArray() << false;
 }
 
@@ -115,7 +117,28 @@ void tst_BinaryDxf::oldFilesHaveCodesOfOneByte()
     QCOMPARE(ascii, QByteArray("  0\nSECTION\n 10\n1.5\n1000\nx\n  0\nEOF\n"));
 }
 
-void tst_BinaryDxf::nothingIsReadBehindTheEnd()
+void tst_BinaryDxf::firstCodeMayBeAComment_data()
+{
+    QTest::addColumn<QByteArray>("comment");
+    QTest::addColumn<QByteArray>("zero");
+
+    QTest::newRow("codes of two bytes") << code(999) + text("x") << code(0);
+    QTest::newRow("codes of one byte") << bytes<quint8>(255) + code(999) + text("x") << bytes<quint8>(0);
+}
+
+void tst_BinaryDxf::firstCodeMayBeAComment()
+{
+    QFETCH(QByteArray, comment);
+    QFETCH(QByteArray, zero);
+    QByteArray ascii;
+    QString error;
+
+    QVERIFY2(binaryDxfToAscii(sentinel + comment + zero + text("EOF"), ascii, error), qPrintable(error));
+
+    QCOMPARE(ascii, QByteArray("999\nx\n  0\nEOF\n"));
+}
+
+void tst_BinaryDxf::nothingIsReadAfterTheEnd()
 {
     QByteArray ascii;
     QString error;
@@ -134,7 +157,7 @@ void tst_BinaryDxf::damageIsReported_data()
     QTest::newRow("negative code") << code(-5) + text("x") + end;
     QTest::newRow("code above all") << code(1072) + text("x") + end;
     QTest::newRow("text without end") << code(1) + QByteArray("abc");
-    QTest::newRow("cut number") << code(10) + QByteArray("\0\0\0", 3);
+    QTest::newRow("truncated number") << code(10) + QByteArray("\0\0\0", 3);
     QTest::newRow("fewer bytes than announced") << code(310) + bytes<quint8>(200) + QByteArray("abc");
 }
 
@@ -157,7 +180,7 @@ void tst_BinaryDxf::everyTruncationIsReported()
     for (int size = 0; size < whole.size(); ++size) {
         QByteArray ascii;
         QString error;
-        // An allocation of its own, so that a sanitizer sees any access behind the end.
+        // An allocation of its own, so that a sanitizer sees any access past the end.
         const QByteArray part(whole.constData(), size);
         QVERIFY(!binaryDxfToAscii(part, ascii, error));
         QVERIFY(!error.isEmpty());
