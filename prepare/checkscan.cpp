@@ -10,7 +10,7 @@
 
 namespace {
 
-bool beginsWithMark(QFile &file)
+bool hasByteOrderMark(QFile &file)
 {
     const QByteArray head = file.peek(4);
     return head.startsWith("\xEF\xBB\xBF") || head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF") ||
@@ -29,7 +29,7 @@ bool ScanReader::open(const QString &fileName)
     m_file.setFileName(fileName);
     if (!QFileInfo(m_file).isFile() || !m_file.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
-    m_isUnicode = beginsWithMark(m_file);
+    m_isUnicode = hasByteOrderMark(m_file);
     m_stream.setDevice(&m_file, QTextCodec::codecForName("ISO-8859-1"));
     return true;
 }

@@ -7,7 +7,7 @@
 
 #include <array>
 
-/// What a scan of the raw file counts.
+/// Properties of the raw file that a scan counts.
 enum class Trait {
     BlankLine,      ///< where the import expects a group code or a vertex
     UnreadText,     ///< MTEXT, ATTRIB, TEXT of a MIF file
@@ -21,13 +21,13 @@ enum class Trait {
     BlockReference, ///< references of blocks that draw something
     OpenRing,       ///< rings whose last vertex is not the first
     PlineCount,     ///< PLINE without its number of vertices, or MULTIPLE with fewer than two parts
-    Collection,
-    ForeignName, ///< names with bytes beyond ASCII
-    MidEmptyLine,
+    Collection,     ///< collections of a MIF file
+    ForeignName,    ///< names with bytes beyond ASCII
+    MidEmptyLine,   ///< empty lines in place of records
     Last = MidEmptyLine
 };
 
-/// A number of cases and the first of them.
+/// The number of cases, and the first one.
 struct Tally
 {
     qint64 count = 0;
@@ -36,9 +36,15 @@ struct Tally
 };
 
 /// Why the header check rejects a file.
-enum class HeaderFault { None, Foreign, Comment, OtherSection, Binary };
+enum class HeaderFault {
+    None,
+    Foreign, ///< none of the others: the file does not look like its format
+    Comment,
+    OtherSection,
+    Binary
+};
 
-/// What a scan finds in a file. All texts are for the user.
+/// The result of a scan. All QString members are for the user.
 struct FileFacts
 {
     const Tally &tally(Trait trait) const { return tallies[static_cast<std::size_t>(trait)]; }
@@ -49,11 +55,11 @@ struct FileFacts
     qint64 lineCount = 0;
 
     HeaderFault headerFault = HeaderFault::None;
-    qint64 headerLine = 0; ///< of the fault
-    QString headerText;    ///< the faulty line, abbreviated
+    qint64 headerLine = 0; ///< number of the faulty line, counted from 1
+    QString headerText;    ///< its text, abbreviated
 
     std::array<Tally, static_cast<std::size_t>(Trait::Last) + 1> tallies;
-    QMap<QString, qint64> unreadKinds; ///< keywords of UnreadEntity and their numbers, of limited size
+    QMap<QString, qint64> unreadKinds; ///< the keywords of UnreadEntity and how often each occurs; limited
     double largestDeviation = 0;       ///< of a chord from its arc, in units of the file
 
     bool isTruncated = false;
@@ -62,11 +68,11 @@ struct FileFacts
     QString declaredEncoding; ///< CHARSET or $DWGCODEPAGE as written; empty: none
     QString drawingVersion;   ///< $ACADVER; empty: none
     bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
-    QByteArray foreignNames;  ///< the first of them, of limited size
+    QByteArray foreignNames;  ///< such names, one a line, up to a limit
 
-    QVector<DefPoint> unsortedTexts; ///< of a drawing whose texts the import does not sort; otherwise empty
+    QVector<DefPoint> unsortedTexts; ///< all texts of a drawing if the import does not sort them; otherwise empty
 
-    QString geographicPlace; ///< of a coordinate system in degrees; empty: none
+    QString geographicPlace; ///< place of a declared coordinate system in degrees; empty: none
 
     qint64 recordsNeeded = 0; ///< objects that have a MID record
     qint64 recordCount = 0;   ///< records in the MID file; -1: not read

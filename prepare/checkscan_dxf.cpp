@@ -1,6 +1,13 @@
-// Reads the pairs of a drawing. What to do with an entity at its end is in checkscan_dxf_entities.cpp.
+// A drawing is a list of pairs of lines, a group code and a value:
 //
-// Functions are in data-flow order: pair, header, section, group, file.
+//     0 SECTION, 2 HEADER        begins a section; the import requires HEADER as the first one
+//     9 $DWGCODEPAGE, 3 ...      a variable of the header
+//     0 LINE                     begins an entity, which the next code 0 ends
+//     8 Lots                     its layer
+//     0 EOF                      ends the file
+//
+// Functions are in data-flow order: pair, header, entity, group, file. checkscan_dxf_entities.cpp evaluates each
+// entity.
 
 #include "checkscan_dxf.h"
 
@@ -10,7 +17,7 @@ namespace {
 
 constexpr auto binarySentinel = "AutoCAD Binary DXF";
 
-/// A plain group code; -1 for anything else. Like the import it does not take 010 for 10.
+/// Returns a group code, or -1 for anything else. Like the import, does not read 010 as 10.
 int codeOf(QStringView line)
 {
     if (line.isEmpty() || line.size() > 4 || (line.size() > 1 && line[0] == QLatin1Char('0')))
@@ -53,7 +60,7 @@ void DrawingScan::setHeaderFault(HeaderFault fault)
     m_facts.headerText = m_reader.decoded(m_reader.line(), m_codec);
 }
 
-// Returns false if the file is no drawing in pairs.
+// Returns false if the pairs do not begin with a section, after comments.
 bool DrawingScan::checkHeader()
 {
     bool ok = readPair();
@@ -73,7 +80,7 @@ bool DrawingScan::checkHeader()
     return true;
 }
 
-// The texts of the entity reuse their memory.
+// Clears the strings in place, which keeps their memory.
 void DrawingScan::beginEntity()
 {
     finishEntity();
@@ -97,7 +104,7 @@ void DrawingScan::beginEntity()
         beginSection();
 }
 
-// Like the import takes the next value for the name, whatever its group code is.
+// Like the import, takes the next value for the name whatever its group code.
 void DrawingScan::beginSection()
 {
     m_entity.kind = Kind::Nothing;
@@ -119,8 +126,8 @@ void DrawingScan::readVertexGroup()
     }
 }
 
-// Positions count in a system of its own, which the import ignores, if the extrusion is not the Z axis: mostly it is
-// the opposite one, and X is mirrored.
+// An extrusion other than the Z axis gives the entity a coordinate system of its own, which the import ignores. Mostly
+// it is the opposite axis, which mirrors X.
 void DrawingScan::readExtrusion()
 {
     constexpr double tolerance = 1e-6;

@@ -7,15 +7,15 @@
 
 #include <optional>
 
-/// What becomes of an entity.
+/// How the scan treats an entity.
 enum class EntityKind {
-    Unread, // content that the import passes over
+    Unread, ///< content that the import skips
     Block,
     Curve,
-    CentredCurve, // its centre is a known point
+    CentredCurve, ///< its centre is a known point
     Insert,
     LwPolyline,
-    Nothing, // draws nothing, or belongs to another entity
+    Nothing, ///< draws nothing, or belongs to another entity
     Point,
     Polyline,
     Line,
@@ -25,7 +25,7 @@ enum class EntityKind {
     Vertex
 };
 
-/// The entity whose groups are read. Its texts reuse their memory.
+/// The current entity. There is one object for all entities, because its strings keep their memory.
 struct DrawingEntity
 {
     EntityKind kind = EntityKind::Nothing;
@@ -37,10 +37,10 @@ struct DrawingEntity
     QString flags; ///< as written, because the import compares them as text
     bool hasForeignText = false;
     bool isOnSheet = false;      ///< in paper space
-    bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
+    bool isInOtherPlane = false; ///< its extrusion is not the Z axis
 };
 
-/// The polyline whose vertices are read.
+/// The current polyline.
 struct DrawingOutline
 {
     DrawingEntity entity;
@@ -48,8 +48,8 @@ struct DrawingOutline
     bool hasFlaggedVertex = false; ///< a vertex whose flags close the polyline in the import
 };
 
-/// Scans the pairs of a drawing. Unlike the import it looks into blocks, counts what the import passes over and
-/// continues behind a header that the import rejects.
+/// Scans the pairs of a drawing. Unlike the import it looks into blocks, counts what the import skips, and continues
+/// after a header that the import rejects.
 class DrawingScan
 {
 public:
@@ -115,6 +115,6 @@ private:
     bool m_hasVertex = false;
     std::optional<DrawingOutline> m_outline;
     BlockContents m_blocks;
-    bool m_collectsTexts; ///< no points have occurred, without which the texts are not sorted
+    bool m_collectsTexts; ///< until a point occurs: with points the import sorts the texts
     DrawingTexts m_texts;
 };

@@ -1,4 +1,4 @@
-// What becomes of the entities of a drawing at their end.
+// Evaluates the entities of a drawing, each at its end.
 //
 // Functions are in data-flow order: kind, place, polyline, entity.
 
@@ -42,7 +42,7 @@ void DrawingScan::add(Tally &tally, const Entity &entity, qint64 count) const
     tally.count += count;
 }
 
-// The vertices of polylines in space and of meshes are not in the system of the entity.
+// 3D polylines and meshes have world coordinates whatever their extrusion.
 void DrawingScan::addPlane(const Entity &entity)
 {
     constexpr int spatial = 8 | 16 | 64;
@@ -59,7 +59,8 @@ void DrawingScan::addVertex()
     m_vertex = {};
 }
 
-// Only the value 1 closes a POLYLINE in the import. A mesh or a smoothed polyline is a different matter.
+// Only the value 1 closes a POLYLINE in the import. Meshes and smoothed polylines count on their own: the import reads
+// them wrong even if they are closed.
 void DrawingScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
 {
     constexpr int closed = 1;
@@ -91,7 +92,7 @@ void DrawingScan::finishOutline()
     m_outline.reset();
 }
 
-// With known points the import sorts the texts.
+// With known points the import sorts the texts, so they are not needed.
 void DrawingScan::addPoint()
 {
     m_collectsTexts = false;

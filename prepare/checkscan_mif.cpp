@@ -1,6 +1,13 @@
-// Scans the lines of a MIF file and the records of its MID file. Unlike the import it continues behind what stops the
-// import.
+// A MIF file has a header and objects; its MID file has one record a line for each object:
 //
+//     VERSION 300                the import requires these three lines in this order
+//     CHARSET "WindowsCyrillic"
+//     DELIMITER ","
+//     DATA                       ends the header
+//     PLINE 2                    number of vertices; a line with x y for each follows
+//     REGION 1                   number of rings; each has a line with its number of vertices, and then those
+//
+// Unlike the import, the scan continues after what stops the import.
 // Functions are in data-flow order: line, header, ring, object, file, record.
 
 #include "checkscan_reader.h"
@@ -50,7 +57,7 @@ private:
     void beginText() { add(Trait::UnreadText, m_reader.lineNumber()); }
     void beginUnread();
     void beginCollection();
-    void beginRead() {}
+    void beginComplete() {} ///< the object has no more lines
 
     int numberAt(int token) const;
     void readRing();
@@ -99,7 +106,7 @@ void MifScan::setHeaderFault()
     m_facts.headerText = m_reader.decoded(m_reader.line(), m_codec);
 }
 
-// Returns false if the file is no MIF file at all. Otherwise the keywords may stand in any order behind the version.
+// Returns false if the file does not begin with the version. The other keywords may be in any order.
 bool MifScan::readHeader()
 {
     const QStringList compulsory{QStringLiteral("VERSION"), QStringLiteral("CHARSET"), QStringLiteral("DELIMITER")};
@@ -119,7 +126,6 @@ bool MifScan::readHeader()
     return true;
 }
 
-// Projection 1 of the earth is longitude and latitude.
 void MifScan::readHeaderLine(const QString &keyword)
 {
     const QString value = m_tokens[1].toString().remove(QLatin1Char('"'));
@@ -131,6 +137,7 @@ void MifScan::readHeaderLine(const QString &keyword)
         m_facts.geographicPlace = QStringLiteral("строка %1").arg(m_reader.lineNumber());
 }
 
+// Projection 1 is longitude and latitude.
 bool MifScan::isLongitudeLatitude() const
 {
     return m_tokens[1].compare(QLatin1String("EARTH"), Qt::CaseInsensitive) == 0 &&
@@ -180,9 +187,9 @@ void MifScan::beginCollection()
 void MifScan::beginObject(const QString &keyword)
 {
     static const QHash<QString, Begin> rows{
-        {QStringLiteral("NONE"), &MifScan::beginRead},
-        {QStringLiteral("POINT"), &MifScan::beginRead},
-        {QStringLiteral("LINE"), &MifScan::beginRead},
+        {QStringLiteral("NONE"), &MifScan::beginComplete},
+        {QStringLiteral("POINT"), &MifScan::beginComplete},
+        {QStringLiteral("LINE"), &MifScan::beginComplete},
         {QStringLiteral("PLINE"), &MifScan::beginPline},
         {QStringLiteral("REGION"), &MifScan::beginRegion},
         {QStringLiteral("ARC"), &MifScan::beginCurve},
@@ -238,7 +245,7 @@ void MifScan::readVertex()
         add(Trait::OpenRing, m_ringLine);
 }
 
-// A line of an object, or the first line of the next one if this one is incomplete.
+// A line of the current object or, even if that is incomplete, the first line of the next one.
 void MifScan::readObjectLine()
 {
     const QStringView line = m_reader.line();
@@ -268,7 +275,7 @@ bool MifScan::run()
     return true;
 }
 
-/// The first field of \a record, which may be quoted.
+/// Returns the first field of \a record, without its quotes if it has any.
 QStringView firstField(QStringView record, QChar delimiter)
 {
     const bool isQuoted = record.startsWith(QLatin1Char('"'));
@@ -290,7 +297,7 @@ void addRecord(Trait trait, FileFacts &facts, qint64 line)
     }
 }
 
-// Empty lines count as records as far as the objects need them; behind, they are the end of the file.
+// An empty line is a record only as long as objects still need one; the others are the end of the file.
 void scanRecords(const QString &fileName, QChar delimiter, FileFacts &facts)
 {
     ScanReader reader;

@@ -5,7 +5,8 @@
 
 #include <QFile>
 
-/// Reads the lines of a file with one character for each byte, unless a byte-order mark says otherwise.
+/// Reads the lines of a file as one character per byte (Latin-1), so that the bytes of names remain known. A file with
+/// a byte-order mark is decoded.
 class ScanReader
 {
 public:
@@ -15,12 +16,12 @@ public:
     /// Reads the next line. Returns false at the end of the file.
     bool readLine();
 
-    /// The current line, trimmed; remains valid during the next read.
+    /// The current line, trimmed. The view stays valid while one more line is read.
     QStringView line() const { return m_line; }
     qint64 lineNumber() const { return m_lineNumber; }
     bool isUnicode() const { return m_isUnicode; }
 
-    /// Reads the remaining lines and returns the number of all.
+    /// Reads the remaining lines. Returns the number of lines in the file.
     qint64 countLines();
 
     /// \a text of the file decoded by \a codec.
@@ -39,7 +40,7 @@ private:
 /// True if a character of \a text stands for a byte beyond ASCII.
 bool isForeign(QStringView text);
 
-/// Stores the evidence for the encoding that \a name gives, which is not ASCII.
+/// Records \a name, which is not ASCII, as evidence of the encoding.
 void addForeignName(QStringView name, FileFacts &facts);
 
 void scanDxf(ScanReader &reader, const CheckOptions &options, FileFacts &facts);
