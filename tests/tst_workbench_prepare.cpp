@@ -142,7 +142,7 @@ void tst_WorkbenchPrepare::conversionIsReported()
                            conversion));
 
     const QString start = QDir::toNativeSeparators(QStringLiteral("/tmp/a.mif")) +
-                          QStringLiteral("\nЗаписано: объектов 7, контуров 8, вершин 90, точек с номерами 4.\n"
+                          QStringLiteral("\nЗаписано: объектов 7, контуров 8, вершин 90, точек 4.\n"
                                          "Кодировка результата: windows-1251");
     const bool hasSource = !conversion.sourceEncoding.isEmpty();
     QCOMPARE(conversionText(conversion), start + (hasSource ? text : QLatin1Char('.') + text));
@@ -175,11 +175,16 @@ void tst_WorkbenchPrepare::lossesAreListed()
     QCOMPARE(lossText(conversion, 9), QString());
 
     conversion.leftOut = {{QStringLiteral("raster"), 1}};
-    conversion.notes += {{QStringLiteral("degrees"), 1}, {QStringLiteral("replaced-character"), 5}};
+    conversion.notes += {{QStringLiteral("degrees"), 1},
+                         {QStringLiteral("long-text"), 2},
+                         {QStringLiteral("no-end"), 1},
+                         {QStringLiteral("replaced-character"), 5}};
 
     QCOMPARE(lossText(conversion, 9),
              QStringLiteral("  растры: 1\n"
                             "  координаты в градусах, а импорту нужны метры\n"
+                            "  тексты, обрезанные до 254 байт: 2\n"
+                            "  в чертеже нет отметки конца: возможно, файл обрезан\n"
                             "  знаки, которых нет в кодировке результата и которые заменены: 5"));
 }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int maxKinds = 200;     // shown; a drawing may contain entities of any name
+constexpr int maxKinds = 200;     // a drawing may contain entities of any number of names
 constexpr int maxNameLength = 60; // of an entity
 
 Conversion::Counts readCounts(const QJsonValue &value)
@@ -54,7 +54,7 @@ const QHash<QString, QString> &kindTexts()
     return texts;
 }
 
-// A newer program may report kinds that are not known here.
+// A newer companion may report kinds that are not known here.
 QString kindText(const QString &kind)
 {
     const QString entity = QStringLiteral("entity ");
@@ -63,7 +63,7 @@ QString kindText(const QString &kind)
     return kindTexts().value(kind, kind);
 }
 
-// Kinds that a file has or has not; their count means nothing.
+// Remarks on the whole file have no meaningful count.
 bool isCounted(const QString &kind)
 {
     static const QStringList uncounted{QStringLiteral("coarse-curve"), QStringLiteral("degrees"),
@@ -114,7 +114,7 @@ bool readConversion(const QByteArray &json, Conversion &conversion)
 
 QString lossText(const Conversion &conversion, int maxKinds)
 {
-    static const QStringList losses{QStringLiteral("degrees"), QStringLiteral("no-end"),
+    static const QStringList losses{QStringLiteral("degrees"), QStringLiteral("long-text"), QStringLiteral("no-end"),
                                     QStringLiteral("replaced-character")};
     Conversion::Counts counts = conversion.leftOut;
     for (const auto &note : conversion.notes) {
@@ -127,7 +127,7 @@ QString lossText(const Conversion &conversion, int maxKinds)
 QString conversionText(const Conversion &conversion)
 {
     QStringList parts{QDir::toNativeSeparators(conversion.output)};
-    parts.append(QStringLiteral("Записано: объектов %1, контуров %2, вершин %3, точек с номерами %4.")
+    parts.append(QStringLiteral("Записано: объектов %1, контуров %2, вершин %3, точек %4.")
                      .arg(conversion.objects)
                      .arg(conversion.contours)
                      .arg(conversion.vertices)
