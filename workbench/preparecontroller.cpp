@@ -15,8 +15,8 @@
 namespace {
 
 const QString strPrepare = QStringLiteral("Подготовить файл");
-constexpr int maxShownKinds = 12; // in a message box
 const QString strMif = QStringLiteral(".mif");
+constexpr int maxShownKinds = 12; // in a message box
 
 // The MID file of a prepared MIF file.
 QString midOf(const QString &mif)
@@ -36,8 +36,8 @@ bool isPairSuffix(const QString &suffix)
            suffix.compare(QLatin1String("mid"), Qt::CaseInsensitive) == 0;
 }
 
-// True if the file name is the input or belongs to its pair, whose suffixes may have capital letters.
-bool isPartOf(const QString &name, const QString &input)
+// True if the file is the input or the other file of its pair, whose suffix may have capital letters.
+bool belongsTo(const QString &name, const QString &input)
 {
     const QFileInfo file(name);
     const QFileInfo source(input);
@@ -57,9 +57,9 @@ PrepareController::PrepareController(const QString &program, QWidget *window)
       m_notice(new NoticeBar(window))
 {
     addAction("checkAction", QStringLiteral("Про&верить файл…"), &PrepareController::chooseAndCheck);
-    addAction("checkLastAction", QStringLiteral("Проверить последний фай&л"), &PrepareController::checkLast);
+    m_checkLastAction =
+        addAction("checkLastAction", QStringLiteral("Проверить последний фай&л"), &PrepareController::checkLast);
     addAction("prepareAction", QStringLiteral("По&дготовить файл…"), &PrepareController::chooseAndPrepare);
-    m_checkLastAction = m_actions.at(1);
     enableActions();
     connect(m_notice, &NoticeBar::checkRequested, this, &PrepareController::checkLast);
     connect(m_notice, &NoticeBar::prepareRequested, this, &PrepareController::prepareLast);
@@ -71,12 +71,13 @@ PrepareController::PrepareController(const QString &program, QWidget *window)
     connect(m_pane, &PreparePane::importRequested, this, &PrepareController::importPrepared);
 }
 
-void PrepareController::addAction(const char *name, const QString &text, void (PrepareController::*slot)())
+QAction *PrepareController::addAction(const char *name, const QString &text, void (PrepareController::*slot)())
 {
     auto *const action = new QAction(text, this);
     action->setObjectName(QLatin1String(name));
     connect(action, &QAction::triggered, this, slot);
     m_actions.append(action);
+    return action;
 }
 
 // The program handles one file at a time.
@@ -126,7 +127,7 @@ void PrepareController::checkLast()
     check(m_choices.objectFile);
 }
 
-// The dialog keeps its choices for the next file, but a file of points belongs to one file of objects.
+// The import dialog keeps its choices for the next file; only the file of points belongs to one file of objects.
 void PrepareController::check(const QString &fileName)
 {
     DialogChoices choices = m_choices;
@@ -165,7 +166,7 @@ void PrepareController::prepare(const QString &fileName)
     m_pane->convert(fileName, output, QFileInfo::exists(output) || QFileInfo::exists(midOf(output)));
 }
 
-/// Asks for the name of the prepared file. Returns an empty name after a cancel.
+/// Asks for the name of the prepared file. Returns an empty name if the user cancels.
 QString PrepareController::chooseOutput(const QString &input) const
 {
     QFileDialog dialog(m_window, QStringLiteral("Записать подготовленный файл"));
@@ -178,7 +179,7 @@ QString PrepareController::chooseOutput(const QString &input) const
     dialog.selectFile(suggested.fileName());
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().value(0);
-        QString output = chosen.endsWith(strMif) ? chosen : chosen + strMif;
+        const QString output = chosen.endsWith(strMif) ? chosen : chosen + strMif;
         if (mayWrite(output, input))
             return output;
     }
@@ -190,7 +191,7 @@ bool PrepareController::mayWrite(const QString &output, const QString &input) co
 {
     const QStringList files{output, midOf(output)};
     for (const QString &name : files) {
-        if (isPartOf(name, input))
+        if (belongsTo(name, input))
             return refuse(
                 QStringLiteral("Это сам исходный файл: %1\nВыберите другое имя.").arg(QDir::toNativeSeparators(name)));
     }
@@ -214,7 +215,7 @@ bool PrepareController::confirm(const QString &question) const
     return QMessageBox::question(m_window, strPrepare, question, answers, QMessageBox::No) == QMessageBox::Yes;
 }
 
-// While another dialog is open, the pane's button imports the file later.
+// If another dialog is open, the user imports the file later, with the pane's button.
 void PrepareController::offerImport()
 {
     if (QApplication::activeModalWidget() != nullptr)

@@ -24,12 +24,13 @@ public:
     PreparePane *pane() const { return m_pane; }
     NoticeBar *notice() const { return m_notice; }
 
-    /// For a menu.
+    /// The actions for a menu.
     const QList<QAction *> &actions() const { return m_actions; }
 
+    /// Hides the notice of the last import.
     void beginRun();
 
-    /// Learns what was imported. \a hasResult is false if the host got no objects.
+    /// Shows the notice if the import \a run gave no objects. \a hasResult is false if the host got none.
     void finishRun(const OperationRun &run, bool hasResult);
 
 Q_SIGNALS:
@@ -38,7 +39,7 @@ Q_SIGNALS:
     void importRequested(const QString &fileName, const QString &encoding);
 
 private:
-    void addAction(const char *name, const QString &text, void (PrepareController::*slot)());
+    QAction *addAction(const char *name, const QString &text, void (PrepareController::*slot)());
     void enableActions();
     void chooseAndCheck();
     void checkLast();
@@ -61,5 +62,5 @@ private:
     NoticeBar *m_notice;
     QList<QAction *> m_actions;
     QAction *m_checkLastAction = nullptr;
-    DialogChoices m_choices; ///< of the last processing of this session
+    DialogChoices m_choices; ///< of the last import since the start
 };

@@ -18,7 +18,7 @@
 
 namespace {
 
-// Exit statuses of a check.
+// Exit statuses of the sub-command check.
 constexpr int allComesIn = 0;
 constexpr int somethingIsLost = 1;
 constexpr int fileIsUnreadable = 3;
@@ -120,7 +120,7 @@ void PreparePane::convert(const QString &input, const QString &output, bool over
     start(Task::Convert, input, arguments + QStringList{input, output});
 }
 
-// The page is written by the check itself, so that it shows the file as it was then.
+// Each check writes its page at once, because the file may have changed when the user opens it.
 QStringList PreparePane::pageArguments()
 {
     m_page = m_pages.isValid() ? m_pages.filePath(QStringLiteral("check.html")) : QString();
@@ -231,7 +231,7 @@ void PreparePane::finishConversion()
     Q_EMIT converted();
 }
 
-// The program's own messages stand before the details.
+// The program's own messages come before the details.
 void PreparePane::fail(const QString &text, const QString &details)
 {
     QPalette colors;

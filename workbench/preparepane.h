@@ -29,7 +29,7 @@ public:
     /// Writes the content of \a input to the MIF file \a output and its MID file. Does nothing while the program runs.
     void convert(const QString &input, const QString &output, bool overwrite);
 
-    /// Ends the program, waiting for it; its call has then no result.
+    /// Ends the program and waits for it. The call has no result, so ended() is not emitted.
     void stop();
 
     bool isRunning() const { return m_process.isRunning(); }
@@ -37,13 +37,13 @@ public:
     /// The file of the last call.
     const QString &fileName() const { return m_fileName; }
 
-    /// The last one that succeeded.
+    /// The last conversion that succeeded.
     const Conversion &conversion() const { return m_conversion; }
 
 Q_SIGNALS:
     void runningChanged();
     void converted();
-    void ended(const QString &text, bool isError); ///< after each call: its result in a line
+    void ended(const QString &text, bool isError); ///< \a text is the result of the call in one line
     void prepareRequested();
     void importRequested();
 
@@ -68,7 +68,7 @@ private:
     Task m_task = Task::Check;
     QString m_fileName;
     QTemporaryDir m_pages;
-    QString m_page; ///< of the last check; empty: none
+    QString m_page; ///< HTML page of the last check; empty: none
     Conversion m_conversion;
     QElapsedTimer m_elapsed;
     QTimer m_clock;

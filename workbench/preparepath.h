@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Returns the path of the companion program that was built or installed together with the program in \a folder, or an
-/// empty string if there is none.
+/// Returns the path of the companion program that was built or installed with the program in \a folder, or an empty
+/// string if there is none.
 QString findPrepareProgram(const QString &folder);

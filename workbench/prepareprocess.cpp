@@ -4,16 +4,16 @@
 
 namespace {
 
-constexpr int patience = 2000; // ms
+constexpr int gracePeriod = 2000; // ms
 
 } // namespace
 
 PrepareProcess::PrepareProcess(QObject *parent) : QObject(parent)
 {
     m_process.setStandardInputFile(QProcess::nullDevice());
-    m_patience.setSingleShot(true);
-    m_patience.setInterval(patience);
-    connect(&m_patience, &QTimer::timeout, &m_process, &QProcess::kill);
+    m_killTimer.setSingleShot(true);
+    m_killTimer.setInterval(gracePeriod);
+    connect(&m_killTimer, &QTimer::timeout, &m_process, &QProcess::kill);
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             [this] { receive(m_process.readAllStandardOutput(), m_output); });
     connect(&m_process, &QProcess::readyReadStandardError, this,
@@ -44,26 +44,26 @@ void PrepareProcess::cancel()
     if (!m_isRunning || m_isCancelled)
         return;
     m_isCancelled = true;
-    m_patience.start();
+    m_killTimer.start();
     m_process.terminate();
 }
 
-// A program that is asked to end removes its temporary files, so it gets some time.
+// A program that is asked to end removes its temporary files, which takes some time.
 void PrepareProcess::stop()
 {
     const QSignalBlocker blocker(m_process);
-    m_patience.stop();
+    m_killTimer.stop();
     if (m_process.state() != QProcess::NotRunning) {
         m_process.terminate();
-        if (!m_process.waitForFinished(patience)) {
+        if (!m_process.waitForFinished(gracePeriod)) {
             m_process.kill();
-            m_process.waitForFinished(patience);
+            m_process.waitForFinished(gracePeriod);
         }
     }
     m_isRunning = false;
 }
 
-// The rest is read too, because the program would wait for a reader of a full pipe.
+// Bytes beyond the limit are read too: a full pipe would block the program.
 void PrepareProcess::receive(const QByteArray &bytes, QByteArray &kept)
 {
     kept += bytes.left(maxOutput - kept.size());
@@ -76,7 +76,7 @@ void PrepareProcess::handleError(QProcess::ProcessError error)
         finish(End::NotStarted);
 }
 
-// A program that was done before it could be cancelled has finished.
+// A program that completed its work before it could be cancelled has finished.
 void PrepareProcess::handleEnd(int exitCode, QProcess::ExitStatus status)
 {
     const bool isDone = status == QProcess::NormalExit && exitCode == 0;
@@ -88,7 +88,7 @@ void PrepareProcess::handleEnd(int exitCode, QProcess::ExitStatus status)
 
 void PrepareProcess::finish(End end)
 {
-    m_patience.stop();
+    m_killTimer.stop();
     m_isRunning = false;
     m_end = end;
     Q_EMIT finished();

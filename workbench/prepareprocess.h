@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QTimer>
 
-/// Calls of the companion program, one at a time, in the background.
+/// Runs the companion program in the background, one call at a time.
 ///
 /// The destructor ends a running program.
 class PrepareProcess : public QObject
@@ -24,7 +24,7 @@ public:
     /// Asks the program to end, and kills it if it does not.
     void cancel();
 
-    /// Ends the program, waiting for it, without finished().
+    /// Ends the program and waits for it. finished() is not emitted.
     void stop();
 
     bool isRunning() const { return m_isRunning; }
@@ -51,7 +51,7 @@ private:
     void finish(End end);
 
     QProcess m_process;
-    QTimer m_patience; ///< with a program that was asked to end
+    QTimer m_killTimer; ///< runs once the program was asked to end
     bool m_isRunning = false;
     bool m_isCancelled = false;
     End m_end = End::Finished;
