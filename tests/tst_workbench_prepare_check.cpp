@@ -66,7 +66,7 @@ void tst_WorkbenchPrepareCheck::reportIsShown_data()
 
     QTest::newRow("complete") << 0 << QStringLiteral("Файл plan.dxf проверен: загрузится всё") << false << false;
     QTest::newRow("incomplete") << 1 << QStringLiteral("Файл plan.dxf проверен: есть замечания") << false << true;
-    QTest::newRow("unreadable") << 3 << QStringLiteral("Файл plan.dxf не читается") << true << true;
+    QTest::newRow("unreadable") << 3 << QStringLiteral("Файл plan.dxf не читается") << true << false;
 }
 
 void tst_WorkbenchPrepareCheck::reportIsShown()

@@ -202,7 +202,7 @@ void PreparePane::finishCheck()
 {
     const QString name = baseName(m_fileName);
     const int status = m_process.exitCode();
-    m_prepareButton->setVisible(status != allComesIn);
+    m_prepareButton->setVisible(status != allComesIn && status != fileIsUnreadable);
     if (status != allComesIn && status != somethingIsLost && status != fileIsUnreadable) {
         fail(QStringLiteral("Проверить файл %1 не удалось").arg(name), QString::fromUtf8(m_process.output()));
         return;
