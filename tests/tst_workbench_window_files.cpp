@@ -2,10 +2,8 @@
 #include "recentfiles.h"
 #include "workbenchwindowtesting.h"
 
-#include <QDropEvent>
 #include <QHeaderView>
 #include <QMenu>
-#include <QMimeData>
 
 /// Files in the window: dropped and recent ones, and its settings.
 class tst_WorkbenchWindowFiles : public QObject
@@ -35,18 +33,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-bool drop(const WindowFixture &fixture, const QList<QUrl> &urls)
-{
-    QMimeData data;
-    data.setUrls(urls);
-    QDragEnterEvent entering(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&fixture.window(), &entering);
-    if (!entering.isAccepted())
-        return false;
-    QDropEvent dropped(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    return QCoreApplication::sendEvent(&fixture.window(), &dropped);
-}
 
 QList<QAction *> recentActions(const WindowFixture &fixture)
 {
@@ -133,7 +119,7 @@ void tst_WorkbenchWindowFiles::droppedFileStartsItsOperation()
         driver.cancel();
     });
 
-    QVERIFY(drop(fixture, {QUrl::fromLocalFile(fileName)}));
+    QVERIFY(fixture.drop({QUrl::fromLocalFile(fileName)}));
     QVERIFY(!fixture.picture()->viewport()->acceptDrops());
 
     QTRY_COMPARE(entered, fileName);
@@ -144,11 +130,11 @@ void tst_WorkbenchWindowFiles::unsuitableDropIsReported()
 {
     const WindowFixture fixture;
 
-    QVERIFY(drop(fixture, {QUrl(QStringLiteral("https://example.org/a.mif"))}));
+    QVERIFY(fixture.drop({QUrl(QStringLiteral("https://example.org/a.mif"))}));
 
     QCOMPARE(fixture.window().statusBar()->currentMessage(),
              QStringLiteral("Не файл этого компьютера: https://example.org/a.mif"));
-    QVERIFY(!drop(fixture, {}));
+    QVERIFY(!fixture.drop({}));
 }
 
 void tst_WorkbenchWindowFiles::dropIsIgnoredDuringAnOperation()
@@ -158,7 +144,7 @@ void tst_WorkbenchWindowFiles::dropIsIgnoredDuringAnOperation()
     bool isAccepted = true;
 
     fixture.run(fromDxf, [&](DialogDriver &driver) {
-        isAccepted = drop(fixture, {QUrl::fromLocalFile(fileName)});
+        isAccepted = fixture.drop({QUrl::fromLocalFile(fileName)});
         driver.cancel();
     });
 
@@ -172,7 +158,7 @@ void tst_WorkbenchWindowFiles::dropIsIgnoredWhileAnotherDialogIsOpen()
     question.setModal(true);
     question.show();
 
-    QVERIFY(!drop(fixture, {QUrl::fromLocalFile(fixture.writePlan())}));
+    QVERIFY(!fixture.drop({QUrl::fromLocalFile(fixture.writePlan())}));
 }
 
 void tst_WorkbenchWindowFiles::importedFileIsRemembered()

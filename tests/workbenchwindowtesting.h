@@ -9,6 +9,8 @@
 
 #include <QDialogButtonBox>
 #include <QDockWidget>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QTableView>
@@ -151,6 +153,20 @@ public:
             fileName);
     }
 
+    /// Drops \a urls on the window. Returns false if it refuses them.
+    bool drop(const QList<QUrl> &urls) const
+    {
+        QMimeData data;
+        data.setUrls(urls);
+        const QPoint position(10, 10);
+        QDragEnterEvent entering(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window.get(), &entering);
+        if (!entering.isAccepted())
+            return false;
+        QDropEvent dropped(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        return QCoreApplication::sendEvent(m_window.get(), &dropped);
+    }
+
     /// Writes a MIF file of named shapes: two regions ЗУ10 and зу2, and a line ЗУ2.
     QString writePlan() const
     {
@@ -173,7 +189,7 @@ public:
         return defs.join(QLatin1Char(' '));
     }
 
-    /// The session's messages. Unlike toPlainText(), toRawText() keeps no-break spaces.
+    /// All messages so far. Unlike toPlainText(), toRawText() keeps no-break spaces.
     QString messages() const { return find<QPlainTextEdit>("messages")->document()->toRawText(); }
 
 private:

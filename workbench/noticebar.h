@@ -2,11 +2,12 @@
 
 #include <QFrame>
 
+class QPushButton;
 class StatusLabel;
 
-/// A line above the picture which says that a file brought nothing, and offers to check or prepare the file.
+/// A line above the picture about a file that is not imported, with buttons to check or prepare the file.
 ///
-/// It is hidden until showFor().
+/// It is hidden until a notice is shown.
 class NoticeBar : public QFrame
 {
     Q_OBJECT
@@ -14,7 +15,11 @@ class NoticeBar : public QFrame
 public:
     explicit NoticeBar(QWidget *parent = nullptr);
 
-    void showFor(const QString &fileName);
+    /// The import of \a fileName gave no objects.
+    void showNoObjects(const QString &fileName);
+
+    /// No operation imports the format of \a fileName, which can only be prepared.
+    void showOtherFormat(const QString &fileName);
 
 Q_SIGNALS:
     void checkRequested();
@@ -22,4 +27,5 @@ Q_SIGNALS:
 
 private:
     StatusLabel *m_label;
+    QPushButton *m_checkButton;
 };

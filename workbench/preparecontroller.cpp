@@ -12,11 +12,34 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace {
 
 const QString strPrepare = QStringLiteral("Подготовить файл");
 const QString strMif = QStringLiteral(".mif");
+const QStringList importedSuffixes{QStringLiteral("mif"), QStringLiteral("dxf")};
+
+// Other formats that often hold contours.
+const QStringList otherSuffixes{QStringLiteral("tab"),     QStringLiteral("shp"),  QStringLiteral("gpkg"),
+                                QStringLiteral("geojson"), QStringLiteral("json"), QStringLiteral("kml"),
+                                QStringLiteral("gml")};
+
 constexpr int maxShownKinds = 12; // in a message box
+
+QString nameFilter(const QString &text, const QStringList &suffixes)
+{
+    QStringList patterns;
+    for (const QString &suffix : suffixes)
+        patterns += {QStringLiteral("*.") + suffix, QStringLiteral("*.") + suffix.toUpper()};
+    return QStringLiteral("%1 (%2)").arg(text, patterns.join(QLatin1Char(' ')));
+}
+
+bool isPreparable(const QUrl &url)
+{
+    const QFileInfo info(url.toLocalFile());
+    return info.isFile() && otherSuffixes.contains(info.suffix(), Qt::CaseInsensitive);
+}
 
 // The MID file of a prepared MIF file.
 QString midOf(const QString &mif)
@@ -61,13 +84,13 @@ PrepareController::PrepareController(const QString &program, QWidget *window)
         addAction("checkLastAction", QStringLiteral("Проверить последний фай&л"), &PrepareController::checkLast);
     addAction("prepareAction", QStringLiteral("По&дготовить файл…"), &PrepareController::chooseAndPrepare);
     enableActions();
-    connect(m_notice, &NoticeBar::checkRequested, this, &PrepareController::checkLast);
-    connect(m_notice, &NoticeBar::prepareRequested, this, &PrepareController::prepareLast);
+    connect(m_notice, &NoticeBar::checkRequested, this, [this] { check(m_noticedFile); });
+    connect(m_notice, &NoticeBar::prepareRequested, this, [this] { prepare(m_noticedFile); });
     connect(m_pane, &PreparePane::runningChanged, this, &PrepareController::enableActions);
     connect(m_pane, &PreparePane::ended, this, &PrepareController::ended);
     // Queued, so that the import dialog does not run within a signal of the ended program.
     connect(m_pane, &PreparePane::converted, this, &PrepareController::offerImport, Qt::QueuedConnection);
-    connect(m_pane, &PreparePane::prepareRequested, this, &PrepareController::prepareShown);
+    connect(m_pane, &PreparePane::prepareRequested, this, [this] { prepare(m_pane->fileName()); });
     connect(m_pane, &PreparePane::importRequested, this, &PrepareController::importPrepared);
 }
 
@@ -104,8 +127,20 @@ void PrepareController::finishRun(const OperationRun &run, bool hasResult)
     enableActions();
     const bool isCancelled = run.outcome() == OperationRun::Outcome::Cancelled;
     const bool broughtNothing = isCancelled ? !run.hasObjects() : !hasResult;
-    if (broughtNothing && QFileInfo(m_choices.objectFile).isFile())
-        m_notice->showFor(m_choices.objectFile);
+    if (!broughtNothing || !QFileInfo(m_choices.objectFile).isFile())
+        return;
+    m_noticedFile = m_choices.objectFile;
+    m_notice->showNoObjects(m_noticedFile);
+}
+
+bool PrepareController::offerToPrepare(const QList<QUrl> &urls)
+{
+    const auto url = std::find_if(urls.begin(), urls.end(), isPreparable);
+    if (url == urls.end())
+        return false;
+    m_noticedFile = url->toLocalFile();
+    m_notice->showOtherFormat(m_noticedFile);
+    return true;
 }
 
 QString PrepareController::chooseFile(const QString &title, const QString &filters) const
@@ -117,7 +152,7 @@ QString PrepareController::chooseFile(const QString &title, const QString &filte
 void PrepareController::chooseAndCheck()
 {
     const QString fileName =
-        chooseFile(QStringLiteral("Проверить файл"), QStringLiteral("Файлы MIF и DXF (*.mif *.dxf *.MIF *.DXF)"));
+        chooseFile(QStringLiteral("Проверить файл"), nameFilter(QStringLiteral("Файлы MIF и DXF"), importedSuffixes));
     if (!fileName.isEmpty())
         check(fileName);
 }
@@ -140,21 +175,10 @@ void PrepareController::check(const QString &fileName)
 
 void PrepareController::chooseAndPrepare()
 {
-    const QString fileName = chooseFile(
-        strPrepare, QStringLiteral("Файлы с контурами (*.mif *.dxf *.tab *.shp *.gpkg *.geojson *.json *.kml *.gml "
-                                   "*.MIF *.DXF *.TAB *.SHP);;Все файлы (*)"));
+    const QString filter = nameFilter(QStringLiteral("Файлы с контурами"), importedSuffixes + otherSuffixes);
+    const QString fileName = chooseFile(strPrepare, filter + QStringLiteral(";;Все файлы (*)"));
     if (!fileName.isEmpty())
         prepare(fileName);
-}
-
-void PrepareController::prepareLast()
-{
-    prepare(m_choices.objectFile);
-}
-
-void PrepareController::prepareShown()
-{
-    prepare(m_pane->fileName());
 }
 
 void PrepareController::prepare(const QString &fileName)

@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QUrl>
 
 class NoticeBar;
 class OperationRun;
@@ -11,8 +12,8 @@ class PreparePane;
 class QAction;
 class QWidget;
 
-/// Checks and prepares files for the import: the actions, the notice after an import without objects, and the questions
-/// to the user.
+/// Checks and prepares files for the import: the actions, the notice about a file that is not imported, and the
+/// questions to the user.
 class PrepareController : public QObject
 {
     Q_OBJECT
@@ -33,6 +34,10 @@ public:
     /// Shows the notice if the import \a run gave no objects. \a hasResult is false if the host got none.
     void finishRun(const OperationRun &run, bool hasResult);
 
+    /// Shows the notice for the first of \a urls that can be prepared although no operation imports it. Returns false
+    /// if there is none.
+    bool offerToPrepare(const QList<QUrl> &urls);
+
 Q_SIGNALS:
     void started(); ///< the pane has something to show
     void ended(const QString &text, bool isError);
@@ -45,8 +50,6 @@ private:
     void checkLast();
     void check(const QString &fileName);
     void chooseAndPrepare();
-    void prepareLast();
-    void prepareShown();
     void prepare(const QString &fileName);
     QString chooseFile(const QString &title, const QString &filters) const;
     QString chooseOutput(const QString &input) const;
@@ -62,5 +65,6 @@ private:
     NoticeBar *m_notice;
     QList<QAction *> m_actions;
     QAction *m_checkLastAction = nullptr;
+    QString m_noticedFile;   ///< of the notice
     DialogChoices m_choices; ///< of the last import since the start
 };

@@ -296,11 +296,12 @@ void WorkbenchWindow::dropEvent(QDropEvent *event)
     if (isBusy())
         return;
     event->acceptProposedAction();
+    const QList<QUrl> urls = event->mimeData()->urls();
     ImportFile file;
     QString error;
-    if (findImportFile(event->mimeData()->urls(), m_operations, file, error))
+    if (findImportFile(urls, m_operations, file, error))
         QTimer::singleShot(0, this, [this, file] { runOperation(file.operation, file.fileName); });
-    else
+    else if (m_prepare == nullptr || !m_prepare->offerToPrepare(urls))
         showTemporarily(error);
 }
 
