@@ -1,12 +1,12 @@
-// Measures importprepare with a drawing of a million vertices. A check is compared with the import plus GDAL reading
-// the same file, a conversion with GDAL's own.
+// Measures importprepare with a drawing of a million vertices. A check is compared with the import plus a read by GDAL,
+// a conversion with that of GDAL itself.
 //
 //     prepare_bench [--quick] [--markdown] [--benchmark_filter=...]
 //     prepare_bench --measure STEP FILE
 //
 // Each step runs in a new process, which reports its processor time and its memory. Steps that are compared run one
-// after the other, and the table shows the medians of the ratios. --quick takes 100,000 vertices. --markdown changes
-// nothing.
+// after the other, and the table shows the medians of the ratios. --quick takes 100,000 vertices. --markdown has no
+// effect; it is accepted because import_bench needs it.
 
 #include "actiontable.h"
 #include "checkcommand.h"
@@ -64,7 +64,7 @@ void convert(const QString &path)
     runConvert({QStringLiteral("--json"), QStringLiteral("--force"), path, outputBeside(path)});
 }
 
-/// What the program ogr2ogr does.
+/// Same as `ogr2ogr -f "MapInfo File" -dsco FORMAT=MIF`.
 void convertByGdal(const QString &path)
 {
     GDALAllRegister();
@@ -92,14 +92,14 @@ const QHash<QString, Step> &steps()
     return rows;
 }
 
-/// What a step needs.
+/// Cost of one step.
 struct Cost
 {
     double seconds = 0; ///< of processor time
-    double bytes = 0;   ///< by which the memory of the process grows at its peak
+    double bytes = 0;   ///< growth of the peak memory of the process
 };
 
-// On the error output: the steps print their own reports.
+// The steps print their reports to the standard output, so the cost goes to the error output.
 int printCost(Step step, const QString &path)
 {
     const double before = peakMemory();

@@ -9,7 +9,7 @@
 #include <QProcess>
 #include <QTest>
 
-/// The outcome of one run of the command convert.
+/// The result of one run of the sub-command convert.
 struct ConvertRun
 {
     int status; ///< exit status; -1 after a crash or a timeout
@@ -33,8 +33,8 @@ struct ConvertFixture
                 QString::fromUtf8(process.readAllStandardError()).trimmed()};
     }
 
-    /// Converts the file \a input to out.mif and keeps the report. Returns false, after a warning, unless that
-    /// succeeds.
+    /// Converts the file \a input to out.mif and keeps the report. Returns false after a failure or any message, which
+    /// is printed.
     bool convert(const QString &input, const QStringList &args = {})
     {
         const ConvertRun run =
@@ -45,7 +45,7 @@ struct ConvertFixture
         return run.status == 0 && run.messages.isEmpty();
     }
 
-    /// Imports out.mif with both searches on. Vertices are numbered from «н1», objects from «ЗУ1».
+    /// Describes the import of out.mif with both searches on. Generated numbers begin at «н1», designations at «ЗУ1».
     QString imported(const char *encoding = "windows-1251")
     {
         const StatusRecorder host;

@@ -10,7 +10,17 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// A companion program that does what its environment says: the test itself, called again with a command.
+/// A stand-in for the companion program: the test itself, called again with a command. Its environment controls it:
+///
+///     FAKE_OUTPUT, FAKE_ERRORS    texts for the standard output and the error output
+///     FAKE_LONG_OUTPUT            number of further characters on the standard output
+///     FAKE_STATUS                 exit status
+///     FAKE_SLEEP                  milliseconds before all this
+///     FAKE_CRASH                  aborts
+///     FAKE_STUBBORN               ignores the signal to terminate
+///     FAKE_MIF, FAKE_MID          content of the files that a conversion writes
+///     FAKE_NO_PAGE                a check writes no page
+///     FAKE_LOG                    file to which each call appends its arguments
 namespace FakePrepare {
 
 /// All variables; each test starts without them.
@@ -55,7 +65,7 @@ inline void writeFiles(const QStringList &arguments)
     }
 }
 
-/// Set by the signal that asks the program to end.
+/// Set by the signal to terminate.
 inline volatile std::sig_atomic_t interrupted = 0;
 
 inline void log(const QByteArray &line)
@@ -64,7 +74,7 @@ inline void log(const QByteArray &line)
         append(qEnvironmentVariable("FAKE_LOG"), line + '\n');
 }
 
-/// Returns false if the program is asked to end.
+/// Returns false after the signal to terminate.
 inline bool sleep(int milliseconds)
 {
     for (int slept = 0; slept < milliseconds && interrupted == 0; slept += 10)
@@ -92,7 +102,7 @@ inline int run(const QStringList &arguments)
     return qEnvironmentVariableIntValue("FAKE_STATUS");
 }
 
-/// Runs the test \a Test, or the companion if the arguments are its.
+/// Runs the test \a Test, or the stand-in if the arguments are those of the companion.
 template <class Test>
 int testMain(int argc, char **argv)
 {

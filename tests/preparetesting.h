@@ -6,7 +6,7 @@
 
 #include <QTest>
 
-/// A finding as "id count @ place"; the place is left out if there is none.
+/// A finding as "id count @ place", or as "id count" if it has no place.
 inline QString described(const Finding &finding)
 {
     const QString text = QStringLiteral("%1 %2").arg(finding.id).arg(finding.count);
@@ -32,7 +32,7 @@ struct CheckFixture
         return checkFile(files.write(QStringLiteral("plan.dxf"), lines), options, false);
     }
 
-    /// Checks a MIF file; line 5 is the first of \a data. \a records may be null: then there is no MID file.
+    /// Checks a MIF file, whose line 5 is the first of \a data. If \a records is null, there is no MID file.
     FileReport checkMif(const QString &data, const QString &records) const
     {
         return checkMifText(mifHeader + QStringLiteral("DATA\n") + data, records);

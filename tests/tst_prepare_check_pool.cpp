@@ -1,7 +1,7 @@
 #include "checkpool.h"
 #include "preparetesting.h"
 
-/// Checks in processes of their own, here of a script in place of the program.
+/// Checks in child processes, which run a script in place of the program.
 class tst_PrepareCheckPool : public QObject
 {
     Q_OBJECT
@@ -10,13 +10,13 @@ private Q_SLOTS:
     void initTestCase();
     void failureBecomesAFinding_data();
     void failureBecomesAFinding();
-    void otherFilesAreChecked();
+    void failureDoesNotAffectOtherFiles();
     void reportsKeepTheOrderOfTheFiles();
 };
 
 namespace {
 
-/// Runs a script for each file. The script has the name of the file as its last argument, $file.
+/// Runs a script for each file. In the script, $file is the file, and `report` prints a report without findings.
 struct PoolFixture
 {
     QString program(const QString &script) const
@@ -29,7 +29,7 @@ struct PoolFixture
         return fileName;
     }
 
-    /// "file: findings" of all files.
+    /// Checks all files. Returns "file: findings" for each, in the order of the reports.
     QStringList run(const QString &script)
     {
         QStringList texts;
@@ -77,7 +77,7 @@ void tst_PrepareCheckPool::failureBecomesAFinding()
     QCOMPARE(pool.run(script), QStringList{QStringLiteral("a.dxf: ") + findings});
 }
 
-void tst_PrepareCheckPool::otherFilesAreChecked()
+void tst_PrepareCheckPool::failureDoesNotAffectOtherFiles()
 {
     PoolFixture pool;
     pool.command.files = QStringList{QStringLiteral("a.dxf"), QStringLiteral("b.dxf"), QStringLiteral("c.dxf")};
@@ -87,7 +87,7 @@ void tst_PrepareCheckPool::otherFilesAreChecked()
              (QStringList{QStringLiteral("a.dxf: "), QStringLiteral("b.dxf: crash 1"), QStringLiteral("c.dxf: ")}));
 }
 
-// The first file ends last: it waits for a file that the last one creates.
+// The check of the first file ends last: it waits for a file that the check of the last one creates.
 void tst_PrepareCheckPool::reportsKeepTheOrderOfTheFiles()
 {
     PoolFixture pool;
