@@ -65,7 +65,7 @@ QStringList filesIn(const QString &folder)
 
 } // namespace
 
-CheckArguments::CheckArguments()
+CheckCommandLine::CheckCommandLine()
 {
     m_parser.setApplicationDescription(
         QStringLiteral("Reports what an import of MIF and DXF files would lose or get wrong.\n\n"
@@ -76,19 +76,19 @@ CheckArguments::CheckArguments()
                                    QStringLiteral("file..."));
 }
 
-QString CheckArguments::helpText() const
+QString CheckCommandLine::helpText() const
 {
     return m_parser.helpText().replace(QLatin1String("[options]"), QLatin1String("check [options]"));
 }
 
-bool CheckArguments::fail(const QString &text)
+bool CheckCommandLine::fail(const QString &text)
 {
     m_error = text;
     return false;
 }
 
 // A missing file is not an error here: it gets its report like all others.
-bool CheckArguments::addFiles(const QString &path)
+bool CheckCommandLine::addFiles(const QString &path)
 {
     if (QFileInfo(path).isDir()) {
         const QStringList files = filesIn(path);
@@ -101,7 +101,7 @@ bool CheckArguments::addFiles(const QString &path)
     return true;
 }
 
-bool CheckArguments::readOptions()
+bool CheckCommandLine::readOptions()
 {
     CheckOptions &options = m_command.options;
     options.encoding = m_parser.value(strEncoding);
@@ -123,7 +123,7 @@ bool CheckArguments::readOptions()
 }
 
 // A single file needs its own process only for its timeout.
-bool CheckArguments::readProcesses()
+bool CheckCommandLine::readProcesses()
 {
     const auto readNumber = [this](const QString &name, int max, int &number) {
         bool ok = false;
@@ -142,7 +142,7 @@ bool CheckArguments::readProcesses()
     return true;
 }
 
-bool CheckArguments::read(const QStringList &arguments)
+bool CheckCommandLine::read(const QStringList &arguments)
 {
     if (!m_parser.parse(QStringList{QStringLiteral("importprepare")} + arguments))
         return fail(m_parser.errorText());

@@ -116,10 +116,10 @@ int CheckRun::run()
 
 int runCheck(const QStringList &arguments)
 {
-    CheckArguments reader;
-    if (!reader.read(arguments))
-        return fail(QStringLiteral("%1 See importprepare check --help.").arg(reader.error()));
-    if (reader.command().help)
-        return printInformation(reader.helpText());
-    return CheckRun(reader.command()).run();
+    CheckCommandLine commandLine;
+    if (!commandLine.read(arguments))
+        return fail(QStringLiteral("%1 See importprepare check --help.").arg(commandLine.error()));
+    if (commandLine.command().help)
+        return printInformation(commandLine.helpText());
+    return CheckRun(commandLine.command()).run();
 }

@@ -19,11 +19,11 @@ struct CheckCommand
     bool help = false;
 };
 
-/// Reads the arguments of the sub-command. Requires an application object.
-class CheckArguments
+/// Reads the arguments of the sub-command check. Requires an application object.
+class CheckCommandLine
 {
 public:
-    CheckArguments();
+    CheckCommandLine();
 
     /// Returns false after an error, which error() describes.
     bool read(const QStringList &arguments);

@@ -306,8 +306,8 @@ void tst_PrepareCheckProgram::childProcessesGiveTheSameReports()
 
 void tst_PrepareCheckProgram::onlyATimeoutNeedsAProcessForOneFile()
 {
-    CheckArguments plain;
-    CheckArguments limited;
+    CheckCommandLine plain;
+    CheckCommandLine limited;
 
     QVERIFY(plain.read({QStringLiteral("a.dxf")}));
     QVERIFY(limited.read({QStringLiteral("--timeout"), QStringLiteral("5"), QStringLiteral("a.dxf")}));
