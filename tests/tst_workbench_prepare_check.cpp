@@ -21,6 +21,7 @@ private Q_SLOTS:
     void missingProgramIsReported();
     void lastChoicesAreUsed();
     void pageIsOpened();
+    void pageThatCannotBeOpenedIsReported();
     void pageThatWasNotWrittenIsNotOffered();
     void checkIsCancelled();
     void oneFileIsCheckedAtATime();
@@ -182,6 +183,21 @@ void tst_WorkbenchPrepareCheck::pageIsOpened()
     QFile page(m_page.toLocalFile());
     QVERIFY(page.open(QIODevice::ReadOnly));
     QCOMPARE(page.readAll(), QByteArray("<html></html>"));
+}
+
+void tst_WorkbenchPrepareCheck::pageThatCannotBeOpenedIsReported()
+{
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        QSKIP("This platform opens the page.");
+    const PrepareFixture fixture;
+    fixture.choose("checkAction", fixture.writeRejected());
+    QVERIFY(fixture.waitForEnd());
+
+    fixture.press("pageButton");
+
+    QVERIFY2(fixture.status().startsWith(QStringLiteral("Не нашлось программы, чтобы открыть страницу ")),
+             qPrintable(fixture.status()));
+    QVERIFY(fixture.isError());
 }
 
 void tst_WorkbenchPrepareCheck::pageThatWasNotWrittenIsNotOffered()

@@ -251,5 +251,8 @@ void PreparePane::showEnd(const QString &text, bool isError)
 
 void PreparePane::openPage()
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(m_page));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_page)))
+        Q_EMIT ended(
+            QStringLiteral("Не нашлось программы, чтобы открыть страницу %1").arg(QDir::toNativeSeparators(m_page)),
+            true);
 }

@@ -43,7 +43,7 @@ public:
 Q_SIGNALS:
     void runningChanged();
     void converted();
-    void ended(const QString &text, bool isError); ///< \a text is the result of the call in one line
+    void ended(const QString &text, bool isError); ///< \a text is the result of a call, or of a button, in one line
     void prepareRequested();
     void importRequested();
 
