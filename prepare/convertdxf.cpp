@@ -5,7 +5,10 @@
 
 #include <QSet>
 
+#include <cpl_conv.h>
+
 #include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -20,6 +23,12 @@ bool isRead(const QByteArray &type)
                                         "MTEXT",   "ATTRIB", "ATTDEF",   "DIMENSION",  "HATCH",  "LEADER",  "MLINE",
                                         "MLEADER", "VERTEX", "SEQEND",   "MULTILEADER"};
     return types.contains(type);
+}
+
+// As GDAL reads it, also if something follows the number.
+double number(const QByteArray &value)
+{
+    return CPLAtof(value.constData());
 }
 
 // The name of the codec of a code page such as ANSI_1251 or DOS866.
@@ -45,7 +54,7 @@ bool DxfInspection::scan(const QByteArray &fileName)
     while (!m_hasEnd && lines.read(code) && lines.read(value)) {
         if (m_sample.size() < maxSample && !isAscii(value))
             m_sample += value + '\n';
-        readPair(code.trimmed().toInt(), value.trimmed());
+        readPair(std::atoi(code.constData()), value.trimmed());
     }
     endEntity();
     return true;
@@ -83,7 +92,8 @@ void DxfInspection::beginEntity(const QByteArray &type)
     m_entity = type;
     m_inserted.clear();
     m_scale = 1;
-    m_radius = m_axisX = m_axisY = 0;
+    m_radius = m_axisX = m_axisY = m_axisZ = m_from = m_to = 0;
+    m_edge = 0;
     m_flags = 0;
     if (type == "ENDBLK" || type == "BLOCK")
         m_block.clear();
@@ -101,10 +111,12 @@ void DxfInspection::endEntity()
 {
     if (m_entity != "VERTEX" && m_entity != "POLYLINE")
         endPolyline();
-    if (m_entity == "ARC" || m_entity == "CIRCLE")
+    if (m_entity == "CIRCLE")
         arcs().addCircle(m_radius);
+    else if (m_entity == "ARC")
+        arcs().addArc(m_radius, m_to - m_from + (m_from > m_to ? 360 : 0));
     else if (m_entity == "ELLIPSE")
-        arcs().addEllipse(std::hypot(m_axisX, m_axisY), m_radius);
+        arcs().addEllipse(std::hypot(m_axisX, m_axisY, m_axisZ), m_radius);
     else if (m_entity == "INSERT")
         m_insertions[m_inserted].append({m_block, m_scale});
     else if (m_entity == "POLYLINE" && (m_flags & polygonMesh) != 0)
@@ -141,6 +153,21 @@ void DxfInspection::endPolyline()
     m_polyline.clear();
 }
 
+// A boundary is a polyline or a sequence of edges.
+void DxfInspection::readHatchPair(int code, const QByteArray &value)
+{
+    constexpr int arc = 2;
+    constexpr int ellipse = 3;
+    if (code == 92)
+        endPolyline();
+    else if (code == 72)
+        m_edge = value.toInt();
+    else if (code == 40 && m_edge == arc)
+        arcs().addCircle(number(value));
+    else if (code == 40 && m_edge == ellipse)
+        arcs().addEllipse(std::hypot(m_axisX, m_axisY), number(value));
+}
+
 void DxfInspection::readName(const QByteArray &name)
 {
     if (m_entity == "BLOCK")
@@ -152,24 +179,32 @@ void DxfInspection::readName(const QByteArray &name)
 void DxfInspection::readEntityPair(int code, const QByteArray &value)
 {
     const bool hasBulges = m_entity == "LWPOLYLINE" || m_entity == "VERTEX" || m_entity == "HATCH";
+    if (m_entity == "HATCH")
+        readHatchPair(code, value);
     if (code == 2)
         readName(value);
     else if (code == 40)
-        m_radius = value.toDouble(); // of an ellipse: the ratio of the axes
+        m_radius = number(value); // of an ellipse: the ratio of the axes
     else if (code == 70)
         m_flags = value.toInt();
     else if (code == 11)
-        m_axisX = value.toDouble();
+        m_axisX = number(value);
     else if (code == 21)
-        m_axisY = value.toDouble();
+        m_axisY = number(value);
+    else if (code == 31)
+        m_axisZ = number(value);
+    else if (code == 50)
+        m_from = number(value);
+    else if (code == 51)
+        m_to = number(value);
     else if ((code == 41 || code == 42) && m_entity == "INSERT")
-        m_scale = std::max(m_scale, std::fabs(value.toDouble()));
+        m_scale = std::max(m_scale, std::fabs(number(value)));
     else if (code == 10 && hasBulges)
-        m_polyline.append({value.toDouble(), 0, 0});
+        m_polyline.append({number(value), 0, 0});
     else if (code == 20 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().y = value.toDouble();
+        m_polyline.last().y = number(value);
     else if (code == 42 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().bulge = value.toDouble();
+        m_polyline.last().bulge = number(value);
 }
 
 // Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL

@@ -52,6 +52,7 @@ private:
     void endEntity();
     void endPolyline();
     void readEntityPair(int code, const QByteArray &value);
+    void readHatchPair(int code, const QByteArray &value);
     void readName(const QByteArray &name);
     ArcStatistics &arcs();
     double scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const;
@@ -71,6 +72,10 @@ private:
     double m_radius = 0;
     double m_axisX = 0;
     double m_axisY = 0;
+    double m_axisZ = 0;
+    double m_from = 0; ///< angles of an arc in degrees
+    double m_to = 0;
+    int m_edge = 0; ///< type of the current edge of a hatch
 
     ArcStatistics m_arcs;
     ArcStatistics m_blockArcs;

@@ -108,7 +108,7 @@ bool MifCopy::read(const QString &fileName, const QByteArray &encoding, double d
     decode(encoding);
     correctHeader();
     if (m_hasCurves)
-        m_mif = m_mif.left(m_dataBegin) + withoutCurves(m_mif.mid(m_dataBegin), deviation);
+        m_mif = m_mif.left(m_dataBegin) + withoutCurves(m_mif.mid(m_dataBegin), deviation, m_coarseCount);
     if (m_hasMid && m_columnCount > 0)
         correctRecords();
     else

@@ -21,6 +21,8 @@ public:
     const QByteArray &encoding() const { return m_encoding; }
     /// Number of objects whose record was missing or empty.
     int addedRecords() const { return m_addedRecords; }
+    /// Number of curves that do not keep the deviation.
+    int coarseCount() const { return m_coarseCount; }
 
 private:
     bool readFile(const QString &fileName, QByteArray &bytes);
@@ -42,4 +44,5 @@ private:
     int m_objectCount = 0;
     bool m_hasCurves = false;
     int m_addedRecords = 0;
+    int m_coarseCount = 0;
 };

@@ -28,18 +28,6 @@ QList<QByteArray> words(const QByteArray &line)
     return simplified.isEmpty() ? QList<QByteArray>() : simplified.split(' ');
 }
 
-// Appends the arc of an ellipse between two angles in radians.
-void appendArc(Vertices &vertices, const ContentVertex &centre, const ContentVertex &axes, double from, double to,
-               double deviation)
-{
-    const double step = 2 * chordHalfAngle(std::max(axes.x, axes.y), deviation);
-    const double count = std::min(std::max(1.0, std::ceil((to - from) / step)), maxChordsOfArc);
-    for (int i = 0; i <= static_cast<int>(count); ++i) {
-        const double angle = from + (to - from) * i / count;
-        vertices.push_back({centre.x + axes.x * std::cos(angle), centre.y + axes.y * std::sin(angle)});
-    }
-}
-
 QByteArray verticesText(const Vertices &vertices)
 {
     QByteArray text;
@@ -55,16 +43,21 @@ public:
     CurveReplacer(const QByteArray &mif, double deviation) : m_mif(mif), m_deviation(deviation) {}
 
     QByteArray replaced();
+    int coarseCount() const { return m_coarseCount; }
 
 private:
     QByteArray nextLine();
     bool readNumbers(const QList<QByteArray> &first, int count);
+    void appendArc(Vertices &vertices, const ContentVertex &centre, const ContentVertex &axes, double from, double to);
     QByteArray curve(const QByteArray &keyword);
 
     const QByteArray &m_mif;
     double m_deviation;
     int m_next = 0;                ///< where the next line begins
     std::vector<double> m_numbers; ///< of the current curve
+    double m_chordCount = 0;
+    bool m_isCoarse = false; ///< the current curve
+    int m_coarseCount = 0;
 };
 
 QByteArray CurveReplacer::nextLine()
@@ -96,15 +89,33 @@ bool CurveReplacer::readNumbers(const QList<QByteArray> &first, int count)
     return false;
 }
 
+// Appends the arc of an ellipse between two angles in radians. When there are too many chords in all, it gets few.
+void CurveReplacer::appendArc(Vertices &vertices, const ContentVertex &centre, const ContentVertex &axes, double from,
+                              double to)
+{
+    constexpr double few = 8;
+    const double step = 2 * chordHalfAngle(std::max(axes.x, axes.y), m_deviation);
+    const double needed = std::max(1.0, std::ceil((to - from) / step));
+    const double most = std::ceil((to - from) / (2 * pi) * maxChordsOfArc);
+    const double count = std::min(needed, m_chordCount < maxChordsOfDrawing ? most : few);
+    m_isCoarse = m_isCoarse || count < needed;
+    m_chordCount += count;
+    for (int i = 0; i <= static_cast<int>(count); ++i) {
+        const double angle = from + (to - from) * i / count;
+        vertices.push_back({centre.x + axes.x * std::cos(angle), centre.y + axes.y * std::sin(angle)});
+    }
+}
+
 QByteArray CurveReplacer::curve(const QByteArray &keyword)
 {
     const ContentVertex centre{(m_numbers[0] + m_numbers[2]) / 2, (m_numbers[1] + m_numbers[3]) / 2};
     const ContentVertex half{std::fabs(m_numbers[2] - m_numbers[0]) / 2, std::fabs(m_numbers[3] - m_numbers[1]) / 2};
     Vertices vertices;
+    m_isCoarse = false;
     if (keyword == "ARC") {
         const double from = m_numbers[4] * pi / 180;
         const double to = m_numbers[5] * pi / 180;
-        appendArc(vertices, centre, half, from, to > from ? to : to + 2 * pi, m_deviation);
+        appendArc(vertices, centre, half, from, to > from ? to : to + 2 * pi);
         return "Pline " + verticesText(vertices);
     }
     const double diameter = keyword == "ELLIPSE" ? 2 * std::max(half.x, half.y) : std::fabs(m_numbers[4]);
@@ -114,7 +125,7 @@ QByteArray CurveReplacer::curve(const QByteArray &keyword)
         const double signX = corner == 0 || corner == 3 ? 1 : -1;
         const double signY = corner < 2 ? 1 : -1;
         appendArc(vertices, {centre.x + signX * inner.x, centre.y + signY * inner.y}, axes, corner * pi / 2,
-                  (corner + 1) * pi / 2, m_deviation);
+                  (corner + 1) * pi / 2);
         if (keyword == "ELLIPSE")
             vertices.pop_back(); // the next quarter begins there
     }
@@ -130,14 +141,19 @@ QByteArray CurveReplacer::replaced()
         const QList<QByteArray> texts = line.isEmpty() || line.at(0) <= '9' ? QList<QByteArray>() : words(line);
         const QByteArray keyword = texts.value(0).toUpper();
         const int count = keyword == "ARC" ? 6 : keyword == "ELLIPSE" ? 4 : keyword == "ROUNDRECT" ? 5 : 0;
-        text += count > 0 && readNumbers(texts, count) ? curve(keyword) : line + '\n';
+        const bool isCurve = count > 0 && readNumbers(texts, count);
+        text += isCurve ? curve(keyword) : line + '\n';
+        m_coarseCount += isCurve && m_isCoarse ? 1 : 0;
     }
     return text;
 }
 
 } // namespace
 
-QByteArray withoutCurves(const QByteArray &mif, double deviation)
+QByteArray withoutCurves(const QByteArray &mif, double deviation, int &coarseCount)
 {
-    return CurveReplacer(mif, deviation).replaced();
+    CurveReplacer replacer(mif, deviation);
+    QByteArray replaced = replacer.replaced();
+    coarseCount = replacer.coarseCount();
+    return replaced;
 }

@@ -97,7 +97,7 @@ int ShapeCollector::chordCount(double radius, double angle)
     const double count = std::ceil(std::fabs(angle) / (2 * chordHalfAngle(radius, m_deviation)));
     if (count <= maxChordsOfArc)
         return static_cast<int>(count);
-    m_content.notes[QStringLiteral("coarse-curve")] = 1;
+    ++m_content.notes[QStringLiteral("coarse-curve")];
     return static_cast<int>(maxChordsOfArc);
 }
 

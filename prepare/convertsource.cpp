@@ -173,8 +173,10 @@ void ConvertSource::addNotes(const DxfInspection &scan)
         m_content.leftOut[it.key()] += it.value();
     if (scan.splineCount() > 0)
         m_content.notes[QStringLiteral("uncontrolled-curve")] += scan.splineCount();
-    if (scan.arcSteps(m_options.deviation).isCoarse || scan.blockArcSteps(m_options.deviation).isCoarse)
-        m_content.notes[QStringLiteral("coarse-curve")] = 1;
+    const qint64 coarseCount =
+        scan.arcSteps(m_options.deviation).coarseCount + scan.blockArcSteps(m_options.deviation).coarseCount;
+    if (coarseCount > 0)
+        m_content.notes[QStringLiteral("coarse-curve")] = coarseCount;
     if (!scan.hasEnd())
         m_content.notes[QStringLiteral("no-end")] = 1;
 }
@@ -187,6 +189,8 @@ bool ConvertSource::openMif()
     m_encoding = m_mif.encoding();
     if (m_mif.addedRecords() > 0)
         m_content.notes[QStringLiteral("missing-record")] += m_mif.addedRecords();
+    if (m_mif.coarseCount() > 0)
+        m_content.notes[QStringLiteral("coarse-curve")] += m_mif.coarseCount();
     addMemoryFile(strMif, m_mif.mif());
     if (!m_mif.mid().isEmpty())
         addMemoryFile(strMid, m_mif.mid());

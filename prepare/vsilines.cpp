@@ -1,10 +1,16 @@
 #include "vsilines.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
 
 constexpr int chunkSize = 1 << 16;
+
+bool isLineEnd(char c)
+{
+    return c == '\n' || c == '\r';
+}
 
 } // namespace
 
@@ -32,20 +38,30 @@ bool VsiLines::fill()
     return count > 0;
 }
 
+// Returns -1 if the buffer does not hold the end of the line.
+int VsiLines::findEnd() const
+{
+    const char *const bytes = m_buffer.constData();
+    const char *const end = std::find_if(bytes + m_next, bytes + m_buffer.size(), isLineEnd);
+    return end == bytes + m_buffer.size() ? -1 : static_cast<int>(end - bytes);
+}
+
 bool VsiLines::read(QByteArray &line)
 {
-    int end = m_buffer.indexOf('\n', m_next);
-    while (end < 0 && m_buffer.size() - m_next < chunkSize) {
-        if (!fill())
+    int end = findEnd();
+    // The end may have a second character.
+    while (end < 0 ? m_buffer.size() - m_next < chunkSize : end + 1 == m_buffer.size()) {
+        const bool isAtEnd = !fill();
+        end = findEnd();
+        if (isAtEnd)
             break;
-        end = m_buffer.indexOf('\n', m_next);
     }
     if (m_next == m_buffer.size())
         return false;
-    const int next = end < 0 ? m_buffer.size() : end + 1;
-    if (end < 0)
-        end = next;
-    line.resize(end - m_next);
+    int next = end < 0 ? m_buffer.size() : end + 1;
+    if (end >= 0 && next < m_buffer.size() && isLineEnd(m_buffer.at(next)) && m_buffer.at(next) != m_buffer.at(end))
+        ++next;
+    line.resize((end < 0 ? next : end) - m_next);
     std::memcpy(line.data(), m_buffer.constData() + m_next, static_cast<std::size_t>(line.size()));
     m_next = next;
     return true;

@@ -16,11 +16,13 @@ public:
     /// Must have succeeded before the first read().
     bool open(const QByteArray &fileName);
 
-    /// Reads the next line without its line end; a longer one in pieces of 64 KB. Returns false at the end.
+    /// Reads the next line without its line end, which is of one or two characters; a longer one in pieces of 64 KB.
+    /// Returns false at the end.
     bool read(QByteArray &line);
 
 private:
     bool fill();
+    int findEnd() const;
 
     VSILFILE *m_file = nullptr;
     QByteArray m_buffer;

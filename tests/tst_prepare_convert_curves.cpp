@@ -24,7 +24,11 @@ private Q_SLOTS:
     void partsOfACompoundCurveMeet();
     void stepsKeepTheDeviationForEveryRadius();
     void narrowEllipseLimitsTheAngle();
-    void memoryLimitsTheSteps();
+    void absurdArcsTakeFewChords_data();
+    void absurdArcsTakeFewChords();
+    void flatArcCostsTheOthersNothing();
+    void absurdArcCostsTheOthersLittle();
+    void manyChordsLoseTheDeviation();
 };
 
 namespace {
@@ -237,7 +241,7 @@ void tst_PrepareConvertCurves::stepsKeepTheDeviationForEveryRadius()
         ArcStatistics arcs;
         arcs.addCircle(typical);
         const ArcSteps steps = arcs.steps(deviation);
-        QVERIFY(!steps.isCoarse);
+        QCOMPARE(steps.coarseCount, 0);
         for (double radius = 0.001; radius < 1e5; radius *= 1.3) {
             const double byAngle = std::min(steps.angle * std::acos(-1) / 360, std::acos(-1.0));
             const double half = std::min(byAngle, std::asin(std::min(1.0, steps.gap / 2 / radius)));
@@ -261,16 +265,92 @@ void tst_PrepareConvertCurves::narrowEllipseLimitsTheAngle()
     QVERIFY(90 * (1 - std::cos(half)) <= deviation);
 }
 
-void tst_PrepareConvertCurves::memoryLimitsTheSteps()
+// A damaged number must not make a file of a kilobyte take minutes.
+void tst_PrepareConvertCurves::absurdArcsTakeFewChords_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isWritten"); // else its coordinates are not finite
+    const auto row = [](const char *test, const QByteArray &entities, bool isWritten = true) {
+        QTest::newRow(test) << QStringLiteral("a.dxf") << lines(entities.constData()) << isWritten;
+    };
+    const auto hatch = [&row](const char *test, const char *edges) {
+        row(test, QByteArray("0|HATCH|8|0|10|0|20|0|30|0|2|SOLID|70|1|71|0|91|1|") + edges + "97|0|75|1|76|1|98|0|");
+    };
+
+    row("circle", "0|CIRCLE|8|0|10|5|20|6|40|1e20|");
+    row("circle, number with a letter", "0|CIRCLE|8|0|10|5|20|6|40|1e20x|");
+    row("circle beyond all numbers", "0|CIRCLE|8|0|10|5|20|6|40|1e999|", false);
+    row("arc", "0|ARC|8|0|10|5|20|6|40|1e9|50|0|51|90|");
+    row("ellipse", "0|ELLIPSE|8|0|10|0|20|0|11|1e9|21|0|40|0.5|41|0|42|6.283185307179586|");
+    row("ellipse with an absurd height", "0|ELLIPSE|8|0|10|0|20|0|11|1|21|0|31|1e9|40|0.5|41|0|42|6.283185307179586|");
+    row("ellipse with an absurd ratio", "0|ELLIPSE|8|0|10|0|20|0|11|1|21|0|40|1e9|41|0|42|6.283185307179586|");
+    row("bulge", "0|LWPOLYLINE|8|0|90|2|70|0|10|0|20|0|42|-2147483648|10|9|20|9|");
+    row("bulge between absurd positions", "0|LWPOLYLINE|8|0|90|2|70|0|10|0|20|0|42|1|10|1e9|20|0|");
+    QTest::newRow("line ends of a carriage return")
+        << QStringLiteral("a.dxf") << lines("0|CIRCLE|8|0|10|5|20|6|40|1e9|").replace('\n', '\r') << true;
+    hatch("bulge of a hatch", "92|2|72|1|73|1|93|3|10|0|20|0|42|-2147483648|10|9|20|0|10|9|20|9|");
+    hatch("arc of a hatch", "92|1|93|1|72|2|10|0|20|0|40|1e9|50|0|51|360|73|1|");
+    hatch("ellipse of a hatch", "92|1|93|1|72|3|10|0|20|0|11|1e9|21|0|40|0.5|50|0|51|360|73|1|");
+    QTest::newRow("ellipse of a MIF") << QStringLiteral("a.mif")
+                                      << QByteArray("Version 300\nDelimiter \",\"\nColumns 1\n  a Integer\nData\n"
+                                                    "Ellipse -1e9 -1e9 1e9 1e9\n")
+                                      << true;
+}
+
+void tst_PrepareConvertCurves::absurdArcsTakeFewChords()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, isWritten);
+    ConvertFixture fixture;
+    fixture.files.writeBytes(name, bytes);
+
+    QVERIFY(fixture.convert(name));
+
+    QVERIFY2(fixture.report.value(QStringLiteral("vertices")).toInt() <= 20010, qUtf8Printable(fixture.counts()));
+    QCOMPARE(fixture.list("notes").section(QLatin1String(", "), 0, 0), QStringLiteral("coarse-curve 1"));
+    QCOMPARE(fixture.report.value(QStringLiteral("objects")).toInt(), isWritten ? 1 : 0);
+}
+
+// A nearly straight arc is part of a huge circle.
+void tst_PrepareConvertCurves::flatArcCostsTheOthersNothing()
 {
     ArcStatistics arcs;
-    arcs.addCircle(1);
-    arcs.addBulge(0, 0, 1e12, 0, 1);
+    for (int i = 0; i < 50; ++i)
+        arcs.addCircle(1);
+    arcs.addBulge(0, 0, 20, 0, 1e-14);
 
     const ArcSteps steps = arcs.steps(0.005);
 
-    QVERIFY(steps.isCoarse);
-    QVERIFY(steps.gap >= 1e12 / 200000);
+    QCOMPARE(steps.coarseCount, 0);
+    QVERIFY2(steps.angle > 6, qPrintable(QString::number(steps.angle)));
+}
+
+void tst_PrepareConvertCurves::absurdArcCostsTheOthersLittle()
+{
+    ArcStatistics arcs;
+    for (int i = 0; i < 1000; ++i)
+        arcs.addCircle(10);
+    arcs.addCircle(1e20);
+
+    const ArcSteps steps = arcs.steps(0.005);
+
+    QCOMPARE(steps.coarseCount, 1);
+    QVERIFY(!(steps.gap > 0));
+    QVERIFY2(steps.angle > 3, qPrintable(QString::number(steps.angle)));
+}
+
+void tst_PrepareConvertCurves::manyChordsLoseTheDeviation()
+{
+    ArcStatistics arcs;
+    for (int i = 0; i < 10000; ++i)
+        arcs.addCircle(100000);
+
+    const ArcSteps steps = arcs.steps(0.005);
+
+    QCOMPARE(steps.coarseCount, 10000);
+    QVERIFY2(steps.angle > 0.1, qPrintable(QString::number(steps.angle)));
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareConvertCurves)

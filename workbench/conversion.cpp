@@ -66,8 +66,7 @@ QString kindText(const QString &kind)
 // Remarks on the whole file have no meaningful count.
 bool isCounted(const QString &kind)
 {
-    static const QStringList uncounted{QStringLiteral("coarse-curve"), QStringLiteral("degrees"),
-                                       QStringLiteral("no-end")};
+    static const QStringList uncounted{QStringLiteral("degrees"), QStringLiteral("no-end")};
     return !uncounted.contains(kind);
 }
 
