@@ -159,8 +159,7 @@ void BadFiles::run()
     const Sample &whole = sample();
     const QString name = whole.isDrawing ? QStringLiteral("plan.dxf") : QStringLiteral("plan.mif");
     QDir(m_folder).remove(QStringLiteral("plan.mid"));
-    const QByteArray text = damaged(whole.text, sample().text, m_random);
-    write(name, whole.isDrawing ? withPlausibleRadii(text) : text);
+    write(name, damaged(whole.text, sample().text, m_random));
     if (!whole.isDrawing && chance(95))
         write(QStringLiteral("plan.mid"), chance(50) ? whole.records : damaged(whole.records, whole.text, m_random));
     const QStringList before = m_folder.entryList(QDir::Files);

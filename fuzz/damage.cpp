@@ -140,16 +140,3 @@ QByteArray damaged(QByteArray bytes, const QByteArray &other, QRandomGenerator &
         damages.at(random.bounded(static_cast<quint32>(damages.size())))(bytes, other, random);
     return bytes;
 }
-
-QByteArray withPlausibleRadii(const QByteArray &drawing)
-{
-    constexpr double max = 1e4;
-    static const QList<QByteArray> groups{"40", "41", "42"};
-    QList<QByteArray> lines = drawing.split('\n');
-    for (int i = 1; i < lines.size(); ++i) {
-        const bool isRadius = groups.contains(lines.at(i - 1).trimmed());
-        if (isRadius && !(qAbs(lines.at(i).trimmed().toDouble()) <= max))
-            lines[i] = "1";
-    }
-    return lines.join('\n');
-}
