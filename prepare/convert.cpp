@@ -133,17 +133,20 @@ Outcome writeContent(const ConvertOptions &options, ConvertContent &content, con
         return writeFailed(options, verifier.error());
     if (ConvertProgress::isInterrupted())
         return interrupted();
+    ConvertProgress::beginReplacing();
     return output.commit() ? Outcome() : Outcome{Incomplete, output.error()};
 }
 
 Outcome convert(const ConvertOptions &options)
 {
+    // The signals are watched before there is a temporary folder, and until it is removed.
+    ConvertProgress progress;
     ConvertOutput output(options.output);
     if (!output.prepare(options.force))
         return output.exists()
                    ? Outcome{WrongUsage, QStringLiteral("%1 Use --force to overwrite it.").arg(output.error())}
                    : Outcome{Incomplete, output.error()};
-    ConvertProgress progress;
+    ConvertProgress::setTemporaryFiles(output.temporaryPaths());
     ConvertContent content;
     const GdalMessages messages(content);
     SourceFacts facts;

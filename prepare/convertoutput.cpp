@@ -37,6 +37,11 @@ QString ConvertOutput::temporaryName() const
     return m_folder->filePath(QStringLiteral("new.mif"));
 }
 
+QStringList ConvertOutput::temporaryPaths() const
+{
+    return {temporaryName(), m_folder->filePath(QStringLiteral("new.mid")), m_folder->path()};
+}
+
 // Keeps the file that is replaced until both are in their place.
 bool ConvertOutput::replace(const QString &temporary, const QString &name, const QString &saved)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -19,6 +20,9 @@ public:
 
     /// The MIF file to write; in the temporary folder.
     QString temporaryName() const;
+
+    /// The paths of all temporary files, absolute; the last one is that of their folder.
+    QStringList temporaryPaths() const;
 
     /// Puts both files in their place. Returns false after an error.
     bool commit();

@@ -1,11 +1,15 @@
 #include "convertprogress.h"
 
 #include <QByteArray>
+#include <QFile>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdio>
 
 #ifdef Q_OS_WIN
+#include <direct.h>
 #include <io.h>
 #else
 #include <unistd.h>
@@ -18,11 +22,38 @@ constexpr qint64 interval = 200;
 
 volatile std::sig_atomic_t interrupted = 0;
 
-// A second signal ends the program even where GDAL hangs; then the temporary folder remains.
+// Paths in memory that a signal handler may read.
+constexpr int maxFiles = 4;
+constexpr int maxPath = 4096;
+std::array<std::array<char, maxPath>, maxFiles> temporaryFiles;
+volatile std::sig_atomic_t temporaryCount = 0;
+volatile std::sig_atomic_t isReplacing = 0;
+
+// Calls only what a signal handler may call. Windows keeps files that are open.
+void removeTemporaryFiles()
+{
+    const int count = temporaryCount;
+    for (int i = 0; i < count; ++i) {
+        const char *const path = temporaryFiles[static_cast<std::size_t>(i)].data();
+#ifdef Q_OS_WIN
+        i + 1 < count ? _unlink(path) : _rmdir(path);
+#else
+        i + 1 < count ? unlink(path) : rmdir(path);
+#endif
+    }
+}
+
 void interrupt(int signal)
 {
+    const bool isSecond = interrupted != 0;
     interrupted = 1;
-    std::signal(signal, SIG_DFL);
+    if (isSecond && isReplacing == 0) {
+        removeTemporaryFiles();
+        std::signal(signal, SIG_DFL);
+        std::raise(signal);
+    } else {
+        std::signal(signal, interrupt);
+    }
 }
 
 bool isErrorOutputTerminal()
@@ -38,7 +69,7 @@ bool isErrorOutputTerminal()
 
 ConvertProgress::ConvertProgress() : m_isTerminal(isErrorOutputTerminal())
 {
-    interrupted = 0;
+    interrupted = isReplacing = temporaryCount = 0;
     std::signal(SIGINT, interrupt);
     std::signal(SIGTERM, interrupt);
     m_timer.start();
@@ -49,6 +80,27 @@ ConvertProgress::~ConvertProgress()
     clear();
     std::signal(SIGINT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
+    temporaryCount = 0;
+}
+
+void ConvertProgress::setTemporaryFiles(const QStringList &files)
+{
+    temporaryCount = 0;
+    int count = 0;
+    for (const QString &file : files) {
+        const QByteArray path = QFile::encodeName(file);
+        if (count == maxFiles || path.size() >= maxPath)
+            return;
+        std::copy(path.constData(), path.constData() + path.size() + 1,
+                  temporaryFiles[static_cast<std::size_t>(count)].begin());
+        ++count;
+    }
+    temporaryCount = count;
+}
+
+void ConvertProgress::beginReplacing()
+{
+    isReplacing = 1;
 }
 
 bool ConvertProgress::isInterrupted()

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QString>
+#include <QStringList>
 
 /// Shows how far the work is, if the error output is a terminal and the work takes longer than a second, and learns of
 /// an interruption by the user.
@@ -21,6 +22,13 @@ public:
     bool advance();
 
     static bool isInterrupted();
+
+    /// From now on a second signal removes \a files, which have no other content than a temporary folder, the last of
+    /// them, and ends the program at once, even where GDAL hangs.
+    static void setTemporaryFiles(const QStringList &files);
+
+    /// From now on a second signal is ignored: the temporary folder has the files that are being replaced.
+    static void beginReplacing();
 
 private:
     void show();

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void fullDiskLeavesNothing();
     void interruptionLeavesNothing_data();
     void interruptionLeavesNothing();
+    void secondInterruptionEndsAtOnce();
     void differenceIsFound_data();
     void differenceIsFound();
 };
@@ -60,6 +61,18 @@ QStringList longDrawing(int count)
     for (int i = 0; i < count; ++i)
         lines += QStringLiteral("0\nLINE\n8\n0\n10\n%1\n20\n0\n11\n%1\n21\n9").arg(i);
     return lines << QStringLiteral("0\nENDSEC\n0\nEOF");
+}
+
+/// Starts to convert a.dxf and waits for the temporary folder, which appears before the source is read.
+void startConversion(QProcess &process, const ConvertFixture &fixture)
+{
+    process.setWorkingDirectory(fixture.path(QString()));
+    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments("convert a.dxf out.mif"));
+    QElapsedTimer timer;
+    timer.start();
+    while (entries(fixture.path(QString())).size() == 1 && timer.elapsed() < 30000)
+        QThread::msleep(1);
+    QThread::msleep(50);
 }
 
 } // namespace
@@ -240,14 +253,7 @@ void tst_PrepareConvertOutput::interruptionLeavesNothing()
     const ConvertFixture fixture;
     fixture.files.write(QStringLiteral("a.dxf"), longDrawing(200000));
     QProcess process;
-    process.setWorkingDirectory(fixture.path(QString()));
-    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments("convert a.dxf out.mif"));
-    // The temporary folder appears before the source is read.
-    QElapsedTimer timer;
-    timer.start();
-    while (entries(fixture.path(QString())).size() == 1 && timer.elapsed() < 30000)
-        QThread::msleep(1);
-    QThread::msleep(50);
+    startConversion(process, fixture);
 
     QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
     QVERIFY(process.waitForFinished(60000));
@@ -255,6 +261,27 @@ void tst_PrepareConvertOutput::interruptionLeavesNothing()
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Interrupted. Nothing was written.\n"));
+    QCOMPARE(entries(fixture.path(QString())), arguments("a.dxf"));
+#else
+    QSKIP("signals of Unix");
+#endif
+}
+
+// Two signals, so that both arrive.
+void tst_PrepareConvertOutput::secondInterruptionEndsAtOnce()
+{
+#ifdef Q_OS_UNIX
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(200000));
+    QProcess process;
+    startConversion(process, fixture);
+
+    const auto id = static_cast<pid_t>(process.processId());
+    QVERIFY(kill(id, SIGINT) == 0 && kill(id, SIGTERM) == 0);
+    QVERIFY(process.waitForFinished(60000));
+
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(process.readAllStandardError(), QByteArray());
     QCOMPARE(entries(fixture.path(QString())), arguments("a.dxf"));
 #else
     QSKIP("signals of Unix");
