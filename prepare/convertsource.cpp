@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <cpl_conv.h>
 #include <cpl_string.h>
@@ -87,6 +88,8 @@ bool ConvertSource::open()
     // Reading a pipe or device may block or never end.
     if (info.exists() && !info.isFile() && !info.isDir())
         return fail(QStringLiteral("\"%1\" is not a file.").arg(input));
+    if (info.isDir())
+        return openFolder();
     if (info.isFile()) {
         if (!info.isReadable())
             return fail(QStringLiteral("Cannot read \"%1\".").arg(input));
@@ -101,6 +104,16 @@ bool ConvertSource::open()
     const char *const dxf[] = {"DXF", nullptr};
     const bool isDrawing = GDALIdentifyDriverEx(name.constData(), GDAL_OF_VECTOR, dxf, nullptr) != nullptr;
     return isDrawing ? openDxf(name) : openDataset(name, nullptr);
+}
+
+// Of separate files in a folder these drivers make the layers of one dataset, even if they have nothing in common.
+bool ConvertSource::openFolder()
+{
+    static const QSet<QByteArray> driversOfFiles{"CSV", "ESRI Shapefile", "MapInfo File"};
+    const bool isDataset = openDataset(m_options.input.toUtf8(), nullptr) &&
+                           !driversOfFiles.contains(m_dataset->GetDriver()->GetDescription());
+    return isDataset || fail(QStringLiteral("\"%1\" is a folder but not a dataset. Convert its files one by one.")
+                                 .arg(m_options.input));
 }
 
 bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *openOptions)

@@ -36,6 +36,7 @@ public:
 
 private:
     bool fail(const QString &text);
+    bool openFolder();
     bool openDataset(const QByteArray &fileName, const char *const *openOptions);
     bool openBinaryDxf();
     bool openDxf(const QByteArray &fileName);

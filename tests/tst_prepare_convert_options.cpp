@@ -281,6 +281,7 @@ void tst_PrepareConvertOptions::otherFormatsComeIn_data()
     QTest::newRow("GeoJSON") << QStringLiteral("parcels.geojson") << QByteArray("GeoJSON");
     QTest::newRow("KML") << QStringLiteral("parcels.kml") << QByteArray("KML");
     QTest::newRow("TAB") << QStringLiteral("parcels.tab") << QByteArray("MapInfo File");
+    QTest::newRow("folder that is a dataset") << QStringLiteral("parcels.gdb") << QByteArray("OpenFileGDB");
     QTest::newRow("GML") << QStringLiteral("parcels.gml") << QByteArray("GML");
 }
 

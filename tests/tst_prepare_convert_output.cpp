@@ -30,6 +30,8 @@ private Q_SLOTS:
     void unusableInputIsReported_data();
     void unusableInputIsReported();
     void pipeIsRefused();
+    void folderOfFilesIsRefused_data();
+    void folderOfFilesIsRefused();
     void everyTruncatedDrawingIsReportedOrConverted();
     void fullDiskLeavesNothing();
     void interruptionLeavesNothing_data();
@@ -199,6 +201,34 @@ void tst_PrepareConvertOutput::pipeIsRefused()
 #else
     QSKIP("this system has no named pipes");
 #endif
+}
+
+// GDAL makes one dataset of all files in a folder, whatever they are.
+void tst_PrepareConvertOutput::folderOfFilesIsRefused_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("lines");
+
+    const QString mif = QStringLiteral("Version 300\nDelimiter \",\"\nColumns 1\n  a Integer\nData\nLine 0 0 5 5");
+    QTest::newRow("MIF") << QStringLiteral("a.mif") << QStringList{mif};
+    QTest::newRow("DXF") << QStringLiteral("a.dxf") << longDrawing(1);
+    QTest::newRow("CSV") << QStringLiteral("a.csv") << QStringList{QStringLiteral("id,WKT\n1,\"LINESTRING(0 0,4 0)\"")};
+    QTest::newRow("others") << QStringLiteral("a.txt") << QStringList{QStringLiteral("hello")};
+}
+
+void tst_PrepareConvertOutput::folderOfFilesIsRefused()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, lines);
+    const ConvertFixture fixture;
+    QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("plans")));
+    fixture.files.write(QStringLiteral("plans/") + name, lines);
+
+    const ConvertRun run = fixture.run(arguments("plans out.mif"));
+
+    QCOMPARE(run.status, 3);
+    QCOMPARE(run.messages,
+             QStringLiteral("importprepare: \"plans\" is a folder but not a dataset. Convert its files one by one."));
 }
 
 void tst_PrepareConvertOutput::everyTruncatedDrawingIsReportedOrConverted()
