@@ -40,11 +40,19 @@ QString meaning(const QString &kind)
     return texts.value(kind);
 }
 
+// What a source has or has not; its count means nothing.
+bool isCounted(const QString &kind)
+{
+    static const QStringList uncounted{QStringLiteral("degrees"), QStringLiteral("no-end")};
+    return !uncounted.contains(kind);
+}
+
 QString countsText(const QString &title, const ContentCounts &counts)
 {
     QString text;
     for (auto it = counts.begin(); it != counts.end(); ++it)
-        text += QStringLiteral("\n%1: %2: %3.").arg(title, meaning(it.key())).arg(it.value());
+        text += isCounted(it.key()) ? QStringLiteral("\n%1: %2: %3.").arg(title, meaning(it.key())).arg(it.value())
+                                    : QStringLiteral("\n%1: %2.").arg(title, meaning(it.key()));
     return text;
 }
 
@@ -63,14 +71,21 @@ qint64 number(std::size_t count)
 
 } // namespace
 
+QString counted(qint64 count, const QString &singular)
+{
+    const QString noun = count == 1                            ? singular
+                         : singular == QLatin1String("vertex") ? QStringLiteral("vertices")
+                                                               : singular + QLatin1Char('s');
+    return QStringLiteral("%1 %2").arg(QString::number(count), noun);
+}
+
 QString convertText(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
 {
-    QString text = QStringLiteral("\"%1\": %2 objects, %3 contours, %4 vertices, %5 points.")
-                       .arg(options.output)
-                       .arg(content.objects.size())
-                       .arg(content.contourEnds.size())
-                       .arg(content.vertices.size())
-                       .arg(content.points.size());
+    const QStringList counts{counted(number(content.objects.size()), QStringLiteral("object")),
+                             counted(number(content.contourEnds.size()), QStringLiteral("contour")),
+                             counted(number(content.vertices.size()), QStringLiteral("vertex")),
+                             counted(number(content.points.size()), QStringLiteral("point"))};
+    QString text = QStringLiteral("\"%1\": %2.").arg(options.output, counts.join(QLatin1String(", ")));
     if (!sourceEncoding.isEmpty())
         text += QStringLiteral("\nEncoding of the input: %1%2.")
                     .arg(QString::fromLatin1(sourceEncoding),

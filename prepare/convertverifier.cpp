@@ -1,5 +1,6 @@
 #include "convertverifier.h"
 
+#include "convertreport.h"
 #include "mapimport_mif.h"
 
 #include <utility>
@@ -58,7 +59,9 @@ private:
 QString Comparison::contourDifference(std::size_t contour, const QVector<DefPoint> &imported) const
 {
     if (static_cast<std::size_t>(imported.size()) != m_content.vertexCount(contour))
-        return QStringLiteral("%1 vertices instead of %2").arg(imported.size()).arg(m_content.vertexCount(contour));
+        return QStringLiteral("%1 instead of %2")
+            .arg(counted(imported.size(), QStringLiteral("vertex")))
+            .arg(m_content.vertexCount(contour));
     const std::size_t first = m_content.vertexBegin(contour);
     for (int i = 0; i < imported.size(); ++i) {
         const ContentVertex &vertex = m_content.vertices[first + static_cast<std::size_t>(i)];
@@ -78,8 +81,8 @@ QString Comparison::contentDifference(std::size_t object, const DefPolygon &impo
     if (imported.def != def)
         return QStringLiteral("designation \"%1\" instead of \"%2\"").arg(imported.def, def);
     if (static_cast<std::size_t>(imported.contours.size()) != written.contourEnd - first)
-        return QStringLiteral("%1 contours instead of %2")
-            .arg(imported.contours.size())
+        return QStringLiteral("%1 instead of %2")
+            .arg(counted(imported.contours.size(), QStringLiteral("contour")))
             .arg(written.contourEnd - first);
     for (int i = 0; i < imported.contours.size(); ++i) {
         const QString difference = contourDifference(first + static_cast<std::size_t>(i), imported.contours.at(i));
@@ -92,7 +95,9 @@ QString Comparison::contentDifference(std::size_t object, const DefPolygon &impo
 QString Comparison::objectDifference()
 {
     if (static_cast<std::size_t>(m_objects.size()) != m_content.objects.size())
-        return QStringLiteral("%1 objects instead of %2").arg(m_objects.size()).arg(m_content.objects.size());
+        return QStringLiteral("%1 instead of %2")
+            .arg(counted(m_objects.size(), QStringLiteral("object")))
+            .arg(m_content.objects.size());
     for (int i = 0; i < m_objects.size(); ++i) {
         const auto object = static_cast<std::size_t>(i);
         const QString difference = contentDifference(object, m_objects.at(i));
@@ -112,7 +117,9 @@ QString Comparison::pointDifference(const QVector<DefPoint> &points) const
         expected.append({point.def, point.at.x, point.at.y});
     sortPoints(expected);
     if (points.size() < expected.size())
-        return QStringLiteral("%1 points instead of %2").arg(points.size()).arg(expected.size());
+        return QStringLiteral("%1 instead of %2")
+            .arg(counted(points.size(), QStringLiteral("point")))
+            .arg(expected.size());
     for (int i = 0; i < expected.size(); ++i) {
         const DefPoint &point = expected.at(i);
         if (points.at(i).def != point.def || !isWritten(points.at(i), {point.x, point.y}))

@@ -1,3 +1,4 @@
+#include "convertreport.h"
 #include "converttesting.h"
 
 /// Geometries, names and numbers of features.
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void unusablePointsAreLeftOut_data();
     void unusablePointsAreLeftOut();
     void reportIsReadable();
+    void nounsHaveTheRightNumber();
 };
 
 namespace {
@@ -232,10 +234,18 @@ void tst_PrepareConvert::reportIsReadable()
 
     QCOMPARE(run.status, 0);
     QCOMPARE(run.messages, QString());
-    QCOMPARE(run.output, QStringLiteral("\"out.mif\": 1 objects, 1 contours, 4 vertices, 0 points.\n"
+    QCOMPARE(run.output, QStringLiteral("\"out.mif\": 1 object, 1 contour, 4 vertices, 0 points.\n"
                                         "Encoding of the output: windows-1251.\n"
                                         "Left out: features without a geometry: 1.\n"
-                                        "Note: coordinates are in degrees; use --crs: 1.\n"));
+                                        "Note: coordinates are in degrees; use --crs.\n"));
+}
+
+void tst_PrepareConvert::nounsHaveTheRightNumber()
+{
+    QCOMPARE(counted(0, QStringLiteral("point")), QStringLiteral("0 points"));
+    QCOMPARE(counted(1, QStringLiteral("vertex")), QStringLiteral("1 vertex"));
+    QCOMPARE(counted(2, QStringLiteral("vertex")), QStringLiteral("2 vertices"));
+    QCOMPARE(counted(21, QStringLiteral("contour")), QStringLiteral("21 contours"));
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareConvert)

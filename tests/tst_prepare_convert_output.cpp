@@ -333,7 +333,7 @@ void tst_PrepareConvertOutput::differenceIsFound_data()
 
     const char *const lines = "Line 0 0 4 0\nRegion 1\n4\n0 0\n1 1\n2 0\n0 0\nPoint 7 8\n";
     row("none", lines, "\"\",1\nБ,2\n5,3", "");
-    row("object missing", "Line 0 0 4 0\nNone\nPoint 7 8\n", "\"\",1\nБ,2\n5,3", "1 objects instead of 2");
+    row("object missing", "Line 0 0 4 0\nNone\nPoint 7 8\n", "\"\",1\nБ,2\n5,3", "1 object instead of 2");
     row("contour added", "Line 0 0 4 0\nRegion 2\n4\n0 0\n1 1\n2 0\n0 0\n3\n0 0\n1 1\n2 0\nPoint 7 8\n",
         "\"\",1\nБ,2\n5,3", "object 2 (source id i2): 2 contours instead of 1");
     row("vertex missing", "Line 0 0 4 0\nRegion 1\n3\n0 0\n1 1\n2 0\nPoint 7 8\n", "\"\",1\nБ,2\n5,3",
