@@ -93,7 +93,7 @@ bool nameContent(const ConvertOptions &options, ConvertContent &content, Convert
 // What is known of the source after reading it.
 struct SourceFacts
 {
-    QByteArray encoding;
+    SourceEncoding encoding;
     std::unique_ptr<OGRSpatialReference> srs;
 };
 
@@ -103,12 +103,13 @@ Outcome readContent(const ConvertOptions &options, ConvertContent &content, Sour
 {
     ConvertSource source(options, content);
     if (!source.open())
-        return {Unreadable, source.error()};
+        return ConvertProgress::isInterrupted() ? interrupted() : Outcome{Unreadable, source.error()};
     ConvertReader reader(options, source, content, progress);
     const ReadFailure failure = reader.read();
     facts.encoding = source.encoding();
     facts.srs = reader.takeSpatialReference();
-    return failure == ReadFailure::None ? Outcome() : readFailed(failure, options, reader.error());
+    return failure == ReadFailure::None ? Outcome()
+                                        : readFailed(failure, options, source.withPlaceInInput(reader.error()));
 }
 
 // GDAL does not report every failure to write.

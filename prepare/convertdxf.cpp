@@ -1,5 +1,6 @@
 #include "convertdxf.h"
 
+#include "convertprogress.h"
 #include "encodingguess.h"
 #include "vsilines.h"
 
@@ -51,7 +52,7 @@ bool DxfInspection::scan(const QByteArray &fileName)
         return false;
     QByteArray code;
     QByteArray value;
-    while (!m_hasEnd && lines.read(code) && lines.read(value)) {
+    while (!m_hasEnd && !ConvertProgress::isInterrupted() && lines.read(code) && lines.read(value)) {
         if (m_sample.size() < maxSample && !isAscii(value))
             m_sample += value + '\n';
         readPair(std::atoi(code.constData()), value.trimmed());
@@ -68,6 +69,7 @@ void DxfInspection::readPair(int code, const QByteArray &value)
         m_isSectionName = value == "SECTION";
         beginEntity(value);
     } else if (code == 2 && m_isSectionName) {
+        m_beginsWithHeader = m_section.isNull() ? value == "HEADER" : m_beginsWithHeader;
         m_section = value;
         m_block.clear();
         m_isSectionName = false;

@@ -27,6 +27,7 @@ public:
     int splineCount() const { return m_splineCount; }
     /// False if the pair that ends a drawing is missing.
     bool hasEnd() const { return m_hasEnd; }
+    bool beginsWithHeader() const { return m_beginsWithHeader; }
     /// Lines that are not ASCII, up to a limit.
     const QByteArray &sample() const { return m_sample; }
     /// The encoding that the header names; empty if none.
@@ -82,6 +83,7 @@ private:
     ContentCounts m_ignored;
     int m_splineCount = 0;
     bool m_hasEnd = false;
+    bool m_beginsWithHeader = false;
     QByteArray m_sample;
     QByteArray m_codePage;
 };

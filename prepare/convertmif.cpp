@@ -1,7 +1,6 @@
 #include "convertmif.h"
 
 #include "convertmifcurves.h"
-#include "encodingguess.h"
 
 #include <QDir>
 #include <QFile>
@@ -155,8 +154,9 @@ void MifCopy::countObjects(int dataBegin)
 void MifCopy::decode(const QByteArray &encoding)
 {
     const bool isPlain = isAscii(m_mif) && isAscii(m_mid);
-    m_encoding = isPlain || !encoding.isEmpty() ? encoding : guessEncoding(m_mid + m_mif, m_declared);
-    const QTextCodec *const codec = QTextCodec::codecForName(m_encoding);
+    m_encoding =
+        isPlain || !encoding.isEmpty() ? SourceEncoding{encoding, false} : sourceEncoding(m_mid + m_mif, m_declared);
+    const QTextCodec *const codec = QTextCodec::codecForName(m_encoding.name);
     if (isPlain || codec == nullptr || codec->name() == "UTF-8")
         return;
     m_mif = codec->toUnicode(m_mif).toUtf8();

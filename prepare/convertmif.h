@@ -1,5 +1,7 @@
 #pragma once
 
+#include "encodingguess.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -17,8 +19,7 @@ public:
     const QByteArray &mid() const { return m_mid; } ///< empty if there is none
     const QString &error() const { return m_error; }
 
-    /// The encoding of the files; empty if they are ASCII.
-    const QByteArray &encoding() const { return m_encoding; }
+    const SourceEncoding &encoding() const { return m_encoding; }
     /// Number of objects whose record was missing or empty.
     int addedRecords() const { return m_addedRecords; }
     /// Number of curves that do not keep the deviation.
@@ -37,7 +38,7 @@ private:
     bool m_hasMid = false;
     QString m_error;
     QByteArray m_declared; ///< encoding that the header names
-    QByteArray m_encoding;
+    SourceEncoding m_encoding;
     char m_delimiter = '\t';
     int m_columnCount = 0;
     int m_dataBegin = 0; ///< of the corrected file

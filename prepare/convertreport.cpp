@@ -79,17 +79,16 @@ QString counted(qint64 count, const QString &singular)
     return QStringLiteral("%1 %2").arg(QString::number(count), noun);
 }
 
-QString convertText(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
+QString convertText(const ConvertOptions &options, const ConvertContent &content, const SourceEncoding &source)
 {
     const QStringList counts{counted(number(content.objects.size()), QStringLiteral("object")),
                              counted(number(content.contourEnds.size()), QStringLiteral("contour")),
                              counted(number(content.vertices.size()), QStringLiteral("vertex")),
                              counted(number(content.points.size()), QStringLiteral("point"))};
     QString text = QStringLiteral("\"%1\": %2.").arg(options.output, counts.join(QLatin1String(", ")));
-    if (!sourceEncoding.isEmpty())
+    if (!source.name.isEmpty())
         text += QStringLiteral("\nEncoding of the input: %1%2.")
-                    .arg(QString::fromLatin1(sourceEncoding),
-                         options.sourceEncoding.isEmpty() ? QStringLiteral(" (guessed)") : QString());
+                    .arg(QString::fromLatin1(source.name), source.isGuessed ? QStringLiteral(" (guessed)") : QString());
     text += QStringLiteral("\nEncoding of the output: %1.").arg(options.encoding);
     return text + countsText(QStringLiteral("Left out"), content.leftOut) +
            countsText(QStringLiteral("Note"), content.notes) +
@@ -98,14 +97,14 @@ QString convertText(const ConvertOptions &options, const ConvertContent &content
                 : QStringLiteral("\nThe first warning of GDAL: %1").arg(content.firstWarning));
 }
 
-QString convertJson(const ConvertOptions &options, const ConvertContent &content, const QByteArray &sourceEncoding)
+QString convertJson(const ConvertOptions &options, const ConvertContent &content, const SourceEncoding &source)
 {
     const QJsonObject object{
         {QStringLiteral("file"), options.input},
         {QStringLiteral("output"), options.output},
         {QStringLiteral("encoding"), options.encoding},
         {QStringLiteral("sourceEncoding"),
-         sourceEncoding.isEmpty() ? QJsonValue() : QJsonValue(QString::fromLatin1(sourceEncoding))},
+         source.name.isEmpty() ? QJsonValue() : QJsonValue(QString::fromLatin1(source.name))},
         {QStringLiteral("objects"), number(content.objects.size())},
         {QStringLiteral("contours"), number(content.contourEnds.size())},
         {QStringLiteral("vertices"), number(content.vertices.size())},

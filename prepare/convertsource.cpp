@@ -2,10 +2,12 @@
 
 #include "binarydxf.h"
 #include "convertdxf.h"
+#include "convertprogress.h"
 #include "encodingguess.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <cpl_conv.h>
@@ -17,6 +19,8 @@ namespace {
 
 // A folder of GDAL's files in memory, which belong to the process.
 const char *const strDxf = "/vsimem/importprepare/source.dxf";
+const char *const strHeader = "/vsimem/importprepare/header.dxf";
+const char *const strWithHeader = "/vsimem/importprepare/withheader.dxf";
 const char *const strMif = "/vsimem/importprepare/source.mif";
 const char *const strMid = "/vsimem/importprepare/source.mid";
 
@@ -61,14 +65,14 @@ bool hasSuffix(const QString &fileName, QLatin1String suffix)
 ConvertSource::ConvertSource(const ConvertOptions &options, ConvertContent &content)
     : m_options(options),
       m_content(content),
-      m_encoding(options.sourceEncoding.toLatin1())
+      m_encoding{options.sourceEncoding.toLatin1(), false}
 {
 }
 
 ConvertSource::~ConvertSource()
 {
     m_dataset.reset();
-    for (const char *const name : {strDxf, strMif, strMid})
+    for (const char *const name : {strDxf, strHeader, strWithHeader, strMif, strMid})
         VSIUnlink(name);
     for (const char *const name : configurations)
         CPLSetThreadLocalConfigOption(name, nullptr);
@@ -124,7 +128,7 @@ bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *o
         addRasters(fileName);
         return true;
     }
-    const QString reason = QString::fromUtf8(CPLGetLastErrorMsg());
+    const QString reason = withPlaceInInput(QString::fromUtf8(CPLGetLastErrorMsg()));
     if (!reason.isEmpty())
         return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_options.input, reason));
     return fail(QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads.").arg(m_options.input));
@@ -160,21 +164,60 @@ bool ConvertSource::openBinaryDxf()
     return openDxf(strDxf);
 }
 
+// GDAL decodes the texts of a drawing that begins with its entities in one way only, unless a header precedes them.
+QByteArray ConvertSource::withHeader(const QByteArray &fileName)
+{
+    static const QByteArray header("0\nSECTION\n2\nHEADER\n0\nENDSEC\n");
+    VSIStatBufL status;
+    if (VSIStatL(fileName.constData(), &status) != 0)
+        return fileName;
+    addMemoryFile(strHeader, header);
+    const auto region = [](const char *name, qint64 begin, qint64 size) {
+        const QByteArray text = "<SubfileRegion><Filename relative=\"0\">" +
+                                QString::fromUtf8(name).toHtmlEscaped().toUtf8() + "</Filename><DestinationOffset>" +
+                                QByteArray::number(begin) +
+                                "</DestinationOffset><SourceOffset>0</SourceOffset><RegionLength>" +
+                                QByteArray::number(size) + "</RegionLength></SubfileRegion>";
+        return text;
+    };
+    const auto size = static_cast<qint64>(status.st_size);
+    m_parts = "<VSISparseFile><Length>" + QByteArray::number(header.size() + size) + "</Length>" +
+              region(strHeader, 0, header.size()) + region(fileName.constData(), header.size(), size) +
+              "</VSISparseFile>";
+    addMemoryFile(strWithHeader, m_parts);
+    m_addedLines = header.count('\n');
+    return QByteArray("/vsisparse/") + strWithHeader;
+}
+
+QString ConvertSource::withPlaceInInput(const QString &message) const
+{
+    static const QRegularExpression place(QStringLiteral("line (\\d+) of /vsi\\S+"));
+    const QRegularExpressionMatch match = place.match(message);
+    if (!match.hasMatch())
+        return message;
+    return QString(message).replace(
+        match.captured(0),
+        QStringLiteral("line %1 of %2").arg(match.captured(1).toInt() - m_addedLines).arg(m_options.input));
+}
+
 bool ConvertSource::openDxf(const QByteArray &fileName)
 {
     m_isDxf = true;
     DxfInspection scan;
     if (!scan.scan(fileName))
         return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
+    if (ConvertProgress::isInterrupted())
+        return false;
     CPLSetThreadLocalConfigOption("DXF_FEATURE_LIMIT_PER_BLOCK", maxFeaturesOfBlock);
-    if (m_encoding.isEmpty())
-        m_encoding = guessEncoding(scan.sample(), scan.declaredEncoding());
-    if (!m_encoding.isEmpty())
-        CPLSetThreadLocalConfigOption("DXF_ENCODING", m_encoding.constData());
+    if (m_encoding.name.isEmpty())
+        m_encoding = sourceEncoding(scan.sample(), scan.declaredEncoding());
+    const bool isHeaderMissing = !m_encoding.name.isEmpty() && !scan.beginsWithHeader();
+    if (!m_encoding.name.isEmpty())
+        CPLSetThreadLocalConfigOption("DXF_ENCODING", m_encoding.name.constData());
     addNotes(scan);
     // GDAL reads the blocks when it opens the drawing, and the other entities later.
     setArcSteps(scan.blockArcSteps(m_options.deviation));
-    const bool ok = openDataset(fileName, nullptr);
+    const bool ok = openDataset(isHeaderMissing ? withHeader(fileName) : fileName, nullptr);
     setArcSteps(scan.arcSteps(m_options.deviation));
     return ok;
 }
@@ -197,7 +240,7 @@ void ConvertSource::addNotes(const DxfInspection &scan)
 bool ConvertSource::openMif()
 {
     m_isMif = true;
-    if (!m_mif.read(m_options.input, m_encoding, m_options.deviation))
+    if (!m_mif.read(m_options.input, m_encoding.name, m_options.deviation))
         return fail(m_mif.error());
     m_encoding = m_mif.encoding();
     if (m_mif.addedRecords() > 0)
@@ -214,7 +257,7 @@ bool ConvertSource::openMif()
 bool ConvertSource::openShapefile()
 {
     const QByteArray name = m_options.input.toUtf8();
-    if (m_encoding.isEmpty()) {
+    if (m_encoding.name.isEmpty()) {
         const char *const raw[] = {"ENCODING=", nullptr};
         if (!openDataset(name, raw))
             return false;
@@ -228,9 +271,9 @@ bool ConvertSource::openShapefile()
             for (int i = 0; i < feature->GetFieldCount() && sample.size() < maxSample; ++i)
                 sample += feature->GetFieldAsString(i);
         }
-        m_encoding = guessEncoding(sample, declared);
+        m_encoding = sourceEncoding(sample, declared);
     }
-    const QByteArray option = "ENCODING=" + m_encoding;
+    const QByteArray option = "ENCODING=" + m_encoding.name;
     const char *const decoded[] = {option.constData(), nullptr};
-    return openDataset(name, m_encoding.isEmpty() ? nullptr : decoded);
+    return openDataset(name, m_encoding.name.isEmpty() ? nullptr : decoded);
 }

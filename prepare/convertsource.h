@@ -31,12 +31,14 @@ public:
 
     bool isDxf() const { return m_isDxf; }
     bool isMif() const { return m_isMif; }
-    /// The encoding that the texts of the input have; empty if GDAL knows it or they are ASCII.
-    const QByteArray &encoding() const { return m_encoding; }
+    const SourceEncoding &encoding() const { return m_encoding; }
+    /// Returns \a message of GDAL with the place in the input instead of that in its copy in memory.
+    QString withPlaceInInput(const QString &message) const;
 
 private:
     bool fail(const QString &text);
     bool openFolder();
+    QByteArray withHeader(const QByteArray &fileName);
     bool openDataset(const QByteArray &fileName, const char *const *openOptions);
     bool openBinaryDxf();
     bool openDxf(const QByteArray &fileName);
@@ -48,8 +50,10 @@ private:
     const ConvertOptions &m_options;
     ConvertContent &m_content;
     QString m_error;
-    QByteArray m_encoding;
-    QByteArray m_ascii; ///< the ASCII form of a binary DXF file
+    SourceEncoding m_encoding;
+    int m_addedLines = 0; ///< in front of the drawing
+    QByteArray m_ascii;   ///< the ASCII form of a binary DXF file
+    QByteArray m_parts;   ///< the description of a drawing with a header in front
     MifCopy m_mif;
     bool m_isDxf = false;
     bool m_isMif = false;

@@ -32,6 +32,21 @@ bool isPlausible(const QByteArray &name)
     return names.contains(name);
 }
 
+// Programs often name the encoding of Western Europe whatever the texts are. In its languages letters beyond ASCII
+// stand alone, in Cyrillic they follow each other.
+bool isRatherCyrillic(const QByteArray &bytes)
+{
+    constexpr uchar firstLetter = 0xC0;
+    int alone = 0;
+    int inRow = 0;
+    for (int i = 0; i < bytes.size(); ++i) {
+        const auto isLetter = [&bytes](int at) { return static_cast<uchar>(bytes.at(at)) >= firstLetter; };
+        if (isLetter(i))
+            ++((i > 0 && isLetter(i - 1)) || (i + 1 < bytes.size() && isLetter(i + 1)) ? inRow : alone);
+    }
+    return inRow > alone;
+}
+
 } // namespace
 
 bool isAscii(const QByteArray &bytes)
@@ -57,5 +72,13 @@ QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared)
     if (isPlausible(guess))
         return guess;
     const QByteArray named = codecName(declared);
-    return named.isEmpty() || named == "UTF-8" ? QByteArray("windows-1251") : named;
+    const bool isWestern = named == "windows-1252" || named == "ISO-8859-1";
+    const bool isWrong = named.isEmpty() || named == "UTF-8" || (isWestern && isRatherCyrillic(bytes));
+    return isWrong ? QByteArray("windows-1251") : named;
+}
+
+SourceEncoding sourceEncoding(const QByteArray &bytes, const QByteArray &declared)
+{
+    const QByteArray name = guessEncoding(bytes, declared);
+    return {name, name != codecName(declared)};
 }

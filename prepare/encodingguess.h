@@ -2,10 +2,20 @@
 
 #include <QByteArray>
 
+/// The encoding of the texts of an input.
+struct SourceEncoding
+{
+    QByteArray name;        ///< of a codec of Qt; empty if GDAL knows it or the texts are ASCII
+    bool isGuessed = false; ///< neither the user nor the file names it
+};
+
 /// Guesses the encoding of \a bytes, of which \a declared is the one that the file names (empty: none).
 ///
 /// Returns the name of a codec of Qt; empty if the bytes are ASCII.
 QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared);
+
+/// Same, with the information whether the file names the encoding.
+SourceEncoding sourceEncoding(const QByteArray &bytes, const QByteArray &declared);
 
 /// True if \a bytes are ASCII only.
 bool isAscii(const QByteArray &bytes);

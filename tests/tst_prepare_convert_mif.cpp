@@ -221,6 +221,9 @@ void tst_PrepareConvertMif::encodingIsFound_data()
 
     QTest::newRow("named") << QByteArray("windows-1251") << QStringLiteral("WindowsCyrillic") << QStringList();
     QTest::newRow("none is named") << QByteArray("windows-1251") << QStringLiteral("Neutral") << QStringList();
+    QTest::newRow("no line") << QByteArray("windows-1251") << QString() << QStringList();
+    QTest::newRow("no line, given") << QByteArray("KOI8-R") << QString() << arguments("--source-encoding KOI8-R");
+    QTest::newRow("western is named") << QByteArray("windows-1251") << QStringLiteral("WindowsLatin1") << QStringList();
     QTest::newRow("another is named") << QByteArray("UTF-8") << QStringLiteral("WindowsCyrillic") << QStringList();
     QTest::newRow("DOS") << QByteArray("IBM866") << QStringLiteral("CodePage866") << QStringList();
     QTest::newRow("given") << QByteArray("IBM866") << QStringLiteral("WindowsLatin1")
@@ -232,11 +235,11 @@ void tst_PrepareConvertMif::encodingIsFound()
     QFETCH(QByteArray, codec);
     QFETCH(QString, charset);
     QFETCH(QStringList, args);
-    const QString name = QStringLiteral("Участок ёж");
+    const QString name = QStringLiteral(":ЗУ1");
+    const QString line = charset.isEmpty() ? QString() : QStringLiteral("Charset \"%1\"\n").arg(charset);
     ConvertFixture fixture;
-    fixture.files.write(
-        QStringLiteral("a.mif"),
-        {QStringLiteral("Version 300\nCharset \"%1\"\nDelimiter \",\"\n").arg(charset) + columns + data + pline});
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {QStringLiteral("Version 300\n%1Delimiter \",\"\n").arg(line) + columns + data + pline});
     fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"%1\",1").arg(name)}, codec.constData());
 
     QVERIFY(fixture.convert(QStringLiteral("a.mif"), args));
