@@ -7,6 +7,9 @@
 #include <cpl_error.h>
 #include <ogrsf_frmts.h>
 
+#include <cstring>
+#include <typeinfo>
+
 namespace {
 
 QString fieldText(const OGRFeature &feature, int field)
@@ -30,6 +33,19 @@ QString labelText(const OGRFeature &feature)
     GBool isNull = TRUE;
     const char *const text = label->TextString(isNull);
     return isNull != 0 ? QString() : QString::fromUtf8(text);
+}
+
+// The driver of TAB files splits curves into steps of a fixed angle. Only the class of the feature shows it.
+bool isSplitCurve(const OGRFeature &feature, const OGRGeometry &geometry)
+{
+    const char *const name = typeid(feature).name();
+    if (std::strstr(name, "TABArc") != nullptr || std::strstr(name, "TABEllipse") != nullptr)
+        return true;
+    if (std::strstr(name, "TABRectangle") == nullptr || wkbFlatten(geometry.getGeometryType()) != wkbPolygon)
+        return false;
+    constexpr int corners = 5; // more than those of a closed rectangle are of rounded corners
+    const OGRLinearRing *const ring = geometry.toPolygon()->getExteriorRing();
+    return ring != nullptr && ring->getNumPoints() > corners;
 }
 
 bool hasHeight(const OGRGeometry &geometry)
@@ -97,6 +113,8 @@ void ConvertReader::readFeature(OGRFeature &feature)
     }
     if (hasHeight(*geometry))
         ++m_content.notes[QStringLiteral("height")];
+    if (isSplitCurve(feature, *geometry))
+        ++m_content.notes[QStringLiteral("uncontrolled-curve")];
     if (!transform(*geometry) || readText(feature, *geometry))
         return;
     const QString handle = fieldText(feature, m_fields.handle);

@@ -1,6 +1,8 @@
 #include "convertarcs.h"
 #include "converttesting.h"
 
+#include <cpl_vsi.h>
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -21,6 +23,7 @@ private Q_SLOTS:
     void chordsOfAGeometryKeepTheDeviation();
     void chordsOfAMifKeepTheDeviation_data();
     void chordsOfAMifKeepTheDeviation();
+    void curvesThatGdalSplitsAreCounted();
     void partsOfACompoundCurveMeet();
     void stepsKeepTheDeviationForEveryRadius();
     void narrowEllipseLimitsTheAngle();
@@ -214,6 +217,24 @@ void tst_PrepareConvertCurves::chordsOfAMifKeepTheDeviation()
     QVERIFY2(ofChords <= 0.005, qPrintable(QString::number(ofChords)));
     QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
     QCOMPARE(fixture.list("notes"), QString());
+}
+
+// GDAL reads a map in an archive as it reads a TAB file, whose curves cannot be replaced.
+void tst_PrepareConvertCurves::curvesThatGdalSplitsAreCounted()
+{
+    const char map[] = "Version 300\nDelimiter \",\"\nColumns 1\n  a Integer\nData\nEllipse 0 0 9 9\nLine 0 0 1 1\n"
+                       "Arc 0 0 9 9\n0 90\nRoundrect 0 0 9 9 2\nRect 0 0 9 9\n";
+    ConvertFixture fixture;
+    const QString name = QStringLiteral("/vsizip/%1/a.mif").arg(fixture.path(QStringLiteral("a.zip")));
+    VSILFILE *const file = VSIFOpenL(name.toUtf8().constData(), "wb");
+    QVERIFY(file != nullptr);
+    QCOMPARE(VSIFWriteL(map, 1, sizeof map - 1, file), sizeof map - 1);
+    QCOMPARE(VSIFCloseL(file), 0);
+
+    QVERIFY(fixture.convert(name));
+
+    QCOMPARE(fixture.report.value(QStringLiteral("objects")).toInt(), 5);
+    QCOMPARE(fixture.list("notes"), QStringLiteral("uncontrolled-curve 3"));
 }
 
 void tst_PrepareConvertCurves::partsOfACompoundCurveMeet()
