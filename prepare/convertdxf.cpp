@@ -210,15 +210,16 @@ void DxfInspection::readEntityPair(int code, const QByteArray &value)
 }
 
 // Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL
-// refuses, counts once.
-double DxfInspection::scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const
+// refuses, counts once. Blocks nested without end would exhaust the stack.
+double DxfInspection::scaleOf(const QByteArray &block, QHash<QByteArray, double> &known, int depth) const
 {
-    if (known.contains(block))
-        return known.value(block);
+    constexpr int maxDepth = 1000;
+    if (known.contains(block) || depth > maxDepth)
+        return known.value(block, 1);
     double largest = known[block] = 1;
     const QVector<Insertion> insertions = m_insertions.value(block);
     for (const Insertion &insertion : insertions)
-        largest = std::max(largest, insertion.scale * scaleOf(insertion.parent, known));
+        largest = std::max(largest, insertion.scale * scaleOf(insertion.parent, known, depth + 1));
     return known[block] = largest;
 }
 
@@ -232,6 +233,6 @@ ArcSteps DxfInspection::blockArcSteps(double deviation) const
     QHash<QByteArray, double> known;
     double largest = 1;
     for (const QByteArray &block : m_curvedBlocks)
-        largest = std::max(largest, scaleOf(block, known));
+        largest = std::max(largest, scaleOf(block, known, 0));
     return m_blockArcs.steps(deviation / largest);
 }

@@ -56,7 +56,7 @@ private:
     void readHatchPair(int code, const QByteArray &value);
     void readName(const QByteArray &name);
     ArcStatistics &arcs();
-    double scaleOf(const QByteArray &block, QHash<QByteArray, double> &known) const;
+    double scaleOf(const QByteArray &block, QHash<QByteArray, double> &known, int depth) const;
 
     QByteArray m_section;
     bool m_isSectionName = false;

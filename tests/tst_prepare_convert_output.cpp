@@ -32,6 +32,7 @@ private Q_SLOTS:
     void pipeIsRefused();
     void folderOfFilesIsRefused_data();
     void folderOfFilesIsRefused();
+    void deeplyNestedBlocksDoNotExhaustTheStack();
     void everyTruncatedDrawingIsReportedOrConverted();
     void fullDiskLeavesNothing();
     void interruptionLeavesNothing_data();
@@ -229,6 +230,27 @@ void tst_PrepareConvertOutput::folderOfFilesIsRefused()
     QCOMPARE(run.status, 3);
     QCOMPARE(run.messages,
              QStringLiteral("importprepare: \"plans\" is a folder but not a dataset. Convert its files one by one."));
+}
+
+void tst_PrepareConvertOutput::deeplyNestedBlocksDoNotExhaustTheStack()
+{
+    constexpr int count = 200000;
+    QStringList lines{QStringLiteral("0\nSECTION\n2\nHEADER\n0\nENDSEC\n0\nSECTION\n2\nBLOCKS\n"
+                                     "0\nBLOCK\n8\n0\n2\nB0\n70\n0\n10\n0\n20\n0\n"
+                                     "0\nCIRCLE\n8\n0\n10\n0\n20\n0\n40\n5\n0\nENDBLK\n8\n0")};
+    for (int i = 1; i < count; ++i)
+        lines += QStringLiteral("0\nBLOCK\n8\n0\n2\nB%1\n70\n0\n10\n0\n20\n0\n"
+                                "0\nINSERT\n8\n0\n2\nB%2\n10\n0\n20\n0\n0\nENDBLK\n8\n0")
+                     .arg(QString::number(i), QString::number(i - 1));
+    lines += QStringLiteral("0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+                            "0\nINSERT\n8\n0\n2\nB%1\n10\n0\n20\n0\n0\nENDSEC\n0\nEOF")
+                 .arg(count - 1);
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), lines);
+
+    const ConvertRun run = fixture.run(arguments("a.dxf out.mif"));
+
+    QVERIFY2(run.status >= 0, qUtf8Printable(run.messages));
 }
 
 void tst_PrepareConvertOutput::everyTruncatedDrawingIsReportedOrConverted()
