@@ -21,6 +21,7 @@
 
 #include <memory>
 #include <new>
+#include <vector>
 
 namespace {
 
@@ -69,13 +70,19 @@ Outcome readFailed(ReadFailure failure, const ConvertOptions &options, const QSt
 bool nameContent(const ConvertOptions &options, ConvertContent &content, ConvertProgress &progress)
 {
     TextNames names(content, options.reach);
+    std::vector<std::size_t> unnamed;
+    for (std::size_t i = 0; i < content.objects.size() && options.designation.isEmpty(); ++i) {
+        if (content.objects[i].def.trimmed().isEmpty())
+            unnamed.push_back(i);
+    }
     progress.begin(QStringLiteral("Naming"),
-                   static_cast<qint64>(content.objects.size()) + static_cast<qint64>(content.points.size()));
-    for (std::size_t i = 0; i < content.objects.size(); ++i) {
-        if (options.designation.isEmpty() && content.objects[i].def.trimmed().isEmpty())
-            names.nameObject(i);
-        if (!progress.advance())
-            return false;
+                   3 * static_cast<qint64>(unnamed.size()) + static_cast<qint64>(content.points.size()));
+    for (const auto step : {&TextNames::claimTexts, &TextNames::nameByOwnText, &TextNames::nameByOtherText}) {
+        for (const std::size_t object : unnamed) {
+            (names.*step)(object);
+            if (!progress.advance())
+                return false;
+        }
     }
     for (ContentPoint &point : content.points) {
         if (options.number.isEmpty() && point.def.trimmed().isEmpty())

@@ -36,7 +36,9 @@ struct ContentText
 {
     ContentVertex at;
     QString text;
-    bool isUsed = false; ///< names an object or a point
+    double height = 0;      ///< of the letters; 0: unknown
+    bool isUsed = false;    ///< names an object or a point
+    double outlineArea = 0; ///< of the box of the smallest outline around it that has no designation; 0: none
 };
 
 using ContentCounts = QMap<QString, qint64>;

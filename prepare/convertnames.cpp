@@ -9,6 +9,9 @@
 
 namespace {
 
+// On a plan of a small scale the letters are large, and the texts are farther from what they name.
+constexpr double reachInHeights = 2;
+
 enum class TextKind { Name, Number, Height };
 
 TextKind kindOf(const QString &text)
@@ -18,6 +21,15 @@ TextKind kindOf(const QString &text)
     if (number.match(text).hasMatch())
         return TextKind::Number;
     return height.match(text).hasMatch() || text.trimmed().isEmpty() ? TextKind::Height : TextKind::Name;
+}
+
+double median(std::vector<double> &numbers)
+{
+    if (numbers.empty())
+        return 0;
+    const auto middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
+    std::nth_element(numbers.begin(), middle, numbers.end());
+    return *middle;
 }
 
 void textBounds(const void *text, CPLRectObj *box)
@@ -44,6 +56,12 @@ void extend(CPLRectObj &box, const ContentVertex &at)
     box.maxy = std::max(box.maxy, at.y);
 }
 
+// Of nested outlines the inner one has the smaller box. Equal outlines share their texts.
+double areaOf(const CPLRectObj &box)
+{
+    return (box.maxx - box.minx) * (box.maxy - box.miny);
+}
+
 } // namespace
 
 TextNames::TextNames(ConvertContent &content, double reach) : m_content(content), m_reach(reach)
@@ -51,6 +69,7 @@ TextNames::TextNames(ConvertContent &content, double reach) : m_content(content)
     const CPLRectObj box = boundsOfTexts();
     createIndex(m_numbers, box);
     createIndex(m_names, box);
+    std::vector<double> heights;
     for (ContentText &text : m_content.texts) {
         const TextKind kind = kindOf(text.text);
         if (kind == TextKind::Height)
@@ -58,7 +77,10 @@ TextNames::TextNames(ConvertContent &content, double reach) : m_content(content)
         Index &index = kind == TextKind::Number ? m_numbers : m_names;
         CPLQuadTreeInsert(index.tree.get(), &text);
         index.isEmpty = false;
+        heights.push_back(text.height);
     }
+    if (m_reach > 0)
+        m_reach = std::max(m_reach, reachInHeights * median(heights));
 }
 
 TextNames::~TextNames() = default;
@@ -118,16 +140,13 @@ void TextNames::toggleInside(std::vector<Candidate> &candidates, const ContentVe
 }
 
 // By the even-odd rule over all closed contours, so that holes and several areas need no distinction.
-ContentText *TextNames::textInside(std::size_t object) const
+template <typename Visit>
+void TextNames::forEachInside(std::size_t object, const Visit &visit) const
 {
-    const CPLRectObj box = boundsOf(object);
-    const ContentVertex centre{(box.minx + box.maxx) / 2, (box.miny + box.maxy) / 2};
     std::vector<Candidate> candidates;
-    forEachText(m_names.isEmpty ? m_numbers : m_names, box, [&](ContentText &text) {
-        candidates.push_back({&text, std::hypot(text.at.x - centre.x, text.at.y - centre.y), false});
-    });
+    forEachText(objectIndex(), boundsOf(object), [&](ContentText &text) { candidates.push_back({&text, false}); });
     if (candidates.empty())
-        return nullptr;
+        return;
     std::sort(candidates.begin(), candidates.end(),
               [](const Candidate &a, const Candidate &b) { return a.text->at.y < b.text->at.y; });
     for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c) {
@@ -138,17 +157,33 @@ ContentText *TextNames::textInside(std::size_t object) const
         for (const ContentVertex *v = first; v != last; ++v)
             toggleInside(candidates, v[0], v[1]);
     }
-    const Candidate *best = nullptr;
     for (const Candidate &candidate : candidates) {
-        if (candidate.isInside && (best == nullptr || candidate.distance < best->distance))
-            best = &candidate;
+        if (candidate.isInside)
+            visit(*candidate.text);
     }
-    return best == nullptr ? nullptr : best->text;
 }
 
-ContentText *TextNames::textNear(std::size_t object) const
+// Returns the text nearest to the centre; null if there is none.
+template <typename IsWanted>
+ContentText *TextNames::textInside(std::size_t object, const IsWanted &isWanted) const
 {
-    const Index &index = m_names.isEmpty ? m_numbers : m_names;
+    const CPLRectObj box = boundsOf(object);
+    const ContentVertex centre{(box.minx + box.maxx) / 2, (box.miny + box.maxy) / 2};
+    ContentText *best = nullptr;
+    double nearest = 0;
+    forEachInside(object, [&](ContentText &text) {
+        const double distance = std::hypot(text.at.x - centre.x, text.at.y - centre.y);
+        if (!isWanted(text) || (best != nullptr && distance >= nearest))
+            return;
+        best = &text;
+        nearest = distance;
+    });
+    return best;
+}
+
+ContentText *TextNames::textNear(std::size_t object, bool isUsed) const
+{
+    const Index &index = objectIndex();
     ContentText *best = nullptr;
     double reach = m_reach;
     for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c) {
@@ -159,7 +194,7 @@ ContentText *TextNames::textNear(std::size_t object) const
                                  std::max(a.y, b.y) + reach};
             forEachText(index, box, [&](ContentText &text) {
                 const double distance = distanceToSegment(text.at, a, b);
-                if (distance > reach || (best != nullptr && distance >= reach))
+                if (text.isUsed != isUsed || distance > reach || (best != nullptr && distance >= reach))
                     return;
                 best = &text;
                 reach = distance;
@@ -169,29 +204,60 @@ ContentText *TextNames::textNear(std::size_t object) const
     return best;
 }
 
-void TextNames::nameObject(std::size_t object)
+// Most objects of a drawing have no text near them.
+bool TextNames::hasTexts(std::size_t object) const
 {
     if (m_names.isEmpty && m_numbers.isEmpty)
-        return;
-    // Most objects of a drawing have no text near them.
+        return false;
     CPLRectObj box = boundsOf(object);
     box = {box.minx - m_reach, box.miny - m_reach, box.maxx + m_reach, box.maxy + m_reach};
     int count = 0;
-    forEachText(m_names.isEmpty ? m_numbers : m_names, box, [&count](const ContentText &) { ++count; });
-    if (count == 0)
-        return;
-    ContentText *text = textInside(object);
-    if (text == nullptr)
-        text = textNear(object);
+    forEachText(objectIndex(), box, [&count](const ContentText &) { ++count; });
+    return count > 0;
+}
+
+void TextNames::setName(std::size_t object, ContentText *text)
+{
     if (text == nullptr)
         return;
     text->isUsed = true;
     m_content.objects[object].def = text->text;
 }
 
+void TextNames::claimTexts(std::size_t object)
+{
+    if (!hasTexts(object))
+        return;
+    const double area = areaOf(boundsOf(object));
+    forEachInside(object, [area](ContentText &text) {
+        if (text.outlineArea <= 0 || area < text.outlineArea)
+            text.outlineArea = area;
+    });
+}
+
+void TextNames::nameByOwnText(std::size_t object)
+{
+    if (!hasTexts(object))
+        return;
+    const double area = areaOf(boundsOf(object));
+    setName(object, textInside(object, [area](const ContentText &text) { return !(text.outlineArea < area); }));
+}
+
+void TextNames::nameByOtherText(std::size_t object)
+{
+    if (!m_content.objects[object].def.trimmed().isEmpty() || !hasTexts(object))
+        return;
+    ContentText *text = textInside(object, [](const ContentText &inside) { return !inside.isUsed; });
+    if (text == nullptr)
+        text = textNear(object, false);
+    if (text == nullptr)
+        text = textInside(object, [](const ContentText &) { return true; });
+    setName(object, text != nullptr ? text : textNear(object, true));
+}
+
 void TextNames::numberPoint(ContentPoint &point)
 {
-    const Index &index = m_numbers.isEmpty ? m_names : m_numbers;
+    const Index &index = pointIndex();
     const CPLRectObj box{point.at.x - m_reach, point.at.y - m_reach, point.at.x + m_reach, point.at.y + m_reach};
     ContentText *best = nullptr;
     double reach = m_reach;

@@ -18,8 +18,8 @@ QString fieldText(const OGRFeature &feature, int field)
                                                              : QString::fromUtf8(feature.GetFieldAsString(field));
 }
 
-// The text of a label; null if the style is that of something else.
-QString labelText(const OGRFeature &feature)
+// The text of a label and its height; the text is null if the style is that of something else.
+ContentText labelOf(const OGRFeature &feature)
 {
     const char *const style = feature.GetStyleString();
     if (style == nullptr || !EQUALN(style, "LABEL(", 6))
@@ -30,9 +30,16 @@ QString labelText(const OGRFeature &feature)
     auto *const label = dynamic_cast<OGRStyleLabel *>(tool.get());
     if (label == nullptr)
         return {};
+    ContentText result;
     GBool isNull = TRUE;
     const char *const text = label->TextString(isNull);
-    return isNull != 0 ? QString() : QString::fromUtf8(text);
+    if (isNull == 0)
+        result.text = QString::fromUtf8(text);
+    label->SetUnit(OGRSTUGround);
+    const double height = label->Size(isNull);
+    if (isNull == 0)
+        result.height = height;
+    return result;
 }
 
 // The driver of TAB files splits curves into steps of a fixed angle. Only the class of the feature shows it.
@@ -86,13 +93,14 @@ bool ConvertReader::readText(const OGRFeature &feature, const OGRGeometry &geome
 {
     if (wkbFlatten(geometry.getGeometryType()) != wkbPoint || geometry.IsEmpty() != 0)
         return false;
-    QString text = labelText(feature);
-    if (text.isNull())
+    ContentText text = labelOf(feature);
+    if (text.text.isNull())
         return false;
     if (m_fields.text >= 0)
-        text = fieldText(feature, m_fields.text);
+        text.text = fieldText(feature, m_fields.text);
     const OGRPoint &point = *geometry.toPoint();
-    m_content.texts.push_back({m_shapes.vertex(point.getX(), point.getY()), text});
+    text.at = m_shapes.vertex(point.getX(), point.getY());
+    m_content.texts.push_back(text);
     return true;
 }
 
