@@ -1,5 +1,7 @@
 #include "checkgdal.h"
 
+#include "drawingview.h"
+
 #include <QFile>
 
 #include <ogrsf_frmts.h>
@@ -117,10 +119,15 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     GDALAllRegister();
     CPLPushErrorHandler(CPLQuietErrorHandler);
     FoundContent content;
-    const char *const drivers[] = {formatOf(fileName) == Format::Dxf ? "DXF" : "MapInfo File", nullptr};
-    const GDALDatasetUniquePtr dataset(
-        GDALDataset::Open(QFile::encodeName(fileName).constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
+    const bool isDrawing = formatOf(fileName) == Format::Dxf;
+    const char *const drivers[] = {isDrawing ? "DXF" : "MapInfo File", nullptr};
+    QByteArray name = QFile::encodeName(fileName);
+    DrawingView view;
+    if (isDrawing && view.open(name))
+        name = view.fileName();
+    const GDALDatasetUniquePtr dataset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
     content.isOpened = dataset != nullptr;
+    content.symbols = view.symbols();
     ContentReader reader(content, forPicture);
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);

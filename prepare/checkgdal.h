@@ -1,6 +1,7 @@
 #pragma once
 
 #include "checkimport.h"
+#include "pointsymbols.h"
 
 #include <QPointF>
 #include <QString>
@@ -17,6 +18,7 @@ struct FoundContent
     qint64 lines = 0;
     qint64 points = 0;
     qint64 texts = 0;
+    PointSymbols symbols; ///< of a drawing; they count as points
 
     QVector<QVector<QPointF>> outlines; ///< for a picture; empty unless requested
     QVector<QPointF> places;            ///< points that are no texts

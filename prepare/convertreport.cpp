@@ -12,6 +12,7 @@ QString meaning(const QString &kind)
     static const QHash<QString, QString> texts{
         // Left out.
         {QStringLiteral("empty-insert"), QStringLiteral("insertions of blocks that are missing or empty")},
+        {QStringLiteral("filling"), QStringLiteral("hatches of outlines that are objects themselves")},
         {QStringLiteral("mesh"), QStringLiteral("polygon meshes, which GDAL does not read")},
         {QStringLiteral("merged-point"), QStringLiteral("points within 0.01 of another, which the import would merge")},
         {QStringLiteral("no-geometry"), QStringLiteral("features without a geometry")},
@@ -31,7 +32,9 @@ QString meaning(const QString &kind)
         {QStringLiteral("long-text"), QStringLiteral("texts cut to 254 bytes")},
         {QStringLiteral("missing-record"), QStringLiteral("objects without a record in the MID file")},
         {QStringLiteral("no-end"), QStringLiteral("the drawing has no end mark, so it may be truncated")},
+        {QStringLiteral("point-symbol"), QStringLiteral("circles and insertions of blocks taken as points")},
         {QStringLiteral("replaced-character"), QStringLiteral("characters replaced that the output cannot hold")},
+        {QStringLiteral("symbol-outline"), QStringLiteral("areas and lines of which these symbols are drawn")},
         {QStringLiteral("uncontrolled-curve"), QStringLiteral("curves that GDAL splits regardless of the deviation")},
     };
     const QString entity = QStringLiteral("entity ");

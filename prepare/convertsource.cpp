@@ -24,11 +24,7 @@ const char *const strWithHeader = "/vsimem/importprepare/withheader.dxf";
 const char *const strMif = "/vsimem/importprepare/source.mif";
 const char *const strMid = "/vsimem/importprepare/source.mid";
 
-const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DXF_ENCODING",
-                                      "DXF_FEATURE_LIMIT_PER_BLOCK"};
-
-// A file that consists of nested blocks could otherwise hold any number of features.
-const char *const maxFeaturesOfBlock = "1000000";
+const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DXF_ENCODING"};
 
 // A binary drawing becomes up to four times as long.
 constexpr qint64 maxBinarySize = 500LL * 1024 * 1024;
@@ -47,6 +43,12 @@ QByteArray firstBytes(const QString &fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.read(64) : QByteArray();
+}
+
+void addCount(ContentCounts &counts, const QString &kind, qint64 count)
+{
+    if (count > 0)
+        counts[kind] += count;
 }
 
 void setArcSteps(const ArcSteps &steps)
@@ -203,12 +205,12 @@ QString ConvertSource::withPlaceInInput(const QString &message) const
 bool ConvertSource::openDxf(const QByteArray &fileName)
 {
     m_isDxf = true;
+    m_drawing = std::make_unique<DrawingView>();
     DxfInspection scan;
-    if (!scan.scan(fileName))
+    if (!m_drawing->open(fileName) || !scan.scan(m_drawing->fileName()))
         return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
     if (ConvertProgress::isInterrupted())
         return false;
-    CPLSetThreadLocalConfigOption("DXF_FEATURE_LIMIT_PER_BLOCK", maxFeaturesOfBlock);
     if (m_encoding.name.isEmpty())
         m_encoding = sourceEncoding(scan.sample(), scan.declaredEncoding());
     const bool isHeaderMissing = !m_encoding.name.isEmpty() && !scan.beginsWithHeader();
@@ -217,7 +219,7 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     addNotes(scan);
     // GDAL reads the blocks when it opens the drawing, and the other entities later.
     setArcSteps(scan.blockArcSteps(m_options.deviation));
-    const bool ok = openDataset(isHeaderMissing ? withHeader(fileName) : fileName, nullptr);
+    const bool ok = openDataset(isHeaderMissing ? withHeader(m_drawing->fileName()) : m_drawing->fileName(), nullptr);
     setArcSteps(scan.arcSteps(m_options.deviation));
     return ok;
 }
@@ -233,6 +235,10 @@ void ConvertSource::addNotes(const DxfInspection &scan)
         scan.arcSteps(m_options.deviation).coarseCount + scan.blockArcSteps(m_options.deviation).coarseCount;
     if (coarseCount > 0)
         m_content.notes[QStringLiteral("coarse-curve")] = coarseCount;
+    const PointSymbols &symbols = m_drawing->symbols();
+    addCount(m_content.notes, QStringLiteral("point-symbol"), symbols.count());
+    addCount(m_content.notes, QStringLiteral("symbol-outline"), symbols.outlineCount());
+    addCount(m_content.leftOut, QStringLiteral("unused-text"), symbols.textCount());
     if (!scan.hasEnd())
         m_content.notes[QStringLiteral("no-end")] = 1;
 }

@@ -3,11 +3,14 @@
 #include "convertcontent.h"
 #include "convertmif.h"
 #include "convertoptions.h"
+#include "drawingview.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <gdal_priv.h>
+
+#include <memory>
 
 class DxfInspection;
 
@@ -55,6 +58,7 @@ private:
     QByteArray m_ascii;   ///< the ASCII form of a binary DXF file
     QByteArray m_parts;   ///< the description of a drawing with a header in front
     MifCopy m_mif;
+    std::unique_ptr<DrawingView> m_drawing;
     bool m_isDxf = false;
     bool m_isMif = false;
     GDALDatasetUniquePtr m_dataset; ///< closed before the memory of its files is released

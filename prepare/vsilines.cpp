@@ -30,6 +30,7 @@ bool VsiLines::open(const QByteArray &fileName)
 bool VsiLines::fill()
 {
     m_buffer.remove(0, m_next);
+    m_removed += m_next;
     m_next = 0;
     const int before = m_buffer.size();
     m_buffer.resize(before + chunkSize);
@@ -61,6 +62,7 @@ bool VsiLines::read(QByteArray &line)
     int next = end < 0 ? m_buffer.size() : end + 1;
     if (end >= 0 && next < m_buffer.size() && isLineEnd(m_buffer.at(next)) && m_buffer.at(next) != m_buffer.at(end))
         ++next;
+    m_lineBegin = m_removed + m_next;
     line.resize((end < 0 ? next : end) - m_next);
     std::memcpy(line.data(), m_buffer.constData() + m_next, static_cast<std::size_t>(line.size()));
     m_next = next;

@@ -20,11 +20,16 @@ public:
     /// Returns false at the end.
     bool read(QByteArray &line);
 
+    /// The position in the file, in bytes, at which the last line begins.
+    qint64 lineBegin() const { return m_lineBegin; }
+
 private:
     bool fill();
     int findEnd() const;
 
     VSILFILE *m_file = nullptr;
     QByteArray m_buffer;
-    int m_next = 0; ///< where the next line begins in m_buffer
+    int m_next = 0;       ///< where the next line begins in m_buffer
+    qint64 m_removed = 0; ///< bytes of the file before m_buffer
+    qint64 m_lineBegin = 0;
 };

@@ -89,12 +89,12 @@ void tst_PrepareConvertDrawings::contentsComeIn_data()
     row("comments at the start", pairs(QStringLiteral("999 a|999 b")) + drawing(line), "ЗУ1 [н1 0 0, н2 10 0]");
     row("without header", pairs(QStringLiteral("0 SECTION|2 ENTITIES|%1|0 ENDSEC|0 EOF").arg(line)),
         "ЗУ1 [н1 0 0, н2 10 0]");
-    row("block", drawing(insert(""), block), "ЗУ1 [н1 100 200, н2 110 200] [н3 100 201, н4 110 201]");
+    row("block", drawing(insert(""), block), "ЗУ1 [н1 100 200, н2 110 200]; ЗУ2 [н3 100 201, н4 110 201]");
     row("scaled and turned block", drawing(insert("|41 2|42 2|50 90"), block),
-        "ЗУ1 [н1 100 200, н2 100 220] [н3 98 200, н4 98 220]");
+        "ЗУ1 [н1 100 200, н2 100 220]; ЗУ2 [н3 98 200, н4 98 220]");
     row("block twice", drawing(insert("") + insert("|41 2"), block),
-        "ЗУ1 [н1 100 200, н2 110 200] [н3 100 201, н4 110 201]; "
-        "ЗУ2 [н1 100 200, н5 120 200] [н3 100 201, н6 120 201]");
+        "ЗУ1 [н1 100 200, н2 110 200]; ЗУ2 [н3 100 201, н4 110 201]; "
+        "ЗУ3 [н1 100 200, н5 120 200]; ЗУ4 [н3 100 201, н6 120 201]");
     row("closed polyline", drawing(polyline("1")), "ЗУ1 [н1 0 0, н2 10 0, н3 10 10, н1 0 0]");
     row("closed polyline with more flags", drawing(polyline("129")), "ЗУ1 [н1 0 0, н2 10 0, н3 10 10, н1 0 0]");
     row("closed polyline in space", drawing(polyline("9")), "ЗУ1 [н1 0 0, н2 10 0, н3 10 10, н1 0 0]");
@@ -265,7 +265,7 @@ void tst_PrepareConvertDrawings::largeBlocksComeIn()
 
     QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
 
-    QCOMPARE(fixture.counts(), QStringLiteral("1 10001 20002 0"));
+    QCOMPARE(fixture.counts(), QStringLiteral("10001 10001 20002 0"));
 }
 
 void tst_PrepareConvertDrawings::layersAreThoseOfTheEntities()
@@ -293,9 +293,9 @@ void tst_PrepareConvertDrawings::ignoredEntitiesAreListed_data()
         << QStringLiteral("|0 3DSOLID|8 0|0 3DSOLID|8 0|0 WIPEOUT|8 0")
         << QStringLiteral("entity 3DSOLID 2, entity IMAGE 1, entity WIPEOUT 1");
     QTest::newRow("insertion of a missing block")
-        << QStringLiteral("|0 INSERT|8 0|2 X|10 0|20 0") << QStringLiteral("empty-insert 1, entity IMAGE 1");
+        << QStringLiteral("|0 INSERT|8 0|2 X|10 50|20 0") << QStringLiteral("empty-insert 1, entity IMAGE 1");
     QTest::newRow("insertion of an empty block")
-        << QStringLiteral("|0 INSERT|8 0|2 E|10 0|20 0|0 INSERT|8 0|2 E|10 0|20 0")
+        << QStringLiteral("|0 INSERT|8 0|2 E|10 50|20 0|0 INSERT|8 0|2 E|10 50|20 0")
         << QStringLiteral("empty-insert 2, entity IMAGE 1");
     QTest::newRow("mesh") << polyline("16") << QStringLiteral("entity IMAGE 1, mesh 1");
 }
