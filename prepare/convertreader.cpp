@@ -2,6 +2,8 @@
 
 #include "convertreader.h"
 
+#include "convertfillings.h"
+
 #include <QRegularExpression>
 
 #include <cpl_error.h>
@@ -249,5 +251,8 @@ ReadFailure ConvertReader::read()
     }
     if (m_options.swapXY)
         m_srs.reset();
+    // Only drawings have both the outline of an area and its hatch.
+    if (m_source.isDxf())
+        removeFillings(m_content);
     return failure != ReadFailure::None ? failure : checkNames();
 }

@@ -1,0 +1,468 @@
+#include "converttesting.h"
+#include "dxftesting.h"
+
+#include <QRandomGenerator>
+
+#include <cmath>
+
+/// What marks a point, hatches of outlines, nested outlines, and drawings that the import reads already.
+class tst_PrepareConvertSymbols : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void symbolsBecomePoints_data();
+    void symbolsBecomePoints();
+    void pointTakesTheNumberBesideIt();
+    void attributesNumberThePoint();
+    void textsOfSymbolsAreCounted();
+    void hatchOfAnOutlineIsNoObject_data();
+    void hatchOfAnOutlineIsNoObject();
+    void entitiesOfABlockAreObjects();
+    void textsNameTheInnermostOutline_data();
+    void textsNameTheInnermostOutline();
+    void largeLettersReachFarther();
+    void goodFilesAreUnchanged_data();
+    void goodFilesAreUnchanged();
+    void goodDrawingsAreUnchanged_data();
+    void goodDrawingsAreUnchanged();
+};
+
+namespace {
+
+/// A drawing of \a entities, each of which begins with "|".
+QStringList drawingOf(const QByteArray &entities, const QByteArray &blocks = QByteArray())
+{
+    return pairs("0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ANSI_1251|0 ENDSEC|0 SECTION|2 BLOCKS" +
+                 blocks + "|0 ENDSEC|0 SECTION|2 ENTITIES" + entities + "|0 ENDSEC|0 EOF");
+}
+
+QByteArray place(int code, double x, double y)
+{
+    return '|' + QByteArray::number(code) + ' ' + QByteArray::number(x, 'f', 2) + '|' + QByteArray::number(code + 10) +
+           ' ' + QByteArray::number(y, 'f', 2);
+}
+
+QByteArray text(const char *value, double x, double y, double height = 1)
+{
+    return "|0 TEXT|8 0" + place(10, x, y) + "|40 " + QByteArray::number(height) + "|1 " + value;
+}
+
+QByteArray ring(const QVector<QPair<double, double>> &vertices)
+{
+    QByteArray entity = "|0 LWPOLYLINE|8 0|90 " + QByteArray::number(vertices.size()) + "|70 1";
+    for (const auto &vertex : vertices)
+        entity += place(10, vertex.first, vertex.second);
+    return entity;
+}
+
+QByteArray square(double x, double y, double size)
+{
+    return ring({{x, y}, {x + size, y}, {x + size, y + size}, {x, y + size}});
+}
+
+QByteArray hatch(const QByteArray &vertices, int count)
+{
+    return "|0 HATCH|8 0|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 " + QByteArray::number(count) +
+           vertices + "|97 0|75 0|76 1|98 0";
+}
+
+QByteArray block(const char *name, const QByteArray &entities)
+{
+    return QByteArray("|0 BLOCK|8 0|2 ") + name + "|70 0|10 0|20 0" + entities + "|0 ENDBLK|8 0";
+}
+
+QByteArray insert(const char *name, double x, double y)
+{
+    return QByteArray("|0 INSERT|8 0|2 ") + name + place(10, x, y);
+}
+
+QByteArray circle(double x, double y, double radius)
+{
+    return "|0 CIRCLE|8 0" + place(10, x, y) + "|40 " + QByteArray::number(radius);
+}
+
+const QByteArray mark = block("M", circle(0, 0, 0.5) + "|0 LINE|8 0|10 -0.5|20 0|11 0.5|21 0");
+
+/// Imports \a fileName with both searches on and describes its objects.
+QStringList imported(const QString &fileName)
+{
+    const StatusRecorder host;
+    QVector<DefPolygon> objects;
+    const auto run = [&](MapImport &import) {
+        import.setEncoding("windows-1251");
+        import.searchPointDefs = import.searchObjectDefs = true;
+        import.pointPref = QStringLiteral("н");
+        import.pointStartNum = 1;
+        import.objectPref = QStringLiteral("ЗУ");
+        import.objectStartNum = 1;
+        import.objectFileName = fileName;
+        import.objects = &objects;
+        import.importMap();
+    };
+    MifImport mif;
+    DxfImport dxf;
+    if (fileName.endsWith(QLatin1String(".mif")))
+        run(mif);
+    else
+        run(dxf);
+    return described(objects) + host.messages();
+}
+
+/// "objects contours points"; the number of vertices of a circle is another matter.
+QString counts(const ConvertFixture &fixture)
+{
+    QStringList numbers = fixture.counts().split(QLatin1Char(' '));
+    numbers.removeAt(2);
+    return numbers.join(QLatin1Char(' '));
+}
+
+/// Draws plans that the import reads as they are meant: parcels between numbered corners, with houses and signs.
+class PlanDrawer
+{
+public:
+    explicit PlanDrawer(int number) : m_random(static_cast<quint32>(number))
+    {
+        constexpr double sizes[] = {0.1, 1, 10, 100};
+        m_size = sizes[m_random.bounded(4)];
+    }
+
+    QStringList plan();
+
+private:
+    double about(double value, double deviation) { return value + deviation * (m_random.generateDouble() - 0.5); }
+    QByteArray cornerMark(double x, double y);
+    QByteArray outline(const QVector<QPair<double, double>> &vertices);
+    QByteArray label(const QString &text, double x, double y);
+    QByteArray parcel(int column, int row);
+    QPair<double, double> corner(int column, int row) const { return m_corners.at(row * (columnCount + 1) + column); }
+
+    static constexpr int columnCount = 4;
+    static constexpr int rowCount = 3;
+
+    QRandomGenerator m_random;
+    double m_size = 1; ///< in metres per millimetre of the sheet
+    int m_count = 0;
+    QVector<QPair<double, double>> m_corners;
+};
+
+QByteArray PlanDrawer::cornerMark(double x, double y)
+{
+    QByteArray entities;
+    switch (m_random.bounded(4)) {
+    case 0:
+        entities = "|0 POINT|8 0" + place(10, x, y);
+        break;
+    case 1:
+        entities = circle(x, y, 0.75 * m_size);
+        break;
+    case 2:
+        entities = insert("M", x, y) + "|41 " + QByteArray::number(m_size) + "|42 " + QByteArray::number(m_size);
+        break;
+    default:
+        entities = "|0 POINT|8 0" + place(10, x, y) + circle(x, y, 0.75 * m_size);
+    }
+    const QByteArray number = (m_random.bounded(2) == 0 ? "" : "н") + QByteArray::number(++m_count);
+    return entities + text(number.constData(), x + 0.9 * m_size, y + 0.9 * m_size, 1.5 * m_size);
+}
+
+QByteArray PlanDrawer::outline(const QVector<QPair<double, double>> &vertices)
+{
+    if (m_random.bounded(2) == 0)
+        return ring(vertices);
+    QByteArray entity = "|0 POLYLINE|8 0|66 1|70 1|10 0|20 0";
+    for (const auto &vertex : vertices)
+        entity += "|0 VERTEX|8 0" + place(10, vertex.first, vertex.second);
+    return entity + "|0 SEQEND|8 0";
+}
+
+QByteArray PlanDrawer::label(const QString &name, double x, double y)
+{
+    return text(name.toUtf8().constData(), x, y, 2.5 * m_size);
+}
+
+QByteArray PlanDrawer::parcel(int column, int row)
+{
+    const QVector<QPair<double, double>> vertices{corner(column, row), corner(column + 1, row),
+                                                  corner(column + 1, row + 1), corner(column, row + 1)};
+    double x = 0;
+    double y = 0;
+    for (const auto &vertex : vertices) {
+        x += vertex.first / 4;
+        y += vertex.second / 4;
+    }
+    const int number = row * columnCount + column + 1;
+    QByteArray entities = outline(vertices) + label(QStringLiteral(":ЗУ%1").arg(number), x, y);
+    if (m_random.bounded(3) > 0)
+        return entities;
+    const double side = 4 * m_size;
+    x -= 9 * m_size;
+    y -= 9 * m_size;
+    entities += outline({{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}});
+    return entities + label(QStringLiteral("Дом %1").arg(number), x + side / 2, y + side / 2);
+}
+
+QStringList PlanDrawer::plan()
+{
+    QByteArray entities;
+    for (int row = 0; row <= rowCount; ++row) {
+        for (int column = 0; column <= columnCount; ++column) {
+            const auto rounded = [](double value) { return std::round(value * 100) / 100; };
+            const double x = rounded(5000 + m_size * about(40 * column, 6));
+            const double y = rounded(8000 + m_size * about(40 * row, 6));
+            m_corners.append({x, y});
+            entities += cornerMark(x, y);
+        }
+    }
+    for (int row = 0; row < rowCount; ++row) {
+        for (int column = 0; column < columnCount; ++column)
+            entities += parcel(column, row);
+    }
+    return drawingOf(entities, mark);
+}
+
+} // namespace
+
+void tst_PrepareConvertSymbols::symbolsBecomePoints_data()
+{
+    QTest::addColumn<QByteArray>("entities");
+    QTest::addColumn<QString>("counts"); // objects contours points
+    QTest::addColumn<QString>("notes");
+
+    const QByteArray plan = square(0, 0, 40);
+    const QString none;
+    const auto row = [](const char *name, const QByteArray &entities, const char *counts, const QString &notes) {
+        QTest::newRow(name) << entities << QString::fromLatin1(counts) << notes;
+    };
+    const auto taken = [](int symbols, int outlines) {
+        return QStringLiteral("point-symbol %1, symbol-outline %2").arg(symbols).arg(outlines);
+    };
+    // A number farther from a symbol than its own letters still numbers the point, but makes nothing a symbol.
+    row("circle on a vertex", plan + text("1", 3, 3) + circle(0, 0, 0.5), "1 1 1", taken(1, 1));
+    row("circle on the end of a line", "|0 LINE|8 0|10 0|20 0|11 30|21 0" + text("1", 33, 3) + circle(30, 0, 0.5),
+        "1 1 1", taken(1, 1));
+    row("circle beside a number", circle(9, 9, 0.5) + text("н12", 10, 10), "0 0 1", taken(1, 1));
+    row("number on the left", circle(9, 9, 0.5) + text("1234", 5, 9), "0 0 1", taken(1, 1));
+    row("insertion on a vertex", plan + text("1", 3, 3) + insert("M", 0, 0), "1 1 1", taken(1, 2));
+    row("insertion beside a number", insert("M", 9, 9) + text("7", 10, 10), "0 0 1", taken(1, 2));
+    row("ellipse beside a number", "|0 ELLIPSE|8 0|10 9|20 9|11 0.5|21 0|40 0.5|41 0|42 6.28" + text("7", 10, 10),
+        "0 0 1", taken(1, 1));
+    row("several", plan + text("1", 3, 3) + text("2", 43, 3) + circle(0, 0, 1) + insert("M", 40, 0), "1 1 2",
+        taken(2, 3));
+    row("symbol in a block", insert("S", 100, 100), "1 1 1", taken(1, 1));
+    row("insertion of a missing block", insert("X", 9, 9) + text("7", 10, 10), "0 0 1",
+        QStringLiteral("point-symbol 1"));
+
+    row("circle alone", circle(9, 9, 3), "1 1 0", none);
+    row("circle with a name", circle(9, 9, 0.5) + text("pit", 10, 10), "1 1 0", none);
+    row("circle around a number", circle(9, 9, 3) + text("12", 9, 9), "1 1 0", none);
+    row("circle far from a number", circle(9, 9, 0.5) + text("1", 12, 9), "1 1 0", none);
+    row("large circle on a vertex", plan + circle(0, 0, 9), "2 2 0", none);
+    row("circle beside a vertex", plan + circle(0, 0.02, 0.5), "2 2 0", none);
+    row("plan on a vertex", plan + insert("P", 40, 0), "2 2 0", none);
+    row("rows of insertions", plan + insert("M", 0, 0) + "|70 2|71 2|44 3|45 3", "9 9 0", none);
+    row("insertion with a number in the block", plan + insert("N", 0, 0), "2 2 1", taken(1, 1));
+    row("circle in another plane", plan + circle(0, 0, 0.5) + "|210 0|220 0|230 -1", "2 2 0", none);
+}
+
+void tst_PrepareConvertSymbols::symbolsBecomePoints()
+{
+    QFETCH(QByteArray, entities);
+    const QByteArray blocks = mark + block("P", square(0, 0, 20)) +
+                              block("S", square(0, 0, 40) + circle(40, 40, 0.5) + text("3", 41, 41)) +
+                              block("N", circle(0, 0, 0.5) + text("5", 1, 1) + "|0 LINE|8 0|10 -1|20 0|11 1|21 0");
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(entities, blocks));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QTEST(counts(fixture), "counts");
+    QTEST(fixture.list("notes"), "notes");
+}
+
+void tst_PrepareConvertSymbols::pointTakesTheNumberBesideIt()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(square(0, 0, 40) + circle(40, 0, 1) + text("15", 41, 1) +
+                                                               insert("M", 0, 40) + text("16", 1, 41),
+                                                           mark));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("15 [н1 0 0, 15 40 0, н2 40 40, 16 0 40, н1 0 0]"));
+}
+
+void tst_PrepareConvertSymbols::attributesNumberThePoint()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(square(0, 0, 40) + insert("M", 40, 0) +
+                                                               "|66 1|0 ATTRIB|8 0|10 41|20 1|40 1|1 "
+                                                               "15|2 NUMBER|70 0|0 SEQEND|8 0" +
+                                                               text("Поле", 20, 20),
+                                                           mark));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("Поле [н1 0 0, 15 40 0, н2 40 40, н3 0 40, н1 0 0]"));
+}
+
+void tst_PrepareConvertSymbols::textsOfSymbolsAreCounted()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"),
+                        drawingOf(insert("M", 0, 0) + text("1", 1, 1) + insert("M", 9, 9) + text("2", 10, 10),
+                                  block("M", circle(0, 0, 0.5) + text("mark", 0, 0))));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.list("leftOut"), QStringLiteral("unused-text 2"));
+}
+
+void tst_PrepareConvertSymbols::hatchOfAnOutlineIsNoObject_data()
+{
+    QTest::addColumn<QByteArray>("entities");
+    QTest::addColumn<QString>("counts");
+    QTest::addColumn<QString>("leftOut");
+
+    const QByteArray triangle = ring({{0, 0}, {10, 0}, {10, 10}});
+    const auto row = [&triangle](const char *name, const QByteArray &entities, const char *counts, int fillings) {
+        QTest::newRow(name) << triangle + entities << QString::fromLatin1(counts)
+                            << (fillings == 0 ? QString() : QStringLiteral("filling %1").arg(fillings));
+    };
+    row("same vertices", hatch("|10 0|20 0|10 10|20 0|10 10|20 10", 3), "1 1 0", 1);
+    row("other start", hatch("|10 10|20 0|10 10|20 10|10 0|20 0", 3), "1 1 0", 1);
+    row("other direction", hatch("|10 10|20 10|10 10|20 0|10 0|20 0", 3), "1 1 0", 1);
+    row("within the tolerance", hatch("|10 0.009|20 0|10 10|20 0|10 10|20 10", 3), "1 1 0", 1);
+    row("other vertex", hatch("|10 0.02|20 0|10 10|20 0|10 10|20 10", 3), "2 2 0", 0);
+    row("more vertices", hatch("|10 0|20 0|10 10|20 0|10 10|20 10|10 5|20 5", 4), "2 2 0", 0);
+    row("outline twice", triangle, "2 2 0", 0);
+    row("hatch before other objects", hatch("|10 0|20 0|10 10|20 0|10 10|20 10", 3) + square(50, 50, 9), "2 2 0", 1);
+    row("circle",
+        circle(30, 30, 5) +
+            "|0 HATCH|8 0|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 1|93 1|72 2|10 30|20 30|40 5|50 0|51 360|"
+            "73 1|97 0|75 0|76 1|98 0",
+        "2 2 0", 1);
+}
+
+void tst_PrepareConvertSymbols::hatchOfAnOutlineIsNoObject()
+{
+    QFETCH(QByteArray, entities);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(entities));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QTEST(counts(fixture), "counts");
+    QTEST(fixture.list("leftOut"), "leftOut");
+}
+
+void tst_PrepareConvertSymbols::entitiesOfABlockAreObjects()
+{
+    const QByteArray plan = block("P", square(0, 0, 10) + square(10, 0, 10) + text(":A", 5, 5) + text(":B", 15, 5));
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(insert("P", 0, 0), plan));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral(":A [н1 0 0, н2 10 0, н3 10 10, н4 0 10, н1 0 0]; "
+                                                ":B [н2 10 0, н5 20 0, н6 20 10, н3 10 10, н2 10 0]"));
+    QCOMPARE(fixture.list("leftOut"), QString());
+}
+
+void tst_PrepareConvertSymbols::textsNameTheInnermostOutline_data()
+{
+    QTest::addColumn<QByteArray>("entities");
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("leftOut");
+    const auto row = [](const char *name, const QByteArray &entities, const QStringList &names, int unused = 0) {
+        QTest::newRow(name) << entities << names
+                            << (unused == 0 ? QString() : QStringLiteral("unused-text %1").arg(unused));
+    };
+    const QString house = QStringLiteral("Дом");
+    const QString field = QStringLiteral("Поле");
+
+    const QByteArray parcel = square(0, 0, 40);
+    const QByteArray building = square(15, 15, 10);
+    const QByteArray inner = text("Дом", 20, 20);
+    row("outer first", parcel + building + inner + text("Поле", 5, 5), {field, house});
+    row("inner first", building + parcel + inner + text("Поле", 5, 5), {house, field});
+    row("three levels", parcel + square(10, 10, 20) + building + text("Поле", 5, 5) + text("Двор", 12, 12) + inner,
+        {field, QStringLiteral("Двор"), house});
+    row("outer has only the text beside it", parcel + building + inner + text("Поле", 5, 43), {field, house});
+    row("outer takes what the inner one leaves", parcel + building + inner + text("Поле", 17, 17), {field, house});
+    row("nothing else is there", parcel + building + inner, {house, house});
+    row("outline twice", building + building + inner, {house, house});
+    row("neighbour's text", building + square(25, 15, 10) + inner + text("Поле", 23, 16), {house, field});
+    row("unused text", building + inner + text("Поле", 17, 17), {house}, 1);
+}
+
+void tst_PrepareConvertSymbols::textsNameTheInnermostOutline()
+{
+    QFETCH(QByteArray, entities);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(entities), "windows-1251");
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QStringList names;
+    const QStringList objects = imported(fixture.path(QStringLiteral("out.mif")));
+    for (const QString &object : objects)
+        names.append(object.section(QLatin1Char(' '), 0, 0));
+    QTEST(names, "names");
+    QTEST(fixture.list("leftOut"), "leftOut");
+}
+
+void tst_PrepareConvertSymbols::largeLettersReachFarther()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawingOf("|0 POINT|8 0|10 0|20 0" + text("7", 0, 19, 10)));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QFile mid(fixture.path(QStringLiteral("out.mid")));
+    QVERIFY(mid.open(QIODevice::ReadOnly));
+    QCOMPARE(mid.readAll(), QByteArray("\"7\",\"0\"\n"));
+}
+
+void tst_PrepareConvertSymbols::goodFilesAreUnchanged_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("drawing") << QStringLiteral("plan.dxf");
+    QTest::newRow("MIF file") << QStringLiteral("plan.mif");
+}
+
+void tst_PrepareConvertSymbols::goodFilesAreUnchanged()
+{
+    QFETCH(QString, name);
+    const QString file = QFINDTESTDATA(QStringLiteral("../examples/") + name);
+    ConvertFixture fixture;
+
+    QVERIFY(fixture.convert(file));
+
+    QCOMPARE(imported(fixture.path(QStringLiteral("out.mif"))), imported(file));
+}
+
+void tst_PrepareConvertSymbols::goodDrawingsAreUnchanged_data()
+{
+    QTest::addColumn<int>("number");
+
+    for (int number = 1; number <= 40; ++number)
+        QTest::addRow("%d", number) << number;
+}
+
+void tst_PrepareConvertSymbols::goodDrawingsAreUnchanged()
+{
+    QFETCH(int, number);
+    ConvertFixture fixture;
+    const QString file = fixture.files.write(QStringLiteral("a.dxf"), PlanDrawer(number).plan(), "windows-1251");
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    const QStringList before = imported(file);
+    QVERIFY(before.size() >= 12);
+    QCOMPARE(imported(fixture.path(QStringLiteral("out.mif"))), before);
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareConvertSymbols)
+#include "tst_prepare_convert_symbols.moc"
