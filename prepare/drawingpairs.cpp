@@ -1,24 +1,26 @@
 #include "drawingpairs.h"
 
+#include <cstdlib>
+
 bool DrawingPairs::next()
 {
     if (!m_lines.read(m_text))
         return false;
-    m_code = m_text.trimmed().toInt();
+    m_code = static_cast<int>(std::strtol(m_text.constData(), nullptr, 10));
     if (!m_lines.read(m_text))
         return false;
     m_line += 2;
     m_length = m_text.endsWith('\r') ? m_text.size() - 1 : m_text.size();
-    m_value = m_text.trimmed();
     if (m_code == 0) {
-        m_isSectionName = m_value == "SECTION";
-        if (m_isSectionName || m_value == "ENDSEC")
+        const QByteArray keyword = value();
+        m_isSectionName = keyword == "SECTION";
+        if (m_isSectionName || keyword == "ENDSEC")
             m_isInEntities = m_isInBlocks = false;
-        return m_value != "EOF";
+        return keyword != "EOF";
     }
     if (m_isSectionName && m_code == 2) {
-        m_isInEntities = m_value == "ENTITIES";
-        m_isInBlocks = m_value == "BLOCKS";
+        m_isInEntities = value() == "ENTITIES";
+        m_isInBlocks = value() == "BLOCKS";
         m_isSectionName = false;
     }
     return true;

@@ -15,8 +15,8 @@ public:
 
     int code() const { return m_code; }
     /// Without the blanks around it.
-    const QByteArray &value() const { return m_value; }
-    double number() const { return m_value.toDouble(); }
+    QByteArray value() const { return m_text.trimmed(); }
+    double number() const { return value().toDouble(); }
 
     /// True if the pair belongs to the drawing's entities or to those of a block.
     bool isContent() const { return m_isInEntities || m_isInBlocks; }
@@ -28,9 +28,8 @@ public:
 
 private:
     VsiLines m_lines;
-    QByteArray m_text;
+    QByteArray m_text; ///< the last line
     int m_code = -1;
-    QByteArray m_value;
     qint64 m_line = 0;
     int m_length = 0;
     bool m_isSectionName = false;

@@ -22,6 +22,11 @@ bool isText(const QByteArray &type)
     return type == "TEXT" || type == "MTEXT" || type == "ATTRIB";
 }
 
+bool isSymbol(const QByteArray &type)
+{
+    return type == "INSERT" || type == "CIRCLE" || type == "ELLIPSE";
+}
+
 bool isOutline(const QByteArray &type)
 {
     static const QSet<QByteArray> types{"LINE",   "POLYLINE", "LWPOLYLINE", "CIRCLE", "ELLIPSE", "ARC",
@@ -61,6 +66,8 @@ void SymbolReader::begin(const DrawingPairs &pairs)
     m_entity = {};
     if (pairs.isContent())
         m_entity.type = pairs.value();
+    m_entity.isWanted =
+        m_container != 0 || m_entity.type == "BLOCK" || isText(m_entity.type) || isSymbol(m_entity.type);
     m_entity.keyword = {pairs.line(), pairs.position(), pairs.length(), "POINT"};
 }
 
@@ -182,7 +189,7 @@ void SymbolReader::end()
     endBlockPart();
     if (isText(type))
         addText();
-    else if (type == "CIRCLE" || type == "ELLIPSE" || type == "INSERT")
+    else if (isSymbol(type))
         addCandidate();
 }
 
@@ -228,7 +235,7 @@ bool SymbolReader::read(const QByteArray &fileName)
         if (pairs.code() == 0) {
             end();
             begin(pairs);
-        } else if (pairs.isContent()) {
+        } else if (m_entity.isWanted) {
             readPair(pairs);
         }
     }

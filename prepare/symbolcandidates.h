@@ -73,6 +73,7 @@ private:
         bool isAligned = false;      ///< the second place of a text counts
         bool isInOtherPlane = false; ///< has an extrusion that is not the Z axis
         bool hasPlace = false;
+        bool isWanted = false; ///< its pairs matter; those of the drawing's own outlines do not
     };
 
     void begin(const DrawingPairs &pairs);
