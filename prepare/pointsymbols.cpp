@@ -140,6 +140,8 @@ void OutlineReader::begin(const QByteArray &type)
 
 void OutlineReader::addVertex(double x, double y)
 {
+    if (!std::isfinite(x) || !std::isfinite(y))
+        return;
     if (m_isEmpty)
         m_box = {x, y, x, y};
     m_isEmpty = false;
@@ -246,7 +248,10 @@ void SymbolJudge::judgeNumber(const SymbolNumber &number, const CPLQuadTree &tre
 
 void SymbolJudge::judgeNumbers()
 {
-    CPLRectObj box{0, 0, 0, 0};
+    if (m_grid.places.empty())
+        return;
+    const Place &first = m_grid.places.front();
+    CPLRectObj box{first.x, first.y, first.x, first.y};
     for (const Place &place : m_grid.places)
         box = {std::min(box.minx, place.x), std::min(box.miny, place.y), std::max(box.maxx, place.x),
                std::max(box.maxy, place.y)};

@@ -17,6 +17,13 @@ constexpr int maxCopies = 10000;
 // Blocks that are nested more deeply are no symbols.
 constexpr int maxDepth = 8;
 
+// Blocks that insert others twice hold any number of entities.
+qint64 sum(qint64 a, qint64 b)
+{
+    constexpr qint64 limit = 1LL << 50;
+    return std::min(a + b, limit);
+}
+
 bool isText(const QByteArray &type)
 {
     return type == "TEXT" || type == "MTEXT" || type == "ATTRIB";
@@ -149,7 +156,8 @@ void SymbolReader::addText()
 {
     const int place = m_entity.isAligned ? 1 : 0;
     ++blocks[m_container].textCount;
-    if (isNumber(m_entity.text)) {
+    const bool isFinite = std::isfinite(m_entity.x[place] + m_entity.y[place] + m_entity.size);
+    if (isFinite && isNumber(m_entity.text)) {
         blocks[m_container].hasNumber = true;
         numbers.push_back({m_container, m_entity.x[place], m_entity.y[place], m_entity.size, m_entity.text.size()});
     }
@@ -210,8 +218,8 @@ double SymbolReader::reachOf(int block, int depth)
         const SymbolCandidate &part = candidates[static_cast<std::size_t>(insertion)];
         const double distance = std::hypot(part.x - blocks.at(block).baseX, part.y - blocks.at(block).baseY);
         reach = std::max({reach, part.reach, distance + part.scale * reachOf(part.block, depth + 1)});
-        blocks[block].outlineCount += blocks.at(part.block).outlineCount;
-        blocks[block].textCount += blocks.at(part.block).textCount;
+        blocks[block].outlineCount = sum(blocks.at(block).outlineCount, blocks.at(part.block).outlineCount);
+        blocks[block].textCount = sum(blocks.at(block).textCount, blocks.at(part.block).textCount);
     }
     return blocks[block].reach = reach;
 }
