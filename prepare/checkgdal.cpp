@@ -123,8 +123,8 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     const char *const drivers[] = {isDrawing ? "DXF" : "MapInfo File", nullptr};
     QByteArray name = QFile::encodeName(fileName);
     DrawingView view;
-    if (isDrawing && view.open(name))
-        name = view.fileName();
+    if (isDrawing)
+        name = view.open(name) ? view.fileName() : QByteArray();
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
     content.isOpened = dataset != nullptr;
     content.symbols = view.symbols();

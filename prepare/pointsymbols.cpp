@@ -30,6 +30,9 @@ constexpr qint64 maxComparisons = 50000000;
 
 constexpr int maxDepth = 64;
 
+// Entities drawn by all insertions.
+constexpr qint64 maxInserted = 5000000;
+
 /// Where one or more candidates are.
 struct Place
 {
@@ -330,7 +333,7 @@ bool PointSymbols::find(const QByteArray &fileName)
     if (!mayHaveSymbols)
         return true;
     SymbolReader symbols;
-    if (!symbols.read(fileName))
+    if (!symbols.read(fileName) || symbols.insertedCount > maxInserted)
         return false;
     if (symbols.candidates.empty())
         return true;

@@ -23,7 +23,8 @@ public:
         const char *keyword = nullptr;
     };
 
-    /// Looks through \a fileName, a path of GDAL. Returns false if it cannot be opened.
+    /// Looks through \a fileName, a path of GDAL. Returns false if it cannot be opened, or if its insertions draw more
+    /// entities than any plan has: a small file of nested blocks or rows would keep GDAL busy for hours.
     bool find(const QByteArray &fileName);
 
     /// True if the entity whose keyword is in line \a line, counted from 1, is a symbol.

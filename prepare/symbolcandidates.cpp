@@ -15,13 +15,16 @@ namespace {
 constexpr int maxCopies = 10000;
 
 // Blocks that are nested more deeply are no symbols.
-constexpr int maxDepth = 8;
+constexpr int maxDepth = 64;
 
 // Blocks that insert others twice hold any number of entities.
-qint64 sum(qint64 a, qint64 b)
+constexpr qint64 maxCount = 1LL << 50;
+
+// Adds the copies of a part.
+qint64 sum(qint64 count, qint64 copies, qint64 part)
 {
-    constexpr qint64 limit = 1LL << 50;
-    return std::min(a + b, limit);
+    const double all = static_cast<double>(count) + static_cast<double>(copies) * static_cast<double>(part);
+    return all < static_cast<double>(maxCount) ? count + copies * part : maxCount;
 }
 
 bool isText(const QByteArray &type)
@@ -212,14 +215,17 @@ double SymbolReader::reachOf(int block, int depth)
     const QVector<int> insertions = blocks.at(block).insertions;
     m_isReached[block] = true;
     blocks[block].reach = infinite;
-    if (depth > maxDepth)
+    if (depth > maxDepth) {
+        blocks[block].outlineCount = maxCount;
         return infinite;
+    }
     for (const int insertion : insertions) {
         const SymbolCandidate &part = candidates[static_cast<std::size_t>(insertion)];
         const double distance = std::hypot(part.x - blocks.at(block).baseX, part.y - blocks.at(block).baseY);
         reach = std::max({reach, part.reach, distance + part.scale * reachOf(part.block, depth + 1)});
-        blocks[block].outlineCount = sum(blocks.at(block).outlineCount, blocks.at(part.block).outlineCount);
-        blocks[block].textCount = sum(blocks.at(block).textCount, blocks.at(part.block).textCount);
+        blocks[block].outlineCount =
+            sum(blocks.at(block).outlineCount, part.copies, blocks.at(part.block).outlineCount);
+        blocks[block].textCount = sum(blocks.at(block).textCount, part.copies, blocks.at(part.block).textCount);
     }
     return blocks[block].reach = reach;
 }
@@ -231,6 +237,9 @@ void SymbolReader::finishReaches()
         if (candidate.block >= 0)
             candidate.reach = std::max(candidate.reach, candidate.scale * reachOf(candidate.block, 0));
     }
+    const SymbolBlock own = blocks.first();
+    reachOf(0, 0);
+    insertedCount = blocks.first().outlineCount - own.outlineCount + blocks.first().textCount - own.textCount;
 }
 
 bool SymbolReader::read(const QByteArray &fileName)
