@@ -1,11 +1,6 @@
-#include "converttesting.h"
-#include "dxftesting.h"
+#include "plantesting.h"
 
-#include <QRandomGenerator>
-
-#include <cmath>
-
-/// What marks a point, hatches of outlines, nested outlines, and drawings that the import reads already.
+/// What marks a point, hatches of outlines, and nested outlines.
 class tst_PrepareConvertSymbols : public QObject
 {
     Q_OBJECT
@@ -24,91 +19,14 @@ private Q_SLOTS:
     void textsNameTheInnermostOutline_data();
     void textsNameTheInnermostOutline();
     void largeLettersReachFarther();
-    void goodFilesAreUnchanged_data();
-    void goodFilesAreUnchanged();
-    void goodDrawingsAreUnchanged_data();
-    void goodDrawingsAreUnchanged();
 };
 
 namespace {
-
-/// A drawing of \a entities, each of which begins with "|".
-QStringList drawingOf(const QByteArray &entities, const QByteArray &blocks = QByteArray())
-{
-    return pairs("0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ANSI_1251|0 ENDSEC|0 SECTION|2 BLOCKS" +
-                 blocks + "|0 ENDSEC|0 SECTION|2 ENTITIES" + entities + "|0 ENDSEC|0 EOF");
-}
-
-QByteArray place(int code, double x, double y)
-{
-    return '|' + QByteArray::number(code) + ' ' + QByteArray::number(x, 'f', 2) + '|' + QByteArray::number(code + 10) +
-           ' ' + QByteArray::number(y, 'f', 2);
-}
-
-QByteArray text(const char *value, double x, double y, double height = 1)
-{
-    return "|0 TEXT|8 0" + place(10, x, y) + "|40 " + QByteArray::number(height) + "|1 " + value;
-}
-
-QByteArray ring(const QVector<QPair<double, double>> &vertices)
-{
-    QByteArray entity = "|0 LWPOLYLINE|8 0|90 " + QByteArray::number(vertices.size()) + "|70 1";
-    for (const auto &vertex : vertices)
-        entity += place(10, vertex.first, vertex.second);
-    return entity;
-}
-
-QByteArray square(double x, double y, double size)
-{
-    return ring({{x, y}, {x + size, y}, {x + size, y + size}, {x, y + size}});
-}
 
 QByteArray hatch(const QByteArray &vertices, int count)
 {
     return "|0 HATCH|8 0|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 " + QByteArray::number(count) +
            vertices + "|97 0|75 0|76 1|98 0";
-}
-
-QByteArray block(const char *name, const QByteArray &entities)
-{
-    return QByteArray("|0 BLOCK|8 0|2 ") + name + "|70 0|10 0|20 0" + entities + "|0 ENDBLK|8 0";
-}
-
-QByteArray insert(const char *name, double x, double y)
-{
-    return QByteArray("|0 INSERT|8 0|2 ") + name + place(10, x, y);
-}
-
-QByteArray circle(double x, double y, double radius)
-{
-    return "|0 CIRCLE|8 0" + place(10, x, y) + "|40 " + QByteArray::number(radius);
-}
-
-const QByteArray mark = block("M", circle(0, 0, 0.5) + "|0 LINE|8 0|10 -0.5|20 0|11 0.5|21 0");
-
-/// Imports \a fileName with both searches on and describes its objects.
-QStringList imported(const QString &fileName)
-{
-    const StatusRecorder host;
-    QVector<DefPolygon> objects;
-    const auto run = [&](MapImport &import) {
-        import.setEncoding("windows-1251");
-        import.searchPointDefs = import.searchObjectDefs = true;
-        import.pointPref = QStringLiteral("н");
-        import.pointStartNum = 1;
-        import.objectPref = QStringLiteral("ЗУ");
-        import.objectStartNum = 1;
-        import.objectFileName = fileName;
-        import.objects = &objects;
-        import.importMap();
-    };
-    MifImport mif;
-    DxfImport dxf;
-    if (fileName.endsWith(QLatin1String(".mif")))
-        run(mif);
-    else
-        run(dxf);
-    return described(objects) + host.messages();
 }
 
 /// "objects contours points"; the number of vertices of a circle is another matter.
@@ -117,110 +35,6 @@ QString counts(const ConvertFixture &fixture)
     QStringList numbers = fixture.counts().split(QLatin1Char(' '));
     numbers.removeAt(2);
     return numbers.join(QLatin1Char(' '));
-}
-
-/// Draws plans that the import reads as they are meant: parcels between numbered corners, with houses and signs.
-class PlanDrawer
-{
-public:
-    explicit PlanDrawer(int number) : m_random(static_cast<quint32>(number))
-    {
-        constexpr double sizes[] = {0.1, 1, 10, 100};
-        m_size = sizes[m_random.bounded(4)];
-    }
-
-    QStringList plan();
-
-private:
-    double about(double value, double deviation) { return value + deviation * (m_random.generateDouble() - 0.5); }
-    QByteArray cornerMark(double x, double y);
-    QByteArray outline(const QVector<QPair<double, double>> &vertices);
-    QByteArray label(const QString &text, double x, double y);
-    QByteArray parcel(int column, int row);
-    QPair<double, double> corner(int column, int row) const { return m_corners.at(row * (columnCount + 1) + column); }
-
-    static constexpr int columnCount = 4;
-    static constexpr int rowCount = 3;
-
-    QRandomGenerator m_random;
-    double m_size = 1; ///< in metres per millimetre of the sheet
-    int m_count = 0;
-    QVector<QPair<double, double>> m_corners;
-};
-
-QByteArray PlanDrawer::cornerMark(double x, double y)
-{
-    QByteArray entities;
-    switch (m_random.bounded(4)) {
-    case 0:
-        entities = "|0 POINT|8 0" + place(10, x, y);
-        break;
-    case 1:
-        entities = circle(x, y, 0.75 * m_size);
-        break;
-    case 2:
-        entities = insert("M", x, y) + "|41 " + QByteArray::number(m_size) + "|42 " + QByteArray::number(m_size);
-        break;
-    default:
-        entities = "|0 POINT|8 0" + place(10, x, y) + circle(x, y, 0.75 * m_size);
-    }
-    const QByteArray number = (m_random.bounded(2) == 0 ? "" : "н") + QByteArray::number(++m_count);
-    return entities + text(number.constData(), x + 0.9 * m_size, y + 0.9 * m_size, 1.5 * m_size);
-}
-
-QByteArray PlanDrawer::outline(const QVector<QPair<double, double>> &vertices)
-{
-    if (m_random.bounded(2) == 0)
-        return ring(vertices);
-    QByteArray entity = "|0 POLYLINE|8 0|66 1|70 1|10 0|20 0";
-    for (const auto &vertex : vertices)
-        entity += "|0 VERTEX|8 0" + place(10, vertex.first, vertex.second);
-    return entity + "|0 SEQEND|8 0";
-}
-
-QByteArray PlanDrawer::label(const QString &name, double x, double y)
-{
-    return text(name.toUtf8().constData(), x, y, 2.5 * m_size);
-}
-
-QByteArray PlanDrawer::parcel(int column, int row)
-{
-    const QVector<QPair<double, double>> vertices{corner(column, row), corner(column + 1, row),
-                                                  corner(column + 1, row + 1), corner(column, row + 1)};
-    double x = 0;
-    double y = 0;
-    for (const auto &vertex : vertices) {
-        x += vertex.first / 4;
-        y += vertex.second / 4;
-    }
-    const int number = row * columnCount + column + 1;
-    QByteArray entities = outline(vertices) + label(QStringLiteral(":ЗУ%1").arg(number), x, y);
-    if (m_random.bounded(3) > 0)
-        return entities;
-    const double side = 4 * m_size;
-    x -= 9 * m_size;
-    y -= 9 * m_size;
-    entities += outline({{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}});
-    return entities + label(QStringLiteral("Дом %1").arg(number), x + side / 2, y + side / 2);
-}
-
-QStringList PlanDrawer::plan()
-{
-    QByteArray entities;
-    for (int row = 0; row <= rowCount; ++row) {
-        for (int column = 0; column <= columnCount; ++column) {
-            const auto rounded = [](double value) { return std::round(value * 100) / 100; };
-            const double x = rounded(5000 + m_size * about(40 * column, 6));
-            const double y = rounded(8000 + m_size * about(40 * row, 6));
-            m_corners.append({x, y});
-            entities += cornerMark(x, y);
-        }
-    }
-    for (int row = 0; row < rowCount; ++row) {
-        for (int column = 0; column < columnCount; ++column)
-            entities += parcel(column, row);
-    }
-    return drawingOf(entities, mark);
 }
 
 } // namespace
@@ -453,46 +267,6 @@ void tst_PrepareConvertSymbols::largeLettersReachFarther()
     QFile mid(fixture.path(QStringLiteral("out.mid")));
     QVERIFY(mid.open(QIODevice::ReadOnly));
     QCOMPARE(mid.readAll(), QByteArray("\"7\",\"0\"\n"));
-}
-
-void tst_PrepareConvertSymbols::goodFilesAreUnchanged_data()
-{
-    QTest::addColumn<QString>("name");
-
-    QTest::newRow("drawing") << QStringLiteral("plan.dxf");
-    QTest::newRow("MIF file") << QStringLiteral("plan.mif");
-}
-
-void tst_PrepareConvertSymbols::goodFilesAreUnchanged()
-{
-    QFETCH(QString, name);
-    const QString file = QFINDTESTDATA(QStringLiteral("../examples/") + name);
-    ConvertFixture fixture;
-
-    QVERIFY(fixture.convert(file));
-
-    QCOMPARE(imported(fixture.path(QStringLiteral("out.mif"))), imported(file));
-}
-
-void tst_PrepareConvertSymbols::goodDrawingsAreUnchanged_data()
-{
-    QTest::addColumn<int>("number");
-
-    for (int number = 1; number <= 40; ++number)
-        QTest::addRow("%d", number) << number;
-}
-
-void tst_PrepareConvertSymbols::goodDrawingsAreUnchanged()
-{
-    QFETCH(int, number);
-    ConvertFixture fixture;
-    const QString file = fixture.files.write(QStringLiteral("a.dxf"), PlanDrawer(number).plan(), "windows-1251");
-
-    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
-
-    const QStringList before = imported(file);
-    QVERIFY(before.size() >= 12);
-    QCOMPARE(imported(fixture.path(QStringLiteral("out.mif"))), before);
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareConvertSymbols)
