@@ -129,10 +129,13 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     content.isOpened = dataset != nullptr;
     content.symbols = view.symbols();
     ContentReader reader(content, forPicture);
+    content.isReadToEnd = content.isOpened;
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);
+        CPLErrorReset();
         while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()})
             reader.read(*feature);
+        content.isReadToEnd = content.isReadToEnd && CPLGetLastErrorType() < CE_Failure;
     }
     CPLPopErrorHandler();
     return content;

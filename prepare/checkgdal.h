@@ -13,8 +13,9 @@ struct FoundContent
     /// Objects that a complete import would give.
     qint64 outlined() const { return areas + lines; }
 
-    bool isOpened = false; ///< false: GDAL cannot open the file, and all numbers are 0
-    qint64 areas = 0;      ///< features with areas; a collection with areas and lines counts in both
+    bool isOpened = false;    ///< false: GDAL cannot open the file, and all numbers are 0
+    bool isReadToEnd = false; ///< GDAL reports no error while it reads the features
+    qint64 areas = 0;         ///< features with areas; a collection with areas and lines counts in both
     qint64 lines = 0;
     qint64 points = 0;
     qint64 texts = 0;

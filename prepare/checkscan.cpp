@@ -82,6 +82,16 @@ QString midFileName(const QString &mifFile)
     return mifFile.left(mifFile.size() - 1) + QLatin1Char('d');
 }
 
+QString lineOfFile(const QString &fileName, qint64 line)
+{
+    ScanReader reader;
+    if (!reader.open(fileName))
+        return {};
+    while (reader.lineNumber() < line && reader.readLine()) {
+    }
+    return reader.lineNumber() == line ? reader.line().toString() : QString();
+}
+
 FileFacts scanFile(const QString &fileName, const CheckOptions &options)
 {
     FileFacts facts;

@@ -15,7 +15,8 @@ enum class Trait {
     Bulge,          ///< segments of polylines that are arcs
     UnreadEntity,   ///< all other content that the import passes over
     PolylineFlag,   ///< closed polylines whose flags the import takes for open
-    PolylineKind,   ///< meshes and smoothed polylines
+    PolylineKind,   ///< smoothed polylines and polyhedral meshes
+    Mesh,           ///< polygon meshes, which GDAL does not read either
     OtherPlane,     ///< entities in a coordinate system of their own, mostly mirrored
     PaperSpace,     ///< lines and polylines of a sheet
     BlockReference, ///< references of blocks that draw something
@@ -80,6 +81,9 @@ struct FileFacts
 
 /// Scans \a fileName, in linear time and with memory bounded by its longest line and its number of blocks.
 FileFacts scanFile(const QString &fileName, const CheckOptions &options);
+
+/// Line \a line of \a fileName, counted from 1, with one character for each byte; empty if there is none.
+QString lineOfFile(const QString &fileName, qint64 line);
 
 /// The name of the MID file that the import opens for \a mifFile.
 QString midFileName(const QString &mifFile);

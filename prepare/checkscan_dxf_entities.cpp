@@ -65,9 +65,12 @@ void DrawingScan::checkFlags(const Entity &polyline, bool hasFlaggedVertex)
 {
     constexpr int closed = 1;
     constexpr int smoothed = 2 | 4;
-    constexpr int mesh = 16 | 64;
+    constexpr int mesh = 16;
+    constexpr int polyhedral = 64;
     const int flags = polyline.flags.toInt();
-    if ((flags & (smoothed | mesh)) != 0)
+    if ((flags & mesh) != 0)
+        add(Trait::Mesh, polyline);
+    else if ((flags & (smoothed | polyhedral)) != 0)
         add(Trait::PolylineKind, polyline);
     else if ((flags & closed) != 0 && polyline.flags != QLatin1String("1") && !hasFlaggedVertex)
         add(Trait::PolylineFlag, polyline);

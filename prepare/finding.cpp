@@ -2,10 +2,14 @@
 
 #include "findingrules.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cstdlib>
 
 namespace {
+
+const QString strConversion = QStringLiteral(" или преобразуйте файл командой convert");
 
 /// Replaces %1 to %9 in one pass, because the details come from the file and may contain such marks themselves.
 QString filled(const QString &text, const QStringList &details)
@@ -33,14 +37,20 @@ QString printable(QString text)
     return text;
 }
 
-Finding findingOf(const FindingRule &rule, const Detection &detection)
+Finding findingOf(const FindingRule &rule, const Detection &detection, bool isConvertible)
 {
+    const bool isCured = rule.conversion == Conversion::Cures && detection.isConvertible && isConvertible;
+    QString cure = filled(rule.cure, detection.details);
+    if (isCured)
+        cure += strConversion;
+    if (isCured && detection.isInDegrees)
+        cure += QStringLiteral(" с параметром --crs EPSG:номер");
     return {QString::fromLatin1(rule.id),
             rule.severity,
             detection.count,
             printable(detection.place),
             printable(filled(rule.text, detection.details)),
-            printable(filled(rule.cure, detection.details))};
+            printable(cure + QLatin1Char('.'))};
 }
 
 /// What the findings so far account for.
@@ -71,6 +81,18 @@ QString stopPlace(const Stop &stop)
     return place.arg(stop.line) + (stop.inPointFile ? QStringLiteral(" файла точек") : QString());
 }
 
+/// True if a line has a number with a decimal comma, which conversion reads wrongly.
+bool hasDecimalComma(const QString &line)
+{
+    static const QRegularExpression comma(QStringLiteral("(^|\\s)[+-]?\\d+,\\d+(\\s|$)"));
+    return comma.match(line).hasMatch();
+}
+
+bool givesFewerObjects(const Evidence &evidence)
+{
+    return evidence.found.outlined() > evidence.outcome.objects.size();
+}
+
 Detection detectStopsEarly(const Evidence &evidence, const Accounted &accounted)
 {
     const Stop &stop = evidence.outcome.stop;
@@ -78,24 +100,35 @@ Detection detectStopsEarly(const Evidence &evidence, const Accounted &accounted)
         return {};
     const bool countsLines = stop.kind == Stop::Line && !stop.inPointFile;
     const qint64 behind = countsLines ? std::max(evidence.facts.lineCount - stop.line, qint64{0}) : 0;
-    return {1, stopPlace(stop), {evidence.outcome.messages.first(), QString::number(behind)}};
+    const bool hasComma = countsLines && hasDecimalComma(lineOfFile(evidence.fileName, stop.line));
+    const QString cure = hasComma ? QStringLiteral("Замените в числах десятичную запятую точкой")
+                                  : QStringLiteral("Исправьте это место файла");
+    const bool isConvertible = countsLines && !hasComma && givesFewerObjects(evidence);
+    return {1, stopPlace(stop), {evidence.outcome.messages.first(), QString::number(behind), cure}, {}, isConvertible};
 }
 
+// A file of points is meant to give no objects.
 Detection detectNothingImported(const Evidence &evidence, const Accounted & /*accounted*/)
 {
-    const bool isSilent = evidence.outcome.messages.isEmpty() && evidence.outcome.objects.isEmpty();
-    if (!isSilent || !evidence.facts.isReadable)
+    const ImportOutcome &outcome = evidence.outcome;
+    if (!outcome.messages.isEmpty() || !outcome.objects.isEmpty() || !evidence.facts.isReadable)
         return {};
-    return {1, {}, {QString::number(evidence.found.areas), QString::number(evidence.found.lines)}};
+    const QString points = QStringLiteral(" (файл одних точек укажите при импорте как файл точек)");
+    return {1,
+            {},
+            {QString::number(evidence.found.areas), QString::number(evidence.found.lines),
+             outcome.knownPoints.isEmpty() ? QString() : points},
+            {},
+            givesFewerObjects(evidence)};
 }
 
 Detection detectFewerObjects(const Evidence &evidence, const Accounted &accounted)
 {
-    const qint64 missing = evidence.found.outlined() - evidence.outcome.objects.size();
-    if (missing <= 0 || accounted.loss)
+    if (!givesFewerObjects(evidence) || accounted.loss)
         return {};
-    return {
-        missing, {}, {QString::number(evidence.outcome.objects.size()), QString::number(evidence.found.outlined())}};
+    const qint64 objects = evidence.outcome.objects.size();
+    const qint64 outlined = evidence.found.outlined();
+    return {outlined - objects, {}, {QString::number(objects), QString::number(outlined)}};
 }
 
 /// A rule that applies when the others do not account for what the import gives.
@@ -107,20 +140,21 @@ struct GeneralRule
 
 const QVector<GeneralRule> &generalRules()
 {
+    constexpr Conversion cures = Conversion::Cures;
     static const QVector<GeneralRule> rules{
-        {{"stops-early", Severity::Error, Accounts::Loss, true, nullptr,
+        {{"stops-early", Severity::Error, Accounts::Loss, cures, nullptr,
           QStringLiteral("Чтение остановится раньше конца файла, за этим местом ещё строк: %2. Сообщение импорта: %1"),
-          QStringLiteral("Исправьте это место файла или преобразуйте файл командой convert.")},
+          QStringLiteral("%3")},
          detectStopsEarly},
-        {{"nothing-imported", Severity::Error, Accounts::Loss, true, nullptr,
+        {{"nothing-imported", Severity::Error, Accounts::Loss, cures, nullptr,
           QStringLiteral("Файл будет принят, но не даст ни одного объекта, и сообщения об этом не будет. Площадей в "
                          "файле %1, линий %2."),
-          QStringLiteral("Объекты дают только LINE, POLYLINE и LWPOLYLINE чертежа и LINE, PLINE и REGION файла MIF. "
-                         "Преобразуйте файл командой convert, если в нём есть площади или линии.")},
+          QStringLiteral("Начертите контуры тем, что даёт объекты: LINE, POLYLINE и LWPOLYLINE в чертеже, LINE, PLINE "
+                         "и REGION в файле MIF%3")},
          detectNothingImported},
-        {{"fewer-objects", Severity::Warning, Accounts::Loss, true, nullptr,
+        {{"fewer-objects", Severity::Warning, Accounts::Loss, cures, nullptr,
           QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2."),
-          QStringLiteral("Сравните загруженное с чертежом или преобразуйте файл командой convert.")},
+          QStringLiteral("Сравните загруженное с чертежом")},
          detectFewerObjects},
     };
     return rules;
@@ -140,14 +174,28 @@ const FindingRule *ruleOf(const QString &id)
     return nullptr;
 }
 
+/// True if GDAL reads the whole file. Conversion adds missing and empty records before GDAL reads a MIF file.
+bool canConvert(const Evidence &evidence)
+{
+    const FileFacts &facts = evidence.facts;
+    const FoundContent &found = evidence.found;
+    if (facts.headerFault == HeaderFault::Binary)
+        return true;
+    if (formatOf(evidence.fileName) == Format::Dxf)
+        return found.isOpened && found.isReadToEnd;
+    const bool lacksRecords = facts.recordCount != facts.recordsNeeded || facts.tally(Trait::MidEmptyLine).count > 0;
+    const bool isBroken = facts.isTruncated || facts.tally(Trait::BlankLine).count > 0;
+    return found.isOpened && !isBroken && (found.isReadToEnd || lacksRecords);
+}
+
 /// Adds the finding, if there is one.
 void add(QVector<Finding> &findings, Accounted &accounted, const FindingRule &rule, const Detection &detection,
-         const Stop &stop)
+         const Evidence &evidence)
 {
     if (detection.count == 0)
         return;
-    findings.append(findingOf(rule, detection));
-    accounted.add(rule, detection, stop);
+    findings.append(findingOf(rule, detection, canConvert(evidence)));
+    accounted.add(rule, detection, evidence.outcome.stop);
 }
 
 } // namespace
@@ -156,24 +204,37 @@ QVector<Finding> findProblems(const Evidence &evidence)
 {
     QVector<Finding> findings;
     Accounted accounted;
-    const Stop &stop = evidence.outcome.stop;
     for (const FindingRule &rule : findingRules())
-        add(findings, accounted, rule, rule.detect(evidence), stop);
+        add(findings, accounted, rule, rule.detect(evidence), evidence);
     for (const GeneralRule &general : generalRules())
-        add(findings, accounted, general.rule, general.detect(evidence, accounted), stop);
+        add(findings, accounted, general.rule, general.detect(evidence, accounted), evidence);
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding &a, const Finding &b) { return a.severity < b.severity; });
     return findings;
 }
 
-bool conversionCures(const QString &id)
+bool conversionCures(const Finding &finding)
 {
-    const FindingRule *const rule = ruleOf(id);
-    return rule != nullptr && rule->conversionHelps;
+    return finding.cure.contains(strConversion);
+}
+
+bool needsCoordinateSystem(const Finding &finding)
+{
+    return finding.cure.contains(QLatin1String("--crs"));
+}
+
+QStringList findingIds()
+{
+    QStringList ids;
+    for (const FindingRule &rule : findingRules())
+        ids.append(QString::fromLatin1(rule.id));
+    for (const GeneralRule &general : generalRules())
+        ids.append(QString::fromLatin1(general.rule.id));
+    return ids;
 }
 
 Finding findingWithoutEvidence(const QString &id)
 {
     const FindingRule *const rule = ruleOf(id);
-    return rule != nullptr ? findingOf(*rule, {1, {}}) : Finding();
+    return rule != nullptr ? findingOf(*rule, {1, {}}, false) : Finding();
 }

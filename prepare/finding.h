@@ -37,8 +37,14 @@ struct Evidence
 /// Applies all rules to \a evidence. The findings are in order of importance.
 QVector<Finding> findProblems(const Evidence &evidence);
 
-/// True if converting the file cures the finding \a id.
-bool conversionCures(const QString &id);
+/// True if converting the file cures \a finding. The text of the cure decides, so that a report and the command that it
+/// prints agree.
+bool conversionCures(const Finding &finding);
+/// True if the conversion has to transform the coordinates.
+bool needsCoordinateSystem(const Finding &finding);
+
+/// The ids of all findings.
+QStringList findingIds();
 
 /// The finding \a id for a file that no rule could look at; empty place. The id must be in the table.
 Finding findingWithoutEvidence(const QString &id);

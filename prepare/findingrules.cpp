@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <cstdlib>
@@ -52,7 +53,11 @@ Detection detectHeader(const Evidence &evidence)
     const FileFacts &facts = evidence.facts;
     if (facts.headerFault != fault || formatOf(evidence.fileName) != format)
         return {};
-    return {1, linePlace(facts.headerLine), {facts.headerText}, {Stop::Header, 0, false}};
+    const QString shown =
+        facts.headerText.isEmpty() ? QStringLiteral("пусто") : QStringLiteral("«%1»").arg(facts.headerText);
+    const bool isSection = fault == HeaderFault::OtherSection;
+    const qint64 line = std::max(facts.headerLine, qint64{1});
+    return {1, linePlace(line), {isSection ? facts.headerText : shown}, {Stop::Header, 0, false}};
 }
 
 /// The MID file that the import could not open; empty if it could.
@@ -85,7 +90,8 @@ Detection detectMidFile(const Evidence &evidence, bool hasOtherCase)
     if (other.isEmpty() == hasOtherCase)
         return {};
     const QString name = QFileInfo(expected).fileName();
-    return {1, QStringLiteral("файл %1").arg(name), {name, other}, evidence.outcome.stop};
+    const Stop &stop = evidence.outcome.stop;
+    return {1, QStringLiteral("файл %1").arg(name), {name, other}, stop, !stop.inPointFile};
 }
 
 Detection detectMidMissing(const Evidence &evidence)
@@ -126,13 +132,34 @@ Detection detectUnreadTexts(const Evidence &evidence)
     return readsNames ? detectTrait<Trait::UnreadText>(evidence) : Detection();
 }
 
+/// Entities that import does not read but conversion does.
+bool isConvertible(const QString &keyword)
+{
+    static const QSet<QString> keywords{
+        QStringLiteral("3DFACE"), QStringLiteral("DIMENSION"),  QStringLiteral("HATCH"),
+        QStringLiteral("LEADER"), QStringLiteral("MLEADER"),    QStringLiteral("MULTILEADER"),
+        QStringLiteral("RECT"),   QStringLiteral("MULTIPOINT"), QStringLiteral("ROUNDRECT"),
+        QStringLiteral("SOLID"),  QStringLiteral("TRACE"),
+    };
+    return keywords.contains(keyword);
+}
+
 Detection detectUnreadEntities(const Evidence &evidence)
 {
     Detection detection = detectTrait<Trait::UnreadEntity>(evidence);
-    QStringList kinds;
-    for (auto it = evidence.facts.unreadKinds.begin(); it != evidence.facts.unreadKinds.end(); ++it)
-        kinds.append(QStringLiteral("%1 %2").arg(it.key(), QString::number(it.value())));
-    detection.details = QStringList{kinds.join(QLatin1String(", "))};
+    const QMap<QString, qint64> &kinds = evidence.facts.unreadKinds;
+    QStringList all;
+    QStringList others;
+    for (auto it = kinds.begin(); it != kinds.end(); ++it) {
+        all.append(QStringLiteral("%1 %2").arg(it.key(), QString::number(it.value())));
+        if (!isConvertible(it.key()))
+            others.append(it.key());
+    }
+    const QString separator = QStringLiteral(", ");
+    detection.isConvertible = others.size() < kinds.size();
+    const bool isMixed = detection.isConvertible && !others.isEmpty();
+    const QString onlyWay = QStringLiteral(" (%1 — только так)").arg(others.join(separator));
+    detection.details = QStringList{all.join(separator), isMixed ? onlyWay : QString()};
     return detection;
 }
 
@@ -143,6 +170,17 @@ Detection detectBulges(const Evidence &evidence)
     return detection;
 }
 
+// Only a system that the header names can be transformed, and a drawing names none.
+QString cureOfDegrees(const Evidence &evidence)
+{
+    if (!isMif(evidence))
+        return QStringLiteral("Пересчитайте чертёж в систему координат в метрах в программе, которая его создала");
+    if (evidence.facts.geographicPlace.isEmpty())
+        return QStringLiteral("Если это широта и долгота, запишите перед Columns строку CoordSys Earth Projection 1, "
+                              "104 и проверьте файл снова");
+    return QStringLiteral("Пересчитайте координаты в метры");
+}
+
 Detection detectDegrees(const Evidence &evidence)
 {
     const ImportStatistics &statistics = evidence.statistics;
@@ -150,7 +188,8 @@ Detection detectDegrees(const Evidence &evidence)
     if (header.isEmpty() ? !statistics.looksGeographic : !statistics.fitsDegrees)
         return {};
     const QString first = QStringLiteral("объект «%1»").arg(evidence.outcome.objects.first().def);
-    return {statistics.vertices, header.isEmpty() ? first : header};
+    const bool isNamed = !header.isEmpty();
+    return {statistics.vertices, isNamed ? header : first, {cureOfDegrees(evidence)}, {}, isNamed, isNamed};
 }
 
 Detection detectMergedNumbers(const Evidence &evidence)
@@ -190,125 +229,128 @@ const QVector<FindingRule> &findingRules()
 {
     constexpr Severity error = Severity::Error;
     constexpr Severity warning = Severity::Warning;
+    constexpr Conversion useless = Conversion::Useless;
+    constexpr Conversion cures = Conversion::Cures;
     static const QVector<FindingRule> rules{
-        {"unreadable", error, Accounts::Rejection, false, detectUnreadable,
+        {"unreadable", error, Accounts::Rejection, useless, detectUnreadable,
          QStringLiteral("Файл не читается: его нет, это не обычный файл или на него нет прав."),
-         QStringLiteral("Проверьте имя файла и права на чтение.")},
-        {"crash", error, Accounts::Rejection, false, detectNothing,
+         QStringLiteral("Проверьте имя файла и права на чтение")},
+        {"crash", error, Accounts::Rejection, useless, detectNothing,
          QStringLiteral("Проверка этого файла аварийно завершилась."),
-         QStringLiteral("Откройте файл в программе, которая его создала, и сохраните заново.")},
-        {"timeout", error, Accounts::Rejection, false, detectNothing,
+         QStringLiteral("Откройте файл в программе, которая его создала, и сохраните заново")},
+        {"timeout", error, Accounts::Rejection, useless, detectNothing,
          QStringLiteral("Проверка этого файла не уложилась в отведённое время."),
-         QStringLiteral("Повторите проверку этого файла с бо́льшим временем: --timeout.")},
-        {"binary-dxf", error, Accounts::Rejection, true, detectHeader<Format::Dxf, HeaderFault::Binary>,
+         QStringLiteral("Повторите проверку этого файла, дав ей больше времени: --timeout")},
+        {"binary-dxf", error, Accounts::Rejection, cures, detectHeader<Format::Dxf, HeaderFault::Binary>,
          QStringLiteral("Это двоичный DXF, импорт читает только текстовый."),
-         QStringLiteral("Сохраните чертёж как текстовый DXF (ASCII) или преобразуйте файл командой convert.")},
-        {"leading-comment", error, Accounts::Rejection, true, detectHeader<Format::Dxf, HeaderFault::Comment>,
+         QStringLiteral("Сохраните чертёж как текстовый DXF (ASCII)")},
+        {"leading-comment", error, Accounts::Rejection, cures, detectHeader<Format::Dxf, HeaderFault::Comment>,
          QStringLiteral("Файл начинается с примечания (группа 999), импорт такой чертёж не принимает."),
-         QStringLiteral("Удалите строки до первой пары 0/SECTION или преобразуйте файл командой convert.")},
-        {"first-section", error, Accounts::Rejection, true, detectHeader<Format::Dxf, HeaderFault::OtherSection>,
+         QStringLiteral("Удалите строки до первой пары 0/SECTION")},
+        {"first-section", error, Accounts::Rejection, cures, detectHeader<Format::Dxf, HeaderFault::OtherSection>,
          QStringLiteral("Первый раздел чертежа — %1, а импорт ждёт HEADER и такой чертёж не принимает."),
-         QStringLiteral("Сохраните чертёж с разделом HEADER или преобразуйте файл командой convert.")},
-        {"not-dxf", error, Accounts::Rejection, false, detectHeader<Format::Dxf, HeaderFault::Foreign>,
-         QStringLiteral("Это не DXF: файл должен начинаться с пар 0/SECTION и 2/HEADER, а в нём «%1»."),
-         QStringLiteral("Сохраните чертёж заново в формате DXF.")},
-        {"not-mif", error, Accounts::Rejection, true, detectHeader<Format::Mif, HeaderFault::Foreign>,
-         QStringLiteral(
-             "Заголовок не принимается: первые три строки — Version, Charset и Delimiter, в каждой ровно два "
-             "слова. Здесь вместо этого «%1»."),
-         QStringLiteral(
-             "Исправьте первые три строки, например: Version 300, Charset \"WindowsCyrillic\", "
-             "Delimiter \",\". Если разделитель записей MID — табуляция, преобразуйте файл командой convert.")},
-        {"mid-missing", error, Accounts::Rejection, true, detectMidMissing,
+         QStringLiteral("Сохраните чертёж с разделом HEADER")},
+        {"not-dxf", error, Accounts::Rejection, useless, detectHeader<Format::Dxf, HeaderFault::Foreign>,
+         QStringLiteral("Это не DXF: файл должен начинаться с пар 0/SECTION и 2/HEADER, а вместо них %1."),
+         QStringLiteral("Сохраните чертёж заново в формате DXF")},
+        {"not-mif", error, Accounts::Rejection, cures, detectHeader<Format::Mif, HeaderFault::Foreign>,
+         QStringLiteral("Заголовок не принимается: первые три строки должны быть Version, Charset и Delimiter, в "
+                        "каждой ровно два слова, а вместо этого %1."),
+         QStringLiteral("Исправьте первые три строки, например: Version 300, Charset \"WindowsCyrillic\", "
+                        "Delimiter \",\" (если поля в MID разделены табуляцией, замените и её)")},
+        {"mid-missing", error, Accounts::Rejection, cures, detectMidMissing,
          QStringLiteral("Рядом нет файла %1 с обозначениями, поэтому не загрузится ничего."),
-         QStringLiteral("Положите файл MID рядом с MIF или отключите поиск номеров точек и обозначений объектов.")},
-        {"mid-name-case", error, Accounts::Rejection, true, detectMidNameCase,
-         QStringLiteral("Импорт ищет файл %1, а рядом лежит %2: имена различаются прописными буквами."),
-         QStringLiteral("Переименуйте %2 в %1.")},
-        {"mid-empty-line", error, Accounts::Loss, true, detectStop<Trait::MidEmptyLine, Stop::MidLine>,
+         QStringLiteral("Положите файл MID рядом с MIF, отключите поиск номеров точек и обозначений объектов")},
+        {"mid-name-case", error, Accounts::Rejection, cures, detectMidNameCase,
+         QStringLiteral("Импорт ищет файл %1, а рядом лежит %2: имена различаются прописными и строчными буквами, "
+                        "поэтому не загрузится ничего."),
+         QStringLiteral("Переименуйте %2 в %1")},
+        {"mid-empty-line", error, Accounts::Loss, cures, detectStop<Trait::MidEmptyLine, Stop::MidLine>,
          QStringLiteral("В файле MID пустая строка вместо записи: на ней чтение остановится."),
-         QStringLiteral(
-             "Запишите в пустую строку пустое поле в кавычках (\"\") или преобразуйте файл командой convert.")},
-        {"mid-out-of-step", error, Accounts::Loss, false, detectMidOutOfStep,
+         QStringLiteral("Запишите в пустую строку пустое поле в кавычках (\"\")")},
+        {"mid-out-of-step", error, Accounts::Loss, useless, detectMidOutOfStep,
          QStringLiteral("Записей в MID %1, а объектов в MIF %2: обозначения могут достаться не тем объектам, а если "
                         "записей не хватит, чтение остановится."),
-         QStringLiteral("Выгрузите пару MIF/MID заново: каждому объекту нужна ровно одна строка.")},
-        {"pline-count", error, Accounts::Loss, true, detectStop<Trait::PlineCount, Stop::Line>,
+         QStringLiteral("Выгрузите пару MIF/MID заново: каждому объекту нужна ровно одна строка")},
+        {"pline-count", error, Accounts::Loss, cures, detectStop<Trait::PlineCount, Stop::Line>,
          QStringLiteral("У PLINE число вершин не в той же строке, или в PLINE MULTIPLE меньше двух частей: на первой "
                         "такой линии чтение остановится, за ней ещё строк: %1."),
-         QStringLiteral("Перенесите число в строку PLINE (PLINE 4), одну часть запишите без MULTIPLE или преобразуйте "
-                        "файл командой convert.")},
-        {"blank-line", error, Accounts::Loss, true, detectStop<Trait::BlankLine, Stop::Line>,
+         QStringLiteral("Перенесите число в строку PLINE (например, PLINE 4), одну часть запишите без MULTIPLE")},
+        {"blank-line", error, Accounts::Loss, useless, detectStop<Trait::BlankLine, Stop::Line>,
          QStringLiteral("Пустая строка там, где её быть не должно: на ней чтение остановится с ошибкой, за ней ещё "
                         "строк: %1."),
-         QStringLiteral("Удалите пустую строку.")},
-        {"collection", error, Accounts::Loss, true, detectStop<Trait::Collection, Stop::Line>,
+         QStringLiteral("Удалите пустую строку и проверьте файл снова")},
+        {"collection", error, Accounts::Loss, cures, detectStop<Trait::Collection, Stop::Line>,
          QStringLiteral("Коллекции не поддерживаются: на первой из них чтение закончится, за ней ещё строк: %1."),
-         QStringLiteral("Разберите коллекции на отдельные объекты или преобразуйте файл командой convert.")},
-        {"truncated", error, Accounts::Loss, false, detectTruncated,
+         QStringLiteral("Разберите коллекции на отдельные объекты")},
+        {"truncated", error, Accounts::Loss, useless, detectTruncated,
          QStringLiteral("Файл обрывается: его конца нет, последние объекты потеряны или неполны."),
-         QStringLiteral("Получите файл заново: он скопирован или сохранён не до конца.")},
-        {"degrees", error, Accounts::Nothing, true, detectDegrees,
-         QStringLiteral("Координаты, судя по всему, в градусах: точки ближе 0,01 градуса считаются одной, и у разных "
-                        "вершин будет один "
-                        "номер."),
-         QStringLiteral("Пересчитайте в систему координат в метрах: convert с параметром --crs EPSG:номер.")},
-        {"blocks", warning, Accounts::Loss, true, detectTrait<Trait::BlockReference>,
+         QStringLiteral("Получите файл заново: он скопирован или сохранён не до конца")},
+        {"degrees", error, Accounts::Nothing, cures, detectDegrees,
+         QStringLiteral("Координаты, судя по всему, в градусах: точки ближе 0,01 градуса (около километра) считаются "
+                        "одной, и у разных вершин будет один номер."),
+         QStringLiteral("%1")},
+        {"blocks", warning, Accounts::Loss, cures, detectTrait<Trait::BlockReference>,
          QStringLiteral("Содержимое блоков не читается: вставка блока даёт самое большее точку."),
-         QStringLiteral("Разбейте блоки на объекты в чертеже или преобразуйте файл командой convert.")},
-        {"curves", warning, Accounts::Loss, true, detectTrait<Trait::Curve>,
+         QStringLiteral("Разбейте блоки на объекты в чертеже")},
+        {"curves", warning, Accounts::Loss, cures, detectTrait<Trait::Curve>,
          QStringLiteral("Дуги, окружности, эллипсы и сплайны контуров не дают; окружность и эллипс DXF дают "
                         "самое большее точку в центре."),
-         QStringLiteral("Замените их ломаными в чертеже или преобразуйте файл командой convert.")},
-        {"entities-not-read", warning, Accounts::Loss, true, detectUnreadEntities,
-         QStringLiteral("Импорт не читает: %1."),
-         QStringLiteral("Разбейте их на линии и полилинии в чертеже или преобразуйте файл командой convert.")},
-        {"texts-not-read", warning, Accounts::Nothing, true, detectUnreadTexts,
-         QStringLiteral("Эти надписи не читаются (в DXF — MTEXT и ATTRIB, в MIF — TEXT) и обозначений не дадут."),
-         QStringLiteral("Замените их однострочным текстом TEXT или преобразуйте файл командой convert.")},
-        {"polyline-kind", warning, Accounts::Nothing, true, detectTrait<Trait::PolylineKind>,
-         QStringLiteral("Сети и сглаженные полилинии читаются просто как список вершин: контур будет неверным."),
-         QStringLiteral("Замените их обычными полилиниями в чертеже или преобразуйте файл командой convert.")},
-        {"polyline-flag", warning, Accounts::Nothing, true, detectTrait<Trait::PolylineFlag>,
+         QStringLiteral("Замените их ломаными в чертеже")},
+        {"entities-not-read", warning, Accounts::Loss, cures, detectUnreadEntities,
+         QStringLiteral("Импорт не читает: %1."), QStringLiteral("Разбейте их на линии и полилинии в чертеже%2")},
+        {"texts-not-read", warning, Accounts::Nothing, cures, detectUnreadTexts,
+         QStringLiteral("Надписи MTEXT и ATTRIB не читаются и ни обозначений, ни номеров не дадут."),
+         QStringLiteral("Замените их однострочным текстом TEXT")},
+        {"mesh", warning, Accounts::Nothing, useless, detectTrait<Trait::Mesh>,
+         QStringLiteral("Сети (POLYLINE с признаком 16 в группе 70) читаются просто как список вершин: контур будет "
+                        "неверным."),
+         QStringLiteral("Разбейте сети на грани или полилинии в чертеже")},
+        {"polyline-kind", warning, Accounts::Nothing, cures, detectTrait<Trait::PolylineKind>,
+         QStringLiteral("Сглаженные полилинии и многогранные сети читаются просто как список вершин: контур будет "
+                        "неверным."),
+         QStringLiteral("Замените их обычными полилиниями в чертеже")},
+        {"polyline-flag", warning, Accounts::Nothing, cures, detectTrait<Trait::PolylineFlag>,
          QStringLiteral("Замкнутые полилинии загрузятся незамкнутыми: признак замкнутости читается, только если "
                         "группа 70 равна ровно 1."),
-         QStringLiteral("Замените значение группы 70 на 1 или преобразуйте файл командой convert.")},
-        {"bulges", warning, Accounts::Nothing, true, detectBulges,
+         QStringLiteral("Замените значение группы 70 на 1")},
+        {"bulges", warning, Accounts::Nothing, cures, detectBulges,
          QStringLiteral("Дуги полилиний станут хордами, наибольшее отклонение — %1 в единицах файла."),
-         QStringLiteral("Преобразуйте файл командой convert: дуги станут ломаными с точностью --deviation.")},
-        {"mirrored", warning, Accounts::Nothing, true, detectTrait<Trait::OtherPlane>,
+         QStringLiteral("Замените дуги ломаными в чертеже")},
+        {"mirrored", warning, Accounts::Nothing, cures, detectTrait<Trait::OtherPlane>,
          QStringLiteral("Объекты построены в своей плоскости (группы 210–230), чаще всего зеркально, а импорт этого не "
                         "учитывает: они загрузятся не на своём месте."),
-         QStringLiteral("Преобразуйте файл командой convert.")},
-        {"open-rings", warning, Accounts::Nothing, true, detectTrait<Trait::OpenRing>,
+         QStringLiteral("Перестройте их в чертеже в мировой системе координат")},
+        {"open-rings", warning, Accounts::Nothing, cures, detectTrait<Trait::OpenRing>,
          QStringLiteral("Контур области не замкнут: его последняя вершина не совпадает с первой, но получит её номер."),
-         QStringLiteral("Повторите первую вершину в конце контура или преобразуйте файл командой convert.")},
-        {"merged-numbers", warning, Accounts::Nothing, false, detectMergedNumbers,
-         QStringLiteral("Разные положения вершин получат один и тот же номер: точки ближе 0,01 считаются одной, либо "
-                        "одна надпись досталась нескольким точкам."),
+         QStringLiteral("Повторите первую вершину в конце контура")},
+        {"merged-numbers", warning, Accounts::Nothing, useless, detectMergedNumbers,
+         QStringLiteral("Вершины в разных местах получат один номер: точки ближе 0,01 считаются одной, либо одна "
+                        "надпись или запись досталась нескольким точкам."),
          QStringLiteral("Если координаты в градусах, пересчитайте их в метры; иначе проверьте номера этих точек или "
-                        "отключите поиск номеров точек.")},
-        {"empty-numbers", warning, Accounts::Nothing, false, detectUnnumbered,
+                        "отключите поиск номеров точек")},
+        {"empty-numbers", warning, Accounts::Nothing, useless, detectUnnumbered,
          QStringLiteral("Вершины останутся без номера: в их месте стоит точка, у которой номера нет."),
-         QStringLiteral("Подпишите точки или отключите поиск номеров точек.")},
-        {"heights-as-names", warning, Accounts::Nothing, false, detectHeights,
+         QStringLiteral("Подпишите точки или отключите поиск номеров точек")},
+        {"heights-as-names", warning, Accounts::Nothing, useless, detectHeights,
          QStringLiteral("Обозначения или номера похожи на отметки высот или размеры (число с дробной частью)."),
          QStringLiteral("Уберите из чертежа надписи высот или отключите поиск номеров и обозначений; в MIF поставьте "
-                        "обозначение в первое поле.")},
-        {"misplaced-names", warning, Accounts::Nothing, true, detectMisplacedNames,
+                        "обозначение в первое поле")},
+        {"misplaced-names", warning, Accounts::Nothing, cures, detectMisplacedNames,
          QStringLiteral(
              "Объекты получат обозначение не от ближайшей надписи: в чертеже нет точек, и при поиске номеров "
              "точек надписи остаются неупорядоченными."),
-         QStringLiteral("Отключите поиск номеров точек (--no-search-points) или преобразуйте файл командой convert.")},
-        {"shared-names", warning, Accounts::Nothing, false, detectSharedNames,
+         QStringLiteral("Отключите поиск номеров точек (--no-search-points)")},
+        {"shared-names", warning, Accounts::Nothing, useless, detectSharedNames,
          QStringLiteral("Несколько объектов получат одно и то же обозначение."),
-         QStringLiteral("Исправьте обозначения в файле или после импорта либо отключите поиск обозначений объектов.")},
-        {"paper-space", Severity::Note, Accounts::Nothing, false, detectTrait<Trait::PaperSpace>,
+         QStringLiteral("Исправьте обозначения в файле или после импорта либо отключите поиск обозначений объектов")},
+        {"encoding", warning, Accounts::Nothing, useless, detectEncoding,
+         QStringLiteral("Обозначения и номера прочтутся неверно: кодировка в заголовке — %1, по байтам — %2, а "
+                        "выбрана %3."),
+         QStringLiteral("Выберите при импорте кодировку %2 (--encoding)")},
+        {"paper-space", Severity::Note, Accounts::Nothing, useless, detectTrait<Trait::PaperSpace>,
          QStringLiteral("Линии листов (пространства листа) загрузятся вместе с чертежом: рамки, штампы."),
-         QStringLiteral("Удалите листы из чертежа или лишние объекты после импорта.")},
-        {"encoding", warning, Accounts::Nothing, false, detectEncoding,
-         QStringLiteral("Названия прочтутся неверно: кодировка в заголовке — %1, по байтам — %2, а выбрана %3."),
-         QStringLiteral("Выберите при импорте кодировку %2 (--encoding).")},
+         QStringLiteral("Удалите листы из чертежа или лишние объекты после импорта")},
     };
     return rules;
 }

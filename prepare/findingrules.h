@@ -7,9 +7,14 @@ struct Detection
 {
     qint64 count = 0;
     QString place;
-    QStringList details = {}; ///< replace %1, %2 and so on in the texts of the rule
-    Stop stop = {};           ///< where the cases stop the import, if they do
+    QStringList details = {};  ///< replace %1, %2 and so on in the texts of the rule
+    Stop stop = {};            ///< where the cases stop the import, if they do
+    bool isConvertible = true; ///< false: conversion does not cure these cases
+    bool isInDegrees = false;  ///< conversion has to transform the coordinates
 };
+
+/// Whether converting the file cures the cases of a rule.
+enum class Conversion { Useless, Cures };
 
 /// What a finding accounts for, so that general findings need not repeat it.
 enum class Accounts {
@@ -24,10 +29,10 @@ struct FindingRule
     const char *id;
     Severity severity;
     Accounts accounts;
-    bool conversionHelps;
+    Conversion conversion;
     Detection (*detect)(const Evidence &evidence);
     QString text;
-    QString cure;
+    QString cure; ///< without its full stop; that conversion cures is added
 };
 
 /// The table, most important rules first within each severity. General rules, which look at what the others have

@@ -25,9 +25,11 @@ QString findingText(const Finding &finding)
     return text + QStringLiteral(".\n  Что делать: %1\n").arg(finding.cure);
 }
 
-/// \a name as one word for a shell.
+/// \a name as one word for a shell, which the program does not take for an option.
 QString quoted(const QString &name)
 {
+    if (name.startsWith(QLatin1Char('-')))
+        return quoted(QStringLiteral("./") + name);
     const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar c) {
         return c.isLetterOrNumber() || QStringLiteral("_-./+=:").contains(c);
     });
@@ -83,13 +85,15 @@ QString severityName(Severity severity)
 
 QString convertCommand(const FileReport &report)
 {
-    const auto isCured = [](const Finding &finding) { return conversionCures(finding.id); };
-    if (std::none_of(report.findings.begin(), report.findings.end(), isCured))
+    const QVector<Finding> &findings = report.findings;
+    if (std::none_of(findings.begin(), findings.end(), conversionCures))
         return {};
+    const bool transforms = std::any_of(findings.begin(), findings.end(), needsCoordinateSystem);
+    const QString options = transforms ? QStringLiteral(" --crs EPSG:номер") : QString();
     const QFileInfo info(report.fileName);
     const QString output =
         QDir::cleanPath(info.path() + QLatin1Char('/') + info.completeBaseName()) + QStringLiteral("-import.mif");
-    return QStringLiteral("importprepare convert %1 %2").arg(quoted(report.fileName), quoted(output));
+    return QStringLiteral("importprepare convert %1 %2").arg(quoted(report.fileName), quoted(output)) + options;
 }
 
 QString reportText(const FileReport &report)

@@ -59,7 +59,7 @@ void tst_PrepareFindingsDxf::headerIsFound_data()
 {
     addColumns();
     add("complete", drawing(lineEntity), "");
-    add("empty file", {}, "not-dxf 1 @ строка 0");
+    add("empty file", {}, "not-dxf 1 @ строка 1");
     add("another text", {QStringLiteral("Ведомость координат"), QStringLiteral("1 2 3")}, "not-dxf 1 @ строка 2");
     add("comment", pairs("999 written by hand") + drawing(lineEntity), "leading-comment 1 @ строка 1");
     add("two comments", pairs("999 a|999 b") + drawing(lineEntity), "leading-comment 1 @ строка 1");
@@ -150,6 +150,8 @@ void tst_PrepareFindingsDxf::polylineIsFound_data()
     add("closed in space", polyline("9"), "polyline-flag 1 @ строка 12, слой «Г», POLYLINE");
     add("closed with pattern", polyline("129"), "polyline-flag 1 @ строка 12, слой «Г», POLYLINE");
     add("open in space", polyline("8"), "");
+    add("polygon mesh", polyline("16|71 3|72 1"), "mesh 1 @ строка 12, слой «Г», POLYLINE");
+    add("polyhedral mesh", polyline("64|71 3|72 0"), "polyline-kind 1 @ строка 12, слой «Г», POLYLINE");
     add("smoothed", polyline("4"), "polyline-kind 1 @ строка 12, слой «Г», POLYLINE");
     add("chords only", lwPolyline("0", {}), "");
     add("arc", lwPolyline("0", "|42 1"), "bulges 1 @ строка 12, слой «Г», LWPOLYLINE");
@@ -287,6 +289,9 @@ void tst_PrepareFindingsDxf::unreadKindsAreCounted()
 
     QCOMPARE(report.findings.size(), 1);
     QCOMPARE(report.findings.first().text, QStringLiteral("Импорт не читает: HATCH 1, WIPEOUT 2."));
+    QCOMPARE(report.findings.first().cure,
+             QStringLiteral("Разбейте их на линии и полилинии в чертеже (WIPEOUT — только так) или преобразуйте файл "
+                            "командой convert."));
 }
 
 void tst_PrepareFindingsDxf::noteLeavesTheFileComplete()
