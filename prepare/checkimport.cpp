@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int firstObject = 1;
+
 /// Where the messages of the import that is running go.
 QStringList *messageList = nullptr;
 
@@ -69,7 +71,7 @@ void setOptions(MapImport &import, const CheckOptions &options)
     import.pointPref = QStringLiteral("н");
     import.pointStartNum = 1;
     import.objectPref = QStringLiteral(":ЗУ");
-    import.objectStartNum = 1;
+    import.objectStartNum = firstObject;
     import.setEncoding(options.encoding.toLatin1());
     import.report = appendMessage;
 }
@@ -154,5 +156,6 @@ ImportOutcome runImport(const QString &fileName, const CheckOptions &options, qi
     outcome.stop = stopOf(outcome.messages, lineCount);
     outcome.stop.inPointFile = trace.isInPointPass && options.hasOwnPointFile();
     outcome.knownPoints = trace.knownPoints;
+    outcome.generatedNames = import->objectStartNum - firstObject;
     return outcome;
 }

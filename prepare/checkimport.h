@@ -46,6 +46,7 @@ struct ImportOutcome
     Stop stop;            ///< of the first message that reports one
     QVector<DefPolygon> objects;
     QVector<DefPoint> knownPoints; ///< read from the file, without duplicates
+    qint64 generatedNames = 0;     ///< objects whose designation the import makes up
 };
 
 /// Runs the import of \a fileName, which must have a format. Not reentrant.

@@ -129,7 +129,17 @@ Detection detectTruncated(const Evidence &evidence)
 Detection detectUnreadTexts(const Evidence &evidence)
 {
     const bool readsNames = evidence.options.searchPoints || evidence.options.searchObjects;
-    return readsNames ? detectTrait<Trait::UnreadText>(evidence) : Detection();
+    return readsNames && !isMif(evidence) ? detectTrait<Trait::UnreadText>(evidence) : Detection();
+}
+
+// The texts of a MIF file are decoration unless an object has no designation in its record.
+Detection detectMifTexts(const Evidence &evidence)
+{
+    const Tally &texts = evidence.facts.tally(Trait::UnreadText);
+    const qint64 unnamed = evidence.outcome.generatedNames;
+    if (!isMif(evidence) || !evidence.options.searchObjects || texts.count == 0 || unnamed == 0)
+        return {};
+    return {texts.count, texts.place, {QString::number(unnamed)}};
 }
 
 /// Entities that import does not read but conversion does.
@@ -348,6 +358,11 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("Обозначения и номера прочтутся неверно: кодировка в заголовке — %1, по байтам — %2, а "
                         "выбрана %3."),
          QStringLiteral("Выберите при импорте кодировку %2 (--encoding)")},
+        {"texts-in-mif", Severity::Note, Accounts::Nothing, useless, detectMifTexts,
+         QStringLiteral("Надписи TEXT файла MIF обозначений не дают, а первое поле записи MID пустое у объектов: %1. "
+                        "Обозначения им даст импорт по порядку."),
+         QStringLiteral("Впишите обозначения в первое поле файла MID; надпись внутри контура впишет туда команда "
+                        "convert")},
         {"paper-space", Severity::Note, Accounts::Nothing, useless, detectTrait<Trait::PaperSpace>,
          QStringLiteral("Линии листов (пространства листа) загрузятся вместе с чертежом: рамки, штампы."),
          QStringLiteral("Удалите листы из чертежа или лишние объекты после импорта")},

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void conversionCures();
     void editCures_data();
     void editCures();
+    void textInMifNamesItsOutline();
     void binaryDrawingIsCured();
     void degreesAreCured();
     void commandIsPrintedIfItHelps_data();
@@ -137,9 +138,6 @@ Conversions mifConversions()
         {"pline-count", mapped("PLINE\n2\n0 0\n900 0\nPLINE MULTIPLE 1\n2\n0 9\n900 9", "1\n2")},
         {"collection", mapped("COLLECTION 2\nREGION 1\n4\n0 0\n900 0\n900 900\n0 0\nPLINE 2\n0 50\n900 50", "\"\"")},
         {"open-rings", mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 900", "1")},
-        {"nothing-imported", mapped("RECT 0 0 900 900", "1")},
-        {"curves", mapped("LINE 0 0 900 0\nELLIPSE 0 50 900 500", "1\n2")},
-        {"entities-not-read", mapped("LINE 0 0 900 0\nROUNDRECT 0 50 900 500 10", "1\n2")},
     };
 }
 
@@ -187,6 +185,8 @@ QVector<Edit> mifEdits()
         {"mid-name-case", capitals, mapped(two, "1\n2")},
         {"mid-empty-line", mapped(two, "\n2"), mapped(two, "\"\"\n2")},
         {"mid-out-of-step", mapped(two, "1"), mapped(two, "1\n2")},
+        {"texts-in-mif", mapped("LINE 0 0 900 0\nTEXT\n\"a\"\n0 0 9 9", ",\n,"),
+         mapped("LINE 0 0 900 0\nTEXT\n\"a\"\n0 0 9 9", "a\n,")},
         {"pline-count", mapped("PLINE\n2\n0 0\n900 0", "1"), mapped("PLINE 2\n0 0\n900 0", "1")},
         {"blank-line", mapped("PLINE 2\n0 0\n\n900 0", "1"), mapped("PLINE 2\n0 0\n900 0", "1")},
         {"truncated", mapped("REGION 1\n4\n0 0\n900 0", "1"), mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 0", "1")},
@@ -297,6 +297,18 @@ void tst_PrepareCheckCures::editCures()
     QVERIFY2(report.has(id), qPrintable(described(report.findings)));
     QCOMPARE(described(edited.findings), QString());
     QCOMPARE(edited.imported.objects, outlined(edited));
+}
+
+void tst_PrepareCheckCures::textInMifNamesItsOutline()
+{
+    ConvertFixture files;
+    const Input input = mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 0\nTEXT\n\"a\"\n600 50 700 90", ",\n,");
+    const FileReport report = check(input, files.files);
+
+    QVERIFY(files.convert(input.fileName()));
+
+    QVERIFY2(report.has(QStringLiteral("texts-in-mif")), qPrintable(described(report.findings)));
+    QVERIFY(files.imported().startsWith(QLatin1String("a [")));
 }
 
 void tst_PrepareCheckCures::binaryDrawingIsCured()

@@ -131,8 +131,11 @@ void tst_PrepareFindingsMif::recordIsFound_data()
     add("empty line", three, "1\n\n3", "mid-empty-line 1 @ MID, запись 2");
     add("two empty lines", three, "\n \n3", "mid-empty-line 2 @ MID, запись 1");
     add("empty field", three, "1\n2\n,x", "");
-    add("text in quotes is no object", "TEXT\n\"Line 5\"\n0 0 1 1\nLINE 0 0 9 0", "1\n2",
-        "texts-not-read 1 @ строка 5, TEXT");
+    add("text in quotes is no object", "TEXT\n\"Line 5\"\n0 0 1 1\nLINE 0 0 9 0", "1\n2", "");
+    add("text beside an object without a designation", "LINE 0 0 9 0\nTEXT\n\"5\"\n0 0 1 1\nTEXT\n\"6\"\n0 0 1 1",
+        ",\n2\n3", "texts-in-mif 2 @ строка 6, TEXT");
+    add("text without a designation", "LINE 0 0 9 0\nTEXT\n\"5\"\n0 0 1 1", "1\n,", "");
+    add("object without a designation", "LINE 0 0 9 0", ",", "");
 }
 
 void tst_PrepareFindingsMif::stopIsFound_data()
