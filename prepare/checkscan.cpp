@@ -1,5 +1,6 @@
 #include "checkscan.h"
 
+#include "checkcharset.h"
 #include "checkscan_reader.h"
 #include "encodingguess.h"
 
@@ -55,11 +56,12 @@ QString ScanReader::decodedWhole(QStringView text, QTextCodec *codec) const
     return m_isUnicode ? text.toString() : codec->toUnicode(bytesOf(text));
 }
 
-QString ScanReader::decoded(QStringView text, QTextCodec *codec) const
+QString ScanReader::shown(QStringView text, QTextCodec *chosen, QTextCodec *declared) const
 {
     constexpr int maxShown = 60;
     constexpr int maxBytes = 4 * maxShown; // of one character, at most four
-    const QString whole = decodedWhole(text.left(maxBytes), codec);
+    const QStringView part = text.left(maxBytes);
+    const QString whole = decodedWhole(part, readableCodec(bytesOf(text), chosen, declared));
     return whole.size() > maxShown ? whole.left(maxShown) + QChar(0x2026) : whole;
 }
 

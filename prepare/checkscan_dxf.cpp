@@ -11,6 +11,8 @@
 
 #include "checkscan_dxf.h"
 
+#include "checkcharset.h"
+
 #include <cmath>
 
 namespace {
@@ -57,7 +59,7 @@ void DrawingScan::setHeaderFault(HeaderFault fault)
 {
     m_facts.headerFault = fault;
     m_facts.headerLine = m_reader.lineNumber();
-    m_facts.headerText = m_reader.decoded(m_reader.line(), m_codec);
+    m_facts.headerText = shown(m_reader.line());
 }
 
 // Returns false if the pairs do not begin with a section, after comments.
@@ -146,12 +148,18 @@ void DrawingScan::readText()
         addForeignName(m_value, m_facts);
 }
 
+void DrawingScan::setDeclaredEncoding()
+{
+    m_facts.declaredEncoding = m_value.toString();
+    m_declaredCodec = codecOfCharset(m_facts.declaredEncoding);
+}
+
 void DrawingScan::readVariable()
 {
     if (m_code == 9)
         assign(m_variable, m_value);
     else if (m_code == 3 && m_variable == QLatin1String("$DWGCODEPAGE"))
-        m_facts.declaredEncoding = m_value.toString();
+        setDeclaredEncoding();
     else if (m_code == 1 && m_variable == QLatin1String("$ACADVER"))
         m_facts.drawingVersion = m_value.toString();
 }

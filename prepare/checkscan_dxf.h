@@ -73,6 +73,7 @@ private:
     bool checkHeader();
     void setHeaderFault(HeaderFault fault);
 
+    QString shown(QStringView text) const { return m_reader.shown(text, m_codec, m_declaredCodec); }
     QString placeOf(const Entity &entity) const;
     void add(Tally &tally, const Entity &entity, qint64 count = 1) const;
     void add(Trait trait, const Entity &entity) { add(m_facts.tally(trait), entity); }
@@ -95,11 +96,13 @@ private:
     void readVertexGroup();
     void readExtrusion();
     void readText();
+    void setDeclaredEncoding();
     void readVariable();
     void finish();
 
     ScanReader &m_reader;
     QTextCodec *m_codec;
+    QTextCodec *m_declaredCodec = nullptr; ///< of the header; null if it names none
     FileFacts &m_facts;
 
     int m_code = -1;

@@ -29,8 +29,7 @@ DrawingScan::Kind DrawingScan::kindOf(QStringView keyword)
 QString DrawingScan::placeOf(const Entity &entity) const
 {
     return QStringLiteral("строка %1, слой «%2», %3")
-        .arg(QString::number(entity.line), m_reader.decoded(entity.layer, m_codec),
-             m_reader.decoded(entity.keyword, m_codec));
+        .arg(QString::number(entity.line), shown(entity.layer), shown(entity.keyword));
 }
 
 void DrawingScan::add(Tally &tally, const Entity &entity, qint64 count) const
@@ -116,7 +115,7 @@ void DrawingScan::addUnread()
 {
     constexpr int maxKinds = 50;
     add(Trait::UnreadEntity, m_entity);
-    const QString keyword = m_reader.decoded(m_entity.keyword, m_codec);
+    const QString keyword = shown(m_entity.keyword);
     if (m_facts.unreadKinds.size() < maxKinds || m_facts.unreadKinds.contains(keyword))
         ++m_facts.unreadKinds[keyword];
 }

@@ -103,7 +103,7 @@ void MifScan::setHeaderFault()
         return;
     m_facts.headerFault = HeaderFault::Foreign;
     m_facts.headerLine = m_reader.lineNumber();
-    m_facts.headerText = m_reader.decoded(m_reader.line(), m_codec);
+    m_facts.headerText = m_reader.shown(m_reader.line(), m_codec, nullptr);
 }
 
 // Returns false if the file does not begin with the version. The other keywords may be in any order.

@@ -26,8 +26,9 @@ public:
 
     /// \a text of the file decoded by \a codec.
     QString decodedWhole(QStringView text, QTextCodec *codec) const;
-    /// The same abbreviated for the user.
-    QString decoded(QStringView text, QTextCodec *codec) const;
+    /// The same for the user: abbreviated and as far as possible readable, whatever encoding is \a chosen. \a declared
+    /// is that of the header, or null.
+    QString shown(QStringView text, QTextCodec *chosen, QTextCodec *declared) const;
 
 private:
     QFile m_file;

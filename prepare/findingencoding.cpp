@@ -1,48 +1,13 @@
 #include "findingencoding.h"
 
+#include "checkcharset.h"
 #include "encodingguess.h"
 
-#include <QHash>
 #include <QTextCodec>
 
 #include <algorithm>
 
 namespace {
-
-/// The digits of \a name: the number of a code page.
-QString digitsOf(const QString &name)
-{
-    QString digits;
-    for (const QChar c : name) {
-        if (c >= QLatin1Char('0') && c <= QLatin1Char('9'))
-            digits += c;
-    }
-    return digits;
-}
-
-QTextCodec *codecOfCharset(const QString &charset)
-{
-    static const QHash<QString, QByteArray> names{
-        {QStringLiteral("WINDOWSARABIC"), "windows-1256"},
-        {QStringLiteral("WINDOWSBALTICRIM"), "windows-1257"},
-        {QStringLiteral("WINDOWSCYRILLIC"), "windows-1251"},
-        {QStringLiteral("WINDOWSGREEK"), "windows-1253"},
-        {QStringLiteral("WINDOWSHEBREW"), "windows-1255"},
-        {QStringLiteral("WINDOWSLATIN1"), "windows-1252"},
-        {QStringLiteral("WINDOWSLATIN2"), "windows-1250"},
-        {QStringLiteral("WINDOWSTURKISH"), "windows-1254"},
-        {QStringLiteral("UTF-8"), "UTF-8"},
-    };
-    const QString upper = charset.toUpper();
-    if (names.contains(upper))
-        return QTextCodec::codecForName(names.value(upper));
-    const QByteArray page = digitsOf(upper).toLatin1();
-    if (upper.startsWith(QLatin1String("ANSI_")))
-        return QTextCodec::codecForName("windows-" + page);
-    if (upper.startsWith(QLatin1String("CODEPAGE")) || upper.startsWith(QLatin1String("DOS")))
-        return QTextCodec::codecForName("IBM" + page);
-    return nullptr;
-}
 
 /// Since this version drawings are in UTF-8, whatever code page they name.
 bool isUtf8Drawing(const QString &version)

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void numberAndNameAreFound() { compareFindings(); }
     void encodingIsFound_data();
     void encodingIsFound();
+    void layerIsReadable_data();
+    void layerIsReadable();
     void textsDoNotMatterWithoutSearch();
     void deviationIsThatOfTheLargestArc_data();
     void deviationIsThatOfTheLargestArc();
@@ -245,6 +247,38 @@ void tst_PrepareFindingsDxf::encodingIsFound()
     const FileReport report = checkFile(fileName, check.options, false);
 
     QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsDxf::layerIsReadable_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("chosen");
+
+    const auto add = [](const char *name, const char *page, const char *written, const char *chosen) {
+        QTest::newRow(name) << QByteArray(page) << QByteArray(written) << QString::fromLatin1(chosen);
+    };
+    add("as chosen", "", "IBM866", "IBM866");
+    add("as in the header", "ANSI_1251", "windows-1251", "IBM866");
+    add("UTF-8 in spite of the header", "ANSI_1251", "UTF-8", "windows-1251");
+    add("nothing fits", "", "windows-1251", "UTF-8");
+}
+
+// A person looks for the layer in the drawing, so its name counts, not what the import makes of it.
+void tst_PrepareFindingsDxf::layerIsReadable()
+{
+    QFETCH(QByteArray, page);
+    QFETCH(QByteArray, written);
+    CheckFixture check;
+    QFETCH(QString, chosen);
+    check.options.encoding = chosen;
+    const QStringList lines = pairs("0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + page + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
+                                    lineEntity + "|0 ARC|8 Дуги|10 0|20 0|40 5|50 0|51 90|0 ENDSEC|0 EOF");
+
+    const QString fileName = check.files.write(QStringLiteral("plan.dxf"), lines, written.constData());
+    const FileReport report = checkFile(fileName, check.options, false);
+
+    QCOMPARE(described(report.findings), QStringLiteral("curves 1 @ строка 26, слой «Дуги», ARC"));
 }
 
 void tst_PrepareFindingsDxf::textsDoNotMatterWithoutSearch()
