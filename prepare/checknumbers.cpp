@@ -137,18 +137,29 @@ void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statisti
     statistics.decimalNamePlace = decimal.text(objects);
 }
 
-void countUnnumbered(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+/// Adds the vertices of \a object that \a test applies to; \a place receives the first object.
+template <typename Test>
+void countVertices(const DefPolygon &object, Test test, qint64 &count, QString &place)
 {
+    const qint64 before = count;
+    for (const QVector<DefPoint> &contour : object.contours)
+        count += std::count_if(contour.begin(), contour.end(), test);
+    if (before == 0 && count > 0)
+        place = objectPlace(object);
+}
+
+void countFaults(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
+{
+    const auto isUnnumbered = [](const DefPoint &vertex) { return vertex.def.isEmpty(); };
+    const auto isNotFinite = [](const DefPoint &vertex) {
+        return !std::isfinite(vertex.x) || !std::isfinite(vertex.y);
+    };
     for (const DefPolygon &object : objects) {
-        for (const QVector<DefPoint> &contour : object.contours) {
+        for (const QVector<DefPoint> &contour : object.contours)
             statistics.vertices += contour.size();
-            const auto count = std::count_if(contour.begin(), contour.end(),
-                                             [](const DefPoint &vertex) { return vertex.def.isEmpty(); });
-            if (count > 0 && statistics.unnumbered == 0)
-                statistics.unnumberedPlace = objectPlace(object);
-            statistics.unnumbered += count;
-        }
         statistics.contours += object.contours.size();
+        countVertices(object, isUnnumbered, statistics.unnumbered, statistics.unnumberedPlace);
+        countVertices(object, isNotFinite, statistics.notFinite, statistics.notFinitePlace);
     }
 }
 
@@ -209,7 +220,7 @@ void recogniseDegrees(const QVector<DefPolygon> &objects, ImportStatistics &stat
 ImportStatistics statisticsOf(const ImportOutcome &outcome)
 {
     ImportStatistics statistics;
-    countUnnumbered(outcome.objects, statistics);
+    countFaults(outcome.objects, statistics);
     countNumbers(outcome.objects, statistics);
     countNames(outcome.objects, statistics);
     recogniseDegrees(outcome.objects, statistics);

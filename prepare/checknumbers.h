@@ -14,6 +14,9 @@ struct ImportStatistics
     qint64 unnumbered = 0; ///< vertices without a number
     QString unnumberedPlace;
 
+    qint64 notFinite = 0; ///< vertices with a coordinate that is infinite or not a number
+    QString notFinitePlace;
+
     qint64 sharedNames = 0; ///< objects whose designation another object has as well
     QString sharedNamePlace;
 

@@ -212,6 +212,11 @@ Detection detectUnnumbered(const Evidence &evidence)
     return {evidence.statistics.unnumbered, evidence.statistics.unnumberedPlace};
 }
 
+Detection detectNotFinite(const Evidence &evidence)
+{
+    return {evidence.statistics.notFinite, evidence.statistics.notFinitePlace};
+}
+
 Detection detectHeights(const Evidence &evidence)
 {
     return {evidence.statistics.decimalNames, evidence.statistics.decimalNamePlace};
@@ -334,6 +339,10 @@ const QVector<FindingRule> &findingRules()
         {"open-rings", warning, Accounts::Nothing, cures, detectTrait<Trait::OpenRing>,
          QStringLiteral("Контур области не замкнут: его последняя вершина не совпадает с первой, но получит её номер."),
          QStringLiteral("Повторите первую вершину в конце контура")},
+        {"not-finite", warning, Accounts::Nothing, useless, detectNotFinite,
+         QStringLiteral("Вместо координат стоит nan или inf, или они не помещаются в число: таких вершин нет на "
+                        "плане, но они загрузятся."),
+         QStringLiteral("Исправьте координаты этих вершин")},
         {"merged-numbers", warning, Accounts::Nothing, useless, detectMergedNumbers,
          QStringLiteral("Вершины в разных местах получат один номер: точки ближе 0,01 считаются одной, либо одна "
                         "надпись или запись досталась нескольким точкам."),

@@ -191,6 +191,7 @@ QVector<Edit> mifEdits()
         {"blank-line", mapped("PLINE 2\n0 0\n\n900 0", "1"), mapped("PLINE 2\n0 0\n900 0", "1")},
         {"truncated", mapped("REGION 1\n4\n0 0\n900 0", "1"), mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 0", "1")},
         {"stops-early", mapped("PLINE 2\n0,5 0\n900 0", "1"), mapped("PLINE 2\n0.5 0\n900 0", "1")},
+        {"not-finite", mapped("LINE 0 0 nan 9", "1"), mapped("LINE 0 0 900 9", "1")},
         {"degrees", mapped(plan, "1"), mapped("PLINE 3\n412013 6173579\n412327 6173572\n412338 6174129", "1", degrees)},
         {"open-rings", mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 900", "1"),
          mapped("REGION 1\n5\n0 0\n900 0\n900 900\n0 900\n0 0", "1")},

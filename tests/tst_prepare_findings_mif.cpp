@@ -182,6 +182,9 @@ void tst_PrepareFindingsMif::ringAndNameAreFound_data()
     add("closed within the tolerance", closedBy("1000.009 0"), "1", "");
     add("open", closedBy("1000.02 0"), "1", "open-rings 1 @ строка 6, REGION");
     add("open line", "PLINE 3\n1000 0\n1009 0\n1009 9", "1", "");
+    add("coordinate that is no number", "LINE 1000 0 nan 0\nLINE 1000 inf 1009 -inf", "1\n2",
+        "not-finite 3 @ объект «1»");
+    add("large coordinate", "LINE 1000 0 1e300 0", "1", "");
     add("decimal name", "LINE 1000 0 1009 0", "12.5", "heights-as-names 1 @ объект «12.5»");
     add("one name twice", "LINE 1000 0 1009 0\nLINE 1000 9 1009 9\nLINE 1000 20 1009 20", "а\nА\nб",
         "shared-names 2 @ объект «а»");
