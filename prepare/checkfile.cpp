@@ -26,10 +26,10 @@ FileReport emptyReport(const QString &fileName, const CheckOptions &options)
 FileReport checkFile(const QString &fileName, const CheckOptions &options, bool withPicture)
 {
     FileReport report = emptyReport(fileName, options);
-    const FileFacts facts = scanFile(fileName, options);
+    const FoundContent found = findContent(fileName, withPicture);
+    const FileFacts facts = scanFile(fileName, options, found.symbols);
     if (!facts.isReadable)
         return reportWithFinding(fileName, options, QStringLiteral("unreadable"));
-    const FoundContent found = findContent(fileName, withPicture);
     const ImportOutcome outcome = runImport(fileName, options, facts.lineCount);
     const ImportStatistics statistics = statisticsOf(outcome);
     report.isAccepted = outcome.isAccepted();

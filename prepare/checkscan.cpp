@@ -94,7 +94,7 @@ QString lineOfFile(const QString &fileName, qint64 line)
     return reader.lineNumber() == line ? reader.line().toString() : QString();
 }
 
-FileFacts scanFile(const QString &fileName, const CheckOptions &options)
+FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols)
 {
     FileFacts facts;
     ScanReader reader;
@@ -103,7 +103,7 @@ FileFacts scanFile(const QString &fileName, const CheckOptions &options)
         return facts;
     facts.isUnicode = reader.isUnicode();
     if (formatOf(fileName) == Format::Dxf)
-        scanDxf(reader, options, facts);
+        scanDxf(reader, options, symbols, facts);
     else
         scanMif(reader, fileName, options, facts);
     facts.lineCount = reader.countLines();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "checkimport.h"
+#include "pointsymbols.h"
 
 #include <QMap>
 #include <QString>
@@ -79,8 +80,9 @@ struct FileFacts
     qint64 recordCount = 0;   ///< records in the MID file; -1: not read
 };
 
-/// Scans \a fileName, in linear time and with memory bounded by its longest line and its number of blocks.
-FileFacts scanFile(const QString &fileName, const CheckOptions &options);
+/// Scans \a fileName, in linear time and with memory bounded by its longest line and its number of blocks. Nothing is
+/// lost when the entities among \a symbols become points.
+FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols);
 
 /// Line \a line of \a fileName, counted from 1, with one character for each byte; empty if there is none.
 QString lineOfFile(const QString &fileName, qint64 line);

@@ -212,7 +212,7 @@ void DrawingScan::run()
     finish();
 }
 
-void scanDxf(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
+void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols, FileFacts &facts)
 {
-    DrawingScan(reader, options, facts).run();
+    DrawingScan(reader, options, symbols, facts).run();
 }

@@ -53,9 +53,10 @@ struct DrawingOutline
 class DrawingScan
 {
 public:
-    DrawingScan(ScanReader &reader, const CheckOptions &options, FileFacts &facts)
+    DrawingScan(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols, FileFacts &facts)
         : m_reader(reader),
           m_codec(options.codec()),
+          m_symbols(symbols),
           m_facts(facts),
           m_collectsTexts(options.searchPoints && options.searchObjects && options.pointFile.isEmpty())
     {
@@ -84,6 +85,7 @@ private:
     void checkFlags(const Entity &polyline, bool hasFlaggedVertex);
 
     void addPoint();
+    void addPoint(Tally &losses);
     void addText();
     void addUnread();
     void finishEntity();
@@ -103,6 +105,7 @@ private:
     ScanReader &m_reader;
     QTextCodec *m_codec;
     QTextCodec *m_declaredCodec = nullptr; ///< of the header; null if it names none
+    const PointSymbols &m_symbols;
     FileFacts &m_facts;
 
     int m_code = -1;

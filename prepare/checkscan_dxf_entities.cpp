@@ -101,6 +101,14 @@ void DrawingScan::addPoint()
     m_texts.clear();
 }
 
+// The import takes the place as a known point, but what is drawn there is lost unless it only marks the point.
+void DrawingScan::addPoint(Tally &losses)
+{
+    addPoint();
+    if (!m_symbols.contains(m_entity.line))
+        add(losses, m_entity);
+}
+
 void DrawingScan::addText()
 {
     addPlane(m_entity);
@@ -136,8 +144,7 @@ void DrawingScan::finishInEntities()
     case Kind::Curve:
         return add(Trait::Curve, m_entity);
     case Kind::CentredCurve:
-        addPoint();
-        return add(Trait::Curve, m_entity);
+        return addPoint(m_facts.tally(Trait::Curve));
     case Kind::Point:
         return addPoint();
     case Kind::UnreadText:
@@ -146,8 +153,7 @@ void DrawingScan::finishInEntities()
     case Kind::Block:
         return addUnread();
     case Kind::Insert:
-        addPoint();
-        return add(m_blocks.insertions(m_entity.name), m_entity);
+        return addPoint(m_blocks.insertions(m_entity.name));
     case Kind::Text:
         return addText();
     case Kind::Line:

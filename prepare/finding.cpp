@@ -107,19 +107,27 @@ Detection detectStopsEarly(const Evidence &evidence, const Accounted &accounted)
     return {1, stopPlace(stop), {evidence.outcome.messages.first(), QString::number(behind), cure}, {}, isConvertible};
 }
 
-// A file of points is meant to give no objects.
+QStringList nothingImportedDetails(const Evidence &evidence)
+{
+    const FoundContent &found = evidence.found;
+    const int points = evidence.outcome.knownPoints.size();
+    if (points > 0 && found.outlined() == 0)
+        return {QStringLiteral("В файле только точки (их %1), объектов он не даст.").arg(points),
+                QStringLiteral("Если это файл точек, укажите его при импорте как файл точек (--points)")};
+    return {QStringLiteral("Файл будет принят, но не даст ни одного объекта, и сообщения об этом не будет. Площадей в "
+                           "файле %1, линий %2.")
+                .arg(found.areas)
+                .arg(found.lines),
+            QStringLiteral("Начертите контуры тем, что даёт объекты: LINE, POLYLINE и LWPOLYLINE в чертеже, LINE, "
+                           "PLINE и REGION в файле MIF")};
+}
+
 Detection detectNothingImported(const Evidence &evidence, const Accounted & /*accounted*/)
 {
     const ImportOutcome &outcome = evidence.outcome;
     if (!outcome.messages.isEmpty() || !outcome.objects.isEmpty() || !evidence.facts.isReadable)
         return {};
-    const QString points = QStringLiteral(" (файл одних точек укажите при импорте как файл точек)");
-    return {1,
-            {},
-            {QString::number(evidence.found.areas), QString::number(evidence.found.lines),
-             outcome.knownPoints.isEmpty() ? QString() : points},
-            {},
-            givesFewerObjects(evidence)};
+    return {1, {}, nothingImportedDetails(evidence), {}, givesFewerObjects(evidence)};
 }
 
 Detection detectFewerObjects(const Evidence &evidence, const Accounted &accounted)
@@ -146,11 +154,8 @@ const QVector<GeneralRule> &generalRules()
           QStringLiteral("Чтение остановится раньше конца файла, за этим местом ещё строк: %2. Сообщение импорта: %1"),
           QStringLiteral("%3")},
          detectStopsEarly},
-        {{"nothing-imported", Severity::Error, Accounts::Loss, cures, nullptr,
-          QStringLiteral("Файл будет принят, но не даст ни одного объекта, и сообщения об этом не будет. Площадей в "
-                         "файле %1, линий %2."),
-          QStringLiteral("Начертите контуры тем, что даёт объекты: LINE, POLYLINE и LWPOLYLINE в чертеже, LINE, PLINE "
-                         "и REGION в файле MIF%3")},
+        {{"nothing-imported", Severity::Error, Accounts::Loss, cures, nullptr, QStringLiteral("%1"),
+          QStringLiteral("%2")},
          detectNothingImported},
         {{"fewer-objects", Severity::Warning, Accounts::Loss, cures, nullptr,
           QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2."),

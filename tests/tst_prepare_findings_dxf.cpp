@@ -36,6 +36,16 @@ private:
     static void compareFindings();
 };
 
+namespace {
+
+/// A number of a point at (\a x, 0).
+QByteArray number(const QByteArray &x)
+{
+    return "0 TEXT|8 0|10 " + x + "|20 0|40 1|1 5";
+}
+
+} // namespace
+
 void tst_PrepareFindingsDxf::addColumns()
 {
     QTest::addColumn<QStringList>("lines");
@@ -96,6 +106,8 @@ void tst_PrepareFindingsDxf::lostContentIsFound_data()
     const QByteArray solid = "0 SOLID|8 0|10 0|20 0|11 5|21 0|12 0|22 5|13 5|23 5";
     add("arc", drawing(lineEntity + '|' + arc + '|' + arc), "curves 2 @ строка 22, слой «Дуги», ARC");
     add("circle", drawing(lineEntity + "|0 CIRCLE|8 0|10 50|20 0|40 5"), "curves 1 @ строка 22, слой «0», CIRCLE");
+    add("circle that marks a vertex",
+        drawing("0 LINE|10 0|20 0|11 100|21 0|0 CIRCLE|8 0|10 100|20 0|40 1|" + number("100")), "");
     add("ellipse", drawing(lineEntity + "|0 ELLIPSE|8 0|10 50|20 0|11 5|21 0|40 0.5|41 0|42 6.2"),
         "curves 1 @ строка 22, слой «0», ELLIPSE");
     add("spline",
@@ -134,6 +146,9 @@ void tst_PrepareFindingsDxf::blockIsFound_data()
     add("block that nobody inserts", withBlocks(block("A", line) + '|' + block("B", {}), insert("B")), "");
     add("block in a block", withBlocks(block("A", line) + '|' + block("B", '|' + insert("A")), insert("B")),
         "blocks 1 @ строка 76, слой «L», INSERT");
+    const QByteArray mark = block("M", "|0 CIRCLE|8 0|10 0|20 0|40 0.5|0 LINE|8 0|10 -0.5|20 0|11 0.5|21 0");
+    add("block that marks a vertex", withBlocks(mark, "0 INSERT|8 L|2 M|10 10|20 0|" + number("10")), "");
+    add("block that marks nothing", withBlocks(mark, insert("M")), "blocks 1 @ строка 58, слой «L», INSERT");
     add("block in itself", withBlocks(block("A", '|' + insert("A")), insert("A")), "");
 }
 
