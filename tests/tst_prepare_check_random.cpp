@@ -1,6 +1,7 @@
 #include "preparetesting.h"
 
 #include <QRandomGenerator>
+#include <QSet>
 
 /// Compares checks of random drawings and MIF files with what GDAL finds in them.
 class tst_PrepareCheckRandom : public QObject
@@ -9,6 +10,7 @@ class tst_PrepareCheckRandom : public QObject
 
 private Q_SLOTS:
     void completeDrawingHasNoFewerObjects();
+    void everyKindIsDrawn();
     void completeMifFileHasNoFewerObjects();
 };
 
@@ -24,13 +26,18 @@ class Drawer
 public:
     explicit Drawer(int number) : m_random(static_cast<quint32>(number)) {}
 
-    QStringList drawing();
+    /// A drawing. The first ones have what the import reads and one other entity each.
+    static QStringList drawing(int number) { return Drawer(number).drawEntities(number); }
     /// Lines behind DATA. \a records receives the MID records.
     QStringList mif(QStringList &records);
 
 private:
     using Entity = QByteArray (Drawer::*)();
 
+    static QVector<Entity> readEntities();
+    static QVector<Entity> unreadEntities();
+
+    QStringList drawEntities(int number);
     int below(int limit) { return m_random.bounded(limit); }
     QByteArray coordinate() { return QByteArray::number(1000 + below(100000)) + '.' + QByteArray::number(below(10)); }
     QByteArray place(int code);
@@ -47,15 +54,37 @@ private:
     QByteArray arc() { return begin("ARC") + place(10) + "|40 5|50 0|51 90"; }
     QByteArray circle() { return begin("CIRCLE") + place(10) + "|40 5"; }
     QByteArray ellipse() { return begin("ELLIPSE") + place(10) + "|11 5|21 0|40 0.5|41 0|42 6"; }
-    QByteArray spline();
+    QByteArray spline() { return curve("SPLINE"); }
+    QByteArray helix() { return curve("HELIX"); }
+    QByteArray curve(const char *keyword);
     QByteArray multiText() { return begin("MTEXT") + place(10) + "|40 1|1 b"; }
-    QByteArray solid() { return begin("SOLID") + place(10) + place(11) + place(12) + place(13); }
-    QByteArray face() { return begin("3DFACE") + place(10) + place(11) + place(12) + place(13); }
+    QByteArray attributeDefinition() { return begin("ATTDEF") + place(10) + "|40 1|1 7|3 No|2 N"; }
+    QByteArray solid() { return corners("SOLID"); }
+    QByteArray trace() { return corners("TRACE"); }
+    QByteArray face() { return corners("3DFACE"); }
+    QByteArray corners(const char *keyword) { return begin(keyword) + place(10) + place(11) + place(12) + place(13); }
     QByteArray leader() { return begin("LEADER") + "|76 2" + place(10) + place(10); }
+    QByteArray multiLeader();
+    QByteArray multiLine();
     QByteArray insert() { return begin("INSERT") + "|2 " + static_cast<char>('A' + below(4)) + place(10); }
+    QByteArray array() { return insert() + "|70 2|71 3|44 50|45 50"; }
+    QByteArray attributes()
+    {
+        return insert() + "|66 1" + begin("ATTRIB") + place(10) + "|40 1|1 7|2 N" + begin("SEQEND");
+    }
     QByteArray dimension() { return begin("DIMENSION") + "|2 A|70 0" + place(10) + place(13) + place(14); }
     QByteArray hatch();
+    QByteArray filling();
+    QByteArray symbol();
     QByteArray viewport() { return begin("VIEWPORT") + place(10) + "|40 5|41 5"; }
+    QByteArray mesh();
+    QByteArray polyhedron();
+    QByteArray body() { return begin("3DSOLID") + "|70 1|1 abc"; }
+    QByteArray region() { return begin("REGION") + "|70 1|1 abc"; }
+    QByteArray ray() { return begin("RAY") + place(10) + "|11 1|21 0"; }
+    QByteArray wipeout() { return begin("WIPEOUT") + place(10) + "|11 1|21 0|12 0|22 1|91 2|14 0|24 0|14 1|24 1"; }
+    QByteArray image() { return begin("IMAGE") + place(10) + "|11 1|21 0|12 0|22 1"; }
+    QByteArray invented() { return begin("INVENTED") + place(10); }
 
     QRandomGenerator m_random;
 };
@@ -73,7 +102,7 @@ QByteArray Drawer::begin(const char *keyword)
 
 QByteArray Drawer::polyline()
 {
-    const QVector<QByteArray> flags{"0", "1", "8", "9", "128", "129"};
+    const QVector<QByteArray> flags{"0", "1", "2", "3", "4", "5", "8", "9", "32", "128", "129"};
     QByteArray pairs = begin("POLYLINE") + "|66 1|70 " + flags.at(below(flags.size()));
     for (int i = 2 + below(4); i > 0; --i)
         pairs += begin("VERTEX") + place(10) + (below(10) == 0 ? "|42 0.5" : "");
@@ -83,24 +112,71 @@ QByteArray Drawer::polyline()
 QByteArray Drawer::lwPolyline()
 {
     const int count = 2 + below(4);
-    QByteArray pairs = begin("LWPOLYLINE") + "|90 " + QByteArray::number(count) + "|70 " + QByteArray::number(below(2));
+    QByteArray pairs = begin("LWPOLYLINE") + "|90 " + QByteArray::number(count) + "|70 " +
+                       QByteArray::number(128 * below(2) + below(2));
     for (int i = 0; i < count; ++i)
         pairs += place(10) + (below(10) == 0 ? "|42 0.5" : "");
     return pairs;
 }
 
-QByteArray Drawer::spline()
+QByteArray Drawer::curve(const char *keyword)
 {
-    QByteArray pairs = begin("SPLINE") + "|70 8|71 2|72 6|73 3|40 0|40 0|40 0|40 1|40 1|40 1";
+    QByteArray pairs = begin(keyword) + "|100 AcDbSpline|70 8|71 2|72 6|73 3|40 0|40 0|40 0|40 1|40 1|40 1";
     for (int i = 0; i < 3; ++i)
         pairs += place(10) + "|30 0";
     return pairs;
+}
+
+QByteArray Drawer::multiLeader()
+{
+    return begin("MULTILEADER") + "|300 CONTEXT_DATA{" + place(10) + "|302 LEADER{|290 1|291 1" + place(10) +
+           "|304 LEADER_LINE{" + place(10) + "|305 }|303 }|301 }";
+}
+
+QByteArray Drawer::multiLine()
+{
+    return begin("MLINE") + "|2 STANDARD|40 1|70 0|71 1|72 2|73 1" + place(10) + place(11) +
+           "|12 1|22 0|13 0|23 1|74 1|41 0|75 0" + place(11) + "|12 1|22 0|13 0|23 1|74 1|41 0|75 0";
+}
+
+// A polygon mesh of two by two vertices.
+QByteArray Drawer::mesh()
+{
+    QByteArray pairs = begin("POLYLINE") + "|66 1|70 " + (below(2) == 0 ? "16" : "17") + "|71 2|72 2";
+    for (int i = 0; i < 4; ++i)
+        pairs += begin("VERTEX") + place(10) + "|70 64";
+    return pairs + begin("SEQEND");
+}
+
+QByteArray Drawer::polyhedron()
+{
+    QByteArray pairs = begin("POLYLINE") + "|66 1|70 64|71 4|72 1";
+    for (int i = 0; i < 4; ++i)
+        pairs += begin("VERTEX") + place(10) + "|70 192";
+    return pairs + begin("VERTEX") + "|10 0|20 0|70 128|71 1|72 2|73 3|74 4" + begin("SEQEND");
 }
 
 QByteArray Drawer::hatch()
 {
     return begin("HATCH") + "|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 3" + place(10) + place(10) +
            place(10) + "|97 0|75 0|76 1|98 0";
+}
+
+// A hatch of the ring that it fills.
+QByteArray Drawer::filling()
+{
+    QByteArray ring;
+    for (int i = 0; i < 3; ++i)
+        ring += place(10);
+    return begin("LWPOLYLINE") + "|90 3|70 1" + ring + begin("HATCH") +
+           "|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 3" + ring + "|97 0|75 0|76 1|98 0";
+}
+
+// A line with a circle that marks its end.
+QByteArray Drawer::symbol()
+{
+    const QByteArray end = place(10);
+    return begin("LINE") + end + place(11) + begin("CIRCLE") + end + "|40 0.5";
 }
 
 QByteArray Drawer::anyEntities(const QVector<Entity> &entities, int count)
@@ -111,23 +187,41 @@ QByteArray Drawer::anyEntities(const QVector<Entity> &entities, int count)
     return pairs;
 }
 
-// A third of the drawings has only what the import reads, another third little else.
-QStringList Drawer::drawing()
+QVector<Drawer::Entity> Drawer::readEntities()
 {
-    const QVector<Entity> read{&Drawer::line,  &Drawer::lwPolyline, &Drawer::polyline,
-                               &Drawer::point, &Drawer::text,       &Drawer::viewport};
-    const QVector<Entity> unread{&Drawer::arc,       &Drawer::circle, &Drawer::ellipse, &Drawer::spline,
-                                 &Drawer::multiText, &Drawer::solid,  &Drawer::face,    &Drawer::leader,
-                                 &Drawer::dimension, &Drawer::hatch,  &Drawer::insert,  &Drawer::incompleteLine};
+    return {&Drawer::line,   &Drawer::lwPolyline,          &Drawer::polyline, &Drawer::point, &Drawer::text,
+            &Drawer::symbol, &Drawer::attributeDefinition, &Drawer::viewport};
+}
+
+QVector<Drawer::Entity> Drawer::unreadEntities()
+{
+    return {&Drawer::arc,      &Drawer::circle,        &Drawer::ellipse,    &Drawer::spline,    &Drawer::helix,
+            &Drawer::solid,    &Drawer::trace,         &Drawer::face,       &Drawer::leader,    &Drawer::multiLeader,
+            &Drawer::hatch,    &Drawer::filling,       &Drawer::dimension,  &Drawer::multiLine, &Drawer::multiText,
+            &Drawer::insert,   &Drawer::array,         &Drawer::attributes, &Drawer::mesh,      &Drawer::polyhedron,
+            &Drawer::body,     &Drawer::region,        &Drawer::ray,        &Drawer::wipeout,   &Drawer::image,
+            &Drawer::invented, &Drawer::incompleteLine};
+}
+
+// A third of the drawings has only what the import reads, another third little else.
+QStringList Drawer::drawEntities(int number)
+{
+    const QVector<Entity> read = readEntities();
+    const QVector<Entity> unread = unreadEntities();
     QByteArray blocks;
     for (const char *name : {"A", "B", "C"}) {
         blocks += begin("BLOCK") + "|2 " + name + "|70 0|10 0|20 0";
-        blocks += anyEntities(below(2) == 0 ? read : QVector<Entity>{&Drawer::point}, below(3));
+        const QVector<Entity> content = below(2) == 0 ? read + unread : QVector<Entity>{&Drawer::point};
+        blocks += anyEntities(content, below(3));
         blocks += begin("ENDBLK");
     }
     const int lost = below(3);
-    QByteArray entities =
-        anyEntities(read, 1 + below(6)) + anyEntities(unread, lost < 2 ? lost : below(5)) + anyEntities(read, below(3));
+    QByteArray entities = anyEntities(read, 1 + below(6));
+    if (number < unread.size())
+        entities += anyEntities({unread.at(number)}, 1);
+    else
+        entities += anyEntities(unread, lost < 2 ? lost : below(5));
+    entities += anyEntities(read, below(3));
     return pairs("0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC|0 SECTION|2 BLOCKS" + blocks +
                  "|0 ENDSEC|0 SECTION|2 ENTITIES" + entities + "|0 ENDSEC|0 EOF");
 }
@@ -176,10 +270,35 @@ void tst_PrepareCheckRandom::completeDrawingHasNoFewerObjects()
     const CheckFixture check;
     int completeCount = 0;
     for (int number = 0; number < runCount && !QTest::currentTestFailed(); ++number)
-        compareWithGdal(check.checkDxf(Drawer(number).drawing()), number, completeCount);
+        compareWithGdal(check.checkDxf(Drawer::drawing(number)), number, completeCount);
 
     QVERIFY(completeCount > runCount / 20);
     QVERIFY(completeCount < runCount);
+}
+
+// The entities that a drawing program writes, in the section of the entities and not only in blocks.
+void tst_PrepareCheckRandom::everyKindIsDrawn()
+{
+    const QSet<QString> kinds{
+        QStringLiteral("3DFACE"),    QStringLiteral("3DSOLID"),  QStringLiteral("ARC"),
+        QStringLiteral("ATTDEF"),    QStringLiteral("ATTRIB"),   QStringLiteral("CIRCLE"),
+        QStringLiteral("DIMENSION"), QStringLiteral("ELLIPSE"),  QStringLiteral("HATCH"),
+        QStringLiteral("HELIX"),     QStringLiteral("IMAGE"),    QStringLiteral("INSERT"),
+        QStringLiteral("LEADER"),    QStringLiteral("LINE"),     QStringLiteral("LWPOLYLINE"),
+        QStringLiteral("MLINE"),     QStringLiteral("MTEXT"),    QStringLiteral("MULTILEADER"),
+        QStringLiteral("POINT"),     QStringLiteral("POLYLINE"), QStringLiteral("RAY"),
+        QStringLiteral("REGION"),    QStringLiteral("SOLID"),    QStringLiteral("SPLINE"),
+        QStringLiteral("TEXT"),      QStringLiteral("TRACE"),    QStringLiteral("VIEWPORT"),
+        QStringLiteral("WIPEOUT"),
+    };
+    QSet<QString> drawn;
+    for (int number = 0; number < runCount; ++number) {
+        const QStringList lines = Drawer::drawing(number);
+        for (int i = lines.indexOf(QStringLiteral("ENTITIES")); i < lines.size(); ++i)
+            drawn.insert(lines.at(i));
+    }
+
+    QCOMPARE((kinds - drawn).values(), QStringList());
 }
 
 void tst_PrepareCheckRandom::completeMifFileHasNoFewerObjects()
