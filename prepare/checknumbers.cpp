@@ -74,6 +74,17 @@ bool isDecimal(const QString &name)
            std::all_of(name.begin() + point + 1, name.end(), isDigit);
 }
 
+/// True if \a name contains the code of a character, which drawings use for what their encoding lacks.
+bool isEscaped(const QString &name)
+{
+    constexpr int digits = 4;
+    const int begin = name.indexOf(QLatin1String("\\U+"), 0, Qt::CaseInsensitive) + 3;
+    bool ok = false;
+    if (begin > 2)
+        name.midRef(begin, digits).toUShort(&ok, 16);
+    return ok && begin + digits <= name.size();
+}
+
 std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
 {
     std::vector<Named> entries;
@@ -115,6 +126,7 @@ void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statisti
 {
     FirstPlace shared;
     FirstPlace decimal;
+    FirstPlace escaped;
     std::vector<Named> entries = numberedVertices(objects);
     std::sort(entries.begin(), entries.end(), lessByPosition);
     forEachName(entries, [&](auto begin, auto end) {
@@ -124,6 +136,10 @@ void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statisti
         if (isDecimal(*begin->name)) {
             ++statistics.decimalNames;
             decimal.add(first);
+        }
+        if (isEscaped(*begin->name)) {
+            ++statistics.escapedNames;
+            escaped.add(first);
         }
         qint64 positions = 1;
         for (auto it = begin + 1; it != end; ++it)
@@ -135,6 +151,7 @@ void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statisti
     });
     statistics.sharedPlace = shared.text(objects);
     statistics.decimalNamePlace = decimal.text(objects);
+    statistics.escapedNamePlace = escaped.text(objects);
 }
 
 /// Adds the vertices of \a object that \a test applies to; \a place receives the first object.
@@ -167,6 +184,7 @@ void countNames(const QVector<DefPolygon> &objects, ImportStatistics &statistics
 {
     QHash<QString, int> firstObjects; // -1: counted
     bool hasDecimal = false;
+    bool hasEscaped = false;
     for (int i = 0; i < objects.size(); ++i) {
         const QString name = objects.at(i).def.toCaseFolded();
         if (name.isEmpty())
@@ -175,6 +193,11 @@ void countNames(const QVector<DefPolygon> &objects, ImportStatistics &statistics
             ++statistics.decimalNames;
             if (!std::exchange(hasDecimal, true))
                 statistics.decimalNamePlace = objectPlace(objects.at(i));
+        }
+        if (isEscaped(name)) {
+            ++statistics.escapedNames;
+            if (!std::exchange(hasEscaped, true))
+                statistics.escapedNamePlace = objectPlace(objects.at(i));
         }
         const auto first = firstObjects.find(name);
         if (first == firstObjects.end()) {

@@ -23,6 +23,9 @@ struct ImportStatistics
     qint64 decimalNames = 0; ///< objects and different vertex numbers that are numbers with decimals
     QString decimalNamePlace;
 
+    qint64 escapedNames = 0; ///< objects and different vertex numbers with codes such as \U+0416
+    QString escapedNamePlace;
+
     bool looksGeographic = false; ///< all vertices are possible degrees, and most sides are very short
     bool fitsDegrees = false;     ///< all vertices are possible degrees
 };

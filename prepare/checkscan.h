@@ -76,6 +76,8 @@ struct FileFacts
 
     QString geographicPlace; ///< place of a declared coordinate system in degrees; empty: none
 
+    QString transformPlace; ///< of a line that scales or shifts the coordinates of a MIF file; empty: none
+
     qint64 recordsNeeded = 0; ///< objects that have a MID record
     qint64 recordCount = 0;   ///< records in the MID file; -1: not read
 };

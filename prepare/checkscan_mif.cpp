@@ -13,6 +13,7 @@
 #include "checkscan_reader.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <QVarLengthArray>
 
 #include <cmath>
@@ -49,6 +50,7 @@ private:
     bool readHeader();
     void readHeaderLine(const QString &keyword);
     bool isLongitudeLatitude() const;
+    bool transforms() const;
 
     void beginObject(const QString &keyword);
     void beginPline();
@@ -135,6 +137,22 @@ void MifScan::readHeaderLine(const QString &keyword)
         m_delimiter = value.isEmpty() ? QChar() : value.at(0);
     else if (keyword == QLatin1String("COORDSYS") && isLongitudeLatitude())
         m_facts.geographicPlace = QStringLiteral("строка %1").arg(m_reader.lineNumber());
+    else if (keyword == QLatin1String("TRANSFORM") && transforms())
+        m_facts.transformPlace = QStringLiteral("строка %1").arg(m_reader.lineNumber());
+}
+
+// Two factors and two offsets. A factor of 0 leaves the coordinate as it is.
+bool MifScan::transforms() const
+{
+    static const QRegularExpression separator(QStringLiteral("[\\s,]+"));
+    const QStringList numbers = m_reader.line().toString().split(separator, Qt::SkipEmptyParts).mid(1, 4);
+    for (int i = 0; i < numbers.size(); ++i) {
+        const double number = numbers.at(i).toDouble();
+        const bool isIdentity = number == 0 || (i < 2 && number == 1);
+        if (!isIdentity)
+            return true;
+    }
+    return false;
 }
 
 // Projection 1 is longitude and latitude.

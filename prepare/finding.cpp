@@ -2,6 +2,7 @@
 
 #include "findingrules.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -93,18 +94,32 @@ bool givesFewerObjects(const Evidence &evidence)
     return evidence.found.outlined() > evidence.outcome.objects.size();
 }
 
+/// What is wrong with the file of points, without which the import does not begin.
+Detection stopInPointFile(const Evidence &evidence)
+{
+    const QString text =
+        QStringLiteral("Файл точек %1 не прочтётся, поэтому не загрузится ничего. Сообщение импорта: %2")
+            .arg(QFileInfo(evidence.options.pointFile).fileName(), evidence.outcome.messages.first());
+    return {1, stopPlace(evidence.outcome.stop), {text, QStringLiteral("Исправьте файл точек")}, {}, false};
+}
+
 Detection detectStopsEarly(const Evidence &evidence, const Accounted &accounted)
 {
     const Stop &stop = evidence.outcome.stop;
     if (stop.kind == Stop::Nowhere || accounted.stop)
         return {};
-    const bool countsLines = stop.kind == Stop::Line && !stop.inPointFile;
+    if (stop.inPointFile)
+        return stopInPointFile(evidence);
+    const bool countsLines = stop.kind == Stop::Line;
     const qint64 behind = countsLines ? std::max(evidence.facts.lineCount - stop.line, qint64{0}) : 0;
+    const QString text = QStringLiteral("Чтение остановится раньше конца файла, за этим местом ещё строк: %1. "
+                                        "Сообщение импорта: %2")
+                             .arg(QString::number(behind), evidence.outcome.messages.first());
     const bool hasComma = countsLines && hasDecimalComma(lineOfFile(evidence.fileName, stop.line));
     const QString cure = hasComma ? QStringLiteral("Замените в числах десятичную запятую точкой")
                                   : QStringLiteral("Исправьте это место файла");
     const bool isConvertible = countsLines && !hasComma && givesFewerObjects(evidence);
-    return {1, stopPlace(stop), {evidence.outcome.messages.first(), QString::number(behind), cure}, {}, isConvertible};
+    return {1, stopPlace(stop), {text, cure}, {}, isConvertible};
 }
 
 QStringList nothingImportedDetails(const Evidence &evidence)
@@ -150,9 +165,7 @@ const QVector<GeneralRule> &generalRules()
 {
     constexpr Conversion cures = Conversion::Cures;
     static const QVector<GeneralRule> rules{
-        {{"stops-early", Severity::Error, Accounts::Loss, cures, nullptr,
-          QStringLiteral("Чтение остановится раньше конца файла, за этим местом ещё строк: %2. Сообщение импорта: %1"),
-          QStringLiteral("%3")},
+        {{"stops-early", Severity::Error, Accounts::Loss, cures, nullptr, QStringLiteral("%1"), QStringLiteral("%2")},
          detectStopsEarly},
         {{"nothing-imported", Severity::Error, Accounts::Loss, cures, nullptr, QStringLiteral("%1"),
           QStringLiteral("%2")},

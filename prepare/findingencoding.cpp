@@ -15,20 +15,25 @@ bool isUtf8Drawing(const QString &version)
     return version.startsWith(QLatin1String("AC")) && version.mid(2).toInt() >= 1021;
 }
 
-/// The encoding of the names by their bytes and, if there are too few for a guess, by the header; null if both leave it
-/// open.
-QTextCodec *actualCodec(const FileFacts &facts)
+/// The encoding that the names are in; a null codec leaves it open.
+struct ActualEncoding
+{
+    const QTextCodec *codec = nullptr;
+    bool isByBytes = false; ///< false: there are too few bytes for a guess, and the header decides
+};
+
+ActualEncoding actualEncoding(const FileFacts &facts)
 {
     constexpr int enough = 60;
     if (facts.namesAreUtf8)
-        return QTextCodec::codecForName("UTF-8");
+        return {QTextCodec::codecForName("UTF-8"), true};
     QTextCodec *const declared = isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
     const auto foreignBytes = std::count_if(facts.foreignNames.begin(), facts.foreignNames.end(),
                                             [](char c) { return static_cast<uchar>(c) >= 0x80; });
     if (foreignBytes < enough)
-        return declared;
-    return QTextCodec::codecForName(
-        guessEncoding(facts.foreignNames, declared != nullptr ? declared->name() : QByteArray()));
+        return {declared, false};
+    const QByteArray guess = guessEncoding(facts.foreignNames, declared != nullptr ? declared->name() : QByteArray());
+    return {QTextCodec::codecForName(guess), true};
 }
 
 QString nameOf(const QTextCodec *codec)
@@ -47,10 +52,11 @@ Detection detectEncoding(const Evidence &evidence)
     if (names.count == 0 || facts.isUnicode || !readsNames)
         return {};
     const QTextCodec *const chosen = evidence.options.codec();
-    const QTextCodec *const actual = actualCodec(facts);
+    const ActualEncoding actual = actualEncoding(facts);
     const bool isChosenUtf8 = chosen->name() == "UTF-8";
-    if (actual == chosen || (actual == nullptr && !isChosenUtf8))
+    if (actual.codec == chosen || (actual.codec == nullptr && !isChosenUtf8))
         return {};
     const QString declared = facts.declaredEncoding.isEmpty() ? QStringLiteral("не названа") : facts.declaredEncoding;
-    return {names.count, names.place, {declared, nameOf(actual), nameOf(chosen)}};
+    const QString byBytes = actual.isByBytes ? nameOf(actual.codec) : QStringLiteral("не определить (мало букв)");
+    return {names.count, names.place, {declared, byBytes, nameOf(chosen), nameOf(actual.codec)}};
 }

@@ -217,6 +217,17 @@ Detection detectNotFinite(const Evidence &evidence)
     return {evidence.statistics.notFinite, evidence.statistics.notFinitePlace};
 }
 
+Detection detectTransform(const Evidence &evidence)
+{
+    const QString &place = evidence.facts.transformPlace;
+    return {place.isEmpty() ? 0 : 1, place};
+}
+
+Detection detectEscapedNames(const Evidence &evidence)
+{
+    return {evidence.statistics.escapedNames, evidence.statistics.escapedNamePlace};
+}
+
 Detection detectHeights(const Evidence &evidence)
 {
     return {evidence.statistics.decimalNames, evidence.statistics.decimalNamePlace};
@@ -336,6 +347,10 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("Объекты построены в своей плоскости (группы 210–230), чаще всего зеркально, а импорт этого не "
                         "учитывает: они загрузятся не на своём месте."),
          QStringLiteral("Перестройте их в чертеже в мировой системе координат")},
+        {"transform", warning, Accounts::Nothing, cures, detectTransform,
+         QStringLiteral("Строка Transform меняет масштаб или сдвигает координаты, а импорт её не учитывает: объекты "
+                        "загрузятся не на своём месте."),
+         QStringLiteral("Выгрузите файл без Transform")},
         {"open-rings", warning, Accounts::Nothing, cures, detectTrait<Trait::OpenRing>,
          QStringLiteral("Контур области не замкнут: его последняя вершина не совпадает с первой, но получит её номер."),
          QStringLiteral("Повторите первую вершину в конце контура")},
@@ -355,6 +370,10 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("Обозначения или номера похожи на отметки высот или размеры (число с дробной частью)."),
          QStringLiteral("Уберите из чертежа надписи высот или отключите поиск номеров и обозначений; в MIF поставьте "
                         "обозначение в первое поле")},
+        {"escaped-names", warning, Accounts::Nothing, useless, detectEscapedNames,
+         QStringLiteral("В обозначениях или номерах останутся коды вида \\U+0416 вместо букв: импорт их не "
+                        "расшифровывает."),
+         QStringLiteral("Сохраните чертёж в кодировке, в которой эти буквы есть (ANSI_1251)")},
         {"misplaced-names", warning, Accounts::Nothing, cures, detectMisplacedNames,
          QStringLiteral(
              "Объекты получат обозначение не от ближайшей надписи: в чертеже нет точек, и при поиске номеров "
@@ -366,7 +385,7 @@ const QVector<FindingRule> &findingRules()
         {"encoding", warning, Accounts::Nothing, useless, detectEncoding,
          QStringLiteral("Обозначения и номера прочтутся неверно: кодировка в заголовке — %1, по байтам — %2, а "
                         "выбрана %3."),
-         QStringLiteral("Выберите при импорте кодировку %2 (--encoding)")},
+         QStringLiteral("Выберите при импорте кодировку %4 (--encoding)")},
         {"texts-in-mif", Severity::Note, Accounts::Nothing, useless, detectMifTexts,
          QStringLiteral("Надписи TEXT файла MIF обозначений не дают, а первое поле записи MID пустое у объектов: %1. "
                         "Обозначения им даст импорт по порядку."),

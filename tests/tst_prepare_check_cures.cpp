@@ -132,6 +132,7 @@ Conversions mifConversions()
     const QString tabHeader = mifHeader.section(QLatin1Char('\n'), 0, 0) + QStringLiteral("\nDELIMITER \"\t\"\n");
     return {
         {"not-mif", mapped(line, "1", tabHeader)},
+        {"transform", mapped(line, "1", mifHeader + QStringLiteral("Transform 2,2,0,0\n"))},
         {"mid-missing", with(mapped(line, ""), &Input::records, QString())},
         {"mid-name-case", with(mapped(line, "1"), &Input::midFile, QStringLiteral("plan.MID"))},
         {"mid-empty-line", mapped("LINE 0 0 900 0\nLINE 0 9 900 9", "1\n\n")},
@@ -164,6 +165,7 @@ QVector<Edit> drawingEdits()
          drawn("0 LWPOLYLINE|8 0|90 4|70 1|10 0|20 0|10 90|20 0|10 90|20 90|10 0|20 90")},
         {"merged-numbers", shared, drawn(far + points + text("1000", "7") + text("1010", "8"))},
         {"empty-numbers", drawn(far + points), drawn(far + points + text("1000", "7") + text("1010", "8"))},
+        {"escaped-names", drawn(far + text("1005", "\\U+0416")), drawn(far + text("1005", "Ж"))},
         {"heights-as-names", drawn(far + text("1005", "101.5")), drawn(far)},
         {"misplaced-names", drawn(far + text("1105", "Б") + text("1205", "В") + text("1005", "А")),
          with(drawn(far + text("1105", "Б") + text("1205", "В") + text("1005", "А")), &Input::searchPoints, false)},

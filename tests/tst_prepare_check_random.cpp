@@ -46,7 +46,7 @@ private:
     QByteArray anyEntities(const QVector<Entity> &entities, int count);
 
     QByteArray line() { return begin("LINE") + place(10) + place(11); }
-    QByteArray incompleteLine() { return begin("LINE") + place(10) + "|11 " + coordinate(); }
+    QByteArray incompleteLine() { return begin("LINE") + place(10) + "|11 " + coordinate() + line(); }
     QByteArray polyline();
     QByteArray lwPolyline();
     QByteArray point() { return begin("POINT") + place(10); }

@@ -203,6 +203,10 @@ void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
     add("point beside", drawing(lineEntity + point("5")), "");
     add("height", drawing(lineEntity + text("5", "26.685")), "heights-as-names 1 @ объект «26.685»");
     add("height with a comma", drawing(lineEntity + text("5", "-26,6")), "heights-as-names 1 @ объект «-26,6»");
+    add("code of a letter", drawing(lineEntity + text("5", "5\\U+0416")), "escaped-names 1 @ объект «5\\U+0416»");
+    add("code of no letter", drawing(lineEntity + text("5", "\\U+041")), "");
+    add("code of a letter in a number", drawing(lineEntity + point("0") + text("0", "\\U+0416") + text("5", "ЗУ")),
+        "escaped-names 1 @ объект «ЗУ», номер «\\U+0416»");
     add("number with two points", drawing(lineEntity + text("5", "1.2.3")), "");
     add("height as a point number", drawing(lineEntity + point("0") + text("0", "101.5") + text("5", "ЗУ")),
         "heights-as-names 1 @ объект «ЗУ», номер «101.5»");

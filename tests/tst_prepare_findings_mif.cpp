@@ -18,8 +18,8 @@ private Q_SLOTS:
     void lostContentIsFound() { compareFindings(); }
     void ringAndNameAreFound_data();
     void ringAndNameAreFound() { compareFindings(); }
-    void degreesAreFound_data();
-    void degreesAreFound();
+    void systemIsFound_data();
+    void systemIsFound();
     void encodingIsFound_data();
     void encodingIsFound();
     void bytesCountMoreThanTheHeader_data();
@@ -193,7 +193,7 @@ void tst_PrepareFindingsMif::ringAndNameAreFound_data()
     add("point without a number", "POINT 1000 0\nLINE 1000 0 1009 0", ",\nа", "empty-numbers 1 @ объект «а»");
 }
 
-void tst_PrepareFindingsMif::degreesAreFound_data()
+void tst_PrepareFindingsMif::systemIsFound_data()
 {
     QTest::addColumn<QString>("system");
     QTest::addColumn<QString>("data");
@@ -206,10 +206,15 @@ void tst_PrepareFindingsMif::degreesAreFound_data()
     QTest::newRow("in capitals") << degrees.toUpper() << plan << found;
     QTest::newRow("transverse Mercator") << QStringLiteral("CoordSys Earth Projection 8, 1001, \"m\", 39") << plan
                                          << QString();
+    const QString large = QStringLiteral("LINE 1000 1000 2000 1000");
+    QTest::newRow("scaled") << QStringLiteral("Transform 2,2,0,0") << large << QStringLiteral("transform 1 @ строка 4");
+    QTest::newRow("shifted") << QStringLiteral("TRANSFORM 0, 0, 0, 5") << large
+                             << QStringLiteral("transform 1 @ строка 4");
+    QTest::newRow("not transformed") << QStringLiteral("Transform 1,0,0,0") << large << QString();
     QTest::newRow("metres in spite of the header") << degrees << line << QString();
 }
 
-void tst_PrepareFindingsMif::degreesAreFound()
+void tst_PrepareFindingsMif::systemIsFound()
 {
     QFETCH(QString, system);
     QFETCH(QString, data);
@@ -319,6 +324,7 @@ void tst_PrepareFindingsMif::messageAboutThePointsIsExplained()
     const FileReport report = check.checkMif(line, QStringLiteral("1"));
 
     QCOMPARE(described(report.findings), QStringLiteral("stops-early 1 @ строка 5 файла точек"));
+    QCOMPARE(report.findings.first().cure, QStringLiteral("Исправьте файл точек."));
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareFindingsMif)
