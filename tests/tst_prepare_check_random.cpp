@@ -26,7 +26,7 @@ class Drawer
 public:
     explicit Drawer(int number) : m_random(static_cast<quint32>(number)) {}
 
-    /// A drawing. The first ones have what the import reads and one other entity each.
+    /// A drawing. The first ones have two lines and one entity that the import does not read.
     static QStringList drawing(int number) { return Drawer(number).drawEntities(number); }
     /// Lines behind DATA. \a records receives the MID records.
     QStringList mif(QStringList &records);
@@ -216,12 +216,12 @@ QStringList Drawer::drawEntities(int number)
         blocks += begin("ENDBLK");
     }
     const int lost = below(3);
-    QByteArray entities = anyEntities(read, 1 + below(6));
+    QByteArray entities;
     if (number < unread.size())
-        entities += anyEntities({unread.at(number)}, 1);
+        entities = line() + oneOf({unread.at(number)}) + line();
     else
-        entities += anyEntities(unread, lost < 2 ? lost : below(5));
-    entities += anyEntities(read, below(3));
+        entities = anyEntities(read, 1 + below(6)) + anyEntities(unread, lost < 2 ? lost : below(5)) +
+                   anyEntities(read, below(3));
     return pairs("0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC|0 SECTION|2 BLOCKS" + blocks +
                  "|0 ENDSEC|0 SECTION|2 ENTITIES" + entities + "|0 ENDSEC|0 EOF");
 }

@@ -208,7 +208,7 @@ void tst_PrepareFindingsMif::systemIsFound_data()
                                          << QString();
     const QString large = QStringLiteral("LINE 1000 1000 2000 1000");
     QTest::newRow("scaled") << QStringLiteral("Transform 2,2,0,0") << large << QStringLiteral("transform 1 @ строка 4");
-    QTest::newRow("shifted") << QStringLiteral("TRANSFORM 0, 0, 0, 5") << large
+    QTest::newRow("shifted") << QStringLiteral("TRANSFORM 0, 0, 0, 1") << large
                              << QStringLiteral("transform 1 @ строка 4");
     QTest::newRow("not transformed") << QStringLiteral("Transform 1,0,0,0") << large << QString();
     QTest::newRow("metres in spite of the header") << degrees << line << QString();
