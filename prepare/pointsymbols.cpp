@@ -5,6 +5,8 @@
 #include "defpolygon.h"
 #include "symbolcandidates.h"
 
+#include <QPointF>
+
 #include <cpl_conv.h>
 #include <cpl_quad_tree.h>
 #include <cpl_vsi.h>
@@ -17,7 +19,8 @@
 
 namespace {
 
-// A symbol is small beside the outline on whose vertex it stands.
+// A symbol is small beside the closed outline on whose vertex it stands. Of open lines the ends are nothing special: a
+// circle there is as likely a thing of its own, such as a well at the end of a pipe.
 constexpr double maxShareOfOutline = 1.0 / 8;
 
 // A symbol is not much larger than its number, which stands beside it.
@@ -40,7 +43,7 @@ struct Place
     qint64 column = 0; ///< of the grid by which the places are sorted
     double x = 0;
     double y = 0;
-    double outline = -1; ///< size of the largest outline that has a vertex here; negative: none
+    double outline = -1; ///< size of the largest closed outline that has a vertex here; negative: none
 };
 
 /// Finds the places of candidates at the vertices of outlines. A spatial hash in columns, sorted by y in each.
@@ -98,7 +101,7 @@ void PlaceGrid::forEachNear(int container, double x, double y, const Visit &visi
     }
 }
 
-/// Reads the vertices of lines and polylines and notes their sizes at the places of candidates.
+/// Reads the vertices of closed polylines and notes their sizes at the places of candidates.
 class OutlineReader
 {
 public:
@@ -117,7 +120,10 @@ private:
     QByteArray m_type;
     int m_container = 0;
     double m_x = 0;
+    bool m_isFlagged = false; ///< the flags of the polyline close it
     bool m_isEmpty = true;
+    QPointF m_first;
+    QPointF m_last;
     CPLRectObj m_box{0, 0, 0, 0};
     std::vector<std::size_t> m_touched;
 };
@@ -125,9 +131,15 @@ private:
 void OutlineReader::endOutline()
 {
     const double size = std::hypot(m_box.maxx - m_box.minx, m_box.maxy - m_box.miny);
-    for (const std::size_t place : m_touched)
-        m_grid.places[place].outline = std::max(m_grid.places[place].outline, size);
+    const QPointF gap = m_last - m_first;
+    const bool isClosed =
+        m_isFlagged || (std::fabs(gap.x()) <= DefPoint::epsilon && std::fabs(gap.y()) <= DefPoint::epsilon);
+    for (const std::size_t place : m_touched) {
+        if (isClosed)
+            m_grid.places[place].outline = std::max(m_grid.places[place].outline, size);
+    }
     m_touched.clear();
+    m_isFlagged = false;
     m_isEmpty = true;
 }
 
@@ -145,9 +157,12 @@ void OutlineReader::addVertex(double x, double y)
 {
     if (!std::isfinite(x) || !std::isfinite(y))
         return;
-    if (m_isEmpty)
+    if (m_isEmpty) {
         m_box = {x, y, x, y};
+        m_first = {x, y};
+    }
     m_isEmpty = false;
+    m_last = {x, y};
     m_box = {std::min(m_box.minx, x), std::min(m_box.miny, y), std::max(m_box.maxx, x), std::max(m_box.maxy, y)};
     m_grid.forEachNear(m_container, x, y, [this](std::size_t place) { m_touched.push_back(place); });
 }
@@ -155,14 +170,15 @@ void OutlineReader::addVertex(double x, double y)
 void OutlineReader::readPair(const DrawingPairs &pairs)
 {
     const int code = pairs.code();
-    const bool isLine = m_type == "LINE";
     if (code == 2 && m_type == "BLOCK")
         m_container = m_symbols.containerOf(pairs.value());
-    else if (!isLine && m_type != "LWPOLYLINE" && m_type != "VERTEX")
+    else if (code == 70 && (m_type == "LWPOLYLINE" || m_type == "POLYLINE"))
+        m_isFlagged = (pairs.value().toInt() & 1) != 0;
+    else if (m_type != "LWPOLYLINE" && m_type != "VERTEX")
         return;
-    else if (code == 10 || (code == 11 && isLine))
+    else if (code == 10)
         m_x = pairs.number();
-    else if (code == 20 || (code == 21 && isLine))
+    else if (code == 20)
         addVertex(m_x, pairs.number());
 }
 

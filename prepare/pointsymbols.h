@@ -8,9 +8,9 @@
 
 /// Finds the entities of an ASCII drawing that only mark a point: circles, ellipses and insertions of blocks.
 ///
-/// The import takes the centre of each as a known point. It is a symbol if it is small and stands on a vertex of an
-/// outline or beside a number, so that nothing is lost when it becomes a point. Circles that mark nothing, and blocks
-/// that hold the plan itself, are content.
+/// The import takes the centre of each as a known point. It is a symbol if it is small and stands on a vertex of a
+/// closed outline or beside a number, so that nothing is lost when it becomes a point. Circles that mark nothing, and
+/// blocks that hold the plan itself, are content.
 class PointSymbols
 {
 public:

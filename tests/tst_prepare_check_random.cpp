@@ -172,11 +172,11 @@ QByteArray Drawer::filling()
            "|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 3" + ring + "|97 0|75 0|76 1|98 0";
 }
 
-// A line with a circle that marks its end.
+// A ring with a circle that marks a vertex.
 QByteArray Drawer::symbol()
 {
-    const QByteArray end = place(10);
-    return begin("LINE") + end + place(11) + begin("CIRCLE") + end + "|40 0.5";
+    const QByteArray vertex = place(10);
+    return begin("LWPOLYLINE") + "|90 3|70 1" + vertex + place(10) + place(10) + begin("CIRCLE") + vertex + "|40 0.5";
 }
 
 QByteArray Drawer::anyEntities(const QVector<Entity> &entities, int count)

@@ -46,6 +46,10 @@ void tst_PrepareConvertSymbols::symbolsBecomePoints_data()
     QTest::addColumn<QString>("notes");
 
     const QByteArray plan = square(0, 0, 40);
+    const QByteArray vertices =
+        "|0 POLYLINE|8 0|66 1|70 1|0 VERTEX|8 0|10 0|20 0|0 VERTEX|8 0|10 30|20 0|0 VERTEX|8 0|10 30|"
+        "20 30|0 SEQEND|8 0";
+    const QByteArray closing = "|0 LWPOLYLINE|8 0|90 4|70 0|10 0|20 0|10 30|20 0|10 30|20 30|10 0|20 0";
     const QString none;
     const auto row = [](const char *name, const QByteArray &entities, const char *counts, const QString &notes) {
         QTest::newRow(name) << entities << QString::fromLatin1(counts) << notes;
@@ -55,8 +59,9 @@ void tst_PrepareConvertSymbols::symbolsBecomePoints_data()
     };
     // A number farther from a symbol than its own letters still numbers the point, but makes nothing a symbol.
     row("circle on a vertex", plan + text("1", 3, 3) + circle(0, 0, 0.5), "1 1 1", taken(1, 1));
-    row("circle on the end of a line", "|0 LINE|8 0|10 0|20 0|11 30|21 0" + text("1", 33, 3) + circle(30, 0, 0.5),
-        "1 1 1", taken(1, 1));
+    row("circle on a corner of a ring of vertices", vertices + text("1", 33, 3) + circle(30, 0, 0.5), "1 1 1",
+        taken(1, 1));
+    row("circle on a repeated vertex", closing + text("1", 3, 3) + circle(0, 0, 0.5), "1 1 1", taken(1, 1));
     row("circle beside a number", circle(9, 9, 0.5) + text("н12", 10, 10), "0 0 1", taken(1, 1));
     row("number on the left", circle(9, 9, 0.5) + text("1234", 5, 9), "0 0 1", taken(1, 1));
     row("insertion on a vertex", plan + text("1", 3, 3) + insert("M", 0, 0), "1 1 1", taken(1, 2));
@@ -73,6 +78,10 @@ void tst_PrepareConvertSymbols::symbolsBecomePoints_data()
     row("circle with a name", circle(9, 9, 0.5) + text("pit", 10, 10), "1 1 0", none);
     row("circle around a number", circle(9, 9, 3) + text("12", 9, 9), "1 1 0", none);
     row("circle far from a number", circle(9, 9, 0.5) + text("1", 12, 9), "1 1 0", none);
+    row("circle on the end of a line", "|0 LINE|8 0|10 0|20 0|11 30|21 0" + text("1", 33, 3) + circle(30, 0, 0.5),
+        "2 2 0", none);
+    row("circle on a vertex of an open line",
+        "|0 LWPOLYLINE|8 0|90 3|70 0|10 0|20 0|10 30|20 0|10 30|20 30" + circle(30, 0, 0.5), "2 2 0", none);
     row("large circle on a vertex", plan + circle(0, 0, 9), "2 2 0", none);
     row("circle beside a vertex", plan + circle(0, 0.02, 0.5), "2 2 0", none);
     row("plan on a vertex", plan + insert("P", 40, 0), "2 2 0", none);

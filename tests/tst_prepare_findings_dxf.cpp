@@ -107,7 +107,11 @@ void tst_PrepareFindingsDxf::lostContentIsFound_data()
     add("arc", drawing(lineEntity + '|' + arc + '|' + arc), "curves 2 @ строка 22, слой «Дуги», ARC");
     add("circle", drawing(lineEntity + "|0 CIRCLE|8 0|10 50|20 0|40 5"), "curves 1 @ строка 22, слой «0», CIRCLE");
     add("circle that marks a vertex",
-        drawing("0 LINE|10 0|20 0|11 100|21 0|0 CIRCLE|8 0|10 100|20 0|40 1|" + number("100")), "");
+        drawing("0 LWPOLYLINE|90 3|70 1|10 0|20 0|10 10|20 0|10 10|20 10|0 CIRCLE|8 0|10 10|20 0|40 0.5|" +
+                number("14")),
+        "");
+    add("circle on the end of a line", drawing(lineEntity + "|0 CIRCLE|8 0|10 10|20 0|40 0.5|" + number("14")),
+        "curves 1 @ строка 22, слой «0», CIRCLE");
     add("ellipse", drawing(lineEntity + "|0 ELLIPSE|8 0|10 50|20 0|11 5|21 0|40 0.5|41 0|42 6.2"),
         "curves 1 @ строка 22, слой «0», ELLIPSE");
     add("spline",
