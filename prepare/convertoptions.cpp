@@ -15,10 +15,14 @@ const QString strEncoding = QStringLiteral("encoding");
 const QString strSourceEncoding = QStringLiteral("source-encoding");
 const QString strCrs = QStringLiteral("crs");
 const QString strSwap = QStringLiteral("swap-xy");
+const QString strSymbols = QStringLiteral("symbols");
 const QString strLayer = QStringLiteral("layer");
 const QString strWhere = QStringLiteral("where");
 const QString strForce = QStringLiteral("force");
 const QString strJson = QStringLiteral("json");
+
+const QString strPoints = QStringLiteral("points");
+const QString strObjects = QStringLiteral("objects");
 
 const QString strField = QStringLiteral("field");
 const QString strLength = QStringLiteral("length");
@@ -44,6 +48,11 @@ QList<QCommandLineOption> options()
         {strSourceEncoding, QStringLiteral("Encoding of a DXF, MIF or Shapefile. Without it, it is guessed."), strName},
         {strCrs, QStringLiteral("Transforms to this coordinate system, as in EPSG:28407."), strName},
         {strSwap, QStringLiteral("Exchanges the two coordinates.")},
+        {strSymbols,
+         QStringLiteral(
+             "What becomes of small circles and inserted blocks of a drawing on a corner of a closed outline "
+             "or beside a number: points, or objects like all others."),
+         QStringLiteral("points|objects"), strPoints},
         {strLayer,
          QStringLiteral(
              "Takes only this layer (of a drawing: its entities on this layer). Can be given several times."),
@@ -97,7 +106,7 @@ bool ConvertCommandLine::read(const QStringList &arguments)
     m_options.where = m_parser.value(strWhere);
     m_options.force = m_parser.isSet(strForce);
     m_options.json = m_parser.isSet(strJson);
-    return readFiles() && readLength(strReach, true, m_options.reach) &&
+    return readFiles() && readSymbols() && readLength(strReach, true, m_options.reach) &&
            readLength(strDeviation, false, m_options.deviation) && readEncoding(strEncoding, m_options.encoding) &&
            readEncoding(strSourceEncoding, m_options.sourceEncoding);
 }
@@ -122,6 +131,14 @@ bool ConvertCommandLine::readLength(const QString &name, bool isZeroAllowed, dou
     if (ok && std::isfinite(length) && (length > 0 || (isZeroAllowed && length >= 0)))
         return true;
     return fail(QStringLiteral("--%1 takes a positive number, not \"%2\".").arg(name, value));
+}
+
+bool ConvertCommandLine::readSymbols()
+{
+    const QString value = m_parser.value(strSymbols);
+    m_options.takesSymbols = value == strPoints;
+    return m_options.takesSymbols || value == strObjects ||
+           fail(QStringLiteral("--%1 takes %2 or %3, not \"%4\".").arg(strSymbols, strPoints, strObjects, value));
 }
 
 // The output is read as lines and fields, so its encoding must contain ASCII.

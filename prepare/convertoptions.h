@@ -17,7 +17,8 @@ struct ConvertOptions
     QString sourceEncoding; ///< empty: guessed
     QString crs;            ///< empty: the coordinates of the source
     bool swapXY = false;
-    QStringList layers; ///< empty: all
+    bool takesSymbols = true; ///< circles and insertions that mark a point of a drawing are points, not objects
+    QStringList layers;       ///< empty: all
     QString where;
     bool force = false;
     bool json = false;
@@ -40,6 +41,7 @@ private:
     bool fail(const QString &text);
     bool readFiles();
     bool readLength(const QString &name, bool isZeroAllowed, double &length);
+    bool readSymbols();
     bool readEncoding(const QString &name, QString &encoding);
 
     QCommandLineParser m_parser;

@@ -207,7 +207,7 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     m_isDxf = true;
     m_drawing = std::make_unique<DrawingView>();
     DxfInspection scan;
-    if (!m_drawing->open(fileName))
+    if (!m_drawing->open(fileName, m_options.takesSymbols))
         return fail(QStringLiteral("Cannot read \"%1\", or its blocks draw more than 5,000,000 entities.")
                         .arg(m_options.input));
     if (!scan.scan(m_drawing->fileName()))

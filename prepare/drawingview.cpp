@@ -76,11 +76,14 @@ bool DrawingView::copy(const QByteArray &fileName)
     return copyBytes(from.get(), to.get(), -1);
 }
 
-bool DrawingView::open(const QByteArray &fileName)
+bool DrawingView::open(const QByteArray &fileName, bool takesSymbols)
 {
     m_fileName = fileName;
+    // The search also refuses drawings with too many insertions.
     if (!m_symbols.find(fileName))
         return false;
+    if (!takesSymbols)
+        m_symbols = {};
     if (m_symbols.edits().empty())
         return true;
     m_fileName = strCopy;

@@ -14,8 +14,9 @@ public:
     DrawingView(const DrawingView &) = delete;
     DrawingView &operator=(const DrawingView &) = delete;
 
-    /// Looks through the ASCII drawing \a fileName, a path of GDAL. Returns false if it cannot be read.
-    bool open(const QByteArray &fileName);
+    /// Looks through the ASCII drawing \a fileName, a path of GDAL. Without \a takesSymbols they remain what they are.
+    /// Returns false if it cannot be read.
+    bool open(const QByteArray &fileName, bool takesSymbols = true);
 
     /// The path of GDAL to open: the file, or a copy in memory if it has symbols.
     const QByteArray &fileName() const { return m_fileName; }

@@ -70,7 +70,7 @@ void tst_PrepareConvertOptions::initTestCase()
 void tst_PrepareConvertOptions::helpListsEveryOption()
 {
     const QStringList options = arguments("-h, --help --designation --number --reach --deviation --encoding "
-                                          "--source-encoding --crs --swap-xy --layer --where --force --json");
+                                          "--source-encoding --crs --swap-xy --symbols --layer --where --force --json");
 
     const ConvertRun run = ConvertFixture().run({QStringLiteral("--help")});
 
@@ -101,6 +101,7 @@ void tst_PrepareConvertOptions::wrongUsageIsReported_data()
     row("a.geojson b.mif --deviation inf", "--deviation takes a positive number, not \"inf\".");
     row("a.geojson b.mif --encoding nonsense", "--encoding does not know the encoding \"nonsense\".");
     row("a.geojson b.mif --encoding UTF-16", "--encoding takes an encoding that contains ASCII, not \"UTF-16\".");
+    row("a.geojson b.mif --symbols circles", "--symbols takes points or objects, not \"circles\".");
     row("a.geojson b.mif --source-encoding x", "--source-encoding does not know the encoding \"x\".");
 }
 

@@ -8,6 +8,7 @@ class tst_PrepareConvertSymbols : public QObject
 private Q_SLOTS:
     void symbolsBecomePoints_data();
     void symbolsBecomePoints();
+    void symbolsCanStayObjects();
     void pointTakesTheNumberBesideIt();
     void attributesNumberThePoint();
     void textsOfSymbolsAreCounted();
@@ -103,6 +104,18 @@ void tst_PrepareConvertSymbols::symbolsBecomePoints()
 
     QTEST(counts(fixture), "counts");
     QTEST(fixture.list("notes"), "notes");
+}
+
+void tst_PrepareConvertSymbols::symbolsCanStayObjects()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"),
+                        drawingOf(square(0, 0, 40) + circle(40, 0, 1) + text("15", 41, 1) + insert("M", 0, 40), mark));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf"), arguments("--symbols objects")));
+
+    QCOMPARE(counts(fixture), QStringLiteral("4 4 0"));
+    QCOMPARE(fixture.list("notes"), QString());
 }
 
 void tst_PrepareConvertSymbols::pointTakesTheNumberBesideIt()
