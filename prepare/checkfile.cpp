@@ -27,7 +27,7 @@ FileReport checkFile(const QString &fileName, const CheckOptions &options, bool 
 {
     FileReport report = emptyReport(fileName, options);
     const FoundContent found = findContent(fileName, withPicture);
-    const FileFacts facts = scanFile(fileName, options, found.symbols);
+    const FileFacts facts = scanFile(fileName, options, found.symbols, found.fillings);
     if (!facts.isReadable)
         return reportWithFinding(fileName, options, QStringLiteral("unreadable"));
     const ImportOutcome outcome = runImport(fileName, options, facts.lineCount);

@@ -1,5 +1,6 @@
 #include "checkgdal.h"
 
+#include "checkfillings.h"
 #include "drawingview.h"
 
 #include <QFile>
@@ -17,9 +18,16 @@ enum Kinds : unsigned { None = 0, Areas = 1U, Lines = 2U, Points = 4U };
 class ContentReader
 {
 public:
-    ContentReader(FoundContent &content, bool forPicture) : m_content(content), m_forPicture(forPicture) {}
+    ContentReader(FoundContent &content, bool isDrawing, bool forPicture)
+        : m_content(content),
+          m_isDrawing(isDrawing),
+          m_forPicture(forPicture)
+    {
+    }
 
     void read(OGRFeature &feature);
+    /// Takes the areas that fill outlines off.
+    void removeFillings();
 
 private:
     unsigned kindsOf(const OGRGeometry &geometry);
@@ -28,6 +36,8 @@ private:
     bool hasRoom(qint64 count);
 
     FoundContent &m_content;
+    CheckFillings m_fillings;
+    bool m_isDrawing;
     bool m_forPicture;
     qint64 m_drawnCount = 0;
 };
@@ -100,6 +110,8 @@ void ContentReader::read(OGRFeature &feature)
     const unsigned kinds = kindsOf(*geometry);
     m_content.areas += (kinds & Areas) != 0 ? 1 : 0;
     m_content.lines += (kinds & Lines) != 0 ? 1 : 0;
+    if (m_isDrawing && (kinds & (Areas | Lines)) != 0)
+        m_fillings.add(feature);
     if (kinds != Points)
         return;
     const char *const style = feature.GetStyleString();
@@ -110,6 +122,15 @@ void ContentReader::read(OGRFeature &feature)
     ++m_content.points;
     if (wkbFlatten(geometry->getGeometryType()) == wkbPoint && hasRoom(1))
         m_content.places.append({geometry->toPoint()->getX(), geometry->toPoint()->getY()});
+}
+
+void ContentReader::removeFillings()
+{
+    const QVector<QString> handles = m_fillings.handles();
+    m_content.areas -= handles.size();
+    for (const QString &handle : handles)
+        m_content.fillings.insert(handle);
+    m_content.fillings.remove(QString());
 }
 
 } // namespace
@@ -128,7 +149,7 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
     content.isOpened = dataset != nullptr;
     content.symbols = view.symbols();
-    ContentReader reader(content, forPicture);
+    ContentReader reader(content, isDrawing, forPicture);
     content.isReadToEnd = content.isOpened;
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);
@@ -138,5 +159,6 @@ FoundContent findContent(const QString &fileName, bool forPicture)
         content.isReadToEnd = content.isReadToEnd && CPLGetLastErrorType() < CE_Failure;
     }
     CPLPopErrorHandler();
+    reader.removeFillings();
     return content;
 }

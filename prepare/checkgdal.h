@@ -4,6 +4,7 @@
 #include "pointsymbols.h"
 
 #include <QPointF>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -19,7 +20,8 @@ struct FoundContent
     qint64 lines = 0;
     qint64 points = 0;
     qint64 texts = 0;
-    PointSymbols symbols; ///< of a drawing; they count as points
+    PointSymbols symbols;   ///< of a drawing; they count as points
+    QSet<QString> fillings; ///< handles of the areas that fill outlines of a drawing; they do not count
 
     QVector<QVector<QPointF>> outlines; ///< for a picture; empty unless requested
     QVector<QPointF> places;            ///< points that are no texts

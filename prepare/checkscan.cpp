@@ -94,7 +94,8 @@ QString lineOfFile(const QString &fileName, qint64 line)
     return reader.lineNumber() == line ? reader.line().toString() : QString();
 }
 
-FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols)
+FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols,
+                   const QSet<QString> &fillings)
 {
     FileFacts facts;
     ScanReader reader;
@@ -103,7 +104,7 @@ FileFacts scanFile(const QString &fileName, const CheckOptions &options, const P
         return facts;
     facts.isUnicode = reader.isUnicode();
     if (formatOf(fileName) == Format::Dxf)
-        scanDxf(reader, options, symbols, facts);
+        scanDxf(reader, options, symbols, fillings, facts);
     else
         scanMif(reader, fileName, options, facts);
     facts.lineCount = reader.countLines();

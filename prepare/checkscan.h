@@ -83,8 +83,9 @@ struct FileFacts
 };
 
 /// Scans \a fileName, in linear time and with memory bounded by its longest line and its number of blocks. Nothing is
-/// lost when the entities among \a symbols become points.
-FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols);
+/// lost when the entities among \a symbols become points, and those with the handles \a fillings are skipped.
+FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols,
+                   const QSet<QString> &fillings);
 
 /// Line \a line of \a fileName, counted from 1, with one character for each byte; empty if there is none.
 QString lineOfFile(const QString &fileName, qint64 line);

@@ -95,6 +95,7 @@ void DrawingScan::beginEntity()
     assign(m_entity.keyword, m_value);
     assign(m_entity.layer, {});
     assign(m_entity.name, {});
+    assign(m_entity.handle, {});
     assign(m_entity.flags, {});
     assign(m_entity.text, {});
     m_texts.begin();
@@ -172,6 +173,8 @@ void DrawingScan::readGroup()
         assign(m_entity.layer, m_value);
     else if (m_code == 2)
         assign(m_entity.name, m_value);
+    else if (m_code == 5 && m_entity.kind == Kind::Unread)
+        assign(m_entity.handle, m_value);
     else if (m_code == 70)
         assign(m_entity.flags, m_value);
     else if (m_code == 67)
@@ -212,7 +215,8 @@ void DrawingScan::run()
     finish();
 }
 
-void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols, FileFacts &facts)
+void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols,
+             const QSet<QString> &fillings, FileFacts &facts)
 {
-    DrawingScan(reader, options, symbols, facts).run();
+    DrawingScan(reader, options, symbols, fillings, facts).run();
 }

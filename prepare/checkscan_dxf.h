@@ -32,9 +32,10 @@ struct DrawingEntity
     qint64 line = 0;
     QString keyword;
     QString layer;
-    QString name;  ///< of a block
-    QString text;  ///< content of a text
-    QString flags; ///< as written, because the import compares them as text
+    QString name;   ///< of a block
+    QString handle; ///< only of content that the import skips
+    QString text;   ///< content of a text
+    QString flags;  ///< as written, because the import compares them as text
     bool hasForeignText = false;
     bool isOnSheet = false;      ///< in paper space
     bool isInOtherPlane = false; ///< its extrusion is not the Z axis
@@ -53,10 +54,12 @@ struct DrawingOutline
 class DrawingScan
 {
 public:
-    DrawingScan(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols, FileFacts &facts)
+    DrawingScan(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols,
+                const QSet<QString> &fillings, FileFacts &facts)
         : m_reader(reader),
           m_codec(options.codec()),
           m_symbols(symbols),
+          m_fillings(fillings),
           m_facts(facts),
           m_collectsTexts(options.searchPoints && options.searchObjects && options.pointFile.isEmpty())
     {
@@ -106,6 +109,7 @@ private:
     QTextCodec *m_codec;
     QTextCodec *m_declaredCodec = nullptr; ///< of the header; null if it names none
     const PointSymbols &m_symbols;
+    const QSet<QString> &m_fillings;
     FileFacts &m_facts;
 
     int m_code = -1;

@@ -118,10 +118,13 @@ void DrawingScan::addText()
         m_texts.finish(m_reader.decodedWhole(m_entity.text, m_codec));
 }
 
-// The list of keywords is limited, because a file may invent any number of them.
+// A filling adds nothing to the outline that it fills. The list of keywords is limited, because a file may invent any
+// number of them.
 void DrawingScan::addUnread()
 {
     constexpr int maxKinds = 50;
+    if (m_fillings.contains(m_entity.handle))
+        return;
     add(Trait::UnreadEntity, m_entity);
     const QString keyword = shown(m_entity.keyword);
     if (m_facts.unreadKinds.size() < maxKinds || m_facts.unreadKinds.contains(keyword))

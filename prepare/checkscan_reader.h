@@ -44,5 +44,6 @@ bool isForeign(QStringView text);
 /// Records \a name, which is not ASCII, as evidence of the encoding.
 void addForeignName(QStringView name, FileFacts &facts);
 
-void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols, FileFacts &facts);
+void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols,
+             const QSet<QString> &fillings, FileFacts &facts);
 void scanMif(ScanReader &reader, const QString &fileName, const CheckOptions &options, FileFacts &facts);

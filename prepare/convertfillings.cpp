@@ -145,12 +145,21 @@ void Compaction::finish()
 
 } // namespace
 
-void removeFillings(ConvertContent &content)
+std::vector<bool> findFillings(const ConvertContent &content)
 {
     std::vector<bool> fills(content.objects.size(), false);
+    const auto isArea = [](const ContentObject &object) { return object.isArea; };
+    if (std::none_of(content.objects.begin(), content.objects.end(), isArea))
+        return fills;
     const DrawnRings drawn(content);
     for (std::size_t i = 0; i < content.objects.size(); ++i)
         fills[i] = content.objects[i].isArea && isFilling(content, i, drawn);
+    return fills;
+}
+
+void removeFillings(ConvertContent &content)
+{
+    const std::vector<bool> fills = findFillings(content);
     const auto count = std::count(fills.begin(), fills.end(), true);
     if (count == 0)
         return;

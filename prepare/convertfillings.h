@@ -2,7 +2,8 @@
 
 #include "convertcontent.h"
 
-/// Leaves out the areas of a drawing all of whose contours are also drawn as lines: hatches within their outlines.
-///
-/// The import takes such an outline as one object, too.
+/// Returns for each object of a drawing whether it is an area all of whose contours are also drawn as lines.
+std::vector<bool> findFillings(const ConvertContent &content);
+
+/// Leaves the fillings of a drawing out: the import takes an outline and its hatch as one object, too.
 void removeFillings(ConvertContent &content);

@@ -12,6 +12,8 @@ private Q_SLOTS:
     void stopIsFound() { compareFindings(); }
     void lostContentIsFound_data();
     void lostContentIsFound() { compareFindings(); }
+    void fillingIsNoLoss_data();
+    void fillingIsNoLoss();
     void blockIsFound_data();
     void blockIsFound() { compareFindings(); }
     void polylineIsFound_data();
@@ -129,6 +131,42 @@ void tst_PrepareFindingsDxf::lostContentIsFound_data()
     add("line that swallows the next one", drawing("0 LINE|8 0|10 0|20 0|11 10|" + lineEntity), "fewer-objects 1");
     add("points only", drawing("0 POINT|8 0|10 50|20 0"), "nothing-imported 1");
     add("no entities", drawing("999 empty"), "nothing-imported 1");
+}
+
+void tst_PrepareFindingsDxf::fillingIsNoLoss_data()
+{
+    QTest::addColumn<QByteArray>("entities");
+    QTest::addColumn<QString>("findings");
+    QTest::addColumn<int>("areas");
+
+    const QByteArray triangle = "|10 0|20 0|10 10|20 0|10 10|20 10";
+    const QByteArray other = "|10 0|20 0|10 10|20 0|10 9|20 9";
+    const QByteArray outline = "0 LWPOLYLINE|90 3|70 1" + triangle;
+    const auto hatch = [](const QByteArray &handle, const QByteArray &vertices) {
+        return "|0 HATCH" + handle + "|8 0|10 0|20 0|30 0|2 SOLID|70 1|71 0|91 1|92 3|72 0|73 1|93 3" + vertices +
+               "|97 0|75 0|76 1|98 0";
+    };
+    const QString lost = QStringLiteral("entities-not-read 1 @ строка 30, слой «0», HATCH");
+    QTest::newRow("hatch of an outline") << outline + hatch("|5 2F", triangle) << QString() << 0;
+    QTest::newRow("two of them") << outline + hatch("|5 2F", triangle) + hatch("|5 30", triangle) << QString() << 0;
+    QTest::newRow("other hatch") << outline + hatch("|5 2F", other) << lost << 1;
+    QTest::newRow("hatch without an outline")
+        << lineEntity + hatch("|5 2F", triangle) << QStringLiteral("entities-not-read 1 @ строка 22, слой «0», HATCH")
+        << 1;
+    QTest::newRow("hatch that cannot be told from others") << outline + hatch({}, triangle) << lost << 0;
+    QTest::newRow("only one of two") << outline + hatch("|5 2F", other) + hatch("|5 30", triangle) << lost << 1;
+}
+
+void tst_PrepareFindingsDxf::fillingIsNoLoss()
+{
+    QFETCH(QByteArray, entities);
+    const CheckFixture check;
+
+    const FileReport report = check.checkDxf(drawing(entities));
+
+    QTEST(described(report.findings), "findings");
+    QVERIFY(report.found.has_value());
+    QTEST(static_cast<int>(report.found->areas), "areas");
 }
 
 void tst_PrepareFindingsDxf::blockIsFound_data()
