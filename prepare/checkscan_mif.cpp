@@ -106,6 +106,8 @@ void MifScan::setHeaderFault()
     m_facts.headerFault = HeaderFault::Foreign;
     m_facts.headerLine = m_reader.lineNumber();
     m_facts.headerText = m_reader.shown(m_reader.line(), m_codec, nullptr);
+    // A tab as delimiter is a common fault of a header, and must be seen to be one.
+    m_facts.headerText.replace(QLatin1Char('\t'), QLatin1String("\\t"));
 }
 
 // Returns false if the file does not begin with the version. The other keywords may be in any order.

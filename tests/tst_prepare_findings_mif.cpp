@@ -8,6 +8,7 @@ class tst_PrepareFindingsMif : public QObject
 private Q_SLOTS:
     void headerIsFound_data();
     void headerIsFound();
+    void tabInTheHeaderIsSeen();
     void midFileIsFound_data();
     void midFileIsFound();
     void recordIsFound_data();
@@ -89,6 +90,18 @@ void tst_PrepareFindingsMif::headerIsFound()
     const FileReport report = check.checkMifText(header + QStringLiteral("DATA\n") + line, QStringLiteral("1"));
 
     QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsMif::tabInTheHeaderIsSeen()
+{
+    const CheckFixture check;
+
+    const FileReport report = check.checkMifText(
+        QStringLiteral("Version 300\nCharset \"Neutral\"\nDelimiter \"\t\"\nCOLUMNS 0\nDATA\n"), QString());
+
+    QCOMPARE(report.findings.size(), 1);
+    QVERIFY2(report.findings.first().text.endsWith(QStringLiteral(" «Delimiter \"\\t\"».")),
+             qPrintable(report.findings.first().text));
 }
 
 void tst_PrepareFindingsMif::midFileIsFound_data()
