@@ -150,6 +150,8 @@ QStringList BadFiles::convertOptions()
         options << QStringLiteral("--source-encoding") << QStringLiteral("IBM866");
     if (chance(20))
         options << QStringLiteral("--swap-xy");
+    if (chance(20))
+        options << QStringLiteral("--symbols") << QStringLiteral("objects");
     return options;
 }
 
