@@ -1,5 +1,7 @@
 #include "console.h"
 
+#include "printable.h"
+
 #include <QFile>
 
 #ifdef Q_OS_WIN
@@ -15,14 +17,22 @@ bool printLine(FILE *output, const QString &text)
     return file.open(output, QIODevice::WriteOnly) && file.write(line) == line.size() && file.flush();
 }
 
+bool printResult(const QString &text)
+{
+    if (printLine(stdout, text))
+        return true;
+    fail(QStringLiteral("Cannot write to the standard output."));
+    return false;
+}
+
 int printInformation(const QString &text)
 {
-    return printLine(stdout, text) ? Complete : WrongUsage;
+    return printResult(text) ? Complete : WrongUsage;
 }
 
 int fail(const QString &text, ExitStatus status)
 {
-    printLine(stderr, QStringLiteral("importprepare: %1").arg(text));
+    printLine(stderr, QStringLiteral("importprepare: ") + printableLines(text));
     return status;
 }
 

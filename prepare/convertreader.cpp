@@ -3,8 +3,7 @@
 #include "convertreader.h"
 
 #include "convertfillings.h"
-
-#include <QRegularExpression>
+#include "gdalmessage.h"
 
 #include <cpl_error.h>
 #include <ogrsf_frmts.h>
@@ -64,13 +63,6 @@ bool hasHeight(const OGRGeometry &geometry)
     OGREnvelope3D box;
     geometry.getEnvelope(&box);
     return box.MinZ < 0 || box.MaxZ > 0;
-}
-
-// Without the place in GDAL's own sources with which some drivers begin their messages.
-QString gdalMessage()
-{
-    static const QRegularExpression place(QStringLiteral("^\\S+\\.cpp, \\d+: "));
-    return QString::fromUtf8(CPLGetLastErrorMsg()).remove(place);
 }
 
 } // namespace
@@ -153,7 +145,7 @@ ReadFailure ConvertReader::readFeatures(OGRLayer &layer)
         const OGRFeatureUniquePtr feature(layer.GetNextFeature());
         // The end of a layer and a failure to read on differ only in the error.
         if (feature == nullptr)
-            return CPLGetLastErrorType() < CE_Failure ? ReadFailure::None : fail(ReadFailure::Input, gdalMessage());
+            return CPLGetLastErrorType() < CE_Failure ? ReadFailure::None : fail(ReadFailure::Input, lastGdalMessage());
         if (isWanted(*feature))
             readFeature(*feature);
         if (!m_progress.advance())
@@ -187,7 +179,7 @@ ReadFailure ConvertReader::prepareTransformation(const OGRLayer &layer)
         return fail(ReadFailure::Usage, QStringLiteral("--crs: the layer \"%1\" names no coordinate system.")
                                             .arg(QString::fromUtf8(layer.GetDescription())));
     m_transformation.reset(OGRCreateCoordinateTransformation(own, m_srs.get()));
-    return m_transformation != nullptr ? ReadFailure::None : fail(ReadFailure::Usage, gdalMessage());
+    return m_transformation != nullptr ? ReadFailure::None : fail(ReadFailure::Usage, lastGdalMessage());
 }
 
 ReadFailure ConvertReader::prepareLayer(OGRLayer &layer)
@@ -203,7 +195,7 @@ ReadFailure ConvertReader::prepareLayer(OGRLayer &layer)
     }
     CPLErrorReset();
     if (!m_options.where.isEmpty() && layer.SetAttributeFilter(m_options.where.toUtf8().constData()) != OGRERR_NONE)
-        return fail(ReadFailure::Usage, QStringLiteral("--where: %1").arg(gdalMessage()));
+        return fail(ReadFailure::Usage, QStringLiteral("--where: %1").arg(lastGdalMessage()));
     return prepareTransformation(layer);
 }
 

@@ -4,6 +4,7 @@
 #include "convertdxf.h"
 #include "convertprogress.h"
 #include "encodingguess.h"
+#include "gdalmessage.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -130,7 +131,7 @@ bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *o
         addRasters(fileName);
         return true;
     }
-    const QString reason = withPlaceInInput(QString::fromUtf8(CPLGetLastErrorMsg()));
+    const QString reason = withPlaceInInput(lastGdalMessage());
     if (!reason.isEmpty())
         return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_options.input, reason));
     return fail(QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads.").arg(m_options.input));

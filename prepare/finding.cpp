@@ -1,6 +1,7 @@
 #include "finding.h"
 
 #include "findingrules.h"
+#include "printable.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -26,16 +27,6 @@ QString filled(const QString &text, const QStringList &details)
         ++i;
     }
     return result;
-}
-
-/// Texts of the file may contain control characters, with which they could command a terminal.
-QString printable(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QChar(QChar::ReplacementCharacter);
-    }
-    return text;
 }
 
 Finding findingOf(const FindingRule &rule, const Detection &detection, bool isConvertible)
