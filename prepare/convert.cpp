@@ -13,6 +13,8 @@
 #include "convertsource.h"
 #include "convertverifier.h"
 #include "convertwriter.h"
+#include "gdalmessage.h"
+#include "printable.h"
 
 #include <QFileInfo>
 #include <QStorageInfo>
@@ -41,7 +43,7 @@ private:
             return;
         ConvertContent &content = *static_cast<ConvertContent *>(CPLGetErrorHandlerUserData());
         if (++content.notes[QStringLiteral("gdal-warning")] == 1)
-            content.firstWarning = QString::fromUtf8(message);
+            content.firstWarning = gdalMessage(message);
     }
 };
 
@@ -55,6 +57,13 @@ struct Outcome
 Outcome interrupted()
 {
     return {Incomplete, QStringLiteral("Interrupted. Nothing was written.")};
+}
+
+Outcome nothingToImport(const ConvertOptions &options, const ConvertContent &content)
+{
+    const QString text =
+        QStringLiteral("There is nothing to import in \"%1\". Nothing was written.").arg(options.input);
+    return {Incomplete, text + leftOutText(content)};
 }
 
 Outcome readFailed(ReadFailure failure, const ConvertOptions &options, const QString &error)
@@ -141,7 +150,7 @@ Outcome writeContent(const ConvertOptions &options, ConvertContent &content, con
         return writeFailed(options, verifier.error());
     if (ConvertProgress::isInterrupted())
         return interrupted();
-    ConvertProgress::beginReplacing();
+    Interruption::beginReplacing();
     return output.commit() ? Outcome() : Outcome{Incomplete, output.error()};
 }
 
@@ -150,11 +159,13 @@ Outcome convert(const ConvertOptions &options)
     // The signals are watched before there is a temporary folder, and until it is removed.
     ConvertProgress progress;
     ConvertOutput output(options.output);
+    if (output.isSource(options.input))
+        return {WrongUsage, QStringLiteral("The output would overwrite the input \"%1\".").arg(options.input)};
     if (!output.prepare(options.force))
         return output.exists()
                    ? Outcome{WrongUsage, QStringLiteral("%1 Use --force to overwrite it.").arg(output.error())}
                    : Outcome{Incomplete, output.error()};
-    ConvertProgress::setTemporaryFiles(output.temporaryPaths());
+    Interruption::setTemporaryFiles(output.temporaryPaths());
     ConvertContent content;
     const GdalMessages messages(content);
     SourceFacts facts;
@@ -164,21 +175,13 @@ Outcome convert(const ConvertOptions &options)
     if (!nameContent(options, content, progress))
         return interrupted();
     removeUnusablePoints(content);
+    if (content.objects.empty() && content.points.empty())
+        return nothingToImport(options, content);
     outcome = writeContent(options, content, facts.srs.get(), output, progress);
     if (outcome.status == Complete)
         outcome.text = options.json ? convertJson(options, content, facts.encoding)
                                     : convertText(options, content, facts.encoding);
     return outcome;
-}
-
-// Names and messages may hold control characters of the file, which a terminal would obey.
-QString printable(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control && c != QLatin1Char('\n'))
-            c = QLatin1Char('?');
-    }
-    return text;
 }
 
 Outcome convertWithinMemory(const ConvertOptions &options)
@@ -198,9 +201,9 @@ int runConvert(const QStringList &arguments)
     if (!commandLine.read(arguments))
         return fail(QStringLiteral("%1 See importprepare convert --help.").arg(commandLine.error()));
     if (!commandLine.options().help.isEmpty())
-        return printLine(stdout, commandLine.options().help) ? Complete : Incomplete;
+        return printInformation(commandLine.options().help);
     const Outcome outcome = convertWithinMemory(commandLine.options());
     if (outcome.status != Complete)
-        return fail(printable(outcome.text), outcome.status);
-    return printLine(stdout, printable(outcome.text)) ? Complete : Incomplete;
+        return fail(outcome.text, outcome.status);
+    return printResult(printableLines(outcome.text)) ? Complete : WrongUsage;
 }

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 ConvertOutput::ConvertOutput(const QString &fileName) : m_mif(fileName), m_mid(fileName.chopped(1) + QLatin1Char('d'))
 {
 }
@@ -14,6 +16,22 @@ bool ConvertOutput::fail(const QString &text)
     return false;
 }
 
+bool ConvertOutput::isSource(const QString &fileName) const
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    const bool isPair = suffix == QLatin1String("mif") || suffix == QLatin1String("mid");
+    QStringList sources{fileName};
+    for (const char *const other : {"mif", "MIF", "mid", "MID"}) {
+        if (isPair)
+            sources.append(fileName.chopped(suffix.size()) + QLatin1String(other));
+    }
+    const auto isOutput = [this](const QString &name) {
+        const QFileInfo file(name);
+        return file.exists() && (file == QFileInfo(m_mif) || file == QFileInfo(m_mid));
+    };
+    return std::any_of(sources.begin(), sources.end(), isOutput);
+}
+
 bool ConvertOutput::prepare(bool overwrite)
 {
     const QFileInfo mif(m_mif);
@@ -21,6 +39,8 @@ bool ConvertOutput::prepare(bool overwrite)
         const QFileInfo file(name);
         if (file.isDir())
             return fail(QStringLiteral("\"%1\" is a folder.").arg(name));
+        if (file.exists() && !file.isFile())
+            return fail(QStringLiteral("\"%1\" is not a regular file.").arg(name));
         m_exists = !overwrite && (file.exists() || file.isSymLink());
         if (m_exists)
             return fail(QStringLiteral("\"%1\" exists.").arg(name));

@@ -15,6 +15,9 @@ public:
     /// \a fileName is that of the MIF file.
     explicit ConvertOutput(const QString &fileName);
 
+    /// True if one of the files is the source \a fileName itself or belongs to the same pair of MIF and MID.
+    bool isSource(const QString &fileName) const;
+
     /// Returns false if a file exists and \a overwrite is false, or if the folder is missing or cannot be written to.
     bool prepare(bool overwrite);
 

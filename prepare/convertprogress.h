@@ -1,15 +1,14 @@
 #pragma once
 
+#include "interruption.h"
+
 #include <QElapsedTimer>
 #include <QString>
-#include <QStringList>
 
-/// Shows how far the work is, if the error output is a terminal and the work takes longer than a second, and learns of
-/// an interruption by the user.
+/// Shows the progress on a terminal if the work takes longer than a second, and records an interruption by the user.
 class ConvertProgress
 {
 public:
-    /// From now on the signals of interruption are only remembered, so that nothing is left behind.
     ConvertProgress();
     ~ConvertProgress();
     ConvertProgress(const ConvertProgress &) = delete;
@@ -23,17 +22,10 @@ public:
 
     static bool isInterrupted();
 
-    /// From now on a second signal removes \a files, which have no other content than a temporary folder, the last of
-    /// them, and ends the program at once, even where GDAL hangs.
-    static void setTemporaryFiles(const QStringList &files);
-
-    /// From now on a second signal is ignored: the temporary folder has the files that are being replaced.
-    static void beginReplacing();
-
 private:
     void show();
-    void clear();
 
+    const Interruption m_interruption;
     QString m_step;
     qint64 m_total = 0;
     qint64 m_done = 0;

@@ -82,6 +82,11 @@ QString counted(qint64 count, const QString &singular)
     return QStringLiteral("%1 %2").arg(QString::number(count), noun);
 }
 
+QString leftOutText(const ConvertContent &content)
+{
+    return countsText(QStringLiteral("Left out"), content.leftOut);
+}
+
 QString convertText(const ConvertOptions &options, const ConvertContent &content, const SourceEncoding &source)
 {
     const QStringList counts{counted(number(content.objects.size()), QStringLiteral("object")),
@@ -93,8 +98,7 @@ QString convertText(const ConvertOptions &options, const ConvertContent &content
         text += QStringLiteral("\nEncoding of the input: %1%2.")
                     .arg(QString::fromLatin1(source.name), source.isGuessed ? QStringLiteral(" (guessed)") : QString());
     text += QStringLiteral("\nEncoding of the output: %1.").arg(options.encoding);
-    return text + countsText(QStringLiteral("Left out"), content.leftOut) +
-           countsText(QStringLiteral("Note"), content.notes) +
+    return text + leftOutText(content) + countsText(QStringLiteral("Note"), content.notes) +
            (content.firstWarning.isEmpty()
                 ? QString()
                 : QStringLiteral("\nThe first warning of GDAL: %1").arg(content.firstWarning));

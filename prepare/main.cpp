@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <csignal>
+
 namespace {
 
 /// Runs a sub-command with the arguments after its name. Returns the exit status.
@@ -49,10 +51,22 @@ int run(const QStringList &arguments)
     return command(arguments.mid(1));
 }
 
+// So that a full disk or a closed pipe is reported like other failures, and temporary files are removed.
+void ignoreWriteSignals()
+{
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    ignoreWriteSignals();
     const QCoreApplication app(argc, argv);
     return run(QCoreApplication::arguments().mid(1));
 }

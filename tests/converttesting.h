@@ -3,6 +3,7 @@
 #include "imported.h"
 #include "testing.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -109,4 +110,19 @@ inline QString geometry(const char *type, const char *coordinates)
 inline QStringList geoJson(const QStringList &features)
 {
     return {QStringLiteral("{\"type\":\"FeatureCollection\",\"features\":[%1]}").arg(features.join(QLatin1Char(',')))};
+}
+
+/// The names of all files in \a folder.
+inline QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+/// A drawing of \a count lines.
+inline QStringList longDrawing(int count)
+{
+    QStringList lines{QStringLiteral("0\nSECTION\n2\nENTITIES")};
+    for (int i = 0; i < count; ++i)
+        lines += QStringLiteral("0\nLINE\n8\n0\n10\n%1\n20\n0\n11\n%1\n21\n9").arg(i);
+    return lines << QStringLiteral("0\nENDSEC\n0\nEOF");
 }

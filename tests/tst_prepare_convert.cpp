@@ -9,6 +9,8 @@ class tst_PrepareConvert : public QObject
 private Q_SLOTS:
     void geometriesBecomeObjects_data();
     void geometriesBecomeObjects();
+    void unusableGeometriesAreLeftOut_data();
+    void unusableGeometriesAreLeftOut();
     void coordinatesKeepFifteenDigits();
     void fieldsNameObjectsAndPoints();
     void idIsTheSecondField();
@@ -54,13 +56,8 @@ void tst_PrepareConvert::geometriesBecomeObjects_data()
             .arg(geometry("LineString", "[[7,7],[8,8]]"), geometry("Polygon", triangle), geometry("Point", "[9,9]")),
         "ЗУ1 [н1 0 0, н2 4 0, н3 4 3, н1 0 0]; ЗУ2 [н4 7 7, н5 8 8]");
     row("heights", geometry("LineString", "[[0,0,5],[4,0,5]]"), "ЗУ1 [н1 0 0, н2 4 0]");
-    row("area of two corners", geometry("Polygon", "[[[0,0],[4,0],[0,0]]]"), "", "short-area 1");
     row("hole of two corners", geometry("Polygon", "[[[0,0],[4,0],[4,3],[0,0]],[[1,1],[1,1],[2,1],[1,1]]]"),
         triangleObject, "short-area 1");
-    row("line of one vertex", geometry("LineString", "[[4,0]]"), "", "short-line 1");
-    row("no geometry", QStringLiteral("null"), "", "no-geometry 1");
-    row("empty geometry", geometry("Polygon", "[]"), "", "no-geometry 1");
-    row("infinite coordinate", geometry("LineString", "[[0,0],[1e999,0]]"), "", "not-finite 1");
 }
 
 void tst_PrepareConvert::geometriesBecomeObjects()
@@ -72,6 +69,33 @@ void tst_PrepareConvert::geometriesBecomeObjects()
     QVERIFY(fixture.convert(QStringLiteral("a.geojson")));
 
     QTEST(fixture.imported(), "objects");
+    QTEST(fixture.list("leftOut"), "leftOut");
+}
+
+void tst_PrepareConvert::unusableGeometriesAreLeftOut_data()
+{
+    QTest::addColumn<QString>("shape");
+    QTest::addColumn<QString>("leftOut");
+    const auto row = [](const char *name, const QString &shape, const char *leftOut) {
+        QTest::newRow(name) << shape << QString::fromLatin1(leftOut);
+    };
+
+    row("area of two corners", geometry("Polygon", "[[[0,0],[4,0],[0,0]]]"), "short-area 1");
+    row("line of one vertex", geometry("LineString", "[[4,0]]"), "short-line 1");
+    row("no geometry", QStringLiteral("null"), "no-geometry 1");
+    row("empty geometry", geometry("Polygon", "[]"), "no-geometry 1");
+    row("infinite coordinate", geometry("LineString", "[[0,0],[1e999,0]]"), "not-finite 1");
+}
+
+void tst_PrepareConvert::unusableGeometriesAreLeftOut()
+{
+    QFETCH(QString, shape);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(shape), feature(geometry("Polygon", triangle))}));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.geojson")));
+
+    QCOMPARE(fixture.imported(), QString::fromUtf8(triangleObject));
     QTEST(fixture.list("leftOut"), "leftOut");
 }
 

@@ -215,7 +215,14 @@ void tst_PrepareConvertOptions::rastersAreListed()
     double corners[] = {0, 1, 0, 4, 0, -1};
     QCOMPARE(dataset->SetGeoTransform(corners), CE_None);
     dataset.reset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
-    QVERIFY(dataset->CreateLayer("parcels", nullptr, wkbPolygon, nullptr) != nullptr);
+    OGRLayer *const layer = dataset->CreateLayer("lines", nullptr, wkbLineString, nullptr);
+    QVERIFY(layer != nullptr);
+    OGRFeature lineFeature(layer->GetLayerDefn());
+    OGRLineString geometry;
+    geometry.addPoint(0, 0);
+    geometry.addPoint(4, 0);
+    lineFeature.SetGeometry(&geometry);
+    QCOMPARE(layer->CreateFeature(&lineFeature), OGRERR_NONE);
     dataset.reset();
 
     QVERIFY(fixture.convert(QStringLiteral("a.gpkg")));

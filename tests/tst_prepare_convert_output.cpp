@@ -1,19 +1,10 @@
 #include "convertcontent.h"
 #include "converttesting.h"
 #include "convertverifier.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-#include <QThread>
-
-#include <csignal>
+#include "gdalmessage.h"
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
-#endif
-#ifdef Q_OS_LINUX
-#include <sys/mount.h>
-#include <unistd.h>
 #endif
 
 /// Output files, unusable input, and what is left after a failure.
@@ -27,17 +18,17 @@ private Q_SLOTS:
     void existingFilesAreReplacedOnRequest();
     void unusableOutputIsReported_data();
     void unusableOutputIsReported();
+    void inputIsNeverOverwritten_data();
+    void inputIsNeverOverwritten();
     void unusableInputIsReported_data();
     void unusableInputIsReported();
+    void placesInGdalAreNotShown();
+    void nothingToImportIsReported();
     void pipeIsRefused();
     void folderOfFilesIsRefused_data();
     void folderOfFilesIsRefused();
     void deeplyNestedBlocksDoNotExhaustTheStack();
     void everyTruncatedDrawingIsReportedOrConverted();
-    void fullDiskLeavesNothing();
-    void interruptionLeavesNothing_data();
-    void interruptionLeavesNothing();
-    void secondInterruptionEndsAtOnce();
     void differenceIsFound_data();
     void differenceIsFound();
 };
@@ -46,36 +37,10 @@ namespace {
 
 const QStringList source = geoJson({feature(geometry("LineString", "[[0,0],[4,0]]"), QStringLiteral("{\"n\":\"A\"}"))});
 
-QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 QByteArray contents(const QString &fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// A drawing of \a count lines.
-QStringList longDrawing(int count)
-{
-    QStringList lines{QStringLiteral("0\nSECTION\n2\nENTITIES")};
-    for (int i = 0; i < count; ++i)
-        lines += QStringLiteral("0\nLINE\n8\n0\n10\n%1\n20\n0\n11\n%1\n21\n9").arg(i);
-    return lines << QStringLiteral("0\nENDSEC\n0\nEOF");
-}
-
-/// Starts to convert a.dxf and waits for the temporary folder, which appears before the source is read.
-void startConversion(QProcess &process, const ConvertFixture &fixture)
-{
-    process.setWorkingDirectory(fixture.path(QString()));
-    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments("convert a.dxf out.mif"));
-    QElapsedTimer timer;
-    timer.start();
-    while (entries(fixture.path(QString())).size() == 1 && timer.elapsed() < 30000)
-        QThread::msleep(1);
-    QThread::msleep(50);
 }
 
 } // namespace
@@ -126,6 +91,8 @@ void tst_PrepareConvertOutput::unusableOutputIsReported_data()
                                     << QStringLiteral("The folder of \"missing/out.mif\" is missing.");
     QTest::newRow("folder of that name") << QStringLiteral("folder.mif") << 1
                                          << QStringLiteral("\"folder.mif\" is a folder.");
+    QTest::newRow("pipe of that name") << QStringLiteral("pipe.mif") << 1
+                                       << QStringLiteral("\"pipe.mif\" is not a regular file.");
 }
 
 void tst_PrepareConvertOutput::unusableOutputIsReported()
@@ -136,12 +103,42 @@ void tst_PrepareConvertOutput::unusableOutputIsReported()
     fixture.files.write(QStringLiteral("a.geojson"), source);
     QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("folder.mif")));
 
-    const ConvertRun run = fixture.run({QStringLiteral("a.geojson"), output});
+#ifdef Q_OS_UNIX
+    QCOMPARE(mkfifo(fixture.path(QStringLiteral("pipe.mif")).toUtf8().constData(), 0600), 0);
+#endif
+    const QStringList before = entries(fixture.path(QString()));
+
+    const ConvertRun run = fixture.run({QStringLiteral("a.geojson"), output, QStringLiteral("--force")});
 
     QTEST(run.status, "status");
     QCOMPARE(run.output, QString());
     QCOMPARE(run.messages, QStringLiteral("importprepare: ") + message);
-    QCOMPARE(entries(fixture.path(QString())), arguments("a.geojson folder.mif"));
+    QCOMPARE(entries(fixture.path(QString())), before);
+}
+
+void tst_PrepareConvertOutput::inputIsNeverOverwritten_data()
+{
+    QTest::addColumn<QString>("input");
+
+    for (const char *const input : {"out.mif", "./out.mif", "out.mid", "OUT.mif", "out.MIF"})
+        QTest::newRow(input) << QString::fromLatin1(input);
+}
+
+// OUT.mif is a link, and out.MIF a file that shares out.mid.
+void tst_PrepareConvertOutput::inputIsNeverOverwritten()
+{
+    QFETCH(QString, input);
+    const ConvertFixture fixture;
+    fixture.files.writeBytes(QStringLiteral("out.mif"), "Version 300\nData\nLine 0 0 4 0\n");
+    fixture.files.writeBytes(QStringLiteral("out.mid"), "A");
+    QFile::copy(fixture.path(QStringLiteral("out.mif")), fixture.path(QStringLiteral("out.MIF")));
+    QFile::link(QStringLiteral("out.mif"), fixture.path(QStringLiteral("OUT.mif")));
+
+    const ConvertRun run = fixture.run({input, QStringLiteral("out.mif"), QStringLiteral("--force")});
+
+    QCOMPARE(run.messages, QStringLiteral("importprepare: The output would overwrite the input \"%1\".").arg(input));
+    QCOMPARE(run.status, 2);
+    QCOMPARE(contents(fixture.path(QStringLiteral("out.mid"))), QByteArray("A"));
 }
 
 void tst_PrepareConvertOutput::unusableInputIsReported_data()
@@ -187,6 +184,26 @@ void tst_PrepareConvertOutput::unusableInputIsReported()
     QCOMPARE(run.output, QString());
     QVERIFY2(run.messages.startsWith(QStringLiteral("importprepare: ") + message), qUtf8Printable(run.messages));
     QVERIFY(!entries(fixture.path(QString())).contains(QStringLiteral("out.mif")));
+}
+
+void tst_PrepareConvertOutput::placesInGdalAreNotShown()
+{
+    QCOMPARE(gdalMessage("./ogr/dxf/ogrdxfdatasource.cpp, 827: error at line 6\n"), QStringLiteral("error at line 6"));
+}
+
+void tst_PrepareConvertOutput::nothingToImportIsReported()
+{
+    const ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(QStringLiteral("null"))}));
+
+    const ConvertRun run = fixture.run(arguments("a.geojson out.mif"));
+
+    QCOMPARE(run.messages,
+             QStringLiteral("importprepare: There is nothing to import in \"a.geojson\". Nothing was written.\n"
+                            "Left out: features without a geometry: 1."));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.output, QString());
+    QCOMPARE(entries(fixture.path(QString())), arguments("a.geojson"));
 }
 
 void tst_PrepareConvertOutput::pipeIsRefused()
@@ -264,80 +281,6 @@ void tst_PrepareConvertOutput::everyTruncatedDrawingIsReportedOrConverted()
         QVERIFY2(run.status == 3 || run.status == 0, qPrintable(QString::number(size)));
         QCOMPARE(run.status == 0, run.output.contains(QStringLiteral("\"no-end\"")));
     }
-}
-
-void tst_PrepareConvertOutput::fullDiskLeavesNothing()
-{
-#ifdef Q_OS_LINUX
-    if (geteuid() != 0)
-        QSKIP("only the superuser can mount a small disk");
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(5000));
-    QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("disk")));
-    const QByteArray disk = fixture.path(QStringLiteral("disk")).toUtf8();
-    if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") != 0)
-        QSKIP("this system lets nobody mount a disk");
-
-    const ConvertRun run = fixture.run(arguments("a.dxf disk/out.mif"));
-    const QStringList left = entries(fixture.path(QStringLiteral("disk")));
-    umount(disk.constData());
-
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.messages, QStringLiteral("importprepare: Cannot write \"disk/out.mif\": The disk is full."));
-    QCOMPARE(left, QStringList());
-#else
-    QSKIP("needs a disk of its own");
-#endif
-}
-
-void tst_PrepareConvertOutput::interruptionLeavesNothing_data()
-{
-    QTest::addColumn<int>("signal");
-
-    QTest::newRow("interrupt") << SIGINT;
-    QTest::newRow("terminate") << SIGTERM;
-}
-
-void tst_PrepareConvertOutput::interruptionLeavesNothing()
-{
-#ifdef Q_OS_UNIX
-    QFETCH(int, signal);
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(200000));
-    QProcess process;
-    startConversion(process, fixture);
-
-    QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
-    QVERIFY(process.waitForFinished(60000));
-
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 1);
-    QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Interrupted. Nothing was written.\n"));
-    QCOMPARE(entries(fixture.path(QString())), arguments("a.dxf"));
-#else
-    QSKIP("signals of Unix");
-#endif
-}
-
-// Two signals, so that both arrive.
-void tst_PrepareConvertOutput::secondInterruptionEndsAtOnce()
-{
-#ifdef Q_OS_UNIX
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"), longDrawing(200000));
-    QProcess process;
-    startConversion(process, fixture);
-
-    const auto id = static_cast<pid_t>(process.processId());
-    QVERIFY(kill(id, SIGINT) == 0 && kill(id, SIGTERM) == 0);
-    QVERIFY(process.waitForFinished(60000));
-
-    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-    QCOMPARE(process.readAllStandardError(), QByteArray());
-    QCOMPARE(entries(fixture.path(QString())), arguments("a.dxf"));
-#else
-    QSKIP("signals of Unix");
-#endif
 }
 
 void tst_PrepareConvertOutput::differenceIsFound_data()
