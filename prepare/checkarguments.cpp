@@ -1,8 +1,9 @@
 // The command line of the sub-command check.
 
 #include "checkcommand.h"
+#include "checkfolder.h"
 
-#include <QDirIterator>
+#include <QDir>
 #include <QFileInfo>
 #include <QTextCodec>
 #include <QThread>
@@ -49,18 +50,25 @@ QList<QCommandLineOption> allOptions()
     };
 }
 
-/// The MIF and DXF files in \a folder and its subfolders, in alphabetical order.
-QStringList filesIn(const QString &folder)
+/// Returns why \a page must not be written; empty if it may be.
+QString pageError(const QString &page, const CheckOptions &options)
 {
-    QStringList files;
-    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString fileName = it.next();
-        if (formatOf(fileName) != Format::Unknown)
-            files.append(fileName);
-    }
-    files.sort();
-    return files;
+    if (page.isEmpty())
+        return QStringLiteral("--html needs the name of a file.");
+    const QFileInfo file(page);
+    const auto isInput = [](const QString &name) {
+        return formatOf(name) != Format::Unknown || name.endsWith(QLatin1String(".mid"), Qt::CaseInsensitive);
+    };
+    // A link is replaced at its target.
+    if (isInput(page) || isInput(file.symLinkTarget()) || isInput(file.canonicalFilePath()))
+        return QStringLiteral("--html names the page to write, and \"%1\" is a name of a MIF or DXF file.").arg(page);
+    if (!options.pointFile.isEmpty() && file == QFileInfo(options.pointFile))
+        return QStringLiteral("\"%1\" is the file of points, so --html would overwrite it.").arg(page);
+    if (file.exists() && !file.isFile())
+        return QStringLiteral("\"%1\" is not a regular file, so --html would destroy it.").arg(page);
+    if (!file.dir().exists())
+        return QStringLiteral("The folder of \"%1\" is missing.").arg(page);
+    return {};
 }
 
 } // namespace
@@ -111,15 +119,16 @@ bool CheckCommandLine::readOptions()
     m_command.json = m_parser.isSet(strJson);
     m_command.page = m_parser.value(strHtml);
     m_command.picture = m_parser.value(strPicture);
-    if (m_parser.isSet(strHtml) && m_command.page.isEmpty())
-        return fail(QStringLiteral("--html needs the name of a file."));
     const bool isKnown = options.encoding == QLatin1String("Default") ||
                          QTextCodec::codecForName(options.encoding.toLatin1()) != nullptr;
     if (!isKnown)
         return fail(QStringLiteral("Unknown encoding \"%1\".").arg(options.encoding));
     if (!options.pointFile.isEmpty() && !QFileInfo(options.pointFile).isReadable())
         return fail(QStringLiteral("Cannot read the file of points \"%1\".").arg(options.pointFile));
-    return true;
+    if (!m_parser.isSet(strHtml))
+        return true;
+    const QString error = pageError(m_command.page, options);
+    return error.isEmpty() || fail(error);
 }
 
 // A single file needs its own process only for its timeout.

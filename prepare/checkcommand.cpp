@@ -3,6 +3,7 @@
 #include "checkfile.h"
 #include "checkpool.h"
 #include "console.h"
+#include "interruption.h"
 #include "report.h"
 
 #include <QCoreApplication>
@@ -10,11 +11,11 @@
 
 namespace {
 
-/// Returns false after an error, which has been reported.
+/// Returns false after an error, which has been reported. Closing the file would not report a full disk.
 bool save(const QString &fileName, const QByteArray &bytes)
 {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() && file.commit())
         return true;
     fail(QStringLiteral("Cannot save \"%1\": %2").arg(fileName, file.errorString()));
     return false;
@@ -30,7 +31,7 @@ public:
 
 private:
     void checkFiles();
-    void take(FileReport report);
+    bool take(FileReport report);
     void print(const FileReport &report);
     void showProgress() const;
     bool finish();
@@ -41,14 +42,17 @@ private:
     int m_completeCount = 0;
     int m_rejectedCount = 0;
     bool m_canPrint = true;
+    bool m_isInterrupted = false;
     bool m_showsProgress = false;
 };
 
 void CheckRun::checkFiles()
 {
     if (m_command.jobs > 0) {
+        const Interruption interruption;
         CheckPool pool(m_command, QCoreApplication::applicationFilePath());
-        pool.run([this](const FileReport &report) { take(report); });
+        pool.run([this](const FileReport &report) { return take(report); });
+        m_isInterrupted = Interruption::isRequested();
         return;
     }
     const bool withPicture = !m_command.page.isEmpty() || !m_command.picture.isEmpty();
@@ -56,8 +60,9 @@ void CheckRun::checkFiles()
         take(checkFile(fileName, m_command.options, withPicture));
 }
 
-// All reports are kept for the totals and the page, so the size of their pictures is limited.
-void CheckRun::take(FileReport report)
+// All reports are kept for the totals and the page, so the size of their pictures is limited. Returns false if the
+// report cannot be printed.
+bool CheckRun::take(FileReport report)
 {
     constexpr qint64 maxPictureBytes = 30000000;
     m_pictureBytes += report.picture.size();
@@ -66,10 +71,11 @@ void CheckRun::take(FileReport report)
         report.picture.clear();
     }
     m_completeCount += report.isComplete() ? 1 : 0;
-    m_rejectedCount += report.isAccepted ? 0 : 1;
+    m_rejectedCount += report.isRejected() ? 1 : 0;
     m_reports.append(report);
     print(report);
     showProgress();
+    return m_canPrint;
 }
 
 void CheckRun::print(const FileReport &report)
@@ -97,7 +103,7 @@ bool CheckRun::finish()
     if (m_reports.size() > 1 && !m_command.json)
         m_canPrint = printLine(stdout, totalsText(m_reports)) && m_canPrint;
     if (!m_canPrint) {
-        fail(QStringLiteral("Cannot print the report."));
+        fail(QStringLiteral("Cannot write to the standard output."));
         return false;
     }
     if (!m_command.picture.isEmpty() && !save(m_command.picture, m_reports.first().picture))
@@ -109,6 +115,8 @@ int CheckRun::run()
 {
     m_showsProgress = m_command.files.size() > 1 && isErrorOutputTerminal();
     checkFiles();
+    if (m_isInterrupted)
+        return fail(QStringLiteral("Interrupted."), Incomplete);
     return finish() ? exitStatus(m_reports) : WrongUsage;
 }
 

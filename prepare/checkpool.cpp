@@ -1,6 +1,7 @@
 #include "checkpool.h"
 
 #include "checkfile.h"
+#include "interruption.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -8,6 +9,12 @@
 #include <QTimer>
 
 #include <utility>
+
+namespace {
+
+constexpr int interruptionInterval = 100; // ms
+
+} // namespace
 
 CheckPool::CheckPool(const CheckCommand &command, QString program)
     : m_command(command),
@@ -23,8 +30,27 @@ void CheckPool::run(const Consumer &consumer)
     m_loop = &loop;
     for (int i = 0; i < m_command.jobs; ++i)
         startNext();
-    if (m_delivered < m_reports.size())
+    QTimer interruption;
+    connect(&interruption, &QTimer::timeout, this, [this] {
+        if (Interruption::isRequested())
+            end();
+    });
+    interruption.start(interruptionInterval);
+    if (!m_isEnded)
         loop.exec();
+}
+
+// The children end before their folder is removed.
+void CheckPool::end()
+{
+    m_isEnded = true;
+    const QList<QProcess *> processes = findChildren<QProcess *>();
+    for (QProcess *const process : processes) {
+        process->disconnect(this);
+        process->kill();
+        process->waitForFinished();
+    }
+    m_loop->quit();
 }
 
 QString CheckPool::pictureFile(int index) const
@@ -49,7 +75,7 @@ QStringList CheckPool::argumentsFor(int index) const
 
 void CheckPool::startNext()
 {
-    if (m_next < m_reports.size())
+    if (m_next < m_reports.size() && !m_isEnded)
         start(m_next++);
 }
 
@@ -77,6 +103,8 @@ void CheckPool::start(int index)
 
 void CheckPool::finish(int index, QProcess &process, bool isTimeout)
 {
+    if (Interruption::isRequested())
+        return end(); // the same signal may have ended the child
     std::optional<FileReport> &report = m_reports[index];
     report = reportFromJson(process.readAllStandardOutput());
     if (!report) {
@@ -96,8 +124,9 @@ void CheckPool::deliver()
 {
     while (m_delivered < m_reports.size() && m_reports.at(m_delivered)) {
         const std::optional<FileReport> report = std::exchange(m_reports[m_delivered++], std::nullopt);
-        m_consumer(*report);
+        if (!m_consumer(*report))
+            return end();
     }
     if (m_delivered == m_reports.size())
-        m_loop->quit();
+        end();
 }

@@ -20,13 +20,14 @@ class CheckPool : public QObject
     Q_OBJECT
 
 public:
-    /// Called for each report, in the order of the files.
-    using Consumer = std::function<void(const FileReport &report)>;
+    /// Called for each report, in the order of the files. Returns false to end the checks.
+    using Consumer = std::function<bool(const FileReport &report)>;
 
     /// \a command must outlive this object. \a program is this program itself, except in tests.
     CheckPool(const CheckCommand &command, QString program);
 
-    /// Checks all files. Returns when all reports have been delivered.
+    /// Checks all files. Returns when all reports have been delivered, or at once when the consumer or an interruption
+    /// ends the checks; no child process is then left.
     void run(const Consumer &consumer);
 
 private:
@@ -34,6 +35,7 @@ private:
     void start(int index);
     void finish(int index, QProcess &process, bool isTimeout);
     void deliver();
+    void end();
     QStringList argumentsFor(int index) const;
     QString pictureFile(int index) const;
 
@@ -45,4 +47,5 @@ private:
     QVector<std::optional<FileReport>> m_reports; ///< those that wait for the report of an earlier file
     int m_next = 0;                               ///< index of the next file to start
     int m_delivered = 0;                          ///< number of reports delivered
+    bool m_isEnded = false;
 };

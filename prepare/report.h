@@ -36,6 +36,9 @@ struct FileReport
     bool isComplete() const;
     bool has(const QString &id) const;
     bool isUnreadable() const { return has(QStringLiteral("unreadable")); }
+    /// True if the check came to no end, so that nothing is known of the import.
+    bool isUnfinished() const { return has(QStringLiteral("crash")) || has(QStringLiteral("timeout")); }
+    bool isRejected() const { return !isAccepted && !isUnfinished(); }
     int countOf(Severity severity) const;
 
     QString fileName;
@@ -58,10 +61,13 @@ QByteArray toJson(const FileReport &report);
 /// Reads a line that toJson() has written. Returns no report if \a line is something else.
 std::optional<FileReport> reportFromJson(const QByteArray &line);
 
+/// The name of the file for the user, without control characters.
+QString displayName(const FileReport &report);
+
 /// The overall result in one sentence.
 QString verdictText(const FileReport &report);
 
-/// The counts of the import and of GDAL, a line each.
+/// The counts of the import and of GDAL, a line each; empty if the file was not read to its end.
 QString numbersText(const FileReport &report);
 
 /// The report of one file for a person.

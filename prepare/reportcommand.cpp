@@ -9,22 +9,27 @@
 
 namespace {
 
-/// Appends the reports in \a fileName, one a line, to \a reports. Returns the exit status.
-int readReports(const QString &fileName, QVector<FileReport> &reports)
+/// Appends the reports in \a fileName, one a line, to \a reports. Returns false after errors, which have been reported.
+bool readReports(const QString &fileName, QVector<FileReport> &reports)
 {
     QFile file(fileName);
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
-        return fail(QStringLiteral("Cannot read \"%1\".").arg(fileName), Unreadable);
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
+        fail(QStringLiteral("Cannot read \"%1\".").arg(fileName));
+        return false;
+    }
+    bool ok = true;
     for (qint64 number = 1; !file.atEnd(); ++number) {
         const QByteArray line = file.readLine().trimmed();
         if (line.isEmpty())
             continue;
         const std::optional<FileReport> report = reportFromJson(line);
-        if (!report)
-            return fail(QStringLiteral("\"%1\": line %2 is not a report.").arg(fileName).arg(number), Unreadable);
-        reports.append(*report);
+        if (report)
+            reports.append(*report);
+        else
+            fail(QStringLiteral("\"%1\": line %2 is not a report.").arg(fileName).arg(number));
+        ok = ok && report;
     }
-    return Complete;
+    return ok;
 }
 
 } // namespace
@@ -34,7 +39,7 @@ int runReport(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Merges reports, as printed by importprepare check --json, into a table of totals.\n\n"
-                       "Exit status: that of the checks; 3 if a file cannot be read."));
+                       "Exit status: that of the checks; 3 if a file or a line cannot be read."));
     const QString help = QStringLiteral("help");
     parser.addOption({{QStringLiteral("h"), help}, QStringLiteral("Prints this help and exits.")});
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Files with one JSON object per line."),
@@ -48,10 +53,10 @@ int runReport(const QStringList &arguments)
         return fail(QStringLiteral("No files to report. See importprepare report --help."));
     QVector<FileReport> reports;
     const QStringList files = parser.positionalArguments();
-    for (const QString &fileName : files) {
-        const int status = readReports(fileName, reports);
-        if (status != Complete)
-            return status;
-    }
-    return printLine(stdout, totalsText(reports)) ? exitStatus(reports) : WrongUsage;
+    bool isComplete = true;
+    for (const QString &fileName : files)
+        isComplete = readReports(fileName, reports) && isComplete;
+    if (!printResult(totalsText(reports)))
+        return WrongUsage;
+    return isComplete ? exitStatus(reports) : Unreadable;
 }

@@ -1,8 +1,7 @@
 // The reports as a self-contained page.
 
+#include "printable.h"
 #include "report.h"
-
-#include <QDir>
 
 namespace {
 
@@ -67,7 +66,7 @@ QString findingsBlock(const FileReport &report)
     for (const Finding &finding : report.findings)
         text += findingBlock(finding);
     for (const QString &message : report.messages)
-        text += paragraph(QStringLiteral("Сообщение импорта: ") + message);
+        text += paragraph(QStringLiteral("Сообщение импорта: ") + printable(message));
     const QString command = convertCommand(report);
     if (!command.isEmpty())
         text += QStringLiteral("<pre>") + command.toHtmlEscaped() + QStringLiteral("</pre>\n");
@@ -89,8 +88,7 @@ QByteArray reportPage(const QVector<FileReport> &reports)
     if (reports.size() > 1)
         page += "<pre>" + totalsText(reports).toHtmlEscaped().toUtf8() + "</pre>\n";
     for (const FileReport &report : reports) {
-        page += "<section>\n<h2>" + QDir::toNativeSeparators(report.fileName).toHtmlEscaped().toUtf8() +
-                "</h2>\n<div class=\"file\">\n";
+        page += "<section>\n<h2>" + displayName(report).toHtmlEscaped().toUtf8() + "</h2>\n<div class=\"file\">\n";
         page += pictureBlock(report);
         page += findingsBlock(report).toUtf8() + "</div>\n</section>\n";
     }

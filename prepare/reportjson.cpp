@@ -101,14 +101,15 @@ QByteArray toJson(const FileReport &report)
     const QJsonObject options{{QStringLiteral("searchPoints"), report.searchesPoints},
                               {QStringLiteral("searchObjects"), report.searchesObjects},
                               {QStringLiteral("encoding"), report.encoding}};
-    const QJsonObject object{{QStringLiteral("file"), report.fileName},
-                             {QStringLiteral("format"), formatName(report.format)},
-                             {QStringLiteral("accepted"), report.isAccepted},
-                             {QStringLiteral("messages"), QJsonArray::fromStringList(report.messages)},
-                             {QStringLiteral("options"), options},
-                             {QStringLiteral("import"), toObject(report.imported)},
-                             {QStringLiteral("found"), toValue(report.found)},
-                             {QStringLiteral("findings"), toArray(report.findings)}};
+    const QJsonObject object{
+        {QStringLiteral("file"), report.fileName},
+        {QStringLiteral("format"), formatName(report.format)},
+        {QStringLiteral("accepted"), report.isUnfinished() ? QJsonValue() : report.isAccepted},
+        {QStringLiteral("messages"), QJsonArray::fromStringList(report.messages)},
+        {QStringLiteral("options"), options},
+        {QStringLiteral("import"), report.isUnfinished() ? QJsonValue() : toObject(report.imported)},
+        {QStringLiteral("found"), toValue(report.found)},
+        {QStringLiteral("findings"), toArray(report.findings)}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 

@@ -1,5 +1,6 @@
 // The report of a file for a person.
 
+#include "printable.h"
 #include "report.h"
 
 #include <QDir>
@@ -38,12 +39,37 @@ QString quoted(const QString &name)
     return QLatin1Char('\'') + QString(name).replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
 }
 
+/// True if the folder has a file of the other format with the same base name.
+bool hasNamesake(const QFileInfo &file)
+{
+    const QString suffix = formatOf(file.fileName()) == Format::Dxf ? QStringLiteral("mif") : QStringLiteral("dxf");
+    const QString base = file.path() + QLatin1Char('/') + file.completeBaseName() + QLatin1Char('.');
+    return QFileInfo::exists(base + suffix) || QFileInfo::exists(base + suffix.toUpper());
+}
+
+/// The output of the conversion, in the folder of the file.
+QString outputName(const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    QString base = file.completeBaseName();
+    if (hasNamesake(file))
+        base += QLatin1Char('-') + file.suffix().toLower();
+    return QDir::cleanPath(file.path() + QLatin1Char('/') + base) + QStringLiteral("-import.mif");
+}
+
 } // namespace
+
+QString displayName(const FileReport &report)
+{
+    return printable(QDir::toNativeSeparators(report.fileName));
+}
 
 QString verdictText(const FileReport &report)
 {
     if (report.isUnreadable())
         return QStringLiteral("Файл не читается.");
+    if (report.isUnfinished())
+        return QStringLiteral("Проверка не закончена, что загрузится — неизвестно.");
     if (report.findings.isEmpty() || report.isComplete())
         return QStringLiteral("Загрузится всё.");
     if (!report.isAccepted)
@@ -55,6 +81,8 @@ QString verdictText(const FileReport &report)
 
 QString numbersText(const FileReport &report)
 {
+    if (report.isUnreadable() || report.isUnfinished())
+        return {};
     const FileReport::Imported &imported = report.imported;
     QString text = QStringLiteral("Загрузится: объектов %1, контуров %2, вершин %3, номеров %4, известных точек %5.\n")
                        .arg(imported.objects)
@@ -86,26 +114,29 @@ QString severityName(Severity severity)
 QString convertCommand(const FileReport &report)
 {
     const QVector<Finding> &findings = report.findings;
+    if (printable(report.fileName) != report.fileName)
+        return {}; // cannot be copied from the report
     if (std::none_of(findings.begin(), findings.end(), conversionCures))
         return {};
     const bool transforms = std::any_of(findings.begin(), findings.end(), needsCoordinateSystem);
     const QString options = transforms ? QStringLiteral(" --crs EPSG:номер") : QString();
-    const QFileInfo info(report.fileName);
-    const QString output =
-        QDir::cleanPath(info.path() + QLatin1Char('/') + info.completeBaseName()) + QStringLiteral("-import.mif");
-    return QStringLiteral("importprepare convert %1 %2").arg(quoted(report.fileName), quoted(output)) + options;
+    return QStringLiteral("importprepare convert %1 %2")
+               .arg(quoted(report.fileName), quoted(outputName(report.fileName))) +
+           options;
 }
 
 QString reportText(const FileReport &report)
 {
-    QString text =
-        QDir::toNativeSeparators(report.fileName) + QLatin1Char('\n') + verdictText(report) + QLatin1Char('\n');
+    QString text = displayName(report) + QLatin1Char('\n') + verdictText(report) + QLatin1Char('\n');
+    text += numbersText(report);
     if (!report.isUnreadable())
-        text += numbersText(report) + optionsText(report);
+        text += optionsText(report);
     for (const Finding &finding : report.findings)
         text += findingText(finding);
     if (!report.messages.isEmpty())
-        text += QStringLiteral("\nСообщения импорта:\n  %1\n").arg(report.messages.join(QLatin1String("\n  ")));
+        text += QStringLiteral("\nСообщения импорта:\n");
+    for (const QString &message : report.messages)
+        text += QStringLiteral("  ") + printable(message) + QLatin1Char('\n');
     const QString command = convertCommand(report);
     if (!command.isEmpty())
         text += QStringLiteral("\nПодготовить файл к импорту:\n  %1\n").arg(command);

@@ -10,7 +10,6 @@
 
 #include "report.h"
 
-#include <QDir>
 #include <QMap>
 
 #include <algorithm>
@@ -33,14 +32,21 @@ QString row(const QStringList &cells, const QString &name)
     return text + QStringLiteral("  ") + name + QLatin1Char('\n');
 }
 
+QString acceptedText(const FileReport &report)
+{
+    if (report.isUnfinished())
+        return QStringLiteral("?");
+    return report.isAccepted ? QStringLiteral("да") : QStringLiteral("нет");
+}
+
 QString fileRow(const FileReport &report)
 {
+    const QString objects = report.isUnfinished() ? QStringLiteral("?") : QString::number(report.imported.objects);
     const QString found =
         report.found ? QString::number(report.found->areas + report.found->lines) : QStringLiteral("?");
-    return row({report.isAccepted ? QStringLiteral("да") : QStringLiteral("нет"),
-                QString::number(report.imported.objects), found, QString::number(report.countOf(Severity::Error)),
+    return row({acceptedText(report), objects, found, QString::number(report.countOf(Severity::Error)),
                 QString::number(report.countOf(Severity::Warning))},
-               QDir::toNativeSeparators(report.fileName));
+               displayName(report));
 }
 
 QMap<QString, Total> totalsOf(const QVector<FileReport> &reports)

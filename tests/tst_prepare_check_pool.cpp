@@ -1,5 +1,10 @@
 #include "checkpool.h"
+#include "interruption.h"
 #include "preparetesting.h"
+
+#include <QTimer>
+
+#include <csignal>
 
 /// Checks in child processes, which run a script in place of the program.
 class tst_PrepareCheckPool : public QObject
@@ -12,6 +17,8 @@ private Q_SLOTS:
     void failureBecomesAFinding();
     void failureDoesNotAffectOtherFiles();
     void reportsKeepTheOrderOfTheFiles();
+    void consumerEndsTheChecks();
+    void interruptionEndsTheChildren();
 };
 
 namespace {
@@ -34,14 +41,16 @@ struct PoolFixture
     {
         QStringList texts;
         CheckPool pool(command, program(script));
-        pool.run([&texts](const FileReport &report) {
+        pool.run([this, &texts](const FileReport &report) {
             texts.append(report.fileName + QStringLiteral(": ") + described(report.findings));
+            return texts.size() != maxReports;
         });
         return texts;
     }
 
     const TextFixture files;
     CheckCommand command;
+    int maxReports = 0; ///< the checks end after so many; 0: no limit
 };
 
 } // namespace
@@ -101,6 +110,45 @@ void tst_PrepareCheckPool::reportsKeepTheOrderOfTheFiles()
                                            .arg(mark));
 
     QCOMPARE(texts, (QStringList{QStringLiteral("a.dxf: "), QStringLiteral("b.dxf: "), QStringLiteral("c.dxf: ")}));
+}
+
+void tst_PrepareCheckPool::consumerEndsTheChecks()
+{
+    PoolFixture pool;
+    pool.command.files = QStringList{QStringLiteral("a.dxf"), QStringLiteral("b.dxf"), QStringLiteral("c.dxf")};
+    pool.command.jobs = 2;
+    pool.maxReports = 1;
+
+    QCOMPARE(pool.run(QStringLiteral("[ $file = b.dxf ] && exec sleep 1000\nreport")),
+             QStringList{QStringLiteral("a.dxf: ")});
+}
+
+void tst_PrepareCheckPool::interruptionEndsTheChildren()
+{
+#ifdef Q_OS_UNIX
+    PoolFixture pool;
+    pool.command.files = QStringList{QStringLiteral("a.dxf")};
+    pool.command.jobs = 1;
+    const QString mark = pool.files.path(QStringLiteral("mark"));
+    const Interruption interruption;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&mark] {
+        if (QFile::exists(mark))
+            std::raise(SIGTERM);
+    });
+    timer.start(10);
+
+    const QStringList texts = pool.run(QStringLiteral("echo $$ >%1.new\nmv %1.new %1\nexec sleep 1000").arg(mark));
+
+    QFile file(mark);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const pid_t child = file.readAll().trimmed().toInt();
+    QVERIFY(child > 0);
+    QVERIFY(kill(child, 0) != 0);
+    QCOMPARE(texts, QStringList());
+#else
+    QSKIP("signals of Unix");
+#endif
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareCheckPool)

@@ -1,11 +1,8 @@
 #include "checkcommand.h"
-#include "preparetesting.h"
+#include "checkprogramtesting.h"
 
 #include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 
 /// The program's sub-commands check and report: output and exit status.
 class tst_PrepareCheckProgram : public QObject
@@ -28,63 +25,9 @@ private Q_SLOTS:
     void childProcessesGiveTheSameReports();
     void onlyATimeoutNeedsAProcessForOneFile();
     void totalsAreThoseOfTheJsonLines();
-    void badJsonLineIsReported();
+    void badJsonLinesAreReported();
     void pageShowsTheLosses();
-    void pageThatCannotBeSavedIsReported();
 };
-
-namespace {
-
-struct Run
-{
-    int status;
-    QString output;
-    QString errors;
-};
-
-Run run(const QStringList &arguments, const QString &folder = QDir::tempPath())
-{
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments);
-    process.closeWriteChannel();
-    const bool ended = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-/// Files for the program in a temporary folder.
-struct ProgramFixture
-{
-    QString path(const QString &name) const { return files.path(name); }
-    QString folder() const { return files.path(QString()); }
-
-    QString writeComplete(const QString &name = QStringLiteral("good.dxf")) const
-    {
-        return files.write(name, drawing(lineEntity));
-    }
-
-    /// A drawing that loses an arc and the bulge of a polyline.
-    QString writeLossy(const QString &name = QStringLiteral("lossy.dxf")) const
-    {
-        return files.write(name, drawing(lineEntity + "|0 ARC|8 0|10 0|20 0|40 5|50 0|51 90|0 LWPOLYLINE|8 0|90 2|" +
-                                         "70 0|10 50|20 0|42 1|10 60|20 0"));
-    }
-
-    const TextFixture files;
-};
-
-QJsonObject objectOf(const QString &line)
-{
-    return QJsonDocument::fromJson(line.toUtf8()).object();
-}
-
-QStringList linesOf(const QString &text)
-{
-    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
-} // namespace
 
 void tst_PrepareCheckProgram::exitStatusReportsTheOutcome_data()
 {
@@ -337,14 +280,20 @@ void tst_PrepareCheckProgram::totalsAreThoseOfTheJsonLines()
     QCOMPARE(lines.last(), QStringLiteral("Файлов: 2, принято 2, дают объекты 2, загрузятся полностью 1."));
 }
 
-void tst_PrepareCheckProgram::badJsonLineIsReported()
+void tst_PrepareCheckProgram::badJsonLinesAreReported()
 {
     const ProgramFixture program;
-    program.files.writeBytes(QStringLiteral("a.jsonl"), "\n{\"file\":1}\n");
+    program.files.writeBytes(QStringLiteral("a.jsonl"),
+                             "\n{\"file\":1}\n" + toJson(checkFile(program.writeComplete(), {}, false)) + "\n{");
 
-    const Run result = run({QStringLiteral("report"), QStringLiteral("a.jsonl")}, program.folder());
+    const Run result =
+        run({QStringLiteral("report"), QStringLiteral("none.jsonl"), QStringLiteral("a.jsonl")}, program.folder());
 
-    QCOMPARE(result.errors, QStringLiteral("importprepare: \"a.jsonl\": line 2 is not a report.\n"));
+    QCOMPARE(result.errors, QStringLiteral("importprepare: Cannot read \"none.jsonl\".\n"
+                                           "importprepare: \"a.jsonl\": line 2 is not a report.\n"
+                                           "importprepare: \"a.jsonl\": line 4 is not a report.\n"));
+    QCOMPARE(linesOf(result.output).last(),
+             QStringLiteral("Файлов: 1, принято 1, дают объекты 1, загрузятся полностью 1."));
     QCOMPARE(result.status, 3);
 }
 
@@ -367,20 +316,6 @@ void tst_PrepareCheckProgram::pageShowsTheLosses()
     QVERIFY(page.contains(QStringLiteral("stroke=\"#1b2a41\"")));
     QVERIFY(page.contains(QStringLiteral("Дуги полилиний станут хордами")));
     QVERIFY(page.contains(QStringLiteral("<h2>&lt;good&gt;.dxf</h2>")));
-}
-
-void tst_PrepareCheckProgram::pageThatCannotBeSavedIsReported()
-{
-    const ProgramFixture program;
-    program.writeComplete();
-
-    const Run result = run({QStringLiteral("check"), QStringLiteral("--html"), QStringLiteral("none/page.html"),
-                            QStringLiteral("good.dxf")},
-                           program.folder());
-
-    QVERIFY2(result.errors.startsWith(QStringLiteral("importprepare: Cannot save \"none/page.html\": ")),
-             qPrintable(result.errors));
-    QCOMPARE(result.status, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareCheckProgram)

@@ -1,0 +1,344 @@
+#include "checkprogramtesting.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+#ifdef Q_OS_LINUX
+#include <sys/mount.h>
+#endif
+
+/// What the sub-command check finds in folders, how it shows names, and what it leaves where its output cannot be
+/// written or its work is interrupted.
+class tst_PrepareCheckOutput : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pageNeverReplacesOtherFiles_data();
+    void pageNeverReplacesOtherFiles();
+    void pageOnAFullDiskKeepsTheOldOne();
+    void unwritableOutputIsReported_data();
+    void unwritableOutputIsReported();
+    void everyNameInAFolderIsReported();
+    void unreadableFolderIsReported();
+    void foldersBehindLinksAreNotSearched();
+    void namesAreShownWithoutControlCharacters();
+    void filesOfOneNameGetDifferentOutputs();
+    void unfinishedCheckClaimsNothing_data();
+    void unfinishedCheckClaimsNothing();
+    void interruptionLeavesNothing_data();
+    void interruptionLeavesNothing();
+};
+
+namespace {
+
+QByteArray contents(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+/// "file: findings" of each line of JSON.
+QStringList described(const QString &json)
+{
+    QStringList texts;
+    const QStringList lines = linesOf(json);
+    for (const QString &line : lines) {
+        const std::optional<FileReport> report = reportFromJson(line.toUtf8());
+        texts.append(report ? report->fileName + QStringLiteral(": ") + ::described(report->findings) : line);
+    }
+    return texts;
+}
+
+FileReport reportOf(const QString &fileName)
+{
+    FileReport report;
+    report.fileName = fileName;
+    report.isAccepted = true;
+    report.messages = QStringList{fileName};
+    Finding finding = findingWithoutEvidence(QStringLiteral("binary-dxf"));
+    finding.cure = QStringLiteral("Исправьте файл или преобразуйте файл командой convert.");
+    report.findings = {finding};
+    return report;
+}
+
+} // namespace
+
+void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("error");
+    const auto add = [](const char *page, const char *error) {
+        QTest::newRow(page) << QString::fromLatin1(page) << QString::fromLatin1(error);
+    };
+
+    add("a.dxf", "--html names the page to write, and \"a.dxf\" is a name of a MIF or DXF file.");
+    add("new.MIF", "--html names the page to write, and \"new.MIF\" is a name of a MIF or DXF file.");
+    add("new.mid", "--html names the page to write, and \"new.mid\" is a name of a MIF or DXF file.");
+    add("link.html", "--html names the page to write, and \"link.html\" is a name of a MIF or DXF file.");
+    add("points.txt", "\"points.txt\" is the file of points, so --html would overwrite it.");
+    add("pipe", "\"pipe\" is not a regular file, so --html would destroy it.");
+    add("folder", "\"folder\" is not a regular file, so --html would destroy it.");
+    add("none/page.html", "The folder of \"none/page.html\" is missing.");
+}
+
+void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(QString, page);
+    QFETCH(QString, error);
+    const ProgramFixture program;
+    program.writeComplete(QStringLiteral("a.dxf"));
+    program.files.writeBytes(QStringLiteral("points.txt"), "points");
+    QVERIFY(QFile::link(QStringLiteral("a.dxf"), program.path(QStringLiteral("link.html"))));
+    QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("folder")));
+    QCOMPARE(mkfifo(program.path(QStringLiteral("pipe")).toUtf8().constData(), 0600), 0);
+    const QByteArray before = contents(program.path(QStringLiteral("a.dxf")));
+    const QStringList entriesBefore = entries(program.folder());
+
+    const Run result = run({QStringLiteral("check"), QStringLiteral("--html"), page, QStringLiteral("--points"),
+                            QStringLiteral("points.txt"), QStringLiteral("a.dxf")},
+                           program.folder());
+
+    QCOMPARE(result.errors, QStringLiteral("importprepare: %1 See importprepare check --help.\n").arg(error));
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(contents(program.path(QStringLiteral("a.dxf"))), before);
+    QCOMPARE(entries(program.folder()), entriesBefore);
+#else
+    QSKIP("links and pipes of Unix");
+#endif
+}
+
+void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne()
+{
+#ifdef Q_OS_LINUX
+    if (geteuid() != 0)
+        QSKIP("only the superuser can mount a small disk");
+    const ProgramFixture program;
+    program.writeLossy(QStringLiteral("a.dxf"));
+    QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("disk")));
+    const QByteArray disk = program.path(QStringLiteral("disk")).toUtf8();
+    if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") != 0)
+        QSKIP("this system lets nobody mount a disk");
+    program.files.writeBytes(QStringLiteral("disk/page.html"), "old");
+    program.files.writeBytes(QStringLiteral("disk/rest"), QByteArray(65536 - 4096, 'x'));
+
+    const Run result = run(
+        {QStringLiteral("check"), QStringLiteral("--html"), QStringLiteral("disk/page.html"), QStringLiteral("a.dxf")},
+        program.folder());
+    const QByteArray page = contents(program.path(QStringLiteral("disk/page.html")));
+    const QStringList left = entries(program.path(QStringLiteral("disk")));
+    umount(disk.constData());
+
+    QCOMPARE(result.errors, QStringLiteral("importprepare: Cannot save \"disk/page.html\": No space left on device\n"));
+    QCOMPARE(result.status, 2);
+    QCOMPARE(page, QByteArray("old"));
+    QCOMPARE(left, (QStringList{QStringLiteral("page.html"), QStringLiteral("rest")}));
+#else
+    QSKIP("needs a disk of its own");
+#endif
+}
+
+void tst_PrepareCheckOutput::unwritableOutputIsReported_data()
+{
+    QTest::addColumn<QString>("arguments");
+
+    for (const char *const arguments :
+         {"check a.dxf", "check a.dxf a.dxf", "report a.jsonl", "convert a.dxf out.mif", "--help", "convert --help"})
+        QTest::newRow(arguments) << QString::fromLatin1(arguments);
+}
+
+void tst_PrepareCheckOutput::unwritableOutputIsReported()
+{
+    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
+        QSKIP("this system has no full device");
+    QFETCH(QString, arguments);
+    const ProgramFixture program;
+    program.writeComplete(QStringLiteral("a.dxf"));
+    program.files.writeBytes(QStringLiteral("a.jsonl"), "");
+    QProcess process;
+    process.setWorkingDirectory(program.folder());
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+
+    process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments.split(QLatin1Char(' ')));
+    QVERIFY(process.waitForFinished(60000));
+
+    QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Cannot write to the standard output.\n"));
+    QCOMPARE(process.exitCode(), 2);
+}
+
+void tst_PrepareCheckOutput::everyNameInAFolderIsReported()
+{
+#ifdef Q_OS_LINUX
+    const ProgramFixture program;
+    QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("a")));
+    program.writeComplete(QStringLiteral("a/good.dxf"));
+    QVERIFY(QFile::link(QStringLiteral("none"), program.path(QStringLiteral("a/link.dxf"))));
+    QCOMPARE(mkfifo(program.path(QStringLiteral("a/pipe.mif")).toUtf8().constData(), 0600), 0);
+    const QByteArray undecodable = program.path(QStringLiteral("a/")).toUtf8() + "\xEF\xEB.dxf";
+    QVERIFY(rename(program.writeComplete(QStringLiteral("x")).toUtf8().constData(), undecodable.constData()) == 0);
+
+    const Run result = run({QStringLiteral("check"), QStringLiteral("--json"), QStringLiteral("a")}, program.folder());
+
+    QCOMPARE(
+        described(result.output),
+        (QStringList{QStringLiteral("a/good.dxf: "), QStringLiteral("a/link.dxf: unreadable 1"),
+                     QStringLiteral("a/pipe.mif: unreadable 1"), QStringLiteral("a/\uFFFD\uFFFD.dxf: unreadable 1")}));
+    QCOMPARE(result.status, 3);
+#else
+    QSKIP("names that are bytes");
+#endif
+}
+
+void tst_PrepareCheckOutput::unreadableFolderIsReported()
+{
+#ifdef Q_OS_UNIX
+    if (geteuid() == 0)
+        QSKIP("the superuser reads all folders");
+    const ProgramFixture program;
+    QVERIFY(QDir(program.folder()).mkpath(QStringLiteral("a/closed")));
+    program.writeComplete(QStringLiteral("a/good.dxf"));
+    QVERIFY(QFile::setPermissions(program.path(QStringLiteral("a/closed")), {}));
+
+    const Run result = run({QStringLiteral("check"), QStringLiteral("--json"), QStringLiteral("a")}, program.folder());
+
+    QCOMPARE(described(result.output),
+             (QStringList{QStringLiteral("a/closed: unreadable 1"), QStringLiteral("a/good.dxf: ")}));
+    QCOMPARE(result.status, 3);
+#else
+    QSKIP("permissions of Unix");
+#endif
+}
+
+void tst_PrepareCheckOutput::foldersBehindLinksAreNotSearched()
+{
+#ifdef Q_OS_UNIX
+    const ProgramFixture program;
+    QVERIFY(QDir(program.folder()).mkpath(QStringLiteral("a/b")));
+    program.writeComplete(QStringLiteral("a/b/good.dxf"));
+    QVERIFY(QFile::link(QStringLiteral("b"), program.path(QStringLiteral("a/link"))));
+
+    const Run result = run({QStringLiteral("check"), QStringLiteral("--json"), QStringLiteral("a")}, program.folder());
+
+    QCOMPARE(described(result.output), QStringList{QStringLiteral("a/b/good.dxf: ")});
+    QCOMPARE(result.status, 0);
+#else
+    QSKIP("links of Unix");
+#endif
+}
+
+void tst_PrepareCheckOutput::namesAreShownWithoutControlCharacters()
+{
+    QVERIFY(reportText(reportOf(QStringLiteral("a.dxf"))).contains(QStringLiteral("importprepare convert")));
+    const FileReport report = reportOf(QStringLiteral("a\x1b[31m\n\u009bb.dxf"));
+    const QString shown = QStringLiteral("a\uFFFD[31m\uFFFD\uFFFDb.dxf");
+
+    QVERIFY(reportText(report).startsWith(shown + QLatin1Char('\n')));
+    for (const QString &text :
+         {reportText(report), totalsText({report}), QString::fromUtf8(reportPage({report, report}))}) {
+        QVERIFY2(text.contains(shown), qPrintable(text));
+        for (const QChar c : text)
+            QVERIFY2(c.category() != QChar::Other_Control || c == QLatin1Char('\n'), qPrintable(text));
+        QVERIFY(!text.contains(QStringLiteral("importprepare convert")));
+    }
+}
+
+void tst_PrepareCheckOutput::filesOfOneNameGetDifferentOutputs()
+{
+    const TextFixture files;
+    const QString drawing = files.write(QStringLiteral("plan.dxf"), {});
+    const QString alone = convertCommand(reportOf(drawing));
+    const QString map = files.write(QStringLiteral("plan.MIF"), {});
+
+    QVERIFY2(alone.endsWith(QStringLiteral("/plan-import.mif")), qPrintable(alone));
+    QVERIFY(convertCommand(reportOf(drawing)).endsWith(QStringLiteral("/plan-dxf-import.mif")));
+    QVERIFY(convertCommand(reportOf(map)).endsWith(QStringLiteral("/plan-mif-import.mif")));
+}
+
+void tst_PrepareCheckOutput::unfinishedCheckClaimsNothing_data()
+{
+    QTest::addColumn<QString>("id");
+
+    QTest::newRow("crash") << QStringLiteral("crash");
+    QTest::newRow("timeout") << QStringLiteral("timeout");
+}
+
+void tst_PrepareCheckOutput::unfinishedCheckClaimsNothing()
+{
+    QFETCH(QString, id);
+    const FileReport report = reportWithFinding(QStringLiteral("a.dxf"), CheckOptions(), id);
+    const QString verdict = QStringLiteral("Проверка не закончена, что загрузится — неизвестно.");
+
+    const QString text = reportText(report);
+    const QJsonObject json = objectOf(QString::fromUtf8(toJson(report)));
+    const std::optional<FileReport> read = reportFromJson(toJson(report));
+
+    QVERIFY2(text.startsWith(QStringLiteral("a.dxf\n%1\nКодировка ").arg(verdict)), qPrintable(text));
+    QVERIFY(json.value(QStringLiteral("accepted")).isNull());
+    QVERIFY(json.value(QStringLiteral("import")).isNull());
+    QVERIFY(read && read->isUnfinished());
+    QCOMPARE(linesOf(totalsText({*read})).value(2).simplified(), QStringLiteral("? ? ? 1 0 a.dxf"));
+    QCOMPARE(exitStatus({*read}), 1);
+}
+
+void tst_PrepareCheckOutput::interruptionLeavesNothing_data()
+{
+    QTest::addColumn<int>("signal");
+
+    QTest::newRow("interrupt") << SIGINT;
+    QTest::newRow("terminate") << SIGTERM;
+#ifdef SIGHUP
+    QTest::newRow("hang up") << SIGHUP;
+#endif
+}
+
+// The pool has a temporary folder for the pictures.
+void tst_PrepareCheckOutput::interruptionLeavesNothing()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(int, signal);
+    const ProgramFixture program;
+    program.files.write(QStringLiteral("a.dxf"), drawing(lineEntity) << QString(30000000, QLatin1Char('\n')));
+    const QString temporary = program.path(QStringLiteral("temporary"));
+    QVERIFY(QDir().mkdir(temporary));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), temporary);
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(IMPORTPREPARE_PATH),
+                  {QStringLiteral("check"), QStringLiteral("--jobs"), QStringLiteral("1"), QStringLiteral("--html"),
+                   program.path(QStringLiteral("page.html")), program.path(QStringLiteral("a.dxf"))});
+    QElapsedTimer timer;
+    timer.start();
+    while (entries(temporary).isEmpty() && timer.elapsed() < 30000)
+        QThread::msleep(1);
+
+    QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
+    QVERIFY(process.waitForFinished(60000));
+
+    QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Interrupted.\n"));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(entries(temporary), QStringList());
+    QVERIFY(!QFile::exists(program.path(QStringLiteral("page.html"))));
+#else
+    QSKIP("signals of Unix");
+#endif
+}
+
+QTEST_GUILESS_MAIN(tst_PrepareCheckOutput)
+#include "tst_prepare_check_output.moc"
