@@ -75,10 +75,11 @@ QString pageError(const QString &page, const CheckOptions &options)
 
 CheckCommandLine::CheckCommandLine()
 {
-    m_parser.setApplicationDescription(
-        QStringLiteral("Reports what an import of MIF and DXF files would lose or get wrong.\n\n"
-                       "Exit status: 0 if everything comes in, 1 if something would be lost or wrong, 2 for wrong\n"
-                       "usage, 3 if a file could not be read at all."));
+    m_parser.setApplicationDescription(QStringLiteral(
+        "Reports what an import of MIF and DXF files would lose or get wrong.\n\n"
+        "Exit status: 0 if everything comes in, 1 if something would be lost or wrong or the work was\n"
+        "interrupted, 2 for wrong usage or if the report could not be written, 3 if a file could not be\n"
+        "read at all."));
     m_parser.addOptions(allOptions());
     m_parser.addPositionalArgument(strFile, QStringLiteral("Files, and folders to search for MIF and DXF files."),
                                    QStringLiteral("file..."));

@@ -73,8 +73,9 @@ ConvertCommandLine::ConvertCommandLine()
         "cannot be taken is listed. At the end the output is imported and compared with what was\n"
         "written.\n\n"
         "Exit status: 0 the output is complete, also when the report lists what was left out; 1 nothing\n"
-        "was written: the import does not read the same back, the output cannot be saved, or the work\n"
-        "was interrupted; 2 wrong usage, or the output exists; 3 the input cannot be read."));
+        "was written: there is nothing to import, the import does not read the same back, the output\n"
+        "cannot be saved, or the work was interrupted; 2 wrong usage, the output exists or is the input,\n"
+        "or the report cannot be printed; 3 the input cannot be read."));
     m_parser.addOptions(::options());
     m_parser.addPositionalArgument(QStringLiteral("input"), QStringLiteral("File to convert."));
     m_parser.addPositionalArgument(QStringLiteral("output"),
