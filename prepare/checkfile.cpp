@@ -6,6 +6,7 @@
 #include "finding.h"
 #include "reportpicture.h"
 
+#include <QFileInfo>
 #include <QTextCodec>
 
 namespace {
@@ -26,6 +27,9 @@ FileReport emptyReport(const QString &fileName, const CheckOptions &options)
 FileReport checkFile(const QString &fileName, const CheckOptions &options, bool withPicture)
 {
     FileReport report = emptyReport(fileName, options);
+    // GDAL would wait for a writer of a pipe.
+    if (!QFileInfo(fileName).isFile())
+        return reportWithFinding(fileName, options, QStringLiteral("unreadable"));
     const FoundContent found = findContent(fileName, withPicture);
     const FileFacts facts = scanFile(fileName, options, found.symbols, found.fillings);
     if (!facts.isReadable)
