@@ -11,11 +11,26 @@
 
 namespace {
 
-/// Returns false after an error, which has been reported. Closing the file would not report a full disk.
+// Unbuffered, because a buffer would put off a failure. A full disk accepts part of the data without an error; only the
+// attempt to write the rest fails with a reason.
+bool writeAll(QSaveFile &file, const QByteArray &bytes)
+{
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return false;
+    for (qint64 position = 0; position < bytes.size();) {
+        const qint64 written = file.write(bytes.constData() + position, bytes.size() - position);
+        if (written <= 0)
+            return false;
+        position += written;
+    }
+    return true;
+}
+
+/// Returns false after an error, which has been reported.
 bool save(const QString &fileName, const QByteArray &bytes)
 {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() && file.commit())
+    if (writeAll(file, bytes) && file.commit())
         return true;
     fail(QStringLiteral("Cannot save \"%1\": %2").arg(fileName, file.errorString()));
     return false;
@@ -115,6 +130,8 @@ int CheckRun::run()
 {
     m_showsProgress = m_command.files.size() > 1 && isErrorOutputTerminal();
     checkFiles();
+    if (m_isInterrupted && m_showsProgress)
+        replaceTerminalLine(QString());
     if (m_isInterrupted)
         return fail(QStringLiteral("Interrupted."), Incomplete);
     return finish() ? exitStatus(m_reports) : WrongUsage;

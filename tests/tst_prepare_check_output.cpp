@@ -21,8 +21,10 @@ class tst_PrepareCheckOutput : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void pageNeverReplacesOtherFiles_data();
     void pageNeverReplacesOtherFiles();
+    void pageOnAFullDiskKeepsTheOldOne_data();
     void pageOnAFullDiskKeepsTheOldOne();
     void unwritableOutputIsReported_data();
     void unwritableOutputIsReported();
@@ -76,6 +78,15 @@ FileReport reportOf(const QString &fileName)
 
 } // namespace
 
+// Signals may be ignored where the tests run in the background, and child processes inherit that.
+void tst_PrepareCheckOutput::initTestCase()
+{
+    std::signal(SIGINT, SIG_DFL);
+#ifdef SIGHUP
+    std::signal(SIGHUP, SIG_DFL);
+#endif
+}
+
 void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles_data()
 {
     QTest::addColumn<QString>("page");
@@ -122,19 +133,31 @@ void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles()
 #endif
 }
 
+void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne_data()
+{
+    QTest::addColumn<int>("rest"); // free bytes of the disk
+
+    QTest::newRow("no space") << 0;
+    QTest::newRow("space for the beginning") << 4096;
+}
+
 void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne()
 {
 #ifdef Q_OS_LINUX
+    QFETCH(int, rest);
     if (geteuid() != 0)
         QSKIP("only the superuser can mount a small disk");
     const ProgramFixture program;
-    program.writeLossy(QStringLiteral("a.dxf"));
+    QByteArray entities = lineEntity;
+    for (int i = 0; i < 200; ++i)
+        entities += "|0 CIRCLE|8 0|10 " + QByteArray::number(20 * i) + "|20 0|40 5";
+    program.files.write(QStringLiteral("a.dxf"), drawing(entities));
     QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("disk")));
     const QByteArray disk = program.path(QStringLiteral("disk")).toUtf8();
     if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") != 0)
         QSKIP("this system lets nobody mount a disk");
     program.files.writeBytes(QStringLiteral("disk/page.html"), "old");
-    program.files.writeBytes(QStringLiteral("disk/rest"), QByteArray(65536 - 4096, 'x'));
+    program.files.writeBytes(QStringLiteral("disk/rest"), QByteArray(65536 - 4096 - rest, 'x'));
 
     const Run result = run(
         {QStringLiteral("check"), QStringLiteral("--html"), QStringLiteral("disk/page.html"), QStringLiteral("a.dxf")},

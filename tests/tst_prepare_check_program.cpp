@@ -26,8 +26,15 @@ private Q_SLOTS:
     void onlyATimeoutNeedsAProcessForOneFile();
     void totalsAreThoseOfTheJsonLines();
     void badJsonLinesAreReported();
+    void missingJsonFileIsReported();
     void pageShowsTheLosses();
 };
+
+namespace {
+
+const QString oneCompleteFile = QStringLiteral("Файлов: 1, принято 1, дают объекты 1, загрузятся полностью 1.");
+
+} // namespace
 
 void tst_PrepareCheckProgram::exitStatusReportsTheOutcome_data()
 {
@@ -283,17 +290,27 @@ void tst_PrepareCheckProgram::totalsAreThoseOfTheJsonLines()
 void tst_PrepareCheckProgram::badJsonLinesAreReported()
 {
     const ProgramFixture program;
-    program.files.writeBytes(QStringLiteral("a.jsonl"),
-                             "\n{\"file\":1}\n" + toJson(checkFile(program.writeComplete(), {}, false)) + "\n{");
+    const QByteArray good = toJson(checkFile(program.writeComplete(), {}, false)) + '\n';
+    program.files.writeBytes(QStringLiteral("a.jsonl"), "\n{\"file\":1}\n" + good + '{');
+
+    const Run result = run({QStringLiteral("report"), QStringLiteral("a.jsonl")}, program.folder());
+
+    QCOMPARE(result.errors, QStringLiteral("importprepare: \"a.jsonl\": line 2 is not a report.\n"
+                                           "importprepare: \"a.jsonl\": line 4 is not a report.\n"));
+    QCOMPARE(linesOf(result.output).last(), oneCompleteFile);
+    QCOMPARE(result.status, 3);
+}
+
+void tst_PrepareCheckProgram::missingJsonFileIsReported()
+{
+    const ProgramFixture program;
+    program.files.writeBytes(QStringLiteral("a.jsonl"), toJson(checkFile(program.writeComplete(), {}, false)));
 
     const Run result =
         run({QStringLiteral("report"), QStringLiteral("none.jsonl"), QStringLiteral("a.jsonl")}, program.folder());
 
-    QCOMPARE(result.errors, QStringLiteral("importprepare: Cannot read \"none.jsonl\".\n"
-                                           "importprepare: \"a.jsonl\": line 2 is not a report.\n"
-                                           "importprepare: \"a.jsonl\": line 4 is not a report.\n"));
-    QCOMPARE(linesOf(result.output).last(),
-             QStringLiteral("Файлов: 1, принято 1, дают объекты 1, загрузятся полностью 1."));
+    QCOMPARE(result.errors, QStringLiteral("importprepare: Cannot read \"none.jsonl\".\n"));
+    QCOMPARE(linesOf(result.output).last(), oneCompleteFile);
     QCOMPARE(result.status, 3);
 }
 

@@ -1,4 +1,5 @@
 #include "converttesting.h"
+#include "interruption.h"
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -19,12 +20,14 @@ class tst_PrepareConvertInterrupted : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void fullDiskLeavesNothing();
     void limitOfFileSizeLeavesNothing();
     void interruptionLeavesNothing_data();
     void interruptionLeavesNothing();
     void repeatedSignalIsOneInterruption();
     void secondInterruptionEndsAtOnce();
+    void ignoredSignalStaysIgnored();
 };
 
 namespace {
@@ -43,6 +46,15 @@ void startConversion(QProcess &process, const ConvertFixture &fixture, const QSt
 }
 
 } // namespace
+
+// Signals may be ignored where the tests run in the background, and child processes inherit that.
+void tst_PrepareConvertInterrupted::initTestCase()
+{
+    std::signal(SIGINT, SIG_DFL);
+#ifdef SIGHUP
+    std::signal(SIGHUP, SIG_DFL);
+#endif
+}
 
 void tst_PrepareConvertInterrupted::fullDiskLeavesNothing()
 {
@@ -163,6 +175,23 @@ void tst_PrepareConvertInterrupted::secondInterruptionEndsAtOnce()
 
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
     QCOMPARE(entries(fixture.path(QString())), arguments("a.vrt pipe.csv"));
+#else
+    QSKIP("signals of Unix");
+#endif
+}
+
+// As under nohup.
+void tst_PrepareConvertInterrupted::ignoredSignalStaysIgnored()
+{
+#ifdef Q_OS_UNIX
+    const auto previous = std::signal(SIGHUP, SIG_IGN);
+    {
+        const Interruption interruption;
+        std::raise(SIGHUP);
+        QVERIFY(!Interruption::isRequested());
+    }
+    std::raise(SIGHUP);
+    QVERIFY(std::signal(SIGHUP, previous) == SIG_IGN);
 #else
     QSKIP("signals of Unix");
 #endif
