@@ -28,6 +28,8 @@ public:
     void read(OGRFeature &feature);
     /// Takes the areas that fill outlines off.
     void removeFillings();
+    /// True if all coordinates can be longitude and latitude.
+    bool fitsDegrees() const;
 
 private:
     unsigned kindsOf(const OGRGeometry &geometry);
@@ -40,6 +42,7 @@ private:
     bool m_isDrawing;
     bool m_forPicture;
     qint64 m_drawnCount = 0;
+    OGREnvelope m_box;
 };
 
 bool ContentReader::hasRoom(qint64 count)
@@ -101,6 +104,11 @@ unsigned ContentReader::kindsOf(const OGRGeometry &geometry)
     return OGR_GT_IsSurface(type) != 0 ? Areas : Lines;
 }
 
+bool ContentReader::fitsDegrees() const
+{
+    return m_box.IsInit() != 0 && m_box.MinX >= -180 && m_box.MaxX <= 180 && m_box.MinY >= -90 && m_box.MaxY <= 90;
+}
+
 // Both drivers describe a text as a point with a label.
 void ContentReader::read(OGRFeature &feature)
 {
@@ -108,6 +116,11 @@ void ContentReader::read(OGRFeature &feature)
     if (geometry == nullptr)
         return;
     const unsigned kinds = kindsOf(*geometry);
+    if (kinds != None) {
+        OGREnvelope box;
+        geometry->getEnvelope(&box);
+        m_box.Merge(box);
+    }
     m_content.areas += (kinds & Areas) != 0 ? 1 : 0;
     m_content.lines += (kinds & Lines) != 0 ? 1 : 0;
     if (m_isDrawing && (kinds & (Areas | Lines)) != 0)
@@ -158,6 +171,7 @@ FoundContent findContent(const QString &fileName, bool forPicture)
             reader.read(*feature);
         content.isReadToEnd = content.isReadToEnd && CPLGetLastErrorType() < CE_Failure;
     }
+    content.fitsDegrees = reader.fitsDegrees();
     CPLPopErrorHandler();
     reader.removeFillings();
     return content;

@@ -25,6 +25,7 @@ struct FoundContent
 
     QVector<QVector<QPointF>> outlines; ///< for a picture; empty unless requested
     QVector<QPointF> places;            ///< points that are no texts
+    bool fitsDegrees = false;           ///< all coordinates can be longitude and latitude
     bool isDrawnWhole = true;           ///< false: there were more vertices than a picture takes
 };
 

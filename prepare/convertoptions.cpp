@@ -14,6 +14,7 @@ const QString strDeviation = QStringLiteral("deviation");
 const QString strEncoding = QStringLiteral("encoding");
 const QString strSourceEncoding = QStringLiteral("source-encoding");
 const QString strCrs = QStringLiteral("crs");
+const QString strSourceCrs = QStringLiteral("source-crs");
 const QString strSwap = QStringLiteral("swap-xy");
 const QString strSymbols = QStringLiteral("symbols");
 const QString strLayer = QStringLiteral("layer");
@@ -47,6 +48,10 @@ QList<QCommandLineOption> options()
         {strEncoding, QStringLiteral("Encoding of the output."), strName, QStringLiteral("windows-1251")},
         {strSourceEncoding, QStringLiteral("Encoding of a DXF, MIF or Shapefile. Without it, it is guessed."), strName},
         {strCrs, QStringLiteral("Transforms to this coordinate system, as in EPSG:28407."), strName},
+        {strSourceCrs,
+         QStringLiteral("Coordinate system of the input, instead of the one that it names. Without either, "
+                        "coordinates that can be longitude and latitude are taken for those (EPSG:4326)."),
+         strName},
         {strSwap, QStringLiteral("Exchanges the two coordinates.")},
         {strSymbols,
          QStringLiteral(
@@ -102,6 +107,7 @@ bool ConvertCommandLine::read(const QStringList &arguments)
     m_options.designation = m_parser.value(strDesignation);
     m_options.number = m_parser.value(strNumber);
     m_options.crs = m_parser.value(strCrs);
+    m_options.sourceCrs = m_parser.value(strSourceCrs);
     m_options.swapXY = m_parser.isSet(strSwap);
     m_options.layers = m_parser.values(strLayer);
     m_options.where = m_parser.value(strWhere);

@@ -16,6 +16,7 @@ struct ConvertOptions
     QString encoding = QStringLiteral("windows-1251");
     QString sourceEncoding; ///< empty: guessed
     QString crs;            ///< empty: the coordinates of the source
+    QString sourceCrs;      ///< empty: the one that the source names
     bool swapXY = false;
     bool takesSymbols = true; ///< circles and insertions that mark a point of a drawing are points, not objects
     QStringList layers;       ///< empty: all

@@ -65,6 +65,22 @@ bool hasHeight(const OGRGeometry &geometry)
     return box.MinZ < 0 || box.MaxZ > 0;
 }
 
+// True if the coordinates of all features can be longitude and latitude.
+bool fitsDegrees(OGRLayer &layer)
+{
+    OGREnvelope box;
+    layer.ResetReading();
+    while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()}) {
+        const OGRGeometry *const geometry = feature->GetGeometryRef();
+        if (geometry == nullptr || geometry->IsEmpty() != 0)
+            continue;
+        OGREnvelope own;
+        geometry->getEnvelope(&own);
+        box.Merge(own);
+    }
+    return box.IsInit() && box.MinX >= -180 && box.MaxX <= 180 && box.MinY >= -90 && box.MaxY <= 90;
+}
+
 } // namespace
 
 ConvertReader::ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content,
@@ -164,22 +180,38 @@ int ConvertReader::nameField(const OGRFeatureDefn &fields, const QString &name)
     return field;
 }
 
-ReadFailure ConvertReader::prepareTransformation(const OGRLayer &layer)
+// Null if it is unknown: the coordinates of a drawing, and of a MIF file outside the earth, may be anything.
+const OGRSpatialReference *ConvertReader::systemOf(OGRLayer &layer)
 {
-    const OGRSpatialReference *const own = const_cast<OGRLayer &>(layer).GetSpatialRef();
+    const OGRSpatialReference *const own = m_sourceSrs != nullptr ? m_sourceSrs.get() : layer.GetSpatialRef();
+    if (own != nullptr && own->IsLocal() == 0)
+        return own;
+    if (m_options.crs.isEmpty() || !fitsDegrees(layer))
+        return nullptr;
+    m_content.notes[QStringLiteral("assumed-degrees")] = 1;
+    return OGRSpatialReference::GetWGS84SRS();
+}
+
+ReadFailure ConvertReader::prepareTransformation(OGRLayer &layer)
+{
+    const OGRSpatialReference *const own = systemOf(layer);
     m_transformation.reset();
-    if (m_options.crs.isEmpty()) {
-        if (own != nullptr && own->IsGeographic() != 0)
-            m_content.notes[QStringLiteral("degrees")] = 1;
-        if (m_srs == nullptr && own != nullptr && !m_options.swapXY)
-            m_srs.reset(own->Clone());
+    if (m_options.crs.isEmpty() && m_srs == nullptr && own != nullptr && !m_options.swapXY)
+        m_srs.reset(own->Clone());
+    const OGRSpatialReference *const result = m_options.crs.isEmpty() ? own : m_srs.get();
+    if (result != nullptr && result->IsGeographic() != 0)
+        m_content.notes[QStringLiteral("degrees")] = 1;
+    if (m_options.crs.isEmpty())
         return ReadFailure::None;
-    }
     if (own == nullptr)
-        return fail(ReadFailure::Usage, QStringLiteral("--crs: the layer \"%1\" names no coordinate system.")
-                                            .arg(QString::fromUtf8(layer.GetDescription())));
+        return fail(ReadFailure::Usage,
+                    QStringLiteral("--crs: the layer \"%1\" names no coordinate system. Name it with --source-crs.")
+                        .arg(QString::fromUtf8(layer.GetName())));
     m_transformation.reset(OGRCreateCoordinateTransformation(own, m_srs.get()));
-    return m_transformation != nullptr ? ReadFailure::None : fail(ReadFailure::Usage, lastGdalMessage());
+    return m_transformation != nullptr
+               ? ReadFailure::None
+               : fail(ReadFailure::Usage, QStringLiteral("--crs: there is no transformation from \"%1\" to \"%2\".")
+                                              .arg(QString::fromUtf8(own->GetName()), m_options.crs));
 }
 
 ReadFailure ConvertReader::prepareLayer(OGRLayer &layer)
@@ -205,16 +237,24 @@ ReadFailure ConvertReader::readLayer(OGRLayer &layer)
     return failure != ReadFailure::None ? failure : readFeatures(layer);
 }
 
-ReadFailure ConvertReader::readTarget()
+ReadFailure ConvertReader::readSystem(const QString &option, const QString &name,
+                                      std::unique_ptr<OGRSpatialReference> &system)
 {
-    if (m_options.crs.isEmpty())
+    if (name.isEmpty())
         return ReadFailure::None;
-    m_srs = std::make_unique<OGRSpatialReference>();
-    m_srs->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    system = std::make_unique<OGRSpatialReference>();
+    system->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     CPLErrorReset();
-    if (m_srs->SetFromUserInput(m_options.crs.toUtf8().constData()) == OGRERR_NONE)
+    if (system->SetFromUserInput(name.toUtf8().constData()) == OGRERR_NONE)
         return ReadFailure::None;
-    return fail(ReadFailure::Usage, QStringLiteral("--crs does not know \"%1\".").arg(m_options.crs));
+    return fail(ReadFailure::Usage, QStringLiteral("%1 does not know \"%2\".").arg(option, name));
+}
+
+ReadFailure ConvertReader::readSystems()
+{
+    const ReadFailure failure = readSystem(QStringLiteral("--crs"), m_options.crs, m_srs);
+    return failure != ReadFailure::None ? failure
+                                        : readSystem(QStringLiteral("--source-crs"), m_options.sourceCrs, m_sourceSrs);
 }
 
 ReadFailure ConvertReader::checkNames()
@@ -232,7 +272,7 @@ ReadFailure ConvertReader::checkNames()
 
 ReadFailure ConvertReader::read()
 {
-    ReadFailure failure = readTarget();
+    ReadFailure failure = readSystems();
     for (int i = 0; failure == ReadFailure::None && i < m_source.dataset().GetLayerCount(); ++i) {
         OGRLayer &layer = *m_source.dataset().GetLayer(i);
         const QString name = QString::fromUtf8(layer.GetName());

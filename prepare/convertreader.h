@@ -41,11 +41,13 @@ private:
     };
 
     ReadFailure fail(ReadFailure failure, const QString &text);
-    ReadFailure readTarget();
+    ReadFailure readSystem(const QString &option, const QString &name, std::unique_ptr<OGRSpatialReference> &system);
+    ReadFailure readSystems();
     ReadFailure checkNames();
     ReadFailure readLayer(OGRLayer &layer);
     ReadFailure prepareLayer(OGRLayer &layer);
-    ReadFailure prepareTransformation(const OGRLayer &layer);
+    const OGRSpatialReference *systemOf(OGRLayer &layer);
+    ReadFailure prepareTransformation(OGRLayer &layer);
     ReadFailure readFeatures(OGRLayer &layer);
     bool isWanted(const OGRFeature &feature);
     void readFeature(OGRFeature &feature);
@@ -59,6 +61,7 @@ private:
     ConvertProgress &m_progress;
     ShapeCollector m_shapes;
     Fields m_fields;
+    std::unique_ptr<OGRSpatialReference> m_sourceSrs; ///< null: the one that the layer names
     std::unique_ptr<OGRSpatialReference> m_srs;
     std::unique_ptr<OGRCoordinateTransformation> m_transformation;
     QStringList m_seenLayers; ///< of the names asked for

@@ -25,8 +25,11 @@ QString meaning(const QString &kind)
         {QStringLiteral("short-line"), QStringLiteral("lines of fewer than two vertices")},
         {QStringLiteral("unused-text"), QStringLiteral("texts that name neither an object nor a point")},
         // Notes.
+        {QStringLiteral("assumed-degrees"),
+         QStringLiteral("the input names no coordinate system; its coordinates are taken for longitude and latitude "
+                        "(EPSG:4326)")},
         {QStringLiteral("coarse-curve"), QStringLiteral("arcs are so large that the deviation cannot be kept")},
-        {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs")},
+        {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs with a system in metres")},
         {QStringLiteral("gdal-warning"), QStringLiteral("warnings of GDAL")},
         {QStringLiteral("height"), QStringLiteral("features with heights, which the import does not take")},
         {QStringLiteral("long-text"), QStringLiteral("texts cut to 254 bytes")},
@@ -46,7 +49,8 @@ QString meaning(const QString &kind)
 // What a source has or has not; its count means nothing.
 bool isCounted(const QString &kind)
 {
-    static const QStringList uncounted{QStringLiteral("degrees"), QStringLiteral("no-end")};
+    static const QStringList uncounted{QStringLiteral("assumed-degrees"), QStringLiteral("degrees"),
+                                       QStringLiteral("no-end")};
     return !uncounted.contains(kind);
 }
 

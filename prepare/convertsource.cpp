@@ -14,6 +14,7 @@
 #include <cpl_conv.h>
 #include <cpl_string.h>
 #include <cpl_vsi.h>
+#include <ogr_spatialref.h>
 #include <ogrsf_frmts.h>
 
 namespace {
@@ -56,6 +57,12 @@ void setArcSteps(const ArcSteps &steps)
 {
     CPLSetThreadLocalConfigOption("OGR_ARC_STEPSIZE", QByteArray::number(steps.angle, 'g', 17).constData());
     CPLSetThreadLocalConfigOption("OGR_ARC_MAX_GAP", QByteArray::number(steps.gap, 'g', 17).constData());
+}
+
+bool isInDegrees(const QString &crs)
+{
+    OGRSpatialReference system;
+    return system.SetFromUserInput(crs.toUtf8().constData()) == OGRERR_NONE && system.IsGeographic() != 0;
 }
 
 bool hasSuffix(const QString &fileName, QLatin1String suffix)
@@ -203,6 +210,15 @@ QString ConvertSource::withPlaceInInput(const QString &message) const
         QStringLiteral("line %1 of %2").arg(match.captured(1).toInt() - m_addedLines).arg(m_options.input));
 }
 
+// The deviation in units of a source that names no coordinate system.
+double ConvertSource::deviation() const
+{
+    constexpr double metresPerDegree = 111700; // at most
+    const bool becomesMetres = !m_options.crs.isEmpty() && !isInDegrees(m_options.crs);
+    const bool isDegrees = m_options.sourceCrs.isEmpty() || isInDegrees(m_options.sourceCrs);
+    return becomesMetres && isDegrees ? m_options.deviation / metresPerDegree : m_options.deviation;
+}
+
 bool ConvertSource::openDxf(const QByteArray &fileName)
 {
     m_isDxf = true;
@@ -222,9 +238,9 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
         CPLSetThreadLocalConfigOption("DXF_ENCODING", m_encoding.name.constData());
     addNotes(scan);
     // GDAL reads the blocks when it opens the drawing, and the other entities later.
-    setArcSteps(scan.blockArcSteps(m_options.deviation));
+    setArcSteps(scan.blockArcSteps(deviation()));
     const bool ok = openDataset(isHeaderMissing ? withHeader(m_drawing->fileName()) : m_drawing->fileName(), nullptr);
-    setArcSteps(scan.arcSteps(m_options.deviation));
+    setArcSteps(scan.arcSteps(deviation()));
     return ok;
 }
 
@@ -235,8 +251,7 @@ void ConvertSource::addNotes(const DxfInspection &scan)
         m_content.leftOut[it.key()] += it.value();
     if (scan.splineCount() > 0)
         m_content.notes[QStringLiteral("uncontrolled-curve")] += scan.splineCount();
-    const qint64 coarseCount =
-        scan.arcSteps(m_options.deviation).coarseCount + scan.blockArcSteps(m_options.deviation).coarseCount;
+    const qint64 coarseCount = scan.arcSteps(deviation()).coarseCount + scan.blockArcSteps(deviation()).coarseCount;
     if (coarseCount > 0)
         m_content.notes[QStringLiteral("coarse-curve")] = coarseCount;
     const PointSymbols &symbols = m_drawing->symbols();

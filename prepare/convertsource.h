@@ -44,6 +44,7 @@ private:
     QByteArray withHeader(const QByteArray &fileName);
     bool openDataset(const QByteArray &fileName, const char *const *openOptions);
     bool openBinaryDxf();
+    double deviation() const;
     bool openDxf(const QByteArray &fileName);
     bool openMif();
     bool openShapefile();

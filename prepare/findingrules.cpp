@@ -180,17 +180,7 @@ Detection detectBulges(const Evidence &evidence)
     return detection;
 }
 
-// Only a system that the header names can be transformed, and a drawing names none.
-QString cureOfDegrees(const Evidence &evidence)
-{
-    if (!isMif(evidence))
-        return QStringLiteral("Пересчитайте чертёж в систему координат в метрах в программе, которая его создала");
-    if (evidence.facts.geographicPlace.isEmpty())
-        return QStringLiteral("Если это широта и долгота, запишите перед Columns строку CoordSys Earth Projection 1, "
-                              "104 и проверьте файл снова");
-    return QStringLiteral("Пересчитайте координаты в метры");
-}
-
+// Conversion takes coordinates without a system for degrees only if all content fits.
 Detection detectDegrees(const Evidence &evidence)
 {
     const ImportStatistics &statistics = evidence.statistics;
@@ -199,7 +189,8 @@ Detection detectDegrees(const Evidence &evidence)
         return {};
     const QString first = QStringLiteral("объект «%1»").arg(evidence.outcome.objects.first().def);
     const bool isNamed = !header.isEmpty();
-    return {statistics.vertices, isNamed ? header : first, {cureOfDegrees(evidence)}, {}, isNamed, isNamed};
+    const bool isConvertible = isNamed || evidence.found.fitsDegrees;
+    return {statistics.vertices, isNamed ? header : first, {}, {}, isConvertible, isConvertible};
 }
 
 Detection detectMergedNumbers(const Evidence &evidence)
@@ -315,7 +306,7 @@ const QVector<FindingRule> &findingRules()
         {"degrees", error, Accounts::Nothing, cures, detectDegrees,
          QStringLiteral("Координаты, судя по всему, в градусах: точки ближе 0,01 градуса (около километра) считаются "
                         "одной, и у разных вершин будет один номер."),
-         QStringLiteral("%1")},
+         QStringLiteral("Пересчитайте координаты в систему в метрах")},
         {"blocks", warning, Accounts::Loss, cures, detectTrait<Trait::BlockReference>,
          QStringLiteral("Содержимое блоков не читается: вставка блока даёт самое большее точку."),
          QStringLiteral("Разбейте блоки на объекты в чертеже")},

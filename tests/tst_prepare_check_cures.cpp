@@ -17,6 +17,7 @@ private Q_SLOTS:
     void editCures();
     void textInMifNamesItsOutline();
     void binaryDrawingIsCured();
+    void degreesAreCured_data();
     void degreesAreCured();
     void commandIsPrintedIfItHelps_data();
     void commandIsPrintedIfItHelps();
@@ -331,18 +332,42 @@ void tst_PrepareCheckCures::binaryDrawingIsCured()
     QCOMPARE(after.imported.objects, 2);
 }
 
+void tst_PrepareCheckCures::degreesAreCured_data()
+{
+    QTest::addColumn<Input>("input");
+    QTest::addColumn<QString>("findings");
+
+    const char *const data = "PLINE 3\n37.6 55.7\n37.6 55.705\n37.605 55.7";
+    const QString shared = QStringLiteral("; merged-numbers 2 @ объект «%1», номер «н1»");
+    const auto mapIn = [data](const char *system) {
+        return mapped(data, "1", mifHeader + QString::fromLatin1(system));
+    };
+    QTest::newRow("named") << mapIn("CoordSys Earth Projection 1, 104\n")
+                           << QStringLiteral("degrees 3 @ строка 4") + shared.arg(1);
+    QTest::newRow("unnamed") << mapIn("") << QStringLiteral("degrees 3 @ объект «1»") + shared.arg(1);
+    QTest::newRow("not of the earth") << mapIn("CoordSys NonEarth Units \"m\" Bounds (0,0) (900,900)\n")
+                                      << QStringLiteral("degrees 3 @ объект «1»") + shared.arg(1);
+    QTest::newRow("drawing") << drawn("0 LWPOLYLINE|8 0|90 3|70 0|10 37.6|20 55.7|10 37.6|20 55.705|10 37.605|20 55.7")
+                             << QStringLiteral("degrees 3 @ объект «:ЗУ1»") + shared.arg(QStringLiteral(":ЗУ1"));
+}
+
+// The printed command with a real number.
 void tst_PrepareCheckCures::degreesAreCured()
 {
+    QFETCH(Input, input);
+    QFETCH(QString, findings);
     ConvertFixture files;
-    const FileReport before =
-        check(mapped("LINE 37.6 55.7 37.9 55.9", "1", mifHeader + QStringLiteral("CoordSys Earth Projection 1, 104\n")),
-              files.files);
-    QVERIFY(files.convert(QStringLiteral("plan.mif"), {QStringLiteral("--crs"), QStringLiteral("EPSG:32637")}));
 
-    QCOMPARE(described(before.findings), QStringLiteral("degrees 2 @ строка 4"));
-    QVERIFY2(convertCommand(before).endsWith(QStringLiteral("plan-import.mif --crs EPSG:номер")),
-             qPrintable(convertCommand(before)));
-    QCOMPARE(described(checkOutput(files).findings), QString());
+    const FileReport before = check(input, files.files);
+    const QStringList command = convertCommand(before).section(QLatin1Char(' '), 2).split(QLatin1Char(' '));
+    QCOMPARE(command.mid(2), QStringList({QStringLiteral("--crs"), QStringLiteral("EPSG:номер")}));
+    QVERIFY(files.convert(input.fileName(), {QStringLiteral("--crs"), QStringLiteral("EPSG:32637")}));
+    const FileReport after = checkOutput(files);
+
+    QCOMPARE(described(before.findings), findings);
+    QCOMPARE(described(after.findings), QString());
+    QCOMPARE(after.imported.objects, outlined(before));
+    QCOMPARE(after.imported.numbers, 3);
 }
 
 void tst_PrepareCheckCures::commandIsPrintedIfItHelps_data()
@@ -357,8 +382,9 @@ void tst_PrepareCheckCures::commandIsPrintedIfItHelps_data()
     blank.insert(26, QString());
     QTest::newRow("arc") << drawn(far + arc) << true;
     QTest::newRow("arc in front of a blank line") << written(blank) << false;
-    QTest::newRow("degrees of a drawing") << drawn(degrees) << false;
-    QTest::newRow("degrees without a system") << mapped(mifDegrees, "1") << false;
+    QTest::newRow("degrees of a drawing") << drawn(degrees) << true;
+    QTest::newRow("degrees without a system") << mapped(mifDegrees, "1") << true;
+    QTest::newRow("degrees beside a sheet") << drawn(degrees + "|0 TEXT|8 0|10 420|20 297|40 1|1 a") << false;
     QTest::newRow("solid") << drawn(far + "|0 SOLID|8 0|10 0|20 0|11 5|21 0|12 0|22 5|13 5|23 5") << true;
     QTest::newRow("body") << drawn(far + "|0 3DSOLID|8 0|70 1") << false;
     QTest::newRow("points only") << drawn("0 POINT|8 0|10 1|20 0") << false;
@@ -376,7 +402,10 @@ void tst_PrepareCheckCures::commandIsPrintedIfItHelps()
     const ConvertFixture files;
 
     const FileReport report = check(input, files.files);
-    const ConvertRun run = files.run({input.fileName(), QStringLiteral("out.mif")});
+    const QStringList options = convertCommand(report).contains(QLatin1String("--crs"))
+                                    ? QStringList{QStringLiteral("--crs"), QStringLiteral("EPSG:32637")}
+                                    : QStringList();
+    const ConvertRun run = files.run(QStringList{input.fileName(), QStringLiteral("out.mif")} + options);
 
     QVERIFY(!report.isComplete());
     QCOMPARE(!convertCommand(report).isEmpty(), helps);

@@ -261,7 +261,7 @@ void tst_PrepareConvert::reportIsReadable()
     QCOMPARE(run.output, QStringLiteral("\"out.mif\": 1 object, 1 contour, 4 vertices, 0 points.\n"
                                         "Encoding of the output: windows-1251.\n"
                                         "Left out: features without a geometry: 1.\n"
-                                        "Note: coordinates are in degrees; use --crs.\n"));
+                                        "Note: coordinates are in degrees; use --crs with a system in metres.\n"));
 }
 
 void tst_PrepareConvert::nounsHaveTheRightNumber()
