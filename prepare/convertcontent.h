@@ -52,9 +52,10 @@ struct ConvertContent
     std::vector<ContentPoint> points;
     std::vector<ContentText> texts;
 
-    ContentCounts leftOut; ///< by kind: what cannot be taken
-    ContentCounts notes;   ///< by kind: what is taken, but changed or not as exact as the rest
-    QString firstWarning;  ///< of GDAL
+    ContentCounts leftOut;         ///< by kind: what cannot be taken
+    ContentCounts notes;           ///< by kind: what is taken, but changed or not as exact as the rest
+    QMap<QString, QString> places; ///< by kind: the first case, where it is known
+    QString firstWarning;          ///< of GDAL
 
     std::size_t contourBegin(std::size_t object) const { return object == 0 ? 0 : objects[object - 1].contourEnd; }
     std::size_t vertexBegin(std::size_t contour) const { return contour == 0 ? 0 : contourEnds[contour - 1]; }

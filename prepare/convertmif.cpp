@@ -6,10 +6,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QSet>
+#include <QRegularExpression>
 #include <QTextCodec>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -67,20 +68,33 @@ QByteArray codecOfCharset(const QByteArray &charset)
     return codecs.value(charset.toLower());
 }
 
-// The MID file beside a MIF file; empty if there is none.
-QString midFileName(const QString &mifFileName)
+void removeEmptyEnd(QList<QByteArray> &lines)
 {
-    const QFileInfo mif(mifFileName);
-    const QFileInfoList files = mif.absoluteDir().entryInfoList(QDir::Files, QDir::Name | QDir::Reversed);
+    while (!lines.isEmpty() && lines.last().trimmed().isEmpty())
+        lines.removeLast();
+}
+
+// Most lines of some files end in a bare carriage return.
+void unifyLineEnds(QByteArray &text)
+{
+    const int pairs = text.count("\r\n");
+    if (text.count('\r') - pairs > text.count('\n'))
+        text.replace("\r\n", "\n").replace('\r', '\n');
+}
+
+} // namespace
+
+QString fileBeside(const QString &fileName, const QString &suffix)
+{
+    const QFileInfo info(fileName);
+    const QFileInfoList files = info.absoluteDir().entryInfoList(QDir::Files, QDir::Name | QDir::Reversed);
     for (const QFileInfo &file : files) {
-        if (file.completeBaseName() == mif.completeBaseName() &&
-            file.suffix().compare(QLatin1String("mid"), Qt::CaseInsensitive) == 0)
+        if (file.completeBaseName() == info.completeBaseName() &&
+            file.suffix().compare(suffix, Qt::CaseInsensitive) == 0)
             return file.filePath();
     }
     return {};
 }
-
-} // namespace
 
 bool MifCopy::readFile(const QString &fileName, QByteArray &bytes)
 {
@@ -95,19 +109,19 @@ bool MifCopy::readFile(const QString &fileName, QByteArray &bytes)
     return false;
 }
 
-bool MifCopy::read(const QString &fileName, const QByteArray &encoding, double deviation)
+bool MifCopy::read(const QString &fileName, const QByteArray &encoding)
 {
-    const QString mid = midFileName(fileName);
+    const QString mid = fileBeside(fileName, QStringLiteral("mid"));
     m_hasMid = !mid.isEmpty();
     if (!readFile(fileName, m_mif) || (m_hasMid && !readFile(mid, m_mid)))
         return false;
     if (m_mif.startsWith("\xEF\xBB\xBF"))
         m_mif.remove(0, 3);
+    unifyLineEnds(m_mif);
+    unifyLineEnds(m_mid);
     readHeader();
     decode(encoding);
-    correctHeader();
-    if (m_hasCurves)
-        m_mif = m_mif.left(m_dataBegin) + withoutCurves(m_mif.mid(m_dataBegin), deviation, m_coarseCount);
+    correct();
     if (m_hasMid && m_columnCount > 0)
         correctRecords();
     else
@@ -118,37 +132,41 @@ bool MifCopy::read(const QString &fileName, const QByteArray &encoding, double d
 // Columns may have the names of keywords.
 void MifCopy::readHeader()
 {
-    const int dataBegin = forEachLine(m_mif, 0, [this](const QByteArray &line) {
-        const QByteArray word = m_columnCount > 0 ? QByteArray() : firstWord(line);
-        if (word == "CHARSET")
-            m_declared = codecOfCharset(quoted(line));
-        else if (word == "DELIMITER" && !quoted(line).isEmpty())
-            m_delimiter = quoted(line).at(0);
-        else if (word == "COLUMNS")
-            m_columnCount = numberOf(line);
+    forEachLine(m_mif, 0, [this](const QByteArray &line) {
+        if (m_columnCount == 0)
+            readHeaderLine(line);
         return !isData(line);
     });
-    countObjects(dataBegin);
 }
 
-// A collection has one record; the objects in it have none.
-void MifCopy::countObjects(int dataBegin)
+void MifCopy::readHeaderLine(const QByteArray &line)
 {
-    static const QSet<QByteArray> keywords{"NONE", "POINT", "LINE",      "PLINE",   "REGION",     "ARC",
-                                           "TEXT", "RECT",  "ROUNDRECT", "ELLIPSE", "MULTIPOINT", "COLLECTION"};
-    static const QSet<QByteArray> curves{"ARC", "ELLIPSE", "ROUNDRECT"};
-    int partCount = 0;
-    forEachLine(m_mif, dataBegin, [this, &partCount](const QByteArray &line) {
-        // Fast path: most lines are vertices.
-        const QByteArray word =
-            line.isEmpty() || (line.at(0) >= '-' && line.at(0) <= '9') ? QByteArray() : firstWord(line);
-        if (!keywords.contains(word))
-            return true;
-        m_objectCount += partCount > 0 ? 0 : 1;
-        m_hasCurves = m_hasCurves || curves.contains(word);
-        partCount = word == "COLLECTION" ? numberOf(line) : std::max(0, partCount - 1);
-        return true;
-    });
+    static const QRegularExpression metric(QStringLiteral("^\\s*CoordSys\\s+Earth\\s+Projection\\s+(?!1\\b)\\d"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const QByteArray word = firstWord(line);
+    if (word == "CHARSET")
+        m_declared = codecOfCharset(quoted(line));
+    else if (word == "DELIMITER" && !quoted(line).isEmpty())
+        m_delimiter = quoted(line).at(0);
+    else if (word == "COORDSYS")
+        m_hasSystem = metric.match(QString::fromLatin1(line)).hasMatch();
+    else if (word == "TRANSFORM")
+        readTransform(line);
+    else if (word == "COLUMNS")
+        m_columnCount = numberOf(line);
+}
+
+// Two factors and two distances. A factor of 0 means 1.
+void MifCopy::readTransform(const QByteArray &line)
+{
+    const QList<QByteArray> texts = line.simplified().mid(static_cast<int>(qstrlen("TRANSFORM"))).split(',');
+    double numbers[] = {1, 1, 0, 0};
+    for (int i = 0; i < 4 && i < texts.size(); ++i)
+        numbers[i] = texts.at(i).trimmed().toDouble();
+    for (int i = 0; i < 2; ++i)
+        numbers[i] = numbers[i] == 0 ? 1 : numbers[i];
+    m_isTransformed = numbers[0] != 1 || numbers[1] != 1 || numbers[2] != 0 || numbers[3] != 0;
+    m_scale = std::max(std::fabs(numbers[0]), std::fabs(numbers[1]));
 }
 
 void MifCopy::decode(const QByteArray &encoding)
@@ -164,38 +182,82 @@ void MifCopy::decode(const QByteArray &encoding)
 }
 
 // GDAL must not decode the texts once more, and expects the version in the first line.
-void MifCopy::correctHeader()
+void MifCopy::correct()
 {
     QByteArray header;
     bool hasColumns = false;
-    const int dataBegin = forEachLine(m_mif, 0, [&header, &hasColumns](const QByteArray &line) {
+    int lineCount = 0;
+    const int dataBegin = forEachLine(m_mif, 0, [&header, &hasColumns, &lineCount](const QByteArray &line) {
         const QByteArray word = hasColumns ? QByteArray() : firstWord(line);
         hasColumns = hasColumns || word == "COLUMNS";
         if (!line.trimmed().isEmpty() && word != "CHARSET")
             header += line + '\n';
         if (word == "VERSION")
             header += "Charset \"Neutral\"\n";
+        ++lineCount;
         return !isData(line);
     });
-    m_mif = header + m_mif.mid(dataBegin);
+    MifData data(m_mif, dataBegin, lineCount + 1);
+    data.rewrite();
+    m_counts = data.counts();
+    m_mif = header + data.text();
     m_dataBegin = header.size();
 }
 
-void MifCopy::correctRecords()
+void MifCopy::splitCurves(double deviation, double degrees)
 {
-    const QByteArray empty = "\"\"" + QByteArray(m_columnCount - 1, m_delimiter);
-    QByteArray records;
-    int count = 0;
-    forEachLine(m_mid, 0, [this, &empty, &records, &count](const QByteArray &line) {
-        const bool isMissing = line.trimmed().isEmpty() && count < m_objectCount;
-        m_addedRecords += isMissing ? 1 : 0;
-        records += (isMissing ? empty : line) + '\n';
-        ++count;
+    if (!m_counts.hasCurves)
+        return;
+    const double own = (m_hasSystem ? deviation : degrees) / m_scale;
+    m_mif = m_mif.left(m_dataBegin) + withoutCurves(m_mif.mid(m_dataBegin), own, m_coarseCount);
+}
+
+// A field in quotes may hold line ends. Quotes in other fields mean nothing.
+QList<QByteArray> MifCopy::records() const
+{
+    QList<QByteArray> lines;
+    QList<QByteArray> joined;
+    bool isOpen = false;
+    forEachLine(m_mid, 0, [&lines, &joined, &isOpen](const QByteArray &line) {
+        lines.append(line);
+        if (isOpen)
+            joined.last() += ' ' + line;
+        else
+            joined.append(line);
+        isOpen = isOpen != (line.count('"') % 2 == 1);
         return true;
     });
-    for (; count < m_objectCount; ++count) {
-        ++m_addedRecords;
-        records += empty + '\n';
+    removeEmptyEnd(lines);
+    removeEmptyEnd(joined);
+    return joined.size() == m_counts.objects ? joined : lines;
+}
+
+// GDAL stops at a record with too few fields.
+QByteArray MifCopy::completed(const QByteArray &record) const
+{
+    bool isQuoted = false;
+    int missing = m_columnCount - 1;
+    for (const char c : record) {
+        isQuoted = isQuoted != (c == '"');
+        missing -= c == m_delimiter && !isQuoted ? 1 : 0;
     }
-    m_mid = records;
+    return missing > 0 ? record + QByteArray(missing, m_delimiter) : record;
+}
+
+// If there are just as many more records as objects of unknown kinds, these have records, too.
+void MifCopy::correctRecords()
+{
+    QList<QByteArray> records = this->records();
+    const QVector<int> &unknown = m_counts.unknownObjects;
+    if (records.size() == m_counts.objects + unknown.size()) {
+        for (int i = unknown.size() - 1; i >= 0; --i)
+            records.removeAt(unknown.at(i) + i);
+    }
+    m_surplusRecords = std::max(0, records.size() - m_counts.objects);
+    m_mid.clear();
+    for (int i = 0; i < m_counts.objects; ++i) {
+        const bool isMissing = i >= records.size() || records.at(i).trimmed().isEmpty();
+        m_addedRecords += isMissing ? 1 : 0;
+        m_mid += completed(isMissing ? QByteArray("\"\"") : records.at(i)) + '\n';
+    }
 }

@@ -126,6 +126,8 @@ void ConvertReader::readFeature(OGRFeature &feature)
 {
     const std::unique_ptr<OGRGeometry> geometry(feature.StealGeometry());
     if (geometry == nullptr) {
+        if (m_source.isMif() && m_source.mifCounts().placeholders.contains(feature.GetFID()))
+            return;
         ++m_content.leftOut[QStringLiteral("no-geometry")];
         return;
     }
@@ -152,16 +154,28 @@ bool ConvertReader::isWanted(const OGRFeature &feature)
     return true;
 }
 
+// An object of a MIF file that GDAL passes over would shift the records of all others.
+ReadFailure ConvertReader::checkCount(qint64 featureCount)
+{
+    if (!m_source.isMif() || !m_options.where.isEmpty())
+        return ReadFailure::None;
+    const MifData::Counts &counts = m_source.mifCounts();
+    if (featureCount != counts.objects)
+        return fail(ReadFailure::Input, QStringLiteral("GDAL reads %1 of its %2 objects.")
+                                            .arg(QString::number(featureCount), QString::number(counts.objects)));
+    return ReadFailure::None;
+}
+
 ReadFailure ConvertReader::readFeatures(OGRLayer &layer)
 {
     m_progress.begin(QStringLiteral("Reading"), m_source.isDxf() ? 0 : layer.GetFeatureCount(FALSE));
     layer.ResetReading();
-    for (;;) {
+    for (qint64 count = 0;; ++count) {
         CPLErrorReset();
         const OGRFeatureUniquePtr feature(layer.GetNextFeature());
         // The end of a layer and a failure to read on differ only in the error.
         if (feature == nullptr)
-            return CPLGetLastErrorType() < CE_Failure ? ReadFailure::None : fail(ReadFailure::Input, lastGdalMessage());
+            return CPLGetLastErrorType() < CE_Failure ? checkCount(count) : fail(ReadFailure::Input, lastGdalMessage());
         if (isWanted(*feature))
             readFeature(*feature);
         if (!m_progress.advance())

@@ -48,6 +48,7 @@ private:
     ReadFailure prepareLayer(OGRLayer &layer);
     const OGRSpatialReference *systemOf(OGRLayer &layer);
     ReadFailure prepareTransformation(OGRLayer &layer);
+    ReadFailure checkCount(qint64 featureCount);
     ReadFailure readFeatures(OGRLayer &layer);
     bool isWanted(const OGRFeature &feature);
     void readFeature(OGRFeature &feature);

@@ -23,12 +23,17 @@ QString meaning(const QString &kind)
         {QStringLiteral("raster"), QStringLiteral("rasters")},
         {QStringLiteral("short-area"), QStringLiteral("contours of areas with fewer than three corners")},
         {QStringLiteral("short-line"), QStringLiteral("lines of fewer than two vertices")},
+        {QStringLiteral("unknown-line"),
+         QStringLiteral("lines that belong to no object, or to one of an unknown kind")},
+        {QStringLiteral("unreadable-object"),
+         QStringLiteral("objects, or parts of them, that are incomplete or wrong")},
         {QStringLiteral("unused-text"), QStringLiteral("texts that name neither an object nor a point")},
         // Notes.
         {QStringLiteral("assumed-degrees"),
          QStringLiteral("the input names no coordinate system; its coordinates are taken for longitude and latitude "
                         "(EPSG:4326)")},
         {QStringLiteral("coarse-curve"), QStringLiteral("arcs are so large that the deviation cannot be kept")},
+        {QStringLiteral("decimal-comma"), QStringLiteral("numbers whose decimal comma was read as a point")},
         {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs with a system in metres")},
         {QStringLiteral("gdal-warning"), QStringLiteral("warnings of GDAL")},
         {QStringLiteral("height"), QStringLiteral("features with heights, which the import does not take")},
@@ -38,6 +43,10 @@ QString meaning(const QString &kind)
         {QStringLiteral("point-symbol"), QStringLiteral("circles and insertions of blocks taken as points")},
         {QStringLiteral("replaced-character"), QStringLiteral("characters replaced that the output cannot hold")},
         {QStringLiteral("symbol-outline"), QStringLiteral("areas and lines of which these symbols are drawn")},
+        {QStringLiteral("surplus-record"),
+         QStringLiteral("records in the MID file more than objects, so that the designations may be those of others")},
+        {QStringLiteral("transform"),
+         QStringLiteral("the coordinates are scaled and moved as the line Transform of the header demands")},
         {QStringLiteral("uncontrolled-curve"), QStringLiteral("curves that GDAL splits regardless of the deviation")},
     };
     const QString entity = QStringLiteral("entity ");
@@ -50,24 +59,33 @@ QString meaning(const QString &kind)
 bool isCounted(const QString &kind)
 {
     static const QStringList uncounted{QStringLiteral("assumed-degrees"), QStringLiteral("degrees"),
-                                       QStringLiteral("no-end")};
+                                       QStringLiteral("no-end"), QStringLiteral("transform")};
     return !uncounted.contains(kind);
 }
 
-QString countsText(const QString &title, const ContentCounts &counts)
+QString countsText(const QString &title, const ContentCounts &counts, const ConvertContent &content)
 {
     QString text;
-    for (auto it = counts.begin(); it != counts.end(); ++it)
-        text += isCounted(it.key()) ? QStringLiteral("\n%1: %2: %3.").arg(title, meaning(it.key())).arg(it.value())
-                                    : QStringLiteral("\n%1: %2.").arg(title, meaning(it.key()));
+    for (auto it = counts.begin(); it != counts.end(); ++it) {
+        text += QStringLiteral("\n%1: %2").arg(title, meaning(it.key()));
+        if (isCounted(it.key()))
+            text += QStringLiteral(": %1").arg(it.value());
+        if (content.places.contains(it.key()))
+            text += QStringLiteral(", the first in %1").arg(content.places.value(it.key()));
+        text += QLatin1Char('.');
+    }
     return text;
 }
 
-QJsonArray countsJson(const ContentCounts &counts)
+QJsonArray countsJson(const ContentCounts &counts, const ConvertContent &content)
 {
     QJsonArray array;
-    for (auto it = counts.begin(); it != counts.end(); ++it)
-        array.append(QJsonObject{{QStringLiteral("kind"), it.key()}, {QStringLiteral("count"), it.value()}});
+    for (auto it = counts.begin(); it != counts.end(); ++it) {
+        QJsonObject object{{QStringLiteral("kind"), it.key()}, {QStringLiteral("count"), it.value()}};
+        if (content.places.contains(it.key()))
+            object.insert(QStringLiteral("place"), content.places.value(it.key()));
+        array.append(object);
+    }
     return array;
 }
 
@@ -88,7 +106,7 @@ QString counted(qint64 count, const QString &singular)
 
 QString leftOutText(const ConvertContent &content)
 {
-    return countsText(QStringLiteral("Left out"), content.leftOut);
+    return countsText(QStringLiteral("Left out"), content.leftOut, content);
 }
 
 QString convertText(const ConvertOptions &options, const ConvertContent &content, const SourceEncoding &source)
@@ -102,7 +120,7 @@ QString convertText(const ConvertOptions &options, const ConvertContent &content
         text += QStringLiteral("\nEncoding of the input: %1%2.")
                     .arg(QString::fromLatin1(source.name), source.isGuessed ? QStringLiteral(" (guessed)") : QString());
     text += QStringLiteral("\nEncoding of the output: %1.").arg(options.encoding);
-    return text + leftOutText(content) + countsText(QStringLiteral("Note"), content.notes) +
+    return text + leftOutText(content) + countsText(QStringLiteral("Note"), content.notes, content) +
            (content.firstWarning.isEmpty()
                 ? QString()
                 : QStringLiteral("\nThe first warning of GDAL: %1").arg(content.firstWarning));
@@ -120,8 +138,8 @@ QString convertJson(const ConvertOptions &options, const ConvertContent &content
         {QStringLiteral("contours"), number(content.contourEnds.size())},
         {QStringLiteral("vertices"), number(content.vertices.size())},
         {QStringLiteral("points"), number(content.points.size())},
-        {QStringLiteral("leftOut"), countsJson(content.leftOut)},
-        {QStringLiteral("notes"), countsJson(content.notes)},
+        {QStringLiteral("leftOut"), countsJson(content.leftOut, content)},
+        {QStringLiteral("notes"), countsJson(content.notes, content)},
         {QStringLiteral("warning"), content.firstWarning},
     };
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));

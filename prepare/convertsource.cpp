@@ -110,7 +110,9 @@ bool ConvertSource::open()
         if (isBinaryDxf(firstBytes(input)))
             return openBinaryDxf();
         if (hasSuffix(input, QLatin1String(".mif")))
-            return openMif();
+            return openMif(input);
+        if (hasSuffix(input, QLatin1String(".mid")))
+            return openMif(fileBeside(input, QStringLiteral("mif")));
         if (hasSuffix(input, QLatin1String(".shp")) || hasSuffix(input, QLatin1String(".dbf")))
             return openShapefile();
     }
@@ -262,16 +264,46 @@ void ConvertSource::addNotes(const DxfInspection &scan)
         m_content.notes[QStringLiteral("no-end")] = 1;
 }
 
-bool ConvertSource::openMif()
+// Counts cases, and keeps the place of the first.
+void ConvertSource::add(ContentCounts &counts, const char *kind, const MifTally &tally)
+{
+    const QString key = QLatin1String(kind);
+    if (tally.count > 0)
+        counts[key] += tally.count;
+    if (tally.line > 0)
+        m_content.places[key] = QStringLiteral("line %1").arg(tally.line);
+}
+
+void ConvertSource::addNotes(const MifCopy &mif)
+{
+    const MifData::Counts &counts = mif.counts();
+    add(m_content.leftOut, "short-line", {counts.shortLines, 0});
+    add(m_content.leftOut, "short-area", {counts.shortAreas, 0});
+    add(m_content.leftOut, "unreadable-object", counts.unreadable);
+    add(m_content.leftOut, "unknown-line", counts.unknown);
+    add(m_content.notes, "decimal-comma", counts.commas);
+    add(m_content.notes, "missing-record", {mif.addedRecords(), 0});
+    add(m_content.notes, "surplus-record", {mif.surplusRecords(), 0});
+    add(m_content.notes, "coarse-curve", {mif.coarseCount(), 0});
+    if (mif.isTransformed())
+        m_content.notes[QStringLiteral("transform")] = 1;
+}
+
+// The records may be named instead.
+bool ConvertSource::openMif(const QString &fileName)
 {
     m_isMif = true;
-    if (!m_mif.read(m_options.input, m_encoding.name, m_options.deviation))
+    if (fileName.isEmpty())
+        return fail(QStringLiteral("There is no MIF file beside \"%1\".").arg(m_options.input));
+    if (!m_mif.read(fileName, m_encoding.name))
         return fail(m_mif.error());
+    const MifData::Counts &counts = m_mif.counts();
+    if (counts.objects > 0 && counts.objects == counts.placeholders.size() && counts.unreadable.count > 0)
+        return fail(QStringLiteral("Cannot read \"%1\": it has no complete object. The first error is in line %2.")
+                        .arg(fileName, QString::number(counts.unreadable.line)));
+    m_mif.splitCurves(m_options.deviation, deviation());
     m_encoding = m_mif.encoding();
-    if (m_mif.addedRecords() > 0)
-        m_content.notes[QStringLiteral("missing-record")] += m_mif.addedRecords();
-    if (m_mif.coarseCount() > 0)
-        m_content.notes[QStringLiteral("coarse-curve")] += m_mif.coarseCount();
+    addNotes(m_mif);
     addMemoryFile(strMif, m_mif.mif());
     if (!m_mif.mid().isEmpty())
         addMemoryFile(strMid, m_mif.mid());

@@ -35,6 +35,8 @@ public:
     bool isDxf() const { return m_isDxf; }
     bool isMif() const { return m_isMif; }
     const SourceEncoding &encoding() const { return m_encoding; }
+    /// What a MIF file holds.
+    const MifData::Counts &mifCounts() const { return m_mif.counts(); }
     /// Returns \a message of GDAL with the place in the input instead of that in its copy in memory.
     QString withPlaceInInput(const QString &message) const;
 
@@ -46,9 +48,11 @@ private:
     bool openBinaryDxf();
     double deviation() const;
     bool openDxf(const QByteArray &fileName);
-    bool openMif();
+    bool openMif(const QString &fileName);
     bool openShapefile();
     void addNotes(const DxfInspection &scan);
+    void add(ContentCounts &counts, const char *kind, const MifTally &tally);
+    void addNotes(const MifCopy &mif);
     void addRasters(const QByteArray &fileName);
 
     const ConvertOptions &m_options;

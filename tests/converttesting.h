@@ -73,15 +73,18 @@ struct ConvertFixture
         return texts.join(QLatin1Char(' '));
     }
 
-    /// "kind count, kind count" of the list \a key of the report.
+    /// "kind count, kind count" of the list \a key of the report, with the place of the first case if it has one.
     QString list(const char *key) const
     {
         QStringList texts;
         const QJsonArray array = report.value(QLatin1String(key)).toArray();
-        for (const QJsonValue &entry : array)
-            texts.append(
-                QStringLiteral("%1 %2").arg(entry.toObject().value(QStringLiteral("kind")).toString(),
-                                            QString::number(entry.toObject().value(QStringLiteral("count")).toInt())));
+        for (const QJsonValue &value : array) {
+            const QJsonObject entry = value.toObject();
+            const QString place = entry.value(QStringLiteral("place")).toString();
+            texts.append(QStringLiteral("%1 %2").arg(entry.value(QStringLiteral("kind")).toString(),
+                                                     QString::number(entry.value(QStringLiteral("count")).toInt())) +
+                         (place.isEmpty() ? QString() : QStringLiteral(" in ") + place));
+        }
         return texts.join(QLatin1String(", "));
     }
 

@@ -166,7 +166,7 @@ void tst_PrepareConvertOutput::unusableInputIsReported_data()
         "Cannot read \"a.geojson\": ");
     row("truncated MIF", "a.mif",
         "Version 300\nCharset \"Neutral\"\nDelimiter \",\"\nColumns 1\n  a Integer\nData\nRegion 1\n4\n0 0\n1 1\n",
-        "Cannot read \"a.mif\" to its end: ");
+        "Cannot read \"a.mif\": it has no complete object. The first error is in line 10.");
 }
 
 void tst_PrepareConvertOutput::unusableInputIsReported()
