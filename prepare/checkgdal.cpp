@@ -2,6 +2,7 @@
 
 #include "checkfillings.h"
 #include "drawingview.h"
+#include "mifview.h"
 
 #include <QFile>
 
@@ -157,20 +158,31 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     const char *const drivers[] = {isDrawing ? "DXF" : "MapInfo File", nullptr};
     QByteArray name = QFile::encodeName(fileName);
     DrawingView view;
-    if (isDrawing)
+    MifCopy copy;
+    MifView map;
+    if (isDrawing) {
         name = view.open(name) ? view.fileName() : QByteArray();
+    } else if (copy.read(fileName, "UTF-8")) {
+        map.show(copy);
+        name = map.fileName();
+    }
     const GDALDatasetUniquePtr dataset(GDALDataset::Open(name.constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers));
     content.isOpened = dataset != nullptr;
     content.symbols = view.symbols();
     ContentReader reader(content, isDrawing, forPicture);
-    content.isReadToEnd = content.isOpened;
+    content.isReadToEnd = content.isOpened && (isDrawing || copy.counts().isUsable());
+    qint64 count = 0;
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);
         CPLErrorReset();
-        while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()})
+        for (OGRFeatureUniquePtr feature{layer.GetNextFeature()}; feature; feature.reset(layer.GetNextFeature())) {
             reader.read(*feature);
+            ++count;
+        }
         content.isReadToEnd = content.isReadToEnd && CPLGetLastErrorType() < CE_Failure;
     }
+    if (!isDrawing && count != copy.counts().objects)
+        content.isReadToEnd = false;
     content.fitsDegrees = reader.fitsDegrees();
     CPLPopErrorHandler();
     reader.removeFillings();

@@ -70,6 +70,16 @@ bool isForeign(QStringView text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
 }
 
+bool hasDecimalComma(QStringView text)
+{
+    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
+    const bool hasSign = text.startsWith(QLatin1Char('-')) || text.startsWith(QLatin1Char('+'));
+    const auto *const begin = text.begin() + (hasSign ? 1 : 0);
+    const auto *const comma = std::find_if_not(begin, text.end(), isDigit);
+    return comma != begin && text.end() - comma > 1 && *comma == QLatin1Char(',') &&
+           std::all_of(comma + 1, text.end(), isDigit);
+}
+
 void addForeignName(QStringView name, FileFacts &facts)
 {
     constexpr int maxSize = 10000;
@@ -82,16 +92,6 @@ void addForeignName(QStringView name, FileFacts &facts)
 QString midFileName(const QString &mifFile)
 {
     return mifFile.left(mifFile.size() - 1) + QLatin1Char('d');
-}
-
-QString lineOfFile(const QString &fileName, qint64 line)
-{
-    ScanReader reader;
-    if (!reader.open(fileName))
-        return {};
-    while (reader.lineNumber() < line && reader.readLine()) {
-    }
-    return reader.lineNumber() == line ? reader.line().toString() : QString();
 }
 
 FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols,

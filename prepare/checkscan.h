@@ -24,6 +24,7 @@ enum class Trait {
     OpenRing,       ///< rings whose last vertex is not the first
     PlineCount,     ///< PLINE without its number of vertices, or MULTIPLE with fewer than two parts
     Collection,     ///< collections of a MIF file
+    DecimalComma,   ///< coordinates that the import would read but for their comma
     ForeignName,    ///< names with bytes beyond ASCII
     MidEmptyLine,   ///< empty lines in place of records
     Last = MidEmptyLine
@@ -86,9 +87,6 @@ struct FileFacts
 /// lost when the entities among \a symbols become points, and those with the handles \a fillings are skipped.
 FileFacts scanFile(const QString &fileName, const CheckOptions &options, const PointSymbols &symbols,
                    const QSet<QString> &fillings);
-
-/// Line \a line of \a fileName, counted from 1, with one character for each byte; empty if there is none.
-QString lineOfFile(const QString &fileName, qint64 line);
 
 /// The name of the MID file that the import opens for \a mifFile.
 QString midFileName(const QString &mifFile);

@@ -13,6 +13,8 @@
 
 #include "checkcharset.h"
 
+#include <QVector>
+
 #include <cmath>
 
 namespace {
@@ -165,10 +167,26 @@ void DrawingScan::readVariable()
         m_facts.drawingVersion = m_value.toString();
 }
 
+// The import stops at a coordinate with a decimal comma only if it reads that coordinate.
+void DrawingScan::checkPlace()
+{
+    static const QVector<Kind> kinds{Kind::Line,  Kind::LwPolyline,   Kind::Vertex, Kind::Text,
+                                     Kind::Point, Kind::CentredCurve, Kind::Insert};
+    if (!hasDecimalComma(m_value) || m_section != QLatin1String("ENTITIES") || !kinds.contains(m_entity.kind))
+        return;
+    Tally &tally = m_facts.tally(Trait::DecimalComma);
+    if (tally.count++ > 0)
+        return;
+    tally.line = m_reader.lineNumber();
+    tally.place = QStringLiteral("строка %1").arg(tally.line);
+}
+
 void DrawingScan::readGroup()
 {
     if (m_section == QLatin1String("HEADER"))
         return readVariable();
+    if (m_code == 10 || m_code == 11 || m_code == 20 || m_code == 21)
+        checkPlace();
     if (m_code == 8)
         assign(m_entity.layer, m_value);
     else if (m_code == 2)

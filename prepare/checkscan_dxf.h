@@ -97,6 +97,7 @@ private:
     void beginEntity();
     void beginSection();
 
+    void checkPlace();
     void readGroup();
     void readVertexGroup();
     void readExtrusion();

@@ -53,6 +53,7 @@ private:
     bool transforms() const;
 
     void beginObject(const QString &keyword);
+    void beginPlace();
     void beginPline();
     void beginRegion();
     void beginCurve() { add(Trait::Curve, m_reader.lineNumber()); }
@@ -62,6 +63,7 @@ private:
     void beginComplete() {} ///< the object has no more lines
 
     int numberAt(int token) const;
+    double coordinateAt(int token, bool &ok);
     void readRing();
     void readVertex();
     void finishRing();
@@ -173,6 +175,24 @@ int MifScan::numberAt(int token) const
     return ok ? number : 0;
 }
 
+// A number with a decimal comma, which stops the import, is counted and read.
+double MifScan::coordinateAt(int token, bool &ok)
+{
+    const double number = toDouble(m_tokens[token], ok);
+    if (ok || !hasDecimalComma(m_tokens[token]))
+        return number;
+    add(Trait::DecimalComma, m_reader.lineNumber());
+    return m_tokens[token].toString().replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&ok);
+}
+
+void MifScan::beginPlace()
+{
+    constexpr int maxTokens = 5;
+    bool ok = false;
+    for (int i = 1; i < std::min(static_cast<int>(m_tokens.size()), maxTokens); ++i)
+        coordinateAt(i, ok);
+}
+
 void MifScan::beginPline()
 {
     m_isRegion = false;
@@ -208,8 +228,8 @@ void MifScan::beginObject(const QString &keyword)
 {
     static const QHash<QString, Begin> rows{
         {QStringLiteral("NONE"), &MifScan::beginComplete},
-        {QStringLiteral("POINT"), &MifScan::beginComplete},
-        {QStringLiteral("LINE"), &MifScan::beginComplete},
+        {QStringLiteral("POINT"), &MifScan::beginPlace},
+        {QStringLiteral("LINE"), &MifScan::beginPlace},
         {QStringLiteral("PLINE"), &MifScan::beginPline},
         {QStringLiteral("REGION"), &MifScan::beginRegion},
         {QStringLiteral("ARC"), &MifScan::beginCurve},
@@ -249,7 +269,7 @@ void MifScan::readVertex()
 {
     bool okX = false;
     bool okY = false;
-    const Vertex vertex{toDouble(m_tokens[0], okX), toDouble(m_tokens[1], okY)};
+    const Vertex vertex{coordinateAt(0, okX), coordinateAt(1, okY)};
     if (m_tokens.size() != 2 || !okX || !okY) {
         m_verticesLeft = 0;
         m_ringsLeft = 0;

@@ -41,6 +41,9 @@ private:
 /// True if a character of \a text stands for a byte beyond ASCII.
 bool isForeign(QStringView text);
 
+/// True if \a text is a number with a decimal comma.
+bool hasDecimalComma(QStringView text);
+
 /// Records \a name, which is not ASCII, as evidence of the encoding.
 void addForeignName(QStringView name, FileFacts &facts);
 

@@ -30,7 +30,7 @@ int forEachLine(const QByteArray &text, int begin, const Visit &visit)
         if (!visit(line))
             break;
     }
-    return begin;
+    return std::min(begin, text.size());
 }
 
 QByteArray firstWord(const QByteArray &line)
@@ -99,7 +99,8 @@ QString fileBeside(const QString &fileName, const QString &suffix)
 bool MifCopy::readFile(const QString &fileName, QByteArray &bytes)
 {
     QFile file(fileName);
-    if (file.open(QIODevice::ReadOnly) && file.size() <= maxSize) {
+    // Opening a pipe may block.
+    if (QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly) && file.size() <= maxSize) {
         bytes = file.readAll();
         if (bytes.size() == file.size())
             return true;
@@ -181,16 +182,21 @@ void MifCopy::decode(const QByteArray &encoding)
     m_mid = codec->toUnicode(m_mid).toUtf8();
 }
 
-// GDAL must not decode the texts once more, and expects the version in the first line.
+// GDAL must not decode the texts once more, and expects the version in the first line and a number of columns. The
+// first field of a record is the designation, even if no column is named.
 void MifCopy::correct()
 {
     QByteArray header;
     bool hasColumns = false;
     int lineCount = 0;
-    const int dataBegin = forEachLine(m_mif, 0, [&header, &hasColumns, &lineCount](const QByteArray &line) {
+    const bool namesColumns = m_columnCount > 0;
+    m_columnCount = namesColumns ? m_columnCount : m_mid.trimmed().isEmpty() ? 0 : 1;
+    const int dataBegin = forEachLine(m_mif, 0, [&](const QByteArray &line) {
         const QByteArray word = hasColumns ? QByteArray() : firstWord(line);
-        hasColumns = hasColumns || word == "COLUMNS";
-        if (!line.trimmed().isEmpty() && word != "CHARSET")
+        hasColumns = hasColumns || (word == "COLUMNS" && namesColumns);
+        if (isData(line) && !namesColumns)
+            header += m_columnCount > 0 ? "Columns 1\n  name Char(254)\n" : "Columns 0\n";
+        if (!line.trimmed().isEmpty() && word != "CHARSET" && (word != "COLUMNS" || namesColumns))
             header += line + '\n';
         if (word == "VERSION")
             header += "Charset \"Neutral\"\n";

@@ -23,6 +23,9 @@ class MifData
 public:
     struct Counts
     {
+        /// False if all objects are incomplete.
+        bool isUsable() const { return objects == 0 || objects > placeholders.size() || unreadable.count == 0; }
+
         int objects = 0; ///< that have a record
         bool hasCurves = false;
         QSet<qint64> placeholders;   ///< numbers of the objects that are left out but keep their record, from 1

@@ -5,6 +5,7 @@
 #include "convertprogress.h"
 #include "encodingguess.h"
 #include "gdalmessage.h"
+#include "memoryfile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -23,23 +24,11 @@ namespace {
 const char *const strDxf = "/vsimem/importprepare/source.dxf";
 const char *const strHeader = "/vsimem/importprepare/header.dxf";
 const char *const strWithHeader = "/vsimem/importprepare/withheader.dxf";
-const char *const strMif = "/vsimem/importprepare/source.mif";
-const char *const strMid = "/vsimem/importprepare/source.mid";
 
 const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DXF_ENCODING"};
 
 // A binary drawing becomes up to four times as long.
 constexpr qint64 maxBinarySize = 500LL * 1024 * 1024;
-
-// GDAL keeps using the bytes.
-void addMemoryFile(const char *name, const QByteArray &bytes)
-{
-    // The file is never written to.
-    auto *const data = reinterpret_cast<GByte *>(const_cast<char *>(bytes.constData()));
-    VSILFILE *const file = VSIFileFromMemBuffer(name, data, static_cast<vsi_l_offset>(bytes.size()), FALSE);
-    if (file != nullptr)
-        VSIFCloseL(file);
-}
 
 QByteArray firstBytes(const QString &fileName)
 {
@@ -82,7 +71,7 @@ ConvertSource::ConvertSource(const ConvertOptions &options, ConvertContent &cont
 ConvertSource::~ConvertSource()
 {
     m_dataset.reset();
-    for (const char *const name : {strDxf, strHeader, strWithHeader, strMif, strMid})
+    for (const char *const name : {strDxf, strHeader, strWithHeader})
         VSIUnlink(name);
     for (const char *const name : configurations)
         CPLSetThreadLocalConfigOption(name, nullptr);
@@ -298,16 +287,14 @@ bool ConvertSource::openMif(const QString &fileName)
     if (!m_mif.read(fileName, m_encoding.name))
         return fail(m_mif.error());
     const MifData::Counts &counts = m_mif.counts();
-    if (counts.objects > 0 && counts.objects == counts.placeholders.size() && counts.unreadable.count > 0)
+    if (!counts.isUsable())
         return fail(QStringLiteral("Cannot read \"%1\": it has no complete object. The first error is in line %2.")
                         .arg(fileName, QString::number(counts.unreadable.line)));
     m_mif.splitCurves(m_options.deviation, deviation());
     m_encoding = m_mif.encoding();
     addNotes(m_mif);
-    addMemoryFile(strMif, m_mif.mif());
-    if (!m_mif.mid().isEmpty())
-        addMemoryFile(strMid, m_mif.mid());
-    return openDataset(strMif, nullptr);
+    m_mifView.show(m_mif);
+    return openDataset(m_mifView.fileName(), nullptr);
 }
 
 // A DBF file often names no encoding or a wrong one: read the bytes, guess, and open it with the result.

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "convertcontent.h"
-#include "convertmif.h"
 #include "convertoptions.h"
 #include "drawingview.h"
+#include "mifview.h"
 
 #include <QByteArray>
 #include <QString>
@@ -63,6 +63,7 @@ private:
     QByteArray m_ascii;   ///< the ASCII form of a binary DXF file
     QByteArray m_parts;   ///< the description of a drawing with a header in front
     MifCopy m_mif;
+    MifView m_mifView;
     std::unique_ptr<DrawingView> m_drawing;
     bool m_isDxf = false;
     bool m_isMif = false;

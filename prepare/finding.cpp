@@ -4,7 +4,6 @@
 #include "printable.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cstdlib>
@@ -73,13 +72,6 @@ QString stopPlace(const Stop &stop)
     return place.arg(stop.line) + (stop.inPointFile ? QStringLiteral(" файла точек") : QString());
 }
 
-/// True if a line has a number with a decimal comma, which conversion reads wrongly.
-bool hasDecimalComma(const QString &line)
-{
-    static const QRegularExpression comma(QStringLiteral("(^|\\s)[+-]?\\d+,\\d+(\\s|$)"));
-    return comma.match(line).hasMatch();
-}
-
 bool givesFewerObjects(const Evidence &evidence)
 {
     return evidence.found.outlined() > evidence.outcome.objects.size();
@@ -106,11 +98,10 @@ Detection detectStopsEarly(const Evidence &evidence, const Accounted &accounted)
     const QString text = QStringLiteral("Чтение остановится раньше конца файла, за этим местом ещё строк: %1. "
                                         "Сообщение импорта: %2")
                              .arg(QString::number(behind), evidence.outcome.messages.first());
-    const bool hasComma = countsLines && hasDecimalComma(lineOfFile(evidence.fileName, stop.line));
-    const QString cure = hasComma ? QStringLiteral("Замените в числах десятичную запятую точкой")
-                                  : QStringLiteral("Исправьте это место файла");
-    const bool isConvertible = countsLines && !hasComma && givesFewerObjects(evidence);
-    return {1, stopPlace(stop), {text, cure}, {}, isConvertible};
+    // The object at which the import stops counts, too.
+    const qint64 outlined = evidence.found.outlined();
+    const bool isConvertible = countsLines && outlined > 0 && outlined >= evidence.outcome.objects.size();
+    return {1, stopPlace(stop), {text, QStringLiteral("Исправьте это место файла")}, {}, isConvertible};
 }
 
 QStringList nothingImportedDetails(const Evidence &evidence)
@@ -145,6 +136,17 @@ Detection detectFewerObjects(const Evidence &evidence, const Accounted &accounte
     return {outlined - objects, {}, {QString::number(objects), QString::number(outlined)}};
 }
 
+// Only the import reads them, so no converted file has them. An object at which the import stops is incomplete.
+Detection detectMoreObjects(const Evidence &evidence, const Accounted & /*accounted*/)
+{
+    const qint64 objects = evidence.outcome.objects.size();
+    const qint64 outlined = evidence.found.outlined();
+    const bool isWhole = evidence.found.isReadToEnd && evidence.outcome.stop.kind == Stop::Nowhere;
+    if (!isWhole || objects <= outlined + evidence.facts.tally(Trait::Mesh).count)
+        return {};
+    return {objects - outlined, {}, {QString::number(objects), QString::number(outlined)}};
+}
+
 /// A rule that applies when the others do not account for what the import gives.
 struct GeneralRule
 {
@@ -165,6 +167,11 @@ const QVector<GeneralRule> &generalRules()
           QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2."),
           QStringLiteral("Сравните загруженное с чертежом")},
          detectFewerObjects},
+        {{"more-objects", Severity::Note, Accounts::Nothing, Conversion::Useless, nullptr,
+          QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2: часть их другая программа чтения "
+                         "(GDAL) не видит, и в преобразованном файле их не будет."),
+          QStringLiteral("Сравните загруженное с чертежом")},
+         detectMoreObjects},
     };
     return rules;
 }
@@ -183,18 +190,11 @@ const FindingRule *ruleOf(const QString &id)
     return nullptr;
 }
 
-/// True if GDAL reads the whole file. Conversion adds missing and empty records before GDAL reads a MIF file.
+/// True if GDAL reads the whole file.
 bool canConvert(const Evidence &evidence)
 {
-    const FileFacts &facts = evidence.facts;
-    const FoundContent &found = evidence.found;
-    if (facts.headerFault == HeaderFault::Binary)
-        return true;
-    if (formatOf(evidence.fileName) == Format::Dxf)
-        return found.isOpened && found.isReadToEnd;
-    const bool lacksRecords = facts.recordCount != facts.recordsNeeded || facts.tally(Trait::MidEmptyLine).count > 0;
-    const bool isBroken = facts.isTruncated || facts.tally(Trait::BlankLine).count > 0;
-    return found.isOpened && !isBroken && (found.isReadToEnd || lacksRecords);
+    const bool isRead = evidence.found.isOpened && evidence.found.isReadToEnd;
+    return evidence.facts.headerFault == HeaderFault::Binary || isRead;
 }
 
 /// Adds the finding, if there is one.

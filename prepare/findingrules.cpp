@@ -42,6 +42,14 @@ Detection detectStop(const Evidence &evidence)
     return {tally.count, tally.place, {QString::number(behind)}, {kind, tally.line, false}};
 }
 
+// GDAL reads a drawing only up to its blank line.
+Detection detectBlankLine(const Evidence &evidence)
+{
+    Detection detection = detectStop<Trait::BlankLine, Stop::Line>(evidence);
+    detection.isConvertible = isMif(evidence);
+    return detection;
+}
+
 Detection detectUnreadable(const Evidence &evidence)
 {
     return {evidence.facts.isReadable ? 0 : 1, {}};
@@ -293,7 +301,11 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("У PLINE число вершин не в той же строке, или в PLINE MULTIPLE меньше двух частей: на первой "
                         "такой линии чтение остановится, за ней ещё строк: %1."),
          QStringLiteral("Перенесите число в строку PLINE (например, PLINE 4), одну часть запишите без MULTIPLE")},
-        {"blank-line", error, Accounts::Loss, useless, detectStop<Trait::BlankLine, Stop::Line>,
+        {"decimal-comma", error, Accounts::Loss, cures, detectStop<Trait::DecimalComma, Stop::Line>,
+         QStringLiteral("Координаты записаны с десятичной запятой: на первой из них чтение остановится с ошибкой, за "
+                        "ней ещё строк: %1."),
+         QStringLiteral("Замените в координатах запятые точками")},
+        {"blank-line", error, Accounts::Loss, cures, detectBlankLine,
          QStringLiteral("Пустая строка там, где её быть не должно: на ней чтение остановится с ошибкой, за ней ещё "
                         "строк: %1."),
          QStringLiteral("Удалите пустую строку и проверьте файл снова")},

@@ -133,6 +133,9 @@ Conversions mifConversions()
     const QString tabHeader = mifHeader.section(QLatin1Char('\n'), 0, 0) + QStringLiteral("\nDELIMITER \"\t\"\n");
     return {
         {"not-mif", mapped(line, "1", tabHeader)},
+        {"decimal-comma", mapped("LINE 0 0 900 0\nPLINE 2\n0,5 90\n900,5 90", "1\n2")},
+        {"blank-line", mapped("LINE 0 0 900 0\nPLINE 2\n0 90\n\n900 90", "1\n2")},
+        {"stops-early", mapped("LINE 0 0 900 0\nREGION\n1\n4\n0 0\n900 0\n900 900\n0 0", "1\n2")},
         {"transform", mapped(line, "1", mifHeader + QStringLiteral("Transform 2,2,0,0\n"))},
         {"mid-missing", with(mapped(line, ""), &Input::records, QString())},
         {"mid-name-case", with(mapped(line, "1"), &Input::midFile, QStringLiteral("plan.MID"))},
@@ -159,7 +162,7 @@ QVector<Edit> drawingEdits()
         {"not-dxf", written({QStringLiteral("1"), QStringLiteral("2")}), written(complete)},
         {"blank-line", written(blank), written(complete)},
         {"truncated", written(openDrawing(far)), written(complete)},
-        {"stops-early", drawn(far + "|0 LINE|10 0,5|20 0|11 10|21 0"), drawn(far + "|0 LINE|10 0.5|20 0|11 10|21 0")},
+        {"stops-early", drawn(far + "|0 LINE|10 x|20 0|11 10|21 0"), drawn(far + "|0 LINE|10 0.5|20 0|11 10|21 0")},
         {"mesh",
          drawn("0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 0|20 0|0 VERTEX|8 0|10 90|20 0|0 VERTEX|8 0|"
                "10 0|20 90|0 VERTEX|8 0|10 90|20 90|0 SEQEND"),
@@ -193,7 +196,8 @@ QVector<Edit> mifEdits()
         {"pline-count", mapped("PLINE\n2\n0 0\n900 0", "1"), mapped("PLINE 2\n0 0\n900 0", "1")},
         {"blank-line", mapped("PLINE 2\n0 0\n\n900 0", "1"), mapped("PLINE 2\n0 0\n900 0", "1")},
         {"truncated", mapped("REGION 1\n4\n0 0\n900 0", "1"), mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 0", "1")},
-        {"stops-early", mapped("PLINE 2\n0,5 0\n900 0", "1"), mapped("PLINE 2\n0.5 0\n900 0", "1")},
+        {"stops-early", mapped("PLINE 2\n0,5, 0\n900 0", "1"), mapped("PLINE 2\n0.5 0\n900 0", "1")},
+        {"decimal-comma", mapped("PLINE 2\n0,5 0\n900 0", "1"), mapped("PLINE 2\n0.5 0\n900 0", "1")},
         {"not-finite", mapped("LINE 0 0 nan 9", "1"), mapped("LINE 0 0 900 9", "1")},
         {"degrees", mapped(plan, "1"), mapped("PLINE 3\n412013 6173579\n412327 6173572\n412338 6174129", "1", degrees)},
         {"open-rings", mapped("REGION 1\n4\n0 0\n900 0\n900 900\n0 900", "1"),
@@ -236,7 +240,7 @@ Q_DECLARE_METATYPE(Input)
 void tst_PrepareCheckCures::everyFindingIsCured()
 {
     QSet<QString> cured = incurable();
-    cured += {QStringLiteral("binary-dxf"), QStringLiteral("degrees")};
+    cured += {QStringLiteral("binary-dxf"), QStringLiteral("degrees"), QStringLiteral("more-objects")};
     for (const auto &row : drawingConversions() + mifConversions())
         cured.insert(QString::fromLatin1(row.first));
     for (const Edit &row : drawingEdits() + mifEdits())
@@ -388,9 +392,11 @@ void tst_PrepareCheckCures::commandIsPrintedIfItHelps_data()
     QTest::newRow("solid") << drawn(far + "|0 SOLID|8 0|10 0|20 0|11 5|21 0|12 0|22 5|13 5|23 5") << true;
     QTest::newRow("body") << drawn(far + "|0 3DSOLID|8 0|70 1") << false;
     QTest::newRow("points only") << drawn("0 POINT|8 0|10 1|20 0") << false;
-    QTest::newRow("decimal comma") << drawn(far + "|0 LINE|10 0,5|20 0|11 10|21 0|" + far) << false;
-    QTest::newRow("line in a MIF file cut short") << mapped("LINE 0 20 900\nLINE 0 20 900 20", "1\n2") << false;
-    QTest::newRow("curve and cut ring") << mapped("ELLIPSE 0 50 900 500\nREGION 1\n4\n0 0", "1\n2") << false;
+    QTest::newRow("decimal comma") << drawn(far + "|0 LINE|10 0,5|20 0|11 10|21 0|" + far) << true;
+    QTest::newRow("no complete object") << mapped("LINE 0 20 900\nPLINE 2\n0 0", "1\n2") << false;
+    QTest::newRow("line in a MIF file cut short") << mapped("LINE 0 20 900\nLINE 0 20 900 20", "1\n2") << true;
+    QTest::newRow("line of one vertex at the end") << mapped("LINE 0 0 9 0\nPLINE 1\n0 90", "1\n2") << false;
+    QTest::newRow("curve and cut ring") << mapped("ELLIPSE 0 50 900 500\nREGION 1\n4\n0 0", "1\n2") << true;
     QTest::newRow("curve and missing record") << mapped("LINE 0 0 9 0\nELLIPSE 0 50 900 500", "1") << true;
     QTest::newRow("no MIF file") << written({QStringLiteral("VERSION of a text")}) << false;
 }

@@ -103,6 +103,11 @@ void tst_PrepareConvertMif::oddFilesComeIn_data()
     row("ring that is not closed", header + columns + data + pline + QStringLiteral("Region 1\n3\n0 0\n1 1\n2 0\n"));
     row("no columns", header + QStringLiteral("Columns 0\n") + data + pline + region, QString(),
         "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    row("no columns, but records", header + data + pline + region, QStringLiteral("A,1\nB,2"));
+    row("no column, but records", header + QStringLiteral("Columns 0\n") + data + pline + region,
+        QStringLiteral("A,1\nB,2"));
+    row("no columns and no records", header + data + pline + region, QString(),
+        "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
     row("region with a hole",
         header + columns + data + QStringLiteral("Region 2\n4\n0 0\n9 0\n9 9\n0 0\n4\n2 1\n3 1\n3 2\n2 1\n"), records,
         "A [н1 0 0, н2 9 0, н3 9 9, н1 0 0] [н4 2 1, н5 3 1, н6 3 2, н4 2 1]");

@@ -95,7 +95,9 @@ void tst_PrepareFindingsDxf::stopIsFound_data()
     add("no end", openDrawing(lineEntity), "truncated 1 @ строка 20");
     add("end within an entity", openDrawing(lineEntity + "|0 LINE|10 0|20 0"), "truncated 1 @ строка 26");
     add("end after a group code", openDrawing(lineEntity + "|8"), "truncated 1 @ строка 21");
-    add("decimal comma", drawing(lineEntity + "|0 LINE|10 0,5|20 0|11 10|21 0"), "stops-early 1 @ строка 24");
+    add("decimal comma", drawing(lineEntity + "|0 LINE|10 0,5|20 0|11 10,5|21 0"), "decimal-comma 2 @ строка 24");
+    add("decimal comma in an unread entity", drawing(lineEntity + "|0 SOLID|8 0|10 0,5|20 0"),
+        "entities-not-read 1 @ строка 22, слой «0», SOLID");
     add("too few vertices", drawing(lineEntity + "|0 LWPOLYLINE|90 3|10 0|20 0|10 1|20 1"),
         "stops-early 1 @ строка 34");
     add("text without content", drawing(lineEntity + "|0 TEXT|10 0|20 0"), "stops-early 1 @ строка 28");
@@ -414,7 +416,7 @@ void tst_PrepareFindingsDxf::lineIsThatOfTheFileAfterASecondPass()
     CheckFixture check;
     check.options.searchPoints = false;
 
-    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 LINE|10 0,5|20 0|11 10|21 0") + end);
+    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 LINE|10 x|20 0|11 10|21 0") + end);
 
     QCOMPARE(report.messages.size(), 1);
     QVERIFY(!report.messages.first().endsWith(QStringLiteral(": 24")));

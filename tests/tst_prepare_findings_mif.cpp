@@ -166,7 +166,13 @@ void tst_PrepareFindingsMif::stopIsFound_data()
     add("blank line between objects", "PLINE 2\n0 0\n9 0\n\nLINE 0 20 9 20", records, "");
     add("end within a ring", "LINE 0 20 9 20\nREGION 1\n4\n0 0\n9 0", records, "truncated 1 @ строка 9, REGION");
     add("end before a ring", "LINE 0 20 9 20\nREGION 1", records, "truncated 1 @ строка 6, REGION");
-    add("decimal comma", "LINE 0 20 9 20\nPLINE 2\n0,5 0\n9 0", records, "stops-early 1 @ строка 7");
+    add("decimal comma", "LINE 0 20 9 20\nPLINE 2\n0,5 0\n9,5 0", records, "decimal-comma 2 @ строка 7, PLINE");
+    add("decimal comma behind the keyword", "LINE 0 20 9,5 20\nLINE 0 0 9 0", records,
+        "decimal-comma 1 @ строка 5, LINE");
+    add("decimal comma in a point", "POINT 0 5,5\nLINE 0 0 9 0", records, "decimal-comma 1 @ строка 5, POINT");
+    add("two commas", "LINE 0 20 9 20\nPLINE 2\n0,5,5 0\n9 0", records, "stops-early 1 @ строка 7");
+    add("tab behind a keyword", "LINE\t0 20 9 20\nPLINE\t2\n0\t0\n9\t0\n\tPEN\t(1,2,0)", records, "");
+    add("region without rings", "REGION 0\nLINE 0 20 9 20", records, "more-objects 1");
     add("ring of two vertices", "LINE 0 20 9 20\nREGION 1\n2\n0 0\n9 0\nPEN (1,2,0)", records,
         "stops-early 1 @ строка 7");
 }
