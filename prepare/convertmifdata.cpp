@@ -408,15 +408,20 @@ void MifData::addObject(const QByteArray &keyword)
 }
 
 // An attribute of the last object, or a line that belongs to none. The lines of an object that is left out go with it.
+// GDAL gives up at a wrong attribute, and needs only those that place a text.
 void MifData::addOtherLine(QByteArray &text)
 {
-    static const QSet<QByteArray> attributes{"PEN",  "BRUSH", "SMOOTH",  "CENTER",  "SYMBOL",
-                                             "FONT", "ANGLE", "JUSTIFY", "SPACING", "LABEL"};
-    const bool isAttribute = attributes.contains(m_tokens[0].upper());
-    if (isAttribute && m_isKept) {
+    static const QSet<QByteArray> ignored{"PEN", "BRUSH", "SMOOTH", "CENTER", "SYMBOL", "FONT", "LABEL"};
+    static const QSet<QByteArray> ofTexts{"ANGLE", "JUSTIFY", "SPACING"};
+    // "Pen(1,2,0)" is an attribute, too.
+    const Token &token = m_tokens[0];
+    const QByteArray keyword = Token{token.begin, std::find(token.begin, token.end, '(')}.upper();
+    if (ignored.contains(keyword))
+        return;
+    if (ofTexts.contains(keyword)) {
         QByteArray line(m_line.begin, static_cast<int>(m_line.end - m_line.begin));
-        text += line.replace('\t', ' ') + '\n';
-    } else if (isKeyword() && !isAttribute) {
+        text += m_isKept ? line.replace('\t', ' ') + '\n' : QByteArray();
+    } else if (isKeyword()) {
         count(m_counts.unknown);
         m_counts.unknownObjects.append(m_counts.objects);
         m_isKept = false;

@@ -94,6 +94,8 @@ void tst_PrepareConvertMif::oddFilesComeIn_data()
         header + columns + data + pline + QStringLiteral("Region\n1\n4\n0 0\n1 1\n2 0\n0 0\n"));
     row("ring without a count of rings",
         header + columns + data + pline + QStringLiteral("Region\n4\n0 0\n1 1\n2 0\n0 0\n"));
+    row("wrong attribute", header + columns + data + pline + region + QStringLiteral("Point 9 9\n    Symbol (3\n"),
+        QStringLiteral("A,1\nB,2\nC,3"));
     row("collection in a collection",
         header + columns + data + pline + QStringLiteral("Collection 1\nCollection 1\n") + region);
     row("record of too few fields", header + columns + data + pline + region, QStringLiteral("A\nB,2"));
