@@ -1,10 +1,10 @@
 #pragma once
 
+#include "convertmiflines.h"
+
 #include <QByteArray>
 #include <QSet>
 #include <QVector>
-
-#include <vector>
 
 /// A number of cases and the line of the first, counted from 1.
 struct MifTally
@@ -46,23 +46,10 @@ public:
     const Counts &counts() const { return m_counts; }
 
 private:
-    struct Token
-    {
-        const char *begin = nullptr;
-        const char *end = nullptr;
-
-        QByteArray upper() const { return QByteArray(begin, static_cast<int>(end - begin)).toUpper(); }
-    };
-
-    bool readLine();
-    void unreadLine();
-    bool split();
-    bool isKeyword() const;
     void count(MifTally &tally) const;
 
-    bool hasPoints();
-    bool appendNumber(const Token &token);
-    bool appendNumberWithComma(const Token &token);
+    bool appendNumber(const MifToken &token);
+    bool appendNumberWithComma(const MifToken &token);
     bool appendNumbers(std::size_t first, int count);
     bool toCount(std::size_t token, int &number) const;
 
@@ -81,18 +68,10 @@ private:
     void addObject(const QByteArray &keyword);
     void addOtherLine(QByteArray &text);
 
-    const char *m_next;
-    const char *m_end;
-    int m_lineNumber;
-    const char *m_lineStart = nullptr; ///< of the current line, with its blanks
-    Token m_line;                      ///< the current line, trimmed
-    std::vector<Token> m_tokens;       ///< of the current line
-
+    MifLines m_lines;
     QByteArray m_text;
     QByteArray m_object;   ///< text of the current object
     bool m_isKept = false; ///< the last object or part of a collection
-    const char *m_dataBegin;
-    int m_hasPoints = -1; ///< -1: not known yet
 
     Counts m_counts;
 };

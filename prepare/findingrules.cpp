@@ -302,8 +302,7 @@ const QVector<FindingRule> &findingRules()
                         "такой линии чтение остановится, за ней ещё строк: %1."),
          QStringLiteral("Перенесите число в строку PLINE (например, PLINE 4), одну часть запишите без MULTIPLE")},
         {"decimal-comma", error, Accounts::Loss, cures, detectStop<Trait::DecimalComma, Stop::Line>,
-         QStringLiteral("Координаты записаны с десятичной запятой: на первой из них чтение остановится с ошибкой, за "
-                        "ней ещё строк: %1."),
+         QStringLiteral("Координаты с десятичной запятой: на первой чтение остановится, за ней ещё строк: %1."),
          QStringLiteral("Замените в координатах запятые точками")},
         {"blank-line", error, Accounts::Loss, cures, detectBlankLine,
          QStringLiteral("Пустая строка там, где её быть не должно: на ней чтение остановится с ошибкой, за ней ещё "

@@ -17,8 +17,6 @@ private Q_SLOTS:
     void editCures();
     void textInMifNamesItsOutline();
     void binaryDrawingIsCured();
-    void degreesAreCured_data();
-    void degreesAreCured();
     void commandIsPrintedIfItHelps_data();
     void commandIsPrintedIfItHelps();
 };
@@ -334,44 +332,6 @@ void tst_PrepareCheckCures::binaryDrawingIsCured()
     QVERIFY(!convertCommand(before).isEmpty());
     QCOMPARE(described(after.findings), QString());
     QCOMPARE(after.imported.objects, 2);
-}
-
-void tst_PrepareCheckCures::degreesAreCured_data()
-{
-    QTest::addColumn<Input>("input");
-    QTest::addColumn<QString>("findings");
-
-    const char *const data = "PLINE 3\n37.6 55.7\n37.6 55.705\n37.605 55.7";
-    const QString shared = QStringLiteral("; merged-numbers 2 @ объект «%1», номер «н1»");
-    const auto mapIn = [data](const char *system) {
-        return mapped(data, "1", mifHeader + QString::fromLatin1(system));
-    };
-    QTest::newRow("named") << mapIn("CoordSys Earth Projection 1, 104\n")
-                           << QStringLiteral("degrees 3 @ строка 4") + shared.arg(1);
-    QTest::newRow("unnamed") << mapIn("") << QStringLiteral("degrees 3 @ объект «1»") + shared.arg(1);
-    QTest::newRow("not of the earth") << mapIn("CoordSys NonEarth Units \"m\" Bounds (0,0) (900,900)\n")
-                                      << QStringLiteral("degrees 3 @ объект «1»") + shared.arg(1);
-    QTest::newRow("drawing") << drawn("0 LWPOLYLINE|8 0|90 3|70 0|10 37.6|20 55.7|10 37.6|20 55.705|10 37.605|20 55.7")
-                             << QStringLiteral("degrees 3 @ объект «:ЗУ1»") + shared.arg(QStringLiteral(":ЗУ1"));
-}
-
-// The printed command with a real number.
-void tst_PrepareCheckCures::degreesAreCured()
-{
-    QFETCH(Input, input);
-    QFETCH(QString, findings);
-    ConvertFixture files;
-
-    const FileReport before = check(input, files.files);
-    const QStringList command = convertCommand(before).section(QLatin1Char(' '), 2).split(QLatin1Char(' '));
-    QCOMPARE(command.mid(2), QStringList({QStringLiteral("--crs"), QStringLiteral("EPSG:номер")}));
-    QVERIFY(files.convert(input.fileName(), {QStringLiteral("--crs"), QStringLiteral("EPSG:32637")}));
-    const FileReport after = checkOutput(files);
-
-    QCOMPARE(described(before.findings), findings);
-    QCOMPARE(described(after.findings), QString());
-    QCOMPARE(after.imported.objects, outlined(before));
-    QCOMPARE(after.imported.numbers, 3);
 }
 
 void tst_PrepareCheckCures::commandIsPrintedIfItHelps_data()

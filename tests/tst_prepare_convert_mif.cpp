@@ -11,15 +11,8 @@ private Q_SLOTS:
     void midFileIsFoundInAnyCase_data();
     void midFileIsFoundInAnyCase();
     void firstFieldNamesObjectsAndPoints();
-    void damagedObjectIsLeftOut_data();
-    void damagedObjectIsLeftOut();
-    void onlyDamagedObjectsAreRefused();
-    void decimalCommaBecomesPoint_data();
-    void decimalCommaBecomesPoint();
     void coordinatesAreTransformedByTheHeader();
     void midFileStandsForItsPair();
-    void curvesInDegreesKeepTheDeviation_data();
-    void curvesInDegreesKeepTheDeviation();
     void missingRecordsAreAdded_data();
     void missingRecordsAreAdded();
     void collectionsComeIn();
@@ -169,98 +162,6 @@ void tst_PrepareConvertMif::firstFieldNamesObjectsAndPoints()
     QCOMPARE(fixture.imported(), QStringLiteral("2 [н1 0 0, 1 1 1, н2 2 0]"));
 }
 
-void tst_PrepareConvertMif::damagedObjectIsLeftOut_data()
-{
-    QTest::addColumn<QString>("object");
-    QTest::addColumn<QString>("leftOut");
-    const auto row = [](const char *name, const char *object, const char *leftOut) {
-        QTest::newRow(name) << QString::fromLatin1(object) << QString::fromLatin1(leftOut);
-    };
-
-    row("line of no vertices", "Pline 0", "short-line 1");
-    row("line of one vertex", "Pline 1\n5 5", "short-line 1");
-    row("line of short parts", "Pline Multiple 2\n1\n5 5\n1\n6 6", "short-line 2");
-    row("area of two vertices", "Region 1\n2\n5 5\n6 6", "short-area 1");
-    row("area of no rings", "Region 0", "no-geometry 1");
-    row("vertices are missing", "Pline 3\n5 5\n6 6", "unreadable-object 1 in line 13");
-    row("number is missing", "Line 5 5 6\n    Pen (1,2,0)", "unreadable-object 1 in line 11");
-    row("number in the next line is too many", "Line 5 5 6\n7 8", "unreadable-object 1 in line 11");
-    row("vertex of three numbers", "Pline 2\n5 5 5\n6 6 6", "unreadable-object 1 in line 11");
-    row("negative count", "Pline -2\n5 5\n6 6", "unreadable-object 1 in line 10");
-    row("huge count", "Pline 999999999\n5 5\n6 6", "unreadable-object 1 in line 13");
-    row("no number", "Pline 2\n5 5\n6 x", "unreadable-object 1 in line 12");
-    row("text without its place", "Text\n\"a\"", "unreadable-object 1 in line 12");
-    row("unknown kind", "Foo 1 2\n5 5", "unknown-line 1 in line 10");
-    row("collection without parts", "Collection 1\nPline 1\n5 5", "short-line 1");
-    row("second area of a collection", "Collection 2\nRegion 1\n2\n5 5\n6 6\nPoint 5 5",
-        "short-area 1, unreadable-object 1 in line 15");
-}
-
-// The other objects keep their records.
-void tst_PrepareConvertMif::damagedObjectIsLeftOut()
-{
-    QFETCH(QString, object);
-    ConvertFixture fixture;
-    const QString map = QStringLiteral("Line 0 0 1 1\n%1\nLine 2 2 3 3\n").arg(object);
-    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data + map});
-    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("A,1\nB,2\nC,3")});
-
-    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
-
-    QCOMPARE(fixture.imported(), QStringLiteral("A [н1 0 0, н2 1 1]; C [н3 2 2, н4 3 3]"));
-    QTEST(fixture.list("leftOut"), "leftOut");
-    QCOMPARE(fixture.list("notes"), QString());
-}
-
-void tst_PrepareConvertMif::onlyDamagedObjectsAreRefused()
-{
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.mif"), {header + columns + data + QStringLiteral("Line 0 0\nPline 2\n5")});
-
-    const ConvertRun run = fixture.run(arguments("a.mif out.mif"));
-
-    QCOMPARE(run.status, 3);
-    QCOMPARE(run.messages, QStringLiteral("importprepare: Cannot read \"a.mif\": it has no complete object. "
-                                          "The first error is in line 10."));
-}
-
-void tst_PrepareConvertMif::decimalCommaBecomesPoint_data()
-{
-    QTest::addColumn<QString>("object");
-    QTest::addColumn<QString>("second");
-    QTest::addColumn<QString>("notes");
-    QTest::addColumn<QString>("leftOut");
-    const auto row = [](const char *name, const char *object, const char *second, const char *notes,
-                        const char *leftOut = "") {
-        QTest::newRow(name) << QString::fromLatin1(object) << QString::fromUtf8(second) << QString::fromLatin1(notes)
-                            << QString::fromLatin1(leftOut);
-    };
-
-    row("vertices", "Pline 2\n1,5 -2,25\n3 4", "; B [н3 1.5 -2.25, н4 3 4]", "decimal-comma 2 in line 11");
-    row("behind the keyword", "Line 1,5 2 3 4", "; B [н3 1.5 2, н4 3 4]", "decimal-comma 1 in line 10");
-    row("three decimals", "Line 1,500 2 3 4", "; B [н3 1.5 2, н4 3 4]", "decimal-comma 1 in line 10");
-    row("comma between numbers", "Line 1.5, 2, 3, 4", "; B [н3 1.5 2, н4 3 4]", "");
-    row("decimals beside a point", "Line 1,5 2.5 3 4", "; B [н3 1.5 2.5, н4 3 4]", "decimal-comma 1 in line 10");
-    row("thousands beside a point", "Line 1,500 2.5 3 4", "", "", "unreadable-object 1 in line 10");
-    row("two commas", "Line 1,500,000 2 3 4", "", "", "unreadable-object 1 in line 10");
-}
-
-void tst_PrepareConvertMif::decimalCommaBecomesPoint()
-{
-    QFETCH(QString, object);
-    QFETCH(QString, second);
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.mif"),
-                        {header + columns + QStringLiteral("Data\n\nLine 0 0 1 1\n") + object});
-    fixture.files.write(QStringLiteral("a.mid"), {records});
-
-    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
-
-    QCOMPARE(fixture.imported(), QStringLiteral("A [н1 0 0, н2 1 1]") + second);
-    QTEST(fixture.list("notes"), "notes");
-    QTEST(fixture.list("leftOut"), "leftOut");
-}
-
 void tst_PrepareConvertMif::coordinatesAreTransformedByTheHeader()
 {
     ConvertFixture fixture;
@@ -288,32 +189,6 @@ void tst_PrepareConvertMif::midFileStandsForItsPair()
     QCOMPARE(fixture.imported(), QString::fromUtf8(bothObjects));
     QCOMPARE(alone.status, 3);
     QCOMPARE(alone.messages, QStringLiteral("importprepare: There is no MIF file beside \"b.mid\"."));
-}
-
-void tst_PrepareConvertMif::curvesInDegreesKeepTheDeviation_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("ellipse");
-
-    QTest::newRow("named") << QStringLiteral("CoordSys Earth Projection 1, 104\n")
-                           << QStringLiteral("Ellipse 39 0 39.002 0.002\n");
-    QTest::newRow("unnamed") << QString() << QStringLiteral("Ellipse 39 0 39.002 0.002\n");
-    QTest::newRow("transformed") << QStringLiteral("Transform 0.001,0.001,39,0\n")
-                                 << QStringLiteral("Ellipse 0 0 2 2\n");
-}
-
-// The radius is about 111 m, so a chord of this deviation spans eleven degrees, and a circle has some 33.
-void tst_PrepareConvertMif::curvesInDegreesKeepTheDeviation()
-{
-    QFETCH(QString, line);
-    QFETCH(QString, ellipse);
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.mif"), {header + line + columns + data + ellipse});
-
-    QVERIFY(fixture.convert(QStringLiteral("a.mif"), arguments("--crs EPSG:32637 --deviation 0.5")));
-
-    const int vertices = fixture.report.value(QStringLiteral("vertices")).toInt();
-    QVERIFY2(vertices >= 33 && vertices <= 50, qPrintable(QString::number(vertices)));
 }
 
 void tst_PrepareConvertMif::missingRecordsAreAdded_data()

@@ -1,5 +1,4 @@
 #include "converttesting.h"
-#include "dxftesting.h"
 
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
@@ -16,15 +15,6 @@ private Q_SLOTS:
     void helpListsEveryOption();
     void wrongUsageIsReported_data();
     void wrongUsageIsReported();
-    void degreesAreTransformed();
-    void coordinateSystemMustBeKnown_data();
-    void coordinateSystemMustBeKnown();
-    void unnamedSystemIsTakenForDegrees_data();
-    void unnamedSystemIsTakenForDegrees();
-    void sourceSystemOverridesTheNamedOne();
-    void targetInDegreesIsNoted();
-    void deviationOfDegreesIsInMetres();
-    void placesOutsideTheSystemAreLeftOut();
     void coordinatesAreExchanged();
     void layersAreChosen();
     void rastersAreListed();
@@ -122,130 +112,6 @@ void tst_PrepareConvertOptions::wrongUsageIsReported()
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QString());
     QCOMPARE(run.messages, QStringLiteral("importprepare: %1 See importprepare convert --help.").arg(message));
-}
-
-void tst_PrepareConvertOptions::degreesAreTransformed()
-{
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(geometry("LineString", "[[39,0],[39,1]]"))}));
-
-    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--crs EPSG:32637")));
-
-    QVERIFY2(fixture.imported().startsWith(QStringLiteral("ЗУ1 [н1 500000 0, н2 500000 110")),
-             qUtf8Printable(fixture.imported()));
-    QCOMPARE(fixture.list("notes"), QString());
-}
-
-void tst_PrepareConvertOptions::coordinateSystemMustBeKnown_data()
-{
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char *name, const char *input, const char *args, const char *message) {
-        QTest::newRow(name) << QString::fromLatin1(input) << arguments(args)
-                            << QStringLiteral("importprepare: ") + QString::fromLatin1(message);
-    };
-
-    row("unknown target", "a.geojson", "--crs EPSG:999999", "--crs does not know \"EPSG:999999\".");
-    row("unknown source", "a.geojson", "--source-crs EPSG:999999", "--source-crs does not know \"EPSG:999999\".");
-    row("none named", "a.csv", "--crs EPSG:32637",
-        "--crs: the layer \"a\" names no coordinate system. Name it with --source-crs.");
-    row("not of the earth", "a.mif", "--crs EPSG:32637",
-        "--crs: the layer \"source\" names no coordinate system. Name it with --source-crs.");
-    row("no transformation", "a.geojson", "--crs LOCAL_CS[\"plan\",UNIT[\"m\",1]]",
-        "--crs: there is no transformation from \"WGS 84\" to \"LOCAL_CS[\"plan\",UNIT[\"m\",1]]\".");
-}
-
-void tst_PrepareConvertOptions::coordinateSystemMustBeKnown()
-{
-    QFETCH(QString, input);
-    QFETCH(QStringList, args);
-    QFETCH(QString, message);
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(line)}));
-    fixture.files.write(QStringLiteral("a.csv"), {QStringLiteral("id,WKT\n1,\"LINESTRING(0 0,400 0)\"")});
-    fixture.files.write(QStringLiteral("a.mif"),
-                        {QStringLiteral("Version 300\nCharset \"Neutral\"\nDelimiter \",\"\n"
-                                        "CoordSys NonEarth Units \"m\" Bounds (0,0) (900,900)\n"
-                                        "Columns 1\n  n Char(9)\nData\nLine 0 0 400 0")});
-
-    const ConvertRun run = fixture.run(QStringList{input, QStringLiteral("out.mif")} + args);
-
-    QCOMPARE(run.status, 2);
-    QCOMPARE(run.messages, message);
-}
-
-void tst_PrepareConvertOptions::unnamedSystemIsTakenForDegrees_data()
-{
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<QStringList>("lines");
-
-    const QString header = QStringLiteral("Version 300\nCharset \"Neutral\"\nDelimiter \",\"\n");
-    const QString data = QStringLiteral("Columns 1\n  n Char(9)\nData\nLine 39 0 39 1");
-    const QString nonEarth = QStringLiteral("CoordSys NonEarth Units \"m\" Bounds (0,0) (900,900)\n");
-    QTest::newRow("drawing") << QStringLiteral("a.dxf") << drawing("0 LINE|8 0|10 39|20 0|11 39|21 1");
-    QTest::newRow("MIF") << QStringLiteral("a.mif") << QStringList{header + data};
-    QTest::newRow("MIF not of the earth") << QStringLiteral("a.mif") << QStringList{header + nonEarth + data};
-}
-
-void tst_PrepareConvertOptions::unnamedSystemIsTakenForDegrees()
-{
-    QFETCH(QString, input);
-    QFETCH(QStringList, lines);
-    ConvertFixture fixture;
-    fixture.files.write(input, lines);
-
-    QVERIFY(fixture.convert(input, arguments("--crs EPSG:32637")));
-
-    QVERIFY2(fixture.imported().startsWith(QStringLiteral("ЗУ1 [н1 500000 0, н2 500000 110")),
-             qUtf8Printable(fixture.imported()));
-    QVERIFY(fixture.list("notes").contains(QStringLiteral("assumed-degrees 1")));
-}
-
-void tst_PrepareConvertOptions::sourceSystemOverridesTheNamedOne()
-{
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.geojson"),
-                        geoJson({feature(geometry("LineString", "[[500000,0],[500000,100]]"))}));
-
-    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--source-crs EPSG:32637 --crs EPSG:32737")));
-
-    QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 500000 10000000, н2 500000 10000100]"));
-    QCOMPARE(fixture.list("notes"), QString());
-}
-
-void tst_PrepareConvertOptions::targetInDegreesIsNoted()
-{
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(line)}));
-
-    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--crs EPSG:4326")));
-
-    QCOMPARE(fixture.list("notes"), QStringLiteral("degrees 1"));
-}
-
-// The radius is about 111 m, so a quarter has nine chords or a few more.
-void tst_PrepareConvertOptions::deviationOfDegreesIsInMetres()
-{
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"), drawing("0 ARC|8 0|10 39|20 0|40 0.001|50 0|51 90"));
-
-    QVERIFY(fixture.convert(QStringLiteral("a.dxf"), arguments("--crs EPSG:32637 --deviation 0.5")));
-
-    const int vertices = fixture.report.value(QStringLiteral("vertices")).toInt();
-    QVERIFY2(vertices >= 9 && vertices <= 20, qPrintable(QString::number(vertices)));
-}
-
-void tst_PrepareConvertOptions::placesOutsideTheSystemAreLeftOut()
-{
-    ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.geojson"), geoJson({feature(geometry("LineString", "[[39,0],[39,95]]")),
-                                                              feature(geometry("LineString", "[[39,0],[39,1]]"))}));
-
-    QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--crs EPSG:32637")));
-
-    QCOMPARE(fixture.counts(), QStringLiteral("1 1 2 0"));
-    QCOMPARE(fixture.list("leftOut"), QStringLiteral("not-transformed 1"));
 }
 
 void tst_PrepareConvertOptions::coordinatesAreExchanged()
