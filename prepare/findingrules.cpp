@@ -196,9 +196,8 @@ Detection detectDegrees(const Evidence &evidence)
     if (header.isEmpty() ? !statistics.looksGeographic : !statistics.fitsDegrees)
         return {};
     const QString first = QStringLiteral("объект «%1»").arg(evidence.outcome.objects.first().def);
-    const bool isNamed = !header.isEmpty();
-    const bool isConvertible = isNamed || evidence.found.fitsDegrees;
-    return {statistics.vertices, isNamed ? header : first, {}, {}, isConvertible, isConvertible};
+    const bool isConvertible = !header.isEmpty() || evidence.found.fitsDegrees;
+    return {statistics.vertices, header.isEmpty() ? first : header, {}, {}, isConvertible, isConvertible};
 }
 
 Detection detectMergedNumbers(const Evidence &evidence)
