@@ -35,10 +35,16 @@ if(IMPORT_WORKBENCH)
     add_dependencies(installed importhost)
     set_target_properties(importhost PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
     install(TARGETS importhost RUNTIME COMPONENT workbench)
-    install(FILES packaging/importhost.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
-    install(FILES packaging/importhost.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
-            COMPONENT workbench)
-    install(FILES packaging/importhost.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT workbench)
+    if(WIN32)
+        add_dependencies(installed importhostw)
+        install(TARGETS importhostw RUNTIME COMPONENT workbench)
+        include(cmake/WindowsRuntime.cmake)
+    else()
+        install(FILES packaging/importhost.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
+        install(FILES packaging/importhost.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
+                COMPONENT workbench)
+        install(FILES packaging/importhost.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT workbench)
+    endif()
 endif()
 
 # prepare
