@@ -1,6 +1,7 @@
 # The libraries that the workbench needs on Windows, beside it: those of Qt and of the compiler. They are shipped as DLLs,
 # so that a host and its plug-ins share one C++ runtime.
 
+find_package(Qt5 5.15 REQUIRED COMPONENTS Svg)
 set(bin ${CMAKE_INSTALL_BINDIR})
 
 foreach(module Core Gui Svg Widgets)

@@ -8,7 +8,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/importplugin/windows
 built_qt=$cache/qt
 
 # The compiled files of both modules, host tools included; only for the progress shown.
-qt_objects=1900
+qt_objects=1380
 
 qt_options=(
     -xplatform win32-g++ -device-option "CROSS_COMPILE=$target-" -opensource -confirm-license
