@@ -19,8 +19,9 @@ qt_options=(
 
 # Identifies a build: Qt, compiler and options. A build with another stamp is discarded.
 qt_stamp() {
-    printf '%s\n' "Qt $qt_version" "$("$target-g++" -dumpfullversion) $(dpkg-query -W -f='${Version}' mingw-w64-x86-64-dev)" \
-        "${qt_options[@]}"
+    local compiler
+    compiler="$("$target-g++" -dumpfullversion) $(dpkg-query -W -f='${Version}' mingw-w64-x86-64-dev)"
+    printf '%s\n' "Qt $qt_version" "$compiler" "${qt_options[@]}"
 }
 
 has_stamp() {
@@ -60,8 +61,10 @@ fetch_source() {
     rm -rf -- "$cache"/src/fetch.*
     folder=$(mktemp -d "$cache/src/fetch.XXXXXX")
     (cd "$folder" && source_apt_get source --download-only "$name") >&2 || stop "cannot fetch $name"
-    compgen -G "$folder/${name}_${qt_version}[-+]*.dsc" >/dev/null || stop "the Debian sources do not have Qt $qt_version"
-    (cd "$folder" && dpkg-source --no-check -x ./*.dsc source) >>"$cache/log" 2>&1 || stop "cannot unpack $name, see $cache/log"
+    compgen -G "$folder/${name}_${qt_version}[-+]*.dsc" >/dev/null ||
+        stop "the Debian sources do not have Qt $qt_version"
+    (cd "$folder" && dpkg-source --no-check -x ./*.dsc source) >>"$cache/log" 2>&1 ||
+        stop "cannot unpack $name, see $cache/log"
     mv "$folder/source" "$cache/src/$name"
     mv "$folder"/*.dsc "$cache/src/$name.dsc"
     rm -rf -- "$folder"
@@ -133,7 +136,7 @@ discard_other_build() {
 # Leaves Qt in $built_qt.
 build_qt() {
     ! has_stamp "$built_qt" || return 0
-    say "Building Qt $qt_version in $cache, which takes about half an hour; the log is $cache/log"
+    say "Building Qt $qt_version in $cache, which takes about 25 minutes on 2 cores; the log is $cache/log"
     discard_other_build
     local name
     for name in "${qt_sources[@]}"; do
