@@ -4,6 +4,7 @@
 
 #include "filegenerator.h"
 
+#include <QByteArrayList>
 #include <QCoreApplication>
 #include <QDir>
 #include <QTextCodec>
@@ -16,10 +17,13 @@ bool writeFile(const QDir &dir, const QString &name, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// An unknown encoding means that of the system, so the result would depend on it.
+// Some results depend on the system or on Qt: an unknown encoding means that of the system, and East Asian ones are
+// decoded by ICU or, where Qt is built without it, by Qt's own tables, which differ in invalid bytes.
 QString encodingName(const QByteArray &name)
 {
-    return QTextCodec::codecForName(name) == nullptr ? QStringLiteral("UTF-8") : QString::fromLatin1(name);
+    static const QByteArrayList asian{"Big5", "EUC-JP", "GB18030", "ISO-2022-JP", "Shift_JIS"};
+    const bool isPortable = QTextCodec::codecForName(name) != nullptr && !asian.contains(name);
+    return isPortable ? QString::fromLatin1(name) : QStringLiteral("Windows-1251");
 }
 
 QStringList arguments(const ImportOptions &options)
