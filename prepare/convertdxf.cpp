@@ -1,12 +1,11 @@
 #include "convertdxf.h"
 
 #include "convertprogress.h"
+#include "drawingpairs.h"
 #include "encodingguess.h"
 #include "vsilines.h"
 
 #include <QSet>
-
-#include <cpl_conv.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -24,12 +23,6 @@ bool isRead(const QByteArray &type)
                                         "MTEXT",   "ATTRIB", "ATTDEF",   "DIMENSION",  "HATCH",  "LEADER",  "MLINE",
                                         "MLEADER", "VERTEX", "SEQEND",   "MULTILEADER"};
     return types.contains(type);
-}
-
-// As GDAL reads it, also if something follows the number.
-double number(const QByteArray &value)
-{
-    return CPLAtof(value.constData());
 }
 
 // The name of the codec of a code page such as ANSI_1251 or DOS866.
@@ -51,11 +44,18 @@ bool DxfInspection::scan(const QByteArray &fileName)
     if (!lines.open(fileName))
         return false;
     QByteArray code;
-    QByteArray value;
-    while (!m_hasEnd && !ConvertProgress::isInterrupted() && lines.read(code) && lines.read(value)) {
-        if (m_sample.size() < maxSample && !isAscii(value))
-            m_sample += value + '\n';
-        readPair(std::atoi(code.constData()), value.trimmed());
+    DrawingPair pair;
+    for (pair.line = 1; !m_hasEnd && !ConvertProgress::isInterrupted() && lines.read(code); pair.line += 2) {
+        pair.code = std::atoi(code.constData());
+        pair.codePosition = lines.lineBegin();
+        if (!lines.read(pair.value))
+            break;
+        pair.valuePosition = lines.lineBegin();
+        if (m_sample.size() < maxSample && !isAscii(pair.value))
+            m_sample += pair.value + '\n';
+        readPair(pair.code, pair.value.trimmed());
+        if (m_section == "ENTITIES" || m_section == "BLOCKS")
+            m_corrections.readPair(pair, m_block, pair.code == 0 && (isRead(m_entity) || m_entity == "BLOCK"));
     }
     endEntity();
     return true;
@@ -101,8 +101,6 @@ void DxfInspection::beginEntity(const QByteArray &type)
         m_block.clear();
     if ((m_section != "ENTITIES" && m_section != "BLOCKS") || structure.contains(type))
         return;
-    if (type == "SPLINE" || type == "HELIX")
-        ++m_splineCount;
     m_filledBlocks.insert(m_block);
     if (!isRead(type))
         ++m_ignored[QStringLiteral("entity ") + QString::fromLatin1(type)];
@@ -165,9 +163,9 @@ void DxfInspection::readHatchPair(int code, const QByteArray &value)
     else if (code == 72)
         m_edge = value.toInt();
     else if (code == 40 && m_edge == arc)
-        arcs().addCircle(number(value));
+        arcs().addCircle(drawingNumber(value));
     else if (code == 40 && m_edge == ellipse)
-        arcs().addEllipse(std::hypot(m_axisX, m_axisY), number(value));
+        arcs().addEllipse(std::hypot(m_axisX, m_axisY), drawingNumber(value));
 }
 
 void DxfInspection::readName(const QByteArray &name)
@@ -186,27 +184,27 @@ void DxfInspection::readEntityPair(int code, const QByteArray &value)
     if (code == 2)
         readName(value);
     else if (code == 40)
-        m_radius = number(value); // of an ellipse: the ratio of the axes
+        m_radius = drawingNumber(value); // of an ellipse: the ratio of the axes
     else if (code == 70)
         m_flags = value.toInt();
     else if (code == 11)
-        m_axisX = number(value);
+        m_axisX = drawingNumber(value);
     else if (code == 21)
-        m_axisY = number(value);
+        m_axisY = drawingNumber(value);
     else if (code == 31)
-        m_axisZ = number(value);
+        m_axisZ = drawingNumber(value);
     else if (code == 50)
-        m_from = number(value);
+        m_from = drawingNumber(value);
     else if (code == 51)
-        m_to = number(value);
+        m_to = drawingNumber(value);
     else if ((code == 41 || code == 42) && m_entity == "INSERT")
-        m_scale = std::max(m_scale, std::fabs(number(value)));
+        m_scale = std::max(m_scale, std::fabs(drawingNumber(value)));
     else if (code == 10 && hasBulges)
-        m_polyline.append({number(value), 0, 0});
+        m_polyline.append({drawingNumber(value), 0, 0});
     else if (code == 20 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().y = number(value);
+        m_polyline.last().y = drawingNumber(value);
     else if (code == 42 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().bulge = number(value);
+        m_polyline.last().bulge = drawingNumber(value);
 }
 
 // Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL
@@ -235,4 +233,14 @@ ArcSteps DxfInspection::blockArcSteps(double deviation) const
     for (const QByteArray &block : m_curvedBlocks)
         largest = std::max(largest, scaleOf(block, known, 0));
     return m_blockArcs.steps(deviation / largest);
+}
+
+std::vector<DrawingEdit> DxfInspection::takeEdits(double deviation)
+{
+    QHash<QByteArray, double> known;
+    const CurvePrecision own{deviation, arcSteps(deviation).angle};
+    const double blockStep = blockArcSteps(deviation).angle;
+    return m_corrections.takeEdits([&](const QByteArray &block) {
+        return block.isEmpty() ? own : CurvePrecision{deviation / scaleOf(block, known, 0), blockStep};
+    });
 }

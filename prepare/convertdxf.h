@@ -2,6 +2,7 @@
 
 #include "convertarcs.h"
 #include "convertcontent.h"
+#include "drawingcorrections.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -23,8 +24,9 @@ public:
     /// Number of entities of each kind that GDAL ignores: types that it does not know, meshes, and insertions of blocks
     /// that are missing or empty.
     ContentCounts ignoredEntities() const;
-    /// Number of splines, which GDAL splits without regard to a deviation.
-    int splineCount() const { return m_splineCount; }
+    const DrawingCorrections &corrections() const { return m_corrections; }
+    /// Returns the edits for a copy that GDAL reads with chords within \a deviation.
+    std::vector<DrawingEdit> takeEdits(double deviation);
     /// False if the pair that ends a drawing is missing.
     bool hasEnd() const { return m_hasEnd; }
     bool beginsWithHeader() const { return m_beginsWithHeader; }
@@ -81,7 +83,7 @@ private:
     ArcStatistics m_arcs;
     ArcStatistics m_blockArcs;
     ContentCounts m_ignored;
-    int m_splineCount = 0;
+    DrawingCorrections m_corrections;
     bool m_hasEnd = false;
     bool m_beginsWithHeader = false;
     QByteArray m_sample;

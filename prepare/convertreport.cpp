@@ -11,6 +11,7 @@ QString meaning(const QString &kind)
 {
     static const QHash<QString, QString> texts{
         // Left out.
+        {QStringLiteral("broken-spline"), QStringLiteral("splines without the control points or knots of a curve")},
         {QStringLiteral("empty-insert"), QStringLiteral("insertions of blocks that are missing or empty")},
         {QStringLiteral("filling"), QStringLiteral("hatches of outlines that are objects themselves")},
         {QStringLiteral("mesh"), QStringLiteral("polygon meshes, which GDAL does not read")},

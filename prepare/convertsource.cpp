@@ -22,10 +22,13 @@ namespace {
 
 // A folder of GDAL's files in memory, which belong to the process.
 const char *const strDxf = "/vsimem/importprepare/source.dxf";
+const char *const strCorrected = "/vsimem/importprepare/corrected.dxf";
 const char *const strHeader = "/vsimem/importprepare/header.dxf";
 const char *const strWithHeader = "/vsimem/importprepare/withheader.dxf";
 
 const char *const configurations[] = {"OGR_ARC_STEPSIZE", "OGR_ARC_MAX_GAP", "DXF_ENCODING"};
+
+constexpr int maxShownBytes = 40; // of a faulty value
 
 // A binary drawing becomes up to four times as long.
 constexpr qint64 maxBinarySize = 500LL * 1024 * 1024;
@@ -71,7 +74,7 @@ ConvertSource::ConvertSource(const ConvertOptions &options, ConvertContent &cont
 ConvertSource::~ConvertSource()
 {
     m_dataset.reset();
-    for (const char *const name : {strDxf, strHeader, strWithHeader})
+    for (const char *const name : {strDxf, strCorrected, strHeader, strWithHeader})
         VSIUnlink(name);
     for (const char *const name : configurations)
         CPLSetThreadLocalConfigOption(name, nullptr);
@@ -196,9 +199,9 @@ QString ConvertSource::withPlaceInInput(const QString &message) const
     const QRegularExpressionMatch match = place.match(message);
     if (!match.hasMatch())
         return message;
-    return QString(message).replace(
-        match.captured(0),
-        QStringLiteral("line %1 of %2").arg(match.captured(1).toInt() - m_addedLines).arg(m_options.input));
+    const qint64 line = lineBeforeEdits(match.captured(1).toInt() - m_addedLines, m_replacedLines);
+    return QString(message).replace(match.captured(0),
+                                    QStringLiteral("line %1 of %2").arg(QString::number(line), m_options.input));
 }
 
 // The deviation in units of a source that names no coordinate system.
@@ -222,6 +225,9 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
         return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
     if (ConvertProgress::isInterrupted())
         return false;
+    QByteArray corrected = m_drawing->fileName();
+    if (!correctDxf(scan, corrected))
+        return false;
     if (m_encoding.name.isEmpty())
         m_encoding = sourceEncoding(scan.sample(), scan.declaredEncoding());
     const bool isHeaderMissing = !m_encoding.name.isEmpty() && !scan.beginsWithHeader();
@@ -230,9 +236,27 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     addNotes(scan);
     // GDAL reads the blocks when it opens the drawing, and the other entities later.
     setArcSteps(scan.blockArcSteps(deviation()));
-    const bool ok = openDataset(isHeaderMissing ? withHeader(m_drawing->fileName()) : m_drawing->fileName(), nullptr);
+    const bool ok = openDataset(isHeaderMissing ? withHeader(corrected) : corrected, nullptr);
     setArcSteps(scan.arcSteps(deviation()));
     return ok;
+}
+
+// Names the corrected copy instead of \a fileName if there is something to correct.
+bool ConvertSource::correctDxf(DxfInspection &scan, QByteArray &fileName)
+{
+    const DrawingCorrections &corrections = scan.corrections();
+    if (corrections.faultyLine() > 0)
+        return fail(QStringLiteral("Cannot read \"%1\": \"%2\" in line %3 is no number.")
+                        .arg(m_options.input, QString::fromLatin1(corrections.faultyValue().left(maxShownBytes)),
+                             QString::number(corrections.faultyLine())));
+    const std::vector<DrawingEdit> edits = scan.takeEdits(deviation());
+    if (edits.empty())
+        return true;
+    if (!copyWithEdits(fileName, strCorrected, edits))
+        return fail(QStringLiteral("There is not enough memory to convert \"%1\".").arg(m_options.input));
+    m_replacedLines = replacedLines(edits);
+    fileName = strCorrected;
+    return true;
 }
 
 void ConvertSource::addNotes(const DxfInspection &scan)
@@ -240,11 +264,13 @@ void ConvertSource::addNotes(const DxfInspection &scan)
     const ContentCounts ignored = scan.ignoredEntities();
     for (auto it = ignored.begin(); it != ignored.end(); ++it)
         m_content.leftOut[it.key()] += it.value();
-    if (scan.splineCount() > 0)
-        m_content.notes[QStringLiteral("uncontrolled-curve")] += scan.splineCount();
-    const qint64 coarseCount = scan.arcSteps(deviation()).coarseCount + scan.blockArcSteps(deviation()).coarseCount;
-    if (coarseCount > 0)
-        m_content.notes[QStringLiteral("coarse-curve")] = coarseCount;
+    const DrawingCorrections &corrections = scan.corrections();
+    addCount(m_content.leftOut, QStringLiteral("broken-spline"), corrections.brokenSplineCount());
+    addCount(m_content.leftOut, QStringLiteral("no-geometry"), corrections.emptyPolylineCount());
+    addCount(m_content.notes, QStringLiteral("decimal-comma"), corrections.commaCount());
+    addCount(m_content.notes, QStringLiteral("coarse-curve"),
+             scan.arcSteps(deviation()).coarseCount + scan.blockArcSteps(deviation()).coarseCount +
+                 corrections.coarseSplineCount());
     const PointSymbols &symbols = m_drawing->symbols();
     addCount(m_content.notes, QStringLiteral("point-symbol"), symbols.count());
     addCount(m_content.notes, QStringLiteral("symbol-outline"), symbols.outlineCount());

@@ -2,6 +2,7 @@
 
 #include "convertcontent.h"
 #include "convertoptions.h"
+#include "drawingcopy.h"
 #include "drawingview.h"
 #include "mifview.h"
 
@@ -11,6 +12,7 @@
 #include <gdal_priv.h>
 
 #include <memory>
+#include <vector>
 
 class DxfInspection;
 
@@ -50,6 +52,7 @@ private:
     bool openDxf(const QByteArray &fileName);
     bool openMif(const QString &fileName);
     bool openShapefile();
+    bool correctDxf(DxfInspection &scan, QByteArray &fileName);
     void addNotes(const DxfInspection &scan);
     void add(ContentCounts &counts, const char *kind, const MifTally &tally);
     void addNotes(const MifCopy &mif);
@@ -59,9 +62,10 @@ private:
     ConvertContent &m_content;
     QString m_error;
     SourceEncoding m_encoding;
-    int m_addedLines = 0; ///< in front of the drawing
-    QByteArray m_ascii;   ///< the ASCII form of a binary DXF file
-    QByteArray m_parts;   ///< the description of a drawing with a header in front
+    int m_addedLines = 0;                       ///< in front of the drawing
+    std::vector<ReplacedLines> m_replacedLines; ///< of the corrected drawing
+    QByteArray m_ascii;                         ///< the ASCII form of a binary DXF file
+    QByteArray m_parts;                         ///< the description of a drawing with a header in front
     MifCopy m_mif;
     MifView m_mifView;
     std::unique_ptr<DrawingView> m_drawing;

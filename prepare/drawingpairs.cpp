@@ -1,6 +1,11 @@
 #include "drawingpairs.h"
 
-#include <cstdlib>
+#include <cpl_conv.h>
+
+double drawingNumber(QByteArray value)
+{
+    return CPLAtof(value.replace(',', '.').constData());
+}
 
 bool DrawingPairs::next()
 {

@@ -4,6 +4,9 @@
 
 #include <QByteArray>
 
+/// Returns \a value as GDAL reads it, also if something follows the number, but with a decimal comma, too.
+double drawingNumber(QByteArray value);
+
 /// Reads the pairs of an ASCII drawing and follows its sections and blocks.
 class DrawingPairs
 {
@@ -16,7 +19,7 @@ public:
     int code() const { return m_code; }
     /// Without the blanks around it.
     QByteArray value() const { return m_text.trimmed(); }
-    double number() const { return value().toDouble(); }
+    double number() const { return drawingNumber(value()); }
 
     /// True if the pair belongs to the drawing's entities or to those of a block.
     bool isContent() const { return m_isInEntities || m_isInBlocks; }

@@ -331,9 +331,6 @@ void tst_PrepareConvertDrawings::notesAreGiven_data()
     QTest::addColumn<QString>("notes");
 
     QTest::newRow("nothing to note") << drawing(line) << QString();
-    QTest::newRow("spline") << drawing(QStringLiteral(
-                                   "|0 SPLINE|8 0|70 8|71 1|72 4|73 2|74 0|40 0|40 0|40 1|40 1|10 0|20 0|10 9|20 9"))
-                            << QStringLiteral("uncontrolled-curve 1");
     QTest::newRow("height") << drawing(QStringLiteral("|0 LINE|8 0|10 0|20 0|30 7|11 10|21 0|31 0"))
                             << QStringLiteral("height 1");
     QTest::newRow("no end") << QStringList(drawing(line).mid(0, drawing(line).size() - 2))
