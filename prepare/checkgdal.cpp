@@ -161,7 +161,8 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     MifCopy copy;
     MifView map;
     if (isDrawing) {
-        name = view.open(name) ? view.fileName() : QByteArray();
+        name = view.open(name) && view.excessLine() == 0 ? view.fileName() : QByteArray();
+        content.excessLine = view.excessLine();
     } else if (copy.read(fileName, "UTF-8")) {
         map.show(copy);
         name = map.fileName();

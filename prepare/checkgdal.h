@@ -16,6 +16,7 @@ struct FoundContent
 
     bool isOpened = false;    ///< false: GDAL cannot open the file, and all numbers are 0
     bool isReadToEnd = false; ///< GDAL reports no error while it reads the features
+    qint64 excessLine = 0;    ///< of an insertion that draws too many copies, so the drawing is not opened; 0: none
     qint64 areas = 0;         ///< features with areas; a collection with areas and lines counts in both
     qint64 lines = 0;
     qint64 points = 0;

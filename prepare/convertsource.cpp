@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -219,8 +220,12 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     m_drawing = std::make_unique<DrawingView>();
     DxfInspection scan;
     if (!m_drawing->open(fileName, m_options.takesSymbols))
-        return fail(QStringLiteral("Cannot read \"%1\", or its blocks draw more than 5,000,000 entities.")
-                        .arg(m_options.input));
+        return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
+    if (m_drawing->excessLine() > 0)
+        return fail(QStringLiteral("Cannot read \"%1\": with the insertion in line %2 its blocks are nested too deeply "
+                                   "or draw more than %3 entities.")
+                        .arg(m_options.input, QString::number(m_drawing->excessLine()),
+                             QLocale(QLocale::English).toString(BlockCopies::maxCount)));
     if (!scan.scan(m_drawing->fileName()))
         return fail(QStringLiteral("Cannot read \"%1\".").arg(m_options.input));
     if (ConvertProgress::isInterrupted())

@@ -4,8 +4,15 @@
 
 #include <QByteArray>
 
+#include <initializer_list>
+#include <string_view>
+
 /// Returns \a value as GDAL reads it, also if something follows the number, but with a decimal comma, too.
 double drawingNumber(QByteArray value);
+
+/// Returns false if \a fileName, a path of GDAL, has none of \a keywords, which are not longer than 16 characters. Much
+/// faster than reading the pairs. Also returns true if the file cannot be opened.
+bool mayHaveKeyword(const QByteArray &fileName, std::initializer_list<std::string_view> keywords);
 
 /// Reads the pairs of an ASCII drawing and follows its sections and blocks.
 class DrawingPairs

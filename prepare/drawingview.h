@@ -1,5 +1,6 @@
 #pragma once
 
+#include "blockcopies.h"
 #include "pointsymbols.h"
 
 #include <QByteArray>
@@ -15,17 +16,19 @@ public:
     DrawingView &operator=(const DrawingView &) = delete;
 
     /// Looks through the ASCII drawing \a fileName, a path of GDAL. Without \a takesSymbols they remain what they are.
-    /// Returns false if it cannot be read.
+    /// Returns false if it cannot be read. Do not open it if excessLine() is not 0.
     bool open(const QByteArray &fileName, bool takesSymbols = true);
 
     /// The path of GDAL to open: the file, or a copy in memory if it has symbols.
     const QByteArray &fileName() const { return m_fileName; }
 
+    /// The line of the insertion that draws too many copies for GDAL, counted from 1; 0: none.
+    qint64 excessLine() const { return m_copies.excessLine(); }
+
     const PointSymbols &symbols() const { return m_symbols; }
 
 private:
-    bool copy(const QByteArray &fileName);
-
     QByteArray m_fileName;
     PointSymbols m_symbols;
+    BlockCopies m_copies;
 };

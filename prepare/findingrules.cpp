@@ -3,11 +3,13 @@
 
 #include "findingrules.h"
 
+#include "blockcopies.h"
 #include "checknames.h"
 #include "findingencoding.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSet>
 
 #include <algorithm>
@@ -123,6 +125,12 @@ Detection detectMidOutOfStep(const Evidence &evidence)
             QStringLiteral("MID, запись %1").arg(line),
             {QString::number(records), QString::number(objects)},
             {Stop::MidLine, line, false}};
+}
+
+Detection detectTooManyCopies(const Evidence &evidence)
+{
+    const qint64 line = evidence.found.excessLine;
+    return {line > 0 ? 1 : 0, linePlace(line), {QLocale(QLocale::Russian).toString(BlockCopies::maxCount)}};
 }
 
 Detection detectTruncated(const Evidence &evidence)
@@ -317,6 +325,10 @@ const QVector<FindingRule> &findingRules()
          QStringLiteral("Координаты, судя по всему, в градусах: точки ближе 0,01 градуса (около километра) считаются "
                         "одной, и у разных вершин будет один номер."),
          QStringLiteral("Пересчитайте координаты в систему в метрах")},
+        {"too-many-copies", error, Accounts::Loss, useless, detectTooManyCopies,
+         QStringLiteral("С этой вставкой блоки чертят больше %1 объектов или вложены слишком глубоко. Содержимое "
+                        "чертежа не подсчитано, и convert его не читает."),
+         QStringLiteral("Удалите или исправьте вставку: её строки и столбцы и вставки внутри её блока")},
         {"blocks", warning, Accounts::Loss, cures, detectTrait<Trait::BlockReference>,
          QStringLiteral("Содержимое блоков не читается: вставка блока даёт самое большее точку."),
          QStringLiteral("Разбейте блоки на объекты в чертеже")},

@@ -9,12 +9,10 @@
 
 #include <cpl_conv.h>
 #include <cpl_quad_tree.h>
-#include <cpl_vsi.h>
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <string_view>
 #include <tuple>
 
 namespace {
@@ -32,9 +30,6 @@ constexpr double letterInHeights = 0.8;
 constexpr qint64 maxComparisons = 50000000;
 
 constexpr int maxDepth = 64;
-
-// Entities drawn by all insertions.
-constexpr qint64 maxInserted = 5000000;
 
 /// Where one or more candidates are.
 struct Place
@@ -312,26 +307,6 @@ double SymbolJudge::timesOf(int block, int depth)
     return m_times[block] = times;
 }
 
-// Searches for the keywords alone, so that drawings without them need no look at their pairs.
-bool hasKeyword(VSILFILE &file)
-{
-    constexpr std::size_t longest = 7;
-    std::vector<char> buffer(1 << 20);
-    std::size_t kept = 0; // the end of the previous bytes, which may hold the beginning of a keyword
-    for (;;) {
-        const std::size_t size = VSIFReadL(buffer.data() + kept, 1, buffer.size() - kept, &file);
-        const std::string_view bytes(buffer.data(), kept + size);
-        for (const std::string_view keyword : {"INSERT", "CIRCLE", "ELLIPSE"}) {
-            if (bytes.find(keyword) != std::string_view::npos)
-                return true;
-        }
-        if (size == 0)
-            return false;
-        kept = std::min(bytes.size(), longest);
-        std::copy(bytes.end() - static_cast<std::ptrdiff_t>(kept), bytes.end(), buffer.begin());
-    }
-}
-
 qint64 toCount(double count)
 {
     return static_cast<qint64>(std::min(count, 1e15));
@@ -341,15 +316,10 @@ qint64 toCount(double count)
 
 bool PointSymbols::find(const QByteArray &fileName)
 {
-    VSILFILE *const file = VSIFOpenL(fileName.constData(), "rb");
-    if (file == nullptr)
-        return false;
-    const bool mayHaveSymbols = hasKeyword(*file);
-    VSIFCloseL(file);
-    if (!mayHaveSymbols)
+    if (!mayHaveKeyword(fileName, {"INSERT", "CIRCLE", "ELLIPSE"}))
         return true;
     SymbolReader symbols;
-    if (!symbols.read(fileName) || symbols.insertedCount > maxInserted)
+    if (!symbols.read(fileName))
         return false;
     if (symbols.candidates.empty())
         return true;

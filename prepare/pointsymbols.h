@@ -23,8 +23,7 @@ public:
         const char *keyword = nullptr;
     };
 
-    /// Looks through \a fileName, a path of GDAL. Returns false if it cannot be opened, or if its insertions draw more
-    /// entities than any plan has: a small file of nested blocks or rows would keep GDAL busy for hours.
+    /// Looks through \a fileName, a path of GDAL. Returns false if it cannot be opened.
     bool find(const QByteArray &fileName);
 
     /// True if the entity whose keyword is in line \a line, counted from 1, is a symbol.

@@ -237,9 +237,6 @@ void SymbolReader::finishReaches()
         if (candidate.block >= 0)
             candidate.reach = std::max(candidate.reach, candidate.scale * reachOf(candidate.block, 0));
     }
-    const SymbolBlock own = blocks.first();
-    reachOf(0, 0);
-    insertedCount = blocks.first().outlineCount - own.outlineCount + blocks.first().textCount - own.textCount;
 }
 
 bool SymbolReader::read(const QByteArray &fileName)

@@ -52,7 +52,6 @@ public:
     std::vector<SymbolCandidate> candidates;
     std::vector<SymbolNumber> numbers;
     QVector<SymbolBlock> blocks; ///< by container; the first is the drawing
-    qint64 insertedCount = 0;    ///< entities that all insertions together draw
 
     /// Returns the container of the block \a name, which may be defined later.
     int containerOf(const QByteArray &name);

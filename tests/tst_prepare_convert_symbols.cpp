@@ -15,8 +15,6 @@ private Q_SLOTS:
     void hatchOfAnOutlineIsNoObject_data();
     void hatchOfAnOutlineIsNoObject();
     void entitiesOfABlockAreObjects();
-    void endlessBlocksAreRefused_data();
-    void endlessBlocksAreRefused();
     void textsNameTheInnermostOutline_data();
     void textsNameTheInnermostOutline();
     void largeLettersReachFarther();
@@ -205,35 +203,6 @@ void tst_PrepareConvertSymbols::entitiesOfABlockAreObjects()
     QCOMPARE(fixture.imported(), QStringLiteral(":A [н1 0 0, н2 10 0, н3 10 10, н4 0 10, н1 0 0]; "
                                                 ":B [н2 10 0, н5 20 0, н6 20 10, н3 10 10, н2 10 0]"));
     QCOMPARE(fixture.list("leftOut"), QString());
-}
-
-void tst_PrepareConvertSymbols::endlessBlocksAreRefused_data()
-{
-    QTest::addColumn<QByteArray>("blocks");
-    QTest::addColumn<QByteArray>("entities");
-
-    QByteArray nested = block("B0", square(0, 0, 10));
-    for (int i = 1; i < 30; ++i) {
-        const QByteArray inner = insert(("B" + QByteArray::number(i - 1)).constData(), 0, 0);
-        nested += block(("B" + QByteArray::number(i)).constData(), inner + inner);
-    }
-    QTest::newRow("nested blocks") << nested << insert("B29", 0, 0);
-    QTest::newRow("rows and columns") << block("B", square(0, 0, 10))
-                                      << insert("B", 0, 0) + "|70 3000|71 3000|44 20|45 20";
-}
-
-void tst_PrepareConvertSymbols::endlessBlocksAreRefused()
-{
-    QFETCH(QByteArray, blocks);
-    QFETCH(QByteArray, entities);
-    const ConvertFixture fixture;
-    fixture.files.write(QStringLiteral("a.dxf"), drawingOf(entities, blocks));
-
-    const ConvertRun run = fixture.run(arguments("a.dxf b.mif"));
-
-    QCOMPARE(run.status, 3);
-    QCOMPARE(run.messages,
-             QStringLiteral("importprepare: Cannot read \"a.dxf\", or its blocks draw more than 5,000,000 entities."));
 }
 
 void tst_PrepareConvertSymbols::textsNameTheInnermostOutline_data()

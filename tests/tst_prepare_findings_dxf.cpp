@@ -193,6 +193,8 @@ void tst_PrepareFindingsDxf::blockIsFound_data()
     const QByteArray mark = block("M", "|0 CIRCLE|8 0|10 0|20 0|40 0.5|0 LINE|8 0|10 -0.5|20 0|11 0.5|21 0");
     add("block that marks a vertex", withBlocks(mark, "0 INSERT|8 L|2 M|10 10|20 0|" + number("10")), "");
     add("block that marks nothing", withBlocks(mark, insert("M")), "blocks 1 @ строка 58, слой «L», INSERT");
+    add("copies without end", withBlocks(block("A", line), insert("A") + "|70 3000|71 3000"),
+        "too-many-copies 1 @ строка 48; blocks 1 @ строка 48, слой «L», INSERT");
     add("block in itself", withBlocks(block("A", '|' + insert("A")), insert("A")), "");
 }
 
