@@ -208,8 +208,10 @@ void ShapeCollector::addPoints(const OGRGeometry &geometry, const ShapeNames &na
 
 void ShapeCollector::add(const OGRGeometry &geometry, const ShapeNames &names)
 {
-    if (geometry.IsEmpty() != 0)
+    if (geometry.IsEmpty() != 0) {
         ++m_content.leftOut[QStringLiteral("no-geometry")];
+        return;
+    }
     addObject(geometry, true, names);
     addObject(geometry, false, names);
     addPoints(geometry, names);

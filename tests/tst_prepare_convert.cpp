@@ -84,6 +84,7 @@ void tst_PrepareConvert::unusableGeometriesAreLeftOut_data()
     row("line of one vertex", geometry("LineString", "[[4,0]]"), "short-line 1");
     row("no geometry", QStringLiteral("null"), "no-geometry 1");
     row("empty geometry", geometry("Polygon", "[]"), "no-geometry 1");
+    row("empty line", geometry("LineString", "[]"), "no-geometry 1");
     row("infinite coordinate", geometry("LineString", "[[0,0],[1e999,0]]"), "not-finite 1");
 }
 
