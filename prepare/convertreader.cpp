@@ -8,6 +8,8 @@
 #include <cpl_error.h>
 #include <ogrsf_frmts.h>
 
+#include <QRegularExpression>
+
 #include <cstring>
 #include <typeinfo>
 
@@ -17,6 +19,21 @@ QString fieldText(const OGRFeature &feature, int field)
 {
     return field < 0 || !feature.IsFieldSetAndNotNull(field) ? QString()
                                                              : QString::fromUtf8(feature.GetFieldAsString(field));
+}
+
+// Drawings in an encoding without Cyrillic letters have them as "\U+0416". GDAL decodes that in paragraphs only.
+QString decodedUnicode(const QString &text)
+{
+    static const QRegularExpression code(QStringLiteral("\\\\U\\+([0-9A-Fa-f]{4})"));
+    QString result;
+    int end = 0;
+    for (auto it = code.globalMatch(text); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        result += text.midRef(end, match.capturedStart() - end);
+        result += QChar(match.captured(1).toUShort(nullptr, 16));
+        end = match.capturedEnd();
+    }
+    return result + text.midRef(end);
 }
 
 // The text of a label and its height; the text is null if the style is that of something else.
@@ -108,6 +125,7 @@ bool ConvertReader::readText(const OGRFeature &feature, const OGRGeometry &geome
         return false;
     if (m_fields.text >= 0)
         text.text = fieldText(feature, m_fields.text);
+    text.text = decodedUnicode(text.text);
     const OGRPoint &point = *geometry.toPoint();
     text.at = m_shapes.vertex(point.getX(), point.getY());
     m_content.texts.push_back(text);
