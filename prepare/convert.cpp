@@ -84,8 +84,17 @@ bool nameContent(const ConvertOptions &options, ConvertContent &content, Convert
         if (content.objects[i].def.trimmed().isEmpty())
             unnamed.push_back(i);
     }
+    const auto isUnnumbered = [&options](const ContentPoint &point) {
+        return options.number.isEmpty() && point.def.trimmed().isEmpty();
+    };
     progress.begin(QStringLiteral("Naming"),
-                   3 * static_cast<qint64>(unnamed.size()) + static_cast<qint64>(content.points.size()));
+                   3 * static_cast<qint64>(unnamed.size()) + 2 * static_cast<qint64>(content.points.size()));
+    for (const ContentPoint &point : content.points) {
+        if (isUnnumbered(point))
+            names.claimNumber(point);
+        if (!progress.advance())
+            return false;
+    }
     for (const auto step : {&TextNames::claimTexts, &TextNames::nameByOwnText, &TextNames::nameByOtherText}) {
         for (const std::size_t object : unnamed) {
             (names.*step)(object);
@@ -94,7 +103,7 @@ bool nameContent(const ConvertOptions &options, ConvertContent &content, Convert
         }
     }
     for (ContentPoint &point : content.points) {
-        if (options.number.isEmpty() && point.def.trimmed().isEmpty())
+        if (isUnnumbered(point))
             names.numberPoint(point);
         if (!progress.advance())
             return false;

@@ -38,6 +38,7 @@ struct ContentText
     QString text;
     double height = 0;      ///< of the letters; 0: unknown
     bool isUsed = false;    ///< names an object or a point
+    bool isOfPoint = false; ///< stands beside a point, whose number it is
     double outlineArea = 0; ///< of the box of the smallest outline around it that has no designation; 0: none
 };
 

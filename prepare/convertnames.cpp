@@ -114,6 +114,15 @@ void TextNames::forEachText(const Index &index, const CPLRectObj &box, const Vis
     CPLFree(found);
 }
 
+template <typename Visit>
+void TextNames::forEachObjectText(const CPLRectObj &box, const Visit &visit) const
+{
+    forEachText(objectIndex(), box, [&visit](ContentText &text) {
+        if (!text.isOfPoint)
+            visit(text);
+    });
+}
+
 CPLRectObj TextNames::boundsOf(std::size_t object) const
 {
     const std::size_t first = m_content.vertexBegin(m_content.contourBegin(object));
@@ -144,7 +153,7 @@ template <typename Visit>
 void TextNames::forEachInside(std::size_t object, const Visit &visit) const
 {
     std::vector<Candidate> candidates;
-    forEachText(objectIndex(), boundsOf(object), [&](ContentText &text) { candidates.push_back({&text, false}); });
+    forEachObjectText(boundsOf(object), [&](ContentText &text) { candidates.push_back({&text, false}); });
     if (candidates.empty())
         return;
     std::sort(candidates.begin(), candidates.end(),
@@ -183,7 +192,6 @@ ContentText *TextNames::textInside(std::size_t object, const IsWanted &isWanted)
 
 ContentText *TextNames::textNear(std::size_t object, bool isUsed) const
 {
-    const Index &index = objectIndex();
     ContentText *best = nullptr;
     double reach = m_reach;
     for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c) {
@@ -192,7 +200,7 @@ ContentText *TextNames::textNear(std::size_t object, bool isUsed) const
             const ContentVertex &b = m_content.vertices[i];
             const CPLRectObj box{std::min(a.x, b.x) - reach, std::min(a.y, b.y) - reach, std::max(a.x, b.x) + reach,
                                  std::max(a.y, b.y) + reach};
-            forEachText(index, box, [&](ContentText &text) {
+            forEachObjectText(box, [&](ContentText &text) {
                 const double distance = distanceToSegment(text.at, a, b);
                 if (text.isUsed != isUsed || distance > reach || (best != nullptr && distance >= reach))
                     return;
@@ -212,7 +220,7 @@ bool TextNames::hasTexts(std::size_t object) const
     CPLRectObj box = boundsOf(object);
     box = {box.minx - m_reach, box.miny - m_reach, box.maxx + m_reach, box.maxy + m_reach};
     int count = 0;
-    forEachText(objectIndex(), box, [&count](const ContentText &) { ++count; });
+    forEachObjectText(box, [&count](const ContentText &) { ++count; });
     return count > 0;
 }
 
@@ -255,7 +263,7 @@ void TextNames::nameByOtherText(std::size_t object)
     setName(object, text != nullptr ? text : textNear(object, true));
 }
 
-void TextNames::numberPoint(ContentPoint &point)
+ContentText *TextNames::textFor(const ContentPoint &point) const
 {
     const Index &index = pointIndex();
     const CPLRectObj box{point.at.x - m_reach, point.at.y - m_reach, point.at.x + m_reach, point.at.y + m_reach};
@@ -268,8 +276,24 @@ void TextNames::numberPoint(ContentPoint &point)
         best = &text;
         reach = distance;
     });
-    if (best == nullptr)
+    return best;
+}
+
+// Farther away, a number may name the object around it and the point may have none.
+void TextNames::claimNumber(const ContentPoint &point)
+{
+    ContentText *const text = m_numbers.isEmpty ? nullptr : textFor(point);
+    if (text == nullptr)
         return;
-    best->isUsed = true;
-    point.def = best->text;
+    const double distance = std::hypot(text->at.x - point.at.x, text->at.y - point.at.y);
+    text->isOfPoint = text->isOfPoint || !(text->height > 0) || distance <= reachInHeights * text->height;
+}
+
+void TextNames::numberPoint(ContentPoint &point)
+{
+    ContentText *const text = textFor(point);
+    if (text == nullptr)
+        return;
+    text->isUsed = true;
+    point.def = text->text;
 }

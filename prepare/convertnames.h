@@ -20,6 +20,10 @@ public:
     TextNames(const TextNames &) = delete;
     TextNames &operator=(const TextNames &) = delete;
 
+    /// Claims the number beside \a point, so that it names no object. To be called for all points without a number
+    /// before the first object is named.
+    void claimNumber(const ContentPoint &point);
+
     /// Claims the texts inside the outline of \a object, which has no designation: a text belongs to the smallest of
     /// the outlines around it. To be called for all such objects before the first is named.
     void claimTexts(std::size_t object);
@@ -54,6 +58,9 @@ private:
     const Index &objectIndex() const { return m_names.isEmpty ? m_numbers : m_names; }
     const Index &pointIndex() const { return m_numbers.isEmpty ? m_names : m_numbers; }
     CPLRectObj boundsOfTexts() const;
+    ContentText *textFor(const ContentPoint &point) const;
+    template <typename Visit>
+    void forEachObjectText(const CPLRectObj &box, const Visit &visit) const;
     template <typename Visit>
     void forEachInside(std::size_t object, const Visit &visit) const;
     template <typename IsWanted>

@@ -16,6 +16,8 @@ private Q_SLOTS:
     void nameOfAnotherFieldReplacesTexts();
     void textsNumberPoints_data();
     void textsNumberPoints();
+    void numberBesideAPointNamesNoObject_data();
+    void numberBesideAPointNamesNoObject();
     void manyTextsAtOnePlace();
     void binaryDrawingIsConverted();
     void idIsTheHandle();
@@ -135,6 +137,8 @@ void tst_PrepareConvertDrawings::textsNameObjects_data()
     row("only numbers", text("12", "5", "5"), "12");
     row("height", text("26.685", "5", "5") + text("-1,5", "6", "6"), "ЗУ1", 2);
     row("paragraph text", QStringLiteral("|0 MTEXT|8 0|10 5|20 5|40 1|1 Участок 7"), "Участок 7");
+    row("letters as codes", text("\\U+041f\\U+043E\\U+043bе \\U+04", "5", "5"), "Поле \\U+04");
+    row("paragraph text with letters as codes", QStringLiteral("|0 MTEXT|8 0|10 5|20 5|40 1|1 \\U+041f 7"), "П 7");
     row("empty text", text("", "5", "5"), "ЗУ1", 1);
     row("level with a corner", text("inner", "5", "10") + text("outer", "-1", "10"), "inner", 1);
 }
@@ -204,6 +208,30 @@ void tst_PrepareConvertDrawings::textsNumberPoints()
     QVERIFY(mid.open(QIODevice::ReadOnly));
     const QString record = QTextCodec::codecForName("windows-1251")->toUnicode(mid.readAll());
     QTEST(record.section(QLatin1Char('"'), 1, 1), "number");
+}
+
+void tst_PrepareConvertDrawings::numberBesideAPointNamesNoObject_data()
+{
+    QTest::addColumn<QString>("texts");
+    QTest::addColumn<QString>("def");
+
+    QTest::newRow("beside") << text("12", "1", "1") << QStringLiteral("ЗУ1");
+    QTest::newRow("beside, and another inside") << text("12", "1", "1") + text("7", "2", "2") << QStringLiteral("7");
+    QTest::newRow("farther than two letters") << text("12", "2", "1") << QStringLiteral("12");
+    QTest::newRow("name") << text("Поле", "1", "1") << QStringLiteral("Поле");
+}
+
+void tst_PrepareConvertDrawings::numberBesideAPointNamesNoObject()
+{
+    QFETCH(QString, texts);
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.dxf"), drawing(square + QStringLiteral("|0 POINT|8 0|10 0|20 0") + texts));
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    QCOMPARE(fixture.counts(), QStringLiteral("1 1 5 1"));
+    const QString object = fixture.imported().section(QLatin1String(" ["), 0, 0);
+    QTEST(object, "def");
 }
 
 // The index of the texts must not become ever deeper.

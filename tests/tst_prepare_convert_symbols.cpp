@@ -125,7 +125,7 @@ void tst_PrepareConvertSymbols::pointTakesTheNumberBesideIt()
 
     QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
 
-    QCOMPARE(fixture.imported(), QStringLiteral("15 [н1 0 0, 15 40 0, н2 40 40, 16 0 40, н1 0 0]"));
+    QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 0 0, 15 40 0, н2 40 40, 16 0 40, н1 0 0]"));
 }
 
 void tst_PrepareConvertSymbols::attributesNumberThePoint()
