@@ -33,7 +33,8 @@ QString meaning(const QString &kind)
         {QStringLiteral("assumed-degrees"),
          QStringLiteral("the input names no coordinate system; its coordinates are taken for longitude and latitude "
                         "(EPSG:4326)")},
-        {QStringLiteral("coarse-curve"), QStringLiteral("arcs are so large that the deviation cannot be kept")},
+        {QStringLiteral("coarse-curve"),
+         QStringLiteral("curves are so large, or so many, that the deviation cannot be kept")},
         {QStringLiteral("decimal-comma"), QStringLiteral("numbers whose decimal comma was read as a point")},
         {QStringLiteral("degrees"), QStringLiteral("coordinates are in degrees; use --crs with a system in metres")},
         {QStringLiteral("gdal-warning"), QStringLiteral("warnings of GDAL")},

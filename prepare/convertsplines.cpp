@@ -19,7 +19,7 @@ constexpr int maxDegree = 15;
 constexpr int maxDepth = 15;
 
 // Of all curves, whose polylines are kept as text.
-constexpr qint64 maxChordsOfCurves = 5000000;
+constexpr qint64 maxChordsOfCurves = 10000000;
 
 struct Weighted
 {
