@@ -243,6 +243,7 @@ void tst_PrepareConvertCorrections::unusableSplinesAreLeftOut_data()
     QTest::newRow("equal knots") << cubic(arch, "72|8|40|0|40|0|40|0|40|0|40|0|40|0|40|0|40|0|");
     QTest::newRow("too few weights") << cubic(arch, "72|0|41|1|41|1|");
     QTest::newRow("degree 0") << cubic(arch, "72|0|71|0|");
+    QTest::newRow("degree 16") << cubic(QByteArray("10|1|20|2|10|3|20|4|").repeated(9), "72|0|71|16|");
     QTest::newRow("degree of a billion") << cubic(arch, "72|0|71|1000000000|");
 }
 
