@@ -1,5 +1,6 @@
 #pragma once
 
+#include "facilities.h"
 #include "imported.h"
 #include "testing.h"
 
@@ -30,6 +31,11 @@ inline qint64 statusBytes(const QByteArray &key)
     const QByteArray text = status.readAll();
     const int begin = text.indexOf(key) + key.size();
     return text.mid(begin, text.indexOf("kB", begin) - begin).trimmed().toLongLong() * 1024;
+}
+
+inline Facility peakMemory()
+{
+    return {statusBytes("VmHWM:") > 0, "the peak memory of a process"};
 }
 
 /// Measures the peak growth of the process's memory since this object was constructed.

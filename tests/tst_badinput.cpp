@@ -84,6 +84,7 @@ private Q_SLOTS:
 // of both vectors, and up to four slots of 24 in the index. The rest is for reallocation.
 void tst_BadInput::memoryPerVertexIsBounded()
 {
+    REQUIRE_FACILITY(peakMemory());
     constexpr int count = 300000;
     QByteArray vertices;
     for (int i = 0; i < count; ++i)
@@ -130,6 +131,7 @@ void tst_BadInput::memoryForALongLineIsBounded()
     QFETCH(QString, fileName);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, piece);
+    REQUIRE_FACILITY(peakMemory());
     constexpr int size = 16 * megabyte;
     BadInputFixture run(fileName == midName ? mifName : fileName);
     run.import->searchObjectDefs = true;
@@ -173,6 +175,7 @@ void tst_BadInput::onlyRegularFilesAreOpened()
     if (fileName == midName)
         run.files.writeBytes(mifName, mifHead + mifLine);
     const QString path = run.files.path(fileName);
+    REQUIRE_FACILITY(symbolicLinks());
     QVERIFY(QFile::link(target, path));
 
     QCOMPARE(run.import->importMap(), ok);

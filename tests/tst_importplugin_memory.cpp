@@ -1,4 +1,5 @@
 #include "allocationfailure.h"
+#include "facilities.h"
 #include "pluginhost.h"
 
 #include <QScrollBar>
@@ -92,8 +93,7 @@ private Q_SLOTS:
 
 void tst_ImportPluginMemory::initTestCase()
 {
-    if (!AllocationFailure::isAvailable)
-        QSKIP("allocations cannot be made to fail here");
+    REQUIRE_FACILITY((Facility{AllocationFailure::isAvailable, "allocations that can be made to fail"}));
 }
 
 void tst_ImportPluginMemory::outOfMemoryRunIsReportedOnce_data()

@@ -1,3 +1,4 @@
+#include "facilities.h"
 #include "pluginhost.h"
 
 #include <QProcess>
@@ -59,8 +60,7 @@ private:
 void tst_ImportPluginSchema::initTestCase()
 {
     m_xmllint = QStandardPaths::findExecutable(QStringLiteral("xmllint"));
-    if (m_xmllint.isEmpty())
-        QSKIP("xmllint is not installed");
+    REQUIRE_FACILITY((Facility{!m_xmllint.isEmpty(), "the program xmllint"}));
 }
 
 void tst_ImportPluginSchema::resultIsValid_data()

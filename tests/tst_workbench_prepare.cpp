@@ -1,4 +1,5 @@
 #include "conversion.h"
+#include "facilities.h"
 #include "fakeprepare.h"
 #include "preparepath.h"
 #include "prepareprocess.h"
@@ -96,6 +97,8 @@ void tst_WorkbenchPrepare::programIsFound()
     QFETCH(QStringList, programs);
     QFETCH(QStringList, otherFiles);
     QFETCH(QString, found);
+    if (!otherFiles.isEmpty())
+        REQUIRE_FACILITY(executePermission());
     const QTemporaryDir dir;
     QDir(dir.path()).mkpath(QStringLiteral("bin"));
     QDir(dir.path()).mkpath(QStringLiteral("prepare"));
