@@ -3,6 +3,7 @@
 
 #include "console.h"
 #include "options.h"
+#include "savefile.h"
 #include "unattendedimport.h"
 #include "unattendedoutput.h"
 #include "workbenchwindow.h"
@@ -69,7 +70,7 @@ int importUnattended(ImportGeometryInterface &plugin, const HostOptions &options
 {
     const QTemporaryDir settings;
     if (!settings.isValid())
-        return fail(QStringLiteral("Cannot make a temporary folder: %1.").arg(settings.errorString()));
+        return fail(QStringLiteral("Cannot make a temporary folder: %1.").arg(systemReason(settings.errorString())));
     redirectSettings(settings);
     UnattendedImport import(options);
     return import.run(plugin) ? outputImport(import, options) : fail(import.error());

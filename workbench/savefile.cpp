@@ -13,6 +13,13 @@ bool isSpecial(const QFileInfo &file)
 
 } // namespace
 
+QString systemReason(QString text)
+{
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text;
+}
+
 // Unbuffered, because a buffer would put off a failure.
 FileSaver::FileSaver(const QString &fileName)
 {
@@ -38,7 +45,7 @@ bool FileSaver::commit(QString &error)
     auto *const regular = qobject_cast<QSaveFile *>(m_file.get());
     m_ok = m_ok && (regular == nullptr || regular->commit());
     if (!m_ok)
-        error = m_file->errorString();
+        error = systemReason(m_file->errorString());
     return m_ok;
 }
 

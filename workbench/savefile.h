@@ -6,6 +6,9 @@
 
 #include <memory>
 
+/// A reason that the system gives, as part of a sentence: without the period that some systems add.
+QString systemReason(QString text);
+
 /// Writes a temporary file in pieces and renames it to \a fileName, so that a failure leaves an old file unchanged. A
 /// device or a pipe is written directly.
 class FileSaver
