@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialog.h"
+#include "settingsredirection.h"
 #include "testing.h"
 
 #include <QAbstractButton>
@@ -21,11 +22,6 @@ public:
     {
         QCoreApplication::setOrganizationName(QStringLiteral("surveyor"));
         QCoreApplication::setApplicationName(QStringLiteral("plots"));
-        QSettings::setDefaultFormat(QSettings::IniFormat);
-        for (const QSettings::Format format : {QSettings::IniFormat, QSettings::NativeFormat}) {
-            QSettings::setPath(format, QSettings::UserScope, m_dir.filePath(QStringLiteral("user")));
-            QSettings::setPath(format, QSettings::SystemScope, m_dir.filePath(QStringLiteral("system")));
-        }
     }
 
     /// Restores the state of a first run.
@@ -40,7 +36,7 @@ public:
     QVariant stored(const QString &key) const { return QSettings().value(QStringLiteral("ImportObjects/") + key); }
 
 private:
-    QTemporaryDir m_dir;
+    const SettingsRedirection m_redirection;
 };
 
 /// The object name of a widget.

@@ -2,6 +2,7 @@
 
 #include "dialogdriver.h"
 #include "importgeometryinterface.h"
+#include "settingsredirection.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -40,8 +41,6 @@ public:
     {
         QCoreApplication::setOrganizationName(QStringLiteral("Test Land Office"));
         QCoreApplication::setApplicationName(QStringLiteral("Plug-in Test"));
-        QSettings::setDefaultFormat(QSettings::IniFormat);
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.filePath(QStringLiteral("settings")));
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
         m_loader.setLoadHints({}); // by default a loader keeps the library mapped after unload()
         received().clear();
@@ -113,7 +112,8 @@ private:
         return texts;
     }
 
-    QTemporaryDir m_dir;
+    const QTemporaryDir m_dir;
+    const SettingsRedirection m_settings;
     QPluginLoader m_loader{QStringLiteral(PLUGIN_PATH)};
     int m_dialogs = 0;
 };

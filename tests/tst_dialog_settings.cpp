@@ -1,6 +1,7 @@
 #include "dialogtesting.h"
 
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSplitter>
 #include <QTest>
 
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void sizeIsKept();
     void splitterStateIsKept();
     void everyKeyIsStoredWithItsType();
+    void nativeStoreKeepsEveryType();
     void storedValueIsConverted_data();
     void storedValueIsConverted();
 
@@ -137,6 +139,40 @@ void tst_DialogSettings::everyKeyIsStoredWithItsType()
                                 "splitterSizes QByteArray , update bool false, usePointFile bool false");
     expected.replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("ImportObjects/"));
     QCOMPARE(storedLines(), expected);
+}
+
+// The registry of Windows has fewer types than QVariant.
+void tst_DialogSettings::nativeStoreKeepsEveryType()
+{
+    const auto restoreFormat = qScopeGuard([] { QSettings::setDefaultFormat(QSettings::IniFormat); });
+    QSettings::setDefaultFormat(QSettings::NativeFormat);
+    settings.clear();
+    const QString prefix = QStringLiteral("т. \"1\", ё\\");
+    QByteArray state;
+    {
+        Dialog dialog;
+        dialog.resize(1010, 707);
+        child<QSplitter>(dialog, "splitter")->setSizes({123, 77});
+        state = splitterState(dialog);
+        enter(dialog, "pointPrefEdit", prefix);
+        enter(dialog, "objectPrefEdit", QString());
+        enter(dialog, "objectStartNumSpin", 999999999);
+        enter(dialog, "updateCheck", true);
+        enter(dialog, "fieldEdit_0", QStringLiteral("626 м²"));
+    }
+    const Dialog later;
+
+    QCOMPARE(QSettings().format(), QSettings::NativeFormat);
+    QCOMPARE(later.size(), QSize(1010, 707));
+    QCOMPARE(splitterState(later), state);
+    QCOMPARE(entered(later, "pointPrefEdit").toString(), prefix);
+    QCOMPARE(entered(later, "objectPrefEdit").toString(), QString());
+    QCOMPARE(entered(later, "objectStartNumSpin").toInt(), 999999999);
+    QCOMPARE(entered(later, "updateCheck").toBool(), true);
+    QCOMPARE(entered(later, "fieldEdit_0").toString(), QStringLiteral("626 м²"));
+    QCOMPARE(QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("surveyor"), QStringLiteral("plots"))
+                 .allKeys(),
+             QStringList());
 }
 
 void tst_DialogSettings::storedValueIsConverted_data()
