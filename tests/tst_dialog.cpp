@@ -175,7 +175,9 @@ void tst_Dialog::onlyChosenFileIsEntered()
     QFETCH(QString, filter);
     QFETCH(QStringList, entries);
     const TextFixture files;
-    const QString path = files.write(isDxf ? QStringLiteral("plan.dxf") : QStringLiteral("plan.mif"), {});
+    QVERIFY(QDir().mkdir(files.path(QStringLiteral("Мои планы"))));
+    const QString path = files.write(
+        isDxf ? QStringLiteral("Мои планы/план участка.dxf") : QStringLiteral("Мои планы/план участка.mif"), {});
     const QStringList properties{QStringLiteral("Выбрать файл"), filter};
     {
         Dialog dialog;

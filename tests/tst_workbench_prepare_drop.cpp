@@ -83,7 +83,7 @@ void tst_WorkbenchPrepareDrop::importableFileTakesPrecedence()
 
     QVERIFY(fixture.drop({QUrl::fromLocalFile(other), QUrl::fromLocalFile(plan)}));
 
-    QTRY_COMPARE(entered, plan);
+    QTRY_COMPARE(entered, QDir::toNativeSeparators(plan));
     QVERIFY(!fixture.hasNotice());
 }
 

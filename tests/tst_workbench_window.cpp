@@ -268,7 +268,7 @@ void tst_WorkbenchWindow::importWithoutObjectsIsReported()
 
     fixture.import(fileName);
 
-    QCOMPARE(fixture.status(), status.replace(QStringLiteral("%1"), fileName));
+    QCOMPARE(fixture.status(), status.replace(QStringLiteral("%1"), QDir::toNativeSeparators(fileName)));
     QVERIFY(fixture.isError());
     QCOMPARE(fixture.shownObjects(), QString());
     QCOMPARE(fixture.picture()->currentObject(), -1);

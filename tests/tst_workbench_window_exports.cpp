@@ -60,11 +60,12 @@ void tst_WorkbenchWindowExports::exportIsSaved_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("start");
 
-    QTest::newRow("result") << QByteArray("saveResultAction") << QStringLiteral("a.xml")
+    QTest::newRow("result") << QByteArray("saveResultAction") << QStringLiteral("результат импорта.xml")
                             << QByteArray("\n<FormTable Name=\"Участки\">");
-    QTest::newRow("catalogue") << QByteArray("saveCatalogueAction") << QStringLiteral("a.csv")
+    QTest::newRow("catalogue") << QByteArray("saveCatalogueAction") << QStringLiteral("каталог участка.csv")
                                << QByteArray("\xEF\xBB\xBF");
-    QTest::newRow("picture") << QByteArray("savePictureAction") << QStringLiteral("a.png") << QByteArray("\x89PNG");
+    QTest::newRow("picture") << QByteArray("savePictureAction") << QStringLiteral("рисунок участка.png")
+                             << QByteArray("\x89PNG");
 }
 
 void tst_WorkbenchWindowExports::exportIsSaved()
@@ -74,14 +75,16 @@ void tst_WorkbenchWindowExports::exportIsSaved()
     QFETCH(QByteArray, start);
     const WindowFixture fixture;
     fixture.import(fixture.writePlan());
-    const QString fileName = fixture.files().path(name);
+    QVERIFY(QDir().mkdir(fixture.files().path(QStringLiteral("Мои планы"))));
+    const QString fileName = fixture.files().path(QStringLiteral("Мои планы/") + name);
     saveAs(fileName);
 
     fixture.find<QAction>(action)->trigger();
 
     const QByteArray content = contentOf(fileName);
     QCOMPARE(content.left(start.size()), start);
-    QCOMPARE(fixture.window().statusBar()->currentMessage(), QStringLiteral("Сохранено: %1").arg(fileName));
+    QCOMPARE(fixture.window().statusBar()->currentMessage(),
+             QStringLiteral("Сохранено: %1").arg(QDir::toNativeSeparators(fileName)));
 }
 
 void tst_WorkbenchWindowExports::suffixOfTheFilterIsAppended()

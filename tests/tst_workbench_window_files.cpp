@@ -2,6 +2,7 @@
 #include "recentfiles.h"
 #include "workbenchwindowtesting.h"
 
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QMenu>
 
@@ -16,6 +17,8 @@ private Q_SLOTS:
     void importFileIsFound_data();
     void importFileIsFound();
     void droppedFileStartsItsOperation();
+    void nameWithBlanksAndCyrillicIsImported_data();
+    void nameWithBlanksAndCyrillicIsImported();
     void unsuitableDropIsReported();
     void dropIsIgnoredDuringAnOperation();
     void dropIsIgnoredWhileAnotherDialogIsOpen();
@@ -106,7 +109,7 @@ void tst_WorkbenchWindowFiles::importFileIsFound()
 
     if (!found.isEmpty())
         QCOMPARE(file.fileName, files.path(found));
-    QCOMPARE(reason, error.isEmpty() ? error : error.arg(files.path(names.first())));
+    QCOMPARE(reason, error.isEmpty() ? error : error.arg(QDir::toNativeSeparators(files.path(names.first()))));
 }
 
 void tst_WorkbenchWindowFiles::droppedFileStartsItsOperation()
@@ -122,8 +125,50 @@ void tst_WorkbenchWindowFiles::droppedFileStartsItsOperation()
     QVERIFY(fixture.drop({QUrl::fromLocalFile(fileName)}));
     QVERIFY(!fixture.picture()->viewport()->acceptDrops());
 
-    QTRY_COMPARE(entered, fileName);
+    QTRY_COMPARE(entered, QDir::toNativeSeparators(fileName));
     QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void tst_WorkbenchWindowFiles::nameWithBlanksAndCyrillicIsImported_data()
+{
+    QTest::addColumn<bool>("isDropped"); // or chosen in the file dialog
+
+    QTest::newRow("dropped") << true;
+    QTest::newRow("chosen") << false;
+}
+
+void tst_WorkbenchWindowFiles::nameWithBlanksAndCyrillicIsImported()
+{
+    QFETCH(bool, isDropped);
+    const WindowFixture fixture;
+    const QString folder = fixture.files().path(QStringLiteral("Мои планы"));
+    QVERIFY(QDir().mkdir(folder));
+    const QString fileName = fixture.writePlan(QStringLiteral("Мои планы/план участка"));
+    QString entered;
+    const auto import = [&](DialogDriver &driver) {
+        if (!isDropped) {
+            whenOpens<QFileDialog>([&folder](QFileDialog *dialog) {
+                dialog->setDirectory(folder);
+                dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
+                    ->setText(QStringLiteral("план участка.mif"));
+                static_cast<QDialog *>(dialog)->accept();
+            });
+            driver.press("objectFileButton");
+        }
+        entered = driver.find<QLineEdit>("objectFileNameEdit")->text();
+        driver.press("startButton");
+        driver.accept();
+    };
+
+    if (isDropped) {
+        WindowFixture::whenDialogOpens(import);
+        QVERIFY(fixture.drop({QUrl::fromLocalFile(fileName)}));
+    } else {
+        fixture.run(fromMif, import);
+    }
+
+    QTRY_COMPARE(fixture.shownObjects(), QStringLiteral("[ЗУ10] зу2 ЗУ2"));
+    QCOMPARE(entered, QDir::toNativeSeparators(fileName));
 }
 
 void tst_WorkbenchWindowFiles::unsuitableDropIsReported()
@@ -171,7 +216,8 @@ void tst_WorkbenchWindowFiles::importedFileIsRemembered()
 
     QVERIFY(fixture.find<QMenu>("recentMenu")->isEnabled());
     QCOMPARE(recentActions(fixture).size(), 1);
-    QVERIFY(recentActions(fixture).first()->toolTip().contains(QStringLiteral("%1: %2").arg(fromMif, fileName)));
+    const QString path = QDir::toNativeSeparators(fileName);
+    QVERIFY(recentActions(fixture).first()->toolTip().contains(QStringLiteral("%1: %2").arg(fromMif, path)));
     fixture.open();
     QCOMPARE(recentActions(fixture).size(), 1);
 }
@@ -198,7 +244,7 @@ void tst_WorkbenchWindowFiles::recentFileIsImportedAgain()
 
     recentActions(fixture).first()->trigger();
 
-    QCOMPARE(entered, fileName);
+    QCOMPARE(entered, QDir::toNativeSeparators(fileName));
 }
 
 void tst_WorkbenchWindowFiles::recentFilesAreUniqueAndLimited()

@@ -77,6 +77,7 @@ public:
     explicit WindowFixture(ImportGeometryInterface *plugin = nullptr)
         : m_plugin(plugin == nullptr ? m_host.plugin() : plugin)
     {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // a test cannot operate the system's
         m_options.objectTable = QStringLiteral("Участки");
         m_options.pointTable = QStringLiteral("Координаты");
         m_options.columns = {0, 1, 2, 0};
@@ -168,9 +169,9 @@ public:
     }
 
     /// Writes a MIF file of named shapes: two regions ЗУ10 and зу2, and a line ЗУ2.
-    QString writePlan() const
+    QString writePlan(const QString &name = QStringLiteral("plan")) const
     {
-        return m_host.writeMif(QStringLiteral("plan"),
+        return m_host.writeMif(name,
                                "REGION 1\n4\n0 0\n10 0\n10 10\n0 0\n"
                                "REGION 2\n4\n20 0\n30 0\n30 10\n20 0\n4\n28 4\n29 4\n29 5\n28 4\n"
                                "LINE 40 0 50 10\n",
