@@ -71,9 +71,10 @@ struct Host
         return run;
     }
 
+    /// Imports a file in UTF-8.
     HostRun importMif(const QString &fileName, const QStringList &args = {}) const
     {
-        return run(arguments("--operation mif --objects") + QStringList{fileName} + args);
+        return run(arguments("--operation mif --encoding UTF-8 --objects") + QStringList{fileName} + args);
     }
 
     /// Runs a plug-in that returns \a result. With --form-name in \a args, its message is that name.
@@ -110,7 +111,7 @@ struct Host
 
     QByteArray content(const char *fileName) const
     {
-        QFile file(files.path(QLatin1String(fileName)));
+        QFile file(files.path(QString::fromUtf8(fileName)));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not opened");
     }
 

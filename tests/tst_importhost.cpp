@@ -1,3 +1,4 @@
+#include "facilities.h"
 #include "hosttesting.h"
 
 #include <QDir>
@@ -63,12 +64,10 @@ void tst_ImportHost::versionIsPrinted()
 void tst_ImportHost::operationsOfAnotherPluginAreListed()
 {
     const Host host;
-    const QDir built(QFileInfo(QStringLiteral(IMPORTHOST_PATH)).dir().filePath(QStringLiteral("../plugin")));
-    const QStringList names = built.entryList({QStringLiteral("*importplugin*")}, QDir::Files);
-    QCOMPARE(names.size(), 1);
-    QVERIFY(QFile::copy(built.filePath(names.first()), host.files.path(names.first())));
+    const QFileInfo plugin(QStringLiteral(PLUGIN_PATH));
+    QVERIFY(QFile::copy(plugin.filePath(), host.files.path(plugin.fileName())));
 
-    const HostRun run = host.run({QStringLiteral("--list"), QStringLiteral("--plugin"), names.first()});
+    const HostRun run = host.run({QStringLiteral("--list"), QStringLiteral("--plugin"), plugin.fileName()});
 
     QCOMPARE(run.status, 0);
     QCOMPARE(run.messages, QStringList());
@@ -187,6 +186,7 @@ void tst_ImportHost::importNeedsNoDisplay()
 
 void tst_ImportHost::windowNeedsADisplay()
 {
+    REQUIRE_FACILITY(sessionsWithoutDisplay());
     Host host;
     host.removeDisplay();
 

@@ -1,3 +1,4 @@
+#include "facilities.h"
 #include "hosttesting.h"
 
 #include <QDir>
@@ -154,8 +155,8 @@ void tst_ImportHostImport::messagesArePrinted()
     host.writeMif(QStringLiteral("line"), QStringLiteral("LINE 1000 2000 1010.5 2000\nLINE 1 2 x 4"),
                   QStringLiteral("ЗУ1\nЗУ2"));
 
-    const HostRun run = host.run(
-        {QStringLiteral("--operation"), operation, QStringLiteral("--objects"), fileName, QStringLiteral("--sort")});
+    const HostRun run = host.run({QStringLiteral("--operation"), operation, QStringLiteral("--objects"), fileName,
+                                  QStringLiteral("--encoding"), QStringLiteral("UTF-8"), QStringLiteral("--sort")});
 
     QTEST(run.status, "status");
     QTEST(run.messages, "messages");
@@ -207,11 +208,13 @@ void tst_ImportHostImport::foreignDialogIsReported()
 
 void tst_ImportHostImport::userSettingsAreNeitherReadNorWritten()
 {
+    REQUIRE_FACILITY(settingsInFiles());
     const Host host;
     host.writePlan();
     const QByteArray stored = "[ImportObjects]\npointPref=z\nupdate=true\nFieldNumValueMap\\3=z\n";
-    QVERIFY(QDir(host.settings.path()).mkdir(QStringLiteral("importhost")));
-    QFile file(host.settings.filePath(QStringLiteral("importhost/importhost.conf")));
+    const QString name = QStringLiteral("Import Workbench");
+    QVERIFY(QDir(host.settings.path()).mkdir(name));
+    QFile file(host.settings.filePath(name + QLatin1Char('/') + name + QStringLiteral(".conf")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(stored), stored.size());
     file.close();
@@ -226,11 +229,14 @@ void tst_ImportHostImport::userSettingsAreNeitherReadNorWritten()
 void tst_ImportHostImport::missingFolderForSettingsIsReported()
 {
     Host host;
-    host.environment.insert(QStringLiteral("TMPDIR"), host.files.write(QStringLiteral("file"), {}));
+    const QString file = host.files.write(QStringLiteral("file"), {});
+    for (const char *const variable : {"TMPDIR", "TMP", "TEMP"})
+        host.environment.insert(QLatin1String(variable), file);
 
     const HostRun run = host.echo(QStringLiteral("<FormTable/>"));
 
-    QCOMPARE(run.messages, QStringList{QStringLiteral("importhost: Cannot make a temporary folder: Not a directory.")});
+    QCOMPARE(run.messages,
+             QStringList{QStringLiteral("importhost: Cannot make a temporary folder: %1.").arg(noFolderReason(true))});
     QCOMPARE(run.status, 2);
 }
 

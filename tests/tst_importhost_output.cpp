@@ -1,3 +1,4 @@
+#include "facilities.h"
 #include "hosttesting.h"
 
 #include <QDir>
@@ -13,6 +14,7 @@ private Q_SLOTS:
 
     void sortedResultIsSaved();
     void everyOutputIsSaved();
+    void namesMayContainBlanksAndCyrillic();
     void textIsPrintedUnchanged();
     void nothingIsSavedWithoutAResult();
     void failureIsReported_data();
@@ -61,6 +63,29 @@ void tst_ImportHostOutput::everyOutputIsSaved()
     QVERIFY(host.content("dialog.png").startsWith("\x89PNG"));
 }
 
+void tst_ImportHostOutput::namesMayContainBlanksAndCyrillic()
+{
+    const Host host;
+    QVERIFY(QDir().mkdir(host.files.path(QStringLiteral("Мои планы"))));
+    host.writeMif(QStringLiteral("Мои планы/план участка"), QStringLiteral("LINE 1000 2000 1010.5 2000"),
+                  QStringLiteral("ЗУ1"));
+    host.writeMif(QStringLiteral("Мои планы/опорные точки"), QStringLiteral("POINT 1000 2000"), QStringLiteral("т1"));
+
+    const HostRun run = host.importMif(QStringLiteral("Мои планы/план участка.mif"),
+                                       {QStringLiteral("--points=Мои планы/опорные точки.mif"),
+                                        QStringLiteral("--output=Мои планы/новый результат.xml"),
+                                        QStringLiteral("--catalogue=Мои планы/новый каталог.csv"),
+                                        QStringLiteral("--picture=Мои планы/рисунок 1.png"),
+                                        QStringLiteral("--screenshot=Мои планы/снимок окна.png")});
+
+    QCOMPARE(run.messages, QStringList());
+    QCOMPARE(run.status, 0);
+    QVERIFY(host.content("Мои планы/новый результат.xml").contains("<Cell>т1</Cell>"));
+    QVERIFY(host.content("Мои планы/новый каталог.csv").contains("ЗУ1;1;т1;"));
+    QVERIFY(host.content("Мои планы/рисунок 1.png").startsWith("\x89PNG"));
+    QVERIFY(host.content("Мои планы/снимок окна.png").startsWith("\x89PNG"));
+}
+
 void tst_ImportHostOutput::textIsPrintedUnchanged()
 {
     const QString text = QStringLiteral("\n  <FormTable >\n\n</FormTable>  <!-- ж -->");
@@ -83,15 +108,14 @@ void tst_ImportHostOutput::failureIsReported_data()
     QTest::addColumn<QString>("args");
     QTest::addColumn<QString>("message");
     const auto row = [](const char *args, const char *message) {
-        QTest::newRow(args) << QString::fromLatin1(args) << QStringLiteral("importhost: ") + QLatin1String(message);
+        const QString reason = QString::fromLatin1(message).replace(QStringLiteral("%1"), noFolderReason());
+        QTest::newRow(args) << QString::fromLatin1(args) << QStringLiteral("importhost: ") + reason;
     };
 
-    row("--output missing/result.xml", "Cannot save the result \"missing/result.xml\": No such file or directory.");
-    row("--catalogue missing/catalogue.csv",
-        "Cannot save the catalogue \"missing/catalogue.csv\": No such file or directory.");
-    row("--picture missing/picture.pdf", "Cannot save the picture \"missing/picture.pdf\": No such file or directory.");
-    row("--screenshot missing/dialog.png",
-        "Cannot save the screenshot \"missing/dialog.png\": No such file or directory.");
+    row("--output missing/result.xml", "Cannot save the result \"missing/result.xml\": %1.");
+    row("--catalogue missing/catalogue.csv", "Cannot save the catalogue \"missing/catalogue.csv\": %1.");
+    row("--picture missing/picture.pdf", "Cannot save the picture \"missing/picture.pdf\": %1.");
+    row("--screenshot missing/dialog.png", "Cannot save the screenshot \"missing/dialog.png\": %1.");
     row("--screenshot dialog.x", "Cannot save the screenshot \"dialog.x\": unknown picture format \"x\".");
 }
 
@@ -143,13 +167,11 @@ void tst_ImportHostOutput::unreadableResultIsKept()
 
 void tst_ImportHostOutput::fullOutputIsReported()
 {
-    const QString device = QStringLiteral("/dev/full");
-    if (!QFile::exists(device))
-        QSKIP("needs /dev/full");
+    REQUIRE_FACILITY(fullDevice());
     const Host host;
     host.writeLine();
     QProcess process;
-    process.setStandardOutputFile(device);
+    process.setStandardOutputFile(fullDevicePath);
 
     const HostRun run = host.run(arguments("--operation mif --objects line.mif"), process);
 

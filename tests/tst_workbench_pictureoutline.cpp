@@ -5,6 +5,7 @@
 #include <QPolygonF>
 #include <QRandomGenerator>
 #include <QTest>
+#include <QtMath>
 
 class tst_WorkbenchPictureOutline : public QObject
 {

@@ -3,6 +3,7 @@
 #include "picturetesting.h"
 
 #include <QTest>
+#include <QtMath>
 
 class tst_WorkbenchPictureRaster : public QObject
 {
