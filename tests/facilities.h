@@ -38,7 +38,7 @@ inline Facility fullDevice()
     return {QFile::exists(fullDevicePath), "a device that is always full"};
 }
 
-/// Windows has files that only its shell follows.
+/// On Windows QFile::link() writes a shortcut, which only the shell follows.
 inline Facility symbolicLinks()
 {
     const QTemporaryDir dir;
