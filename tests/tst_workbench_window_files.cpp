@@ -28,6 +28,7 @@ private Q_SLOTS:
     void recentFileIsImportedAgain();
     void recentFilesAreUniqueAndLimited();
 
+    void windowStateIsKept_data();
     void windowStateIsKept();
     void sizesOfDocksAreKept_data();
     void sizesOfDocksAreKept();
@@ -264,9 +265,20 @@ void tst_WorkbenchWindowFiles::recentFilesAreUniqueAndLimited()
     QCOMPARE(files.files().last().fileName, QStringLiteral("2"));
 }
 
+void tst_WorkbenchWindowFiles::windowStateIsKept_data()
+{
+    QTest::addColumn<int>("format");
+
+    QTest::newRow("INI file") << static_cast<int>(QSettings::IniFormat);
+    QTest::newRow("registry or native file") << static_cast<int>(QSettings::NativeFormat);
+}
+
 void tst_WorkbenchWindowFiles::windowStateIsKept()
 {
+    QFETCH(int, format);
     WindowFixture fixture;
+    QSettings::setDefaultFormat(static_cast<QSettings::Format>(format)); // until the next fixture
+    fixture.open();
     fixture.find<QDockWidget>("verticesDock")->hide();
     fixture.find<QAction>("axesAction")->trigger();
     fixture.objects()->horizontalHeader()->resizeSection(0, 222);
