@@ -155,8 +155,13 @@ bool Flattener::isFlat(const Bezier &curve) const
     });
 }
 
+// A curve with weights of both signs may pass through infinity.
 void Flattener::appendVertex(const Weighted &end)
 {
+    if (std::fabs(end.w) <= 0) {
+        m_isExact = false;
+        return;
+    }
     const ContentVertex vertex = projected(end);
     const ContentVertex &before = m_vertices.back();
     const bool isSame =
