@@ -1,4 +1,4 @@
-// Checks and converts damaged files until the time is over: badfiles SECONDS FOLDER EXAMPLE...
+// Checks and converts damaged files until the time is up: badfiles SECONDS FOLDER EXAMPLE...
 //
 // The examples are MIF and DXF files. Each run takes one of them, or one of the files below, which have what the
 // examples lack, and damages it: truncated, with changed bytes, numbers and lines, or with a piece of another file. The
@@ -103,7 +103,7 @@ QVector<Sample> samplesFrom(const QStringList &paths)
     return samples;
 }
 
-/// Damages samples, and checks and converts the result in a folder of its own.
+/// Damages samples in a folder, and checks and converts the result.
 class BadFiles
 {
 public:

@@ -15,10 +15,10 @@ public:
     void addContent() { m_blocks[m_current].draws = true; }
     void addReference(const QString &name) { m_blocks[m_current].references.insert(name.toUpper()); }
 
-    /// The references outside blocks to the block \a name.
+    /// The tally of references to the block \a name from outside blocks.
     Tally &insertions(const QString &name) { return m_insertions[name.toUpper()]; }
 
-    /// All references outside blocks to blocks that draw something, directly or through other blocks.
+    /// All references from outside blocks to blocks that draw something, directly or through other blocks.
     Tally drawingInsertions() const;
 
 private:

@@ -6,13 +6,14 @@
 #include <QFileInfo>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
 
 constexpr int firstObject = 1;
 
-/// Where the messages of the import that is running go.
+/// Receives the messages of the running import, whose callback is a plain function.
 QStringList *messageList = nullptr;
 
 void appendMessage(const QString &text)
@@ -21,7 +22,7 @@ void appendMessage(const QString &text)
         messageList->append(text);
 }
 
-/// What the passes of an import show on their way.
+/// The state of the passes of an import.
 struct Trace
 {
     bool isInPointPass = false;
@@ -78,14 +79,16 @@ void setOptions(MapImport &import, const CheckOptions &options)
 
 Stop::Kind stopKind(const QString &message)
 {
-    const auto contains = [&message](const char *text) { return message.contains(QString::fromUtf8(text)); };
-    if (contains("не соответствует формату"))
-        return Stop::Header;
-    if (contains("Ошибка открытия"))
-        return Stop::Opening;
-    if (contains("Недостаточно памяти"))
-        return Stop::Memory;
-    return contains("чтения обозначения") || contains("чтения данных") ? Stop::MidLine : Stop::Line;
+    static const QVector<QPair<QString, Stop::Kind>> kinds{
+        {QStringLiteral("не соответствует формату"), Stop::Header},
+        {QStringLiteral("Ошибка открытия"), Stop::Opening},
+        {QStringLiteral("Недостаточно памяти"), Stop::Memory},
+        {QStringLiteral("чтения обозначения"), Stop::MidLine},
+        {QStringLiteral("чтения данных"), Stop::MidLine},
+    };
+    const auto kind =
+        std::find_if(kinds.begin(), kinds.end(), [&message](const auto &row) { return message.contains(row.first); });
+    return kind != kinds.end() ? kind->second : Stop::Line;
 }
 
 /// The last number in \a message; 0 if there is none.
@@ -106,7 +109,7 @@ qint64 numberIn(const QString &message)
     return number;
 }
 
-/// An objects pass of a drawing after a pass for its texts continues the count of lines, which is even by then.
+/// After a pass for the texts of a drawing the objects pass continues the line count, which is even by then.
 qint64 lineInFile(qint64 line, qint64 lineCount)
 {
     const qint64 pairLines = lineCount + lineCount % 2;

@@ -8,10 +8,10 @@
 
 class QTextCodec;
 
-/// The options of the import that a check runs.
+/// The options of the import that a check simulates.
 struct CheckOptions
 {
-    QString encoding = QStringLiteral("Default"); ///< an unknown name means the encoding of the locale
+    QString encoding = QStringLiteral("Default"); ///< an unknown name stands for that of the locale
     QString pointFile;                            ///< empty: the checked file contains the points
     bool searchPoints = true;
     bool searchObjects = true;
@@ -49,7 +49,7 @@ struct ImportOutcome
     qint64 generatedNames = 0;     ///< objects whose designation the import makes up
 };
 
-/// Runs the import of \a fileName, which must have a format. Not reentrant.
+/// Runs the import of \a fileName, whose suffix must be .mif or .dxf. Not reentrant.
 ///
-/// \a lineCount is the number of lines of the file. It converts a line that is counted through two passes.
+/// \a lineCount, the number of lines of the file, corrects a line number that the import has counted over two passes.
 ImportOutcome runImport(const QString &fileName, const CheckOptions &options, qint64 lineCount);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Like the import takes one letter and digits for a point number, which names no object.
+/// True for digits, with or without a letter before them: the import takes these for point numbers, not designations.
 bool isPointNumber(const QString &name)
 {
     const int begin = !name.isEmpty() && name.at(0).isLetter() ? 1 : 0;
@@ -30,7 +30,7 @@ double squaredDistance(const DefPoint &text, const QPointF &p)
     return (text.x - p.x()) * (text.x - p.x()) + (text.y - p.y()) * (text.y - p.y());
 }
 
-/// Finds out whether a name stands farther from a position than the nearest text.
+/// Tests whether a name is farther from a position than the nearest text.
 class NameSearch
 {
 public:
@@ -48,7 +48,7 @@ private:
     QMultiHash<QString, int> m_places;
 };
 
-// A name in very many places is not looked for in all of them. A name in none is an unexpanded special character.
+// Bounds the work for a name that occurs very often. A name that does not occur contains an expanded special character.
 bool NameSearch::isMisplaced(const QString &name, const QPointF &p)
 {
     constexpr int maxPlaces = 100;

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-/// Objects that a text names although another one is nearer.
+/// Objects that are named by a text although another text is nearer.
 struct MisplacedNames
 {
     qint64 count = 0;

@@ -1,5 +1,7 @@
 #include "checknumbers.h"
 
+#include "digit.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -10,7 +12,7 @@
 
 namespace {
 
-/// A vertex or an object under its name. Sorting by the hash first compares few texts.
+/// A vertex or an object by its name. Sorted by hash first, so that few texts are compared.
 struct Named
 {
     uint hash;
@@ -53,7 +55,7 @@ void forEachName(const std::vector<Named> &entries, Use use)
     }
 }
 
-// A ring's closing vertex has the first one's number by design.
+// A ring's closing vertex shares the number of the first one; that is no finding.
 bool isClosed(const QVector<DefPoint> &contour)
 {
     return contour.size() > 2 && contour.first().def == contour.last().def;
@@ -64,12 +66,11 @@ QString objectPlace(const DefPolygon &object)
     return QStringLiteral("объект «%1»").arg(object.def);
 }
 
-/// True for a number with decimals, as the height of a spot has.
+/// True for a number with decimals, such as a spot height.
 bool isDecimal(const QString &name)
 {
     const int point = std::max(name.indexOf(QLatin1Char('.')), name.indexOf(QLatin1Char(',')));
     const int sign = name.startsWith(QLatin1Char('-')) || name.startsWith(QLatin1Char('+')) ? 1 : 0;
-    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
     return point > sign && point < name.size() - 1 && std::all_of(name.begin() + sign, name.begin() + point, isDigit) &&
            std::all_of(name.begin() + point + 1, name.end(), isDigit);
 }
@@ -101,7 +102,7 @@ std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
     return entries;
 }
 
-/// The first object, in the order of the file, that a number concerns.
+/// Finds the first occurrence, in the order of the file.
 class FirstPlace
 {
 public:
@@ -216,7 +217,7 @@ bool isPossibleDegree(const DefPoint &vertex)
     return std::fabs(vertex.x) <= 180 && std::fabs(vertex.y) <= 90;
 }
 
-// A side of a plot in metres hardly ever has centimetres; in degrees it has less than a thousandth.
+// Sides of plots are rarely shorter than a few centimetres, but in degrees nearly all are shorter than a thousandth.
 void recogniseDegrees(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
 {
     constexpr double shortSide = 0.02;

@@ -7,7 +7,7 @@ struct ImportStatistics
 {
     qint64 contours = 0;
     qint64 vertices = 0; ///< closing vertices included
-    qint64 numbers = 0;  ///< different numbers of vertices
+    qint64 numbers = 0;  ///< distinct numbers of vertices
 
     qint64 sharedPositions = 0; ///< positions whose number another position has as well
     QString sharedPlace;
@@ -20,13 +20,13 @@ struct ImportStatistics
     qint64 sharedNames = 0; ///< objects whose designation another object has as well
     QString sharedNamePlace;
 
-    qint64 decimalNames = 0; ///< objects and different vertex numbers that are numbers with decimals
+    qint64 decimalNames = 0; ///< objects and distinct vertex numbers whose name is a number with decimals
     QString decimalNamePlace;
 
     qint64 escapedNames = 0; ///< objects and different vertex numbers with codes such as \U+0416
     QString escapedNamePlace;
 
-    bool looksGeographic = false; ///< all vertices are possible degrees, and most sides are very short
+    bool looksGeographic = false; ///< fitsDegrees, and most sides are very short
     bool fitsDegrees = false;     ///< all vertices are possible degrees
 };
 

@@ -2,6 +2,7 @@
 
 #include "checkcharset.h"
 #include "checkscan_reader.h"
+#include "digit.h"
 #include "encodingguess.h"
 
 #include <QFileInfo>
@@ -65,14 +66,13 @@ QString ScanReader::shown(QStringView text, QTextCodec *chosen, QTextCodec *decl
     return whole.size() > maxShown ? whole.left(maxShown) + QChar(0x2026) : whole;
 }
 
-bool isForeign(QStringView text)
+bool isNonAscii(QStringView text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x80; });
 }
 
 bool hasDecimalComma(QStringView text)
 {
-    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
     const bool hasSign = text.startsWith(QLatin1Char('-')) || text.startsWith(QLatin1Char('+'));
     const auto *const begin = text.begin() + (hasSign ? 1 : 0);
     const auto *const comma = std::find_if_not(begin, text.end(), isDigit);
@@ -80,13 +80,13 @@ bool hasDecimalComma(QStringView text)
            std::all_of(comma + 1, text.end(), isDigit);
 }
 
-void addForeignName(QStringView name, FileFacts &facts)
+void addNonAsciiName(QStringView name, FileFacts &facts)
 {
     constexpr int maxSize = 10000;
     const QByteArray bytes = bytesOf(name);
     facts.namesAreUtf8 = facts.namesAreUtf8 && isUtf8(bytes);
-    if (facts.foreignNames.size() + bytes.size() < maxSize)
-        facts.foreignNames += bytes + '\n';
+    if (facts.nonAsciiNames.size() + bytes.size() < maxSize)
+        facts.nonAsciiNames += bytes + '\n';
 }
 
 QString midFileName(const QString &mifFile)

@@ -14,18 +14,18 @@ enum class Trait {
     UnreadText,     ///< MTEXT, ATTRIB, TEXT of a MIF file
     Curve,          ///< splines, arcs, ellipses, circles
     Bulge,          ///< segments of polylines that are arcs
-    UnreadEntity,   ///< all other content that the import passes over
-    PolylineFlag,   ///< closed polylines whose flags the import takes for open
+    UnreadEntity,   ///< all other content that the import skips
+    PolylineFlag,   ///< closed polylines that the import reads as open because of their flags
     PolylineKind,   ///< smoothed polylines and polyhedral meshes
     Mesh,           ///< polygon meshes, which GDAL does not read either
-    OtherPlane,     ///< entities in a coordinate system of their own, mostly mirrored
+    OtherPlane,     ///< entities whose extrusion is not the Z axis; mostly mirrored
     PaperSpace,     ///< lines and polylines of a sheet
-    BlockReference, ///< references of blocks that draw something
+    BlockReference, ///< references to blocks that draw something
     OpenRing,       ///< rings whose last vertex is not the first
     PlineCount,     ///< PLINE without its number of vertices, or MULTIPLE with fewer than two parts
     Collection,     ///< collections of a MIF file
     DecimalComma,   ///< coordinates that the import would read but for their comma
-    ForeignName,    ///< names with bytes beyond ASCII
+    NonAsciiName,   ///< names with bytes beyond ASCII
     MidEmptyLine,   ///< empty lines in place of records
     Last = MidEmptyLine
 };
@@ -71,7 +71,7 @@ struct FileFacts
     QString declaredEncoding; ///< CHARSET or $DWGCODEPAGE as written; empty: none
     QString drawingVersion;   ///< $ACADVER; empty: none
     bool namesAreUtf8 = true; ///< all names with bytes beyond ASCII are valid UTF-8
-    QByteArray foreignNames;  ///< such names, one a line, up to a limit
+    QByteArray nonAsciiNames; ///< such names, one a line, up to a limit
 
     QVector<DefPoint> unsortedTexts; ///< all texts of a drawing if the import does not sort them; otherwise empty
 

@@ -101,7 +101,7 @@ void DrawingScan::beginEntity()
     assign(m_entity.flags, {});
     assign(m_entity.text, {});
     m_texts.begin();
-    m_entity.hasForeignText = false;
+    m_entity.hasNonAsciiText = false;
     m_entity.isOnSheet = false;
     m_entity.isInOtherPlane = false;
     m_hasEnd = m_value == QLatin1String("EOF");
@@ -146,9 +146,9 @@ void DrawingScan::readExtrusion()
 void DrawingScan::readText()
 {
     assign(m_entity.text, m_value);
-    m_entity.hasForeignText = isForeign(m_value);
-    if (m_entity.hasForeignText && m_section == QLatin1String("ENTITIES"))
-        addForeignName(m_value, m_facts);
+    m_entity.hasNonAsciiText = isNonAscii(m_value);
+    if (m_entity.hasNonAsciiText && m_section == QLatin1String("ENTITIES"))
+        addNonAsciiName(m_value, m_facts);
 }
 
 void DrawingScan::setDeclaredEncoding()

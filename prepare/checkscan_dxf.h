@@ -36,7 +36,7 @@ struct DrawingEntity
     QString handle; ///< only of content that the import skips
     QString text;   ///< content of a text
     QString flags;  ///< as written, because the import compares them as text
-    bool hasForeignText = false;
+    bool hasNonAsciiText = false;
     bool isOnSheet = false;      ///< in paper space
     bool isInOtherPlane = false; ///< its extrusion is not the Z axis
 };

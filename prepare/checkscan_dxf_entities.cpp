@@ -112,8 +112,8 @@ void DrawingScan::addPoint(Tally &losses)
 void DrawingScan::addText()
 {
     addPlane(m_entity);
-    if (m_entity.hasForeignText)
-        add(Trait::ForeignName, m_entity);
+    if (m_entity.hasNonAsciiText)
+        add(Trait::NonAsciiName, m_entity);
     if (m_collectsTexts)
         m_texts.finish(m_reader.decodedWhole(m_entity.text, m_codec));
 }

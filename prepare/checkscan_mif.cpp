@@ -352,10 +352,10 @@ void scanRecords(const QString &fileName, QChar delimiter, FileFacts &facts)
             continue;
         lastFilled = line;
         const QStringView name = firstField(reader.line(), delimiter);
-        if (reader.isUnicode() || !isForeign(name))
+        if (reader.isUnicode() || !isNonAscii(name))
             continue;
-        addRecord(Trait::ForeignName, facts, line);
-        addForeignName(name, facts);
+        addRecord(Trait::NonAsciiName, facts, line);
+        addNonAsciiName(name, facts);
     }
     facts.recordCount = std::max(lastFilled, std::min(reader.lineNumber(), facts.recordsNeeded));
 }

@@ -39,13 +39,13 @@ private:
 };
 
 /// True if a character of \a text stands for a byte beyond ASCII.
-bool isForeign(QStringView text);
+bool isNonAscii(QStringView text);
 
 /// True if \a text is a number with a decimal comma.
 bool hasDecimalComma(QStringView text);
 
 /// Records \a name, which is not ASCII, as evidence of the encoding.
-void addForeignName(QStringView name, FileFacts &facts);
+void addNonAsciiName(QStringView name, FileFacts &facts);
 
 void scanDxf(ScanReader &reader, const CheckOptions &options, const PointSymbols &symbols,
              const QSet<QString> &fillings, FileFacts &facts);

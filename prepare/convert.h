@@ -2,5 +2,5 @@
 
 #include <QStringList>
 
-/// Runs the command convert with the \a arguments behind its name. Returns the exit status.
+/// Runs the sub-command convert with the \a arguments after its name. Returns the exit status.
 int runConvert(const QStringList &arguments);

@@ -4,7 +4,7 @@
 
 #include <cpl_string.h>
 
-// Qt rounds a digit 5 at the end differently.
+// Prints with GDAL, because Qt rounds a final digit 5 differently.
 double asWritten(double coordinate)
 {
     char text[32];

@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <vector>
 
-/// Returns \a coordinate with the 15 digits with which GDAL's MIF writer prints it: 0.1 micrometres at 10,000 km.
+/// Rounds \a coordinate to 15 digits, as GDAL's MIF writer does: 0.1 micrometres at 10,000 km.
 double asWritten(double coordinate);
 
-/// A position, in the order of the numbers in the output.
+/// A position; the output has x first.
 struct ContentVertex
 {
     double x = 0;
@@ -21,15 +21,15 @@ struct ContentObject
 {
     bool isArea = false;
     std::size_t contourEnd = 0; ///< end of its contours; they begin where those of the previous object end
-    QString id;                 ///< the source's own
+    QString id;                 ///< of its feature in the source
     QString def;                ///< designation; empty: left to the import
 };
 
 struct ContentPoint
 {
     ContentVertex at;
-    QString id;  ///< the source's own
-    QString def; ///< number
+    QString id;  ///< of its feature in the source
+    QString def; ///< number; empty: none
 };
 
 struct ContentText
@@ -44,7 +44,7 @@ struct ContentText
 
 using ContentCounts = QMap<QString, qint64>;
 
-/// What a source holds, in flat arrays: a map of a million vertices is common.
+/// The content of a source, in flat arrays: a map of a million vertices is common.
 struct ConvertContent
 {
     std::vector<ContentVertex> vertices;
@@ -56,7 +56,7 @@ struct ConvertContent
     ContentCounts leftOut;         ///< by kind: what cannot be taken
     ContentCounts notes;           ///< by kind: what is taken, but changed or not as exact as the rest
     QMap<QString, QString> places; ///< by kind: the first case, where it is known
-    QString firstWarning;          ///< of GDAL
+    QString firstWarning;          ///< first warning of GDAL; empty: none
 
     std::size_t contourBegin(std::size_t object) const { return object == 0 ? 0 : objects[object - 1].contourEnd; }
     std::size_t vertexBegin(std::size_t contour) const { return contour == 0 ? 0 : contourEnds[contour - 1]; }

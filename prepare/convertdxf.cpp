@@ -15,7 +15,7 @@ namespace {
 constexpr int maxSample = 1 << 20;
 constexpr int polygonMesh = 16; // flag of a POLYLINE
 
-// Entities of which GDAL makes features. The parts of others (VERTEX, SEQEND, ATTRIB) belong to these.
+// Entities that GDAL turns into features, and the parts of such entities (VERTEX, SEQEND, ATTRIB).
 bool isRead(const QByteArray &type)
 {
     static const QSet<QByteArray> types{"POINT",   "LINE",   "POLYLINE", "LWPOLYLINE", "CIRCLE", "ELLIPSE", "ARC",
@@ -145,8 +145,8 @@ void DxfInspection::endPolyline()
 {
     const int count = m_polyline.size();
     for (int i = 0; i < count; ++i) {
-        const BulgeVertex &from = m_polyline.at(i);
-        const BulgeVertex &to = m_polyline.at((i + 1) % count);
+        const BulgedVertex &from = m_polyline.at(i);
+        const BulgedVertex &to = m_polyline.at((i + 1) % count);
         if (std::fabs(from.bulge) > 0)
             arcs().addBulge(from.x, from.y, to.x, to.y, from.bulge);
     }
@@ -176,35 +176,52 @@ void DxfInspection::readName(const QByteArray &name)
         m_inserted = name;
 }
 
+void DxfInspection::readVertexPair(int code, const QByteArray &value)
+{
+    if (code == 10)
+        m_polyline.append({drawingNumber(value), 0, 0});
+    else if (code == 20 && !m_polyline.isEmpty())
+        m_polyline.last().y = drawingNumber(value);
+    else if (code == 42 && !m_polyline.isEmpty())
+        m_polyline.last().bulge = drawingNumber(value);
+}
+
 void DxfInspection::readEntityPair(int code, const QByteArray &value)
 {
     const bool hasBulges = m_entity == "LWPOLYLINE" || m_entity == "VERTEX" || m_entity == "HATCH";
     if (m_entity == "HATCH")
         readHatchPair(code, value);
-    if (code == 2)
-        readName(value);
-    else if (code == 40)
-        m_radius = drawingNumber(value); // of an ellipse: the ratio of the axes
-    else if (code == 70)
-        m_flags = value.toInt();
-    else if (code == 11)
-        m_axisX = drawingNumber(value);
-    else if (code == 21)
-        m_axisY = drawingNumber(value);
-    else if (code == 31)
-        m_axisZ = drawingNumber(value);
-    else if (code == 50)
-        m_from = drawingNumber(value);
-    else if (code == 51)
-        m_to = drawingNumber(value);
-    else if ((code == 41 || code == 42) && m_entity == "INSERT")
+    if (hasBulges)
+        readVertexPair(code, value);
+    if ((code == 41 || code == 42) && m_entity == "INSERT")
         m_scale = std::max(m_scale, std::fabs(drawingNumber(value)));
-    else if (code == 10 && hasBulges)
-        m_polyline.append({drawingNumber(value), 0, 0});
-    else if (code == 20 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().y = drawingNumber(value);
-    else if (code == 42 && hasBulges && !m_polyline.isEmpty())
-        m_polyline.last().bulge = drawingNumber(value);
+    switch (code) {
+    case 2:
+        return readName(value);
+    case 11:
+        m_axisX = drawingNumber(value);
+        break;
+    case 21:
+        m_axisY = drawingNumber(value);
+        break;
+    case 31:
+        m_axisZ = drawingNumber(value);
+        break;
+    case 40:
+        m_radius = drawingNumber(value);
+        break;
+    case 50:
+        m_from = drawingNumber(value);
+        break;
+    case 51:
+        m_to = drawingNumber(value);
+        break;
+    case 70:
+        m_flags = value.toInt();
+        break;
+    default:
+        break;
+    }
 }
 
 // Returns the largest product of scales from the drawing down to the block. A block that contains itself, which GDAL

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checkoutline.h"
 #include "convertarcs.h"
 #include "convertcontent.h"
 #include "drawingcorrections.h"
@@ -9,7 +10,7 @@
 #include <QSet>
 #include <QVector>
 
-/// Looks through an ASCII DXF file for what GDAL needs to be given or does not report.
+/// Scans an ASCII DXF file for the settings that GDAL needs, and for content that GDAL ignores without a message.
 class DxfInspection
 {
 public:
@@ -42,27 +43,21 @@ private:
         double scale = 1;
     };
 
-    struct BulgeVertex
-    {
-        double x = 0;
-        double y = 0;
-        double bulge = 0;
-    };
-
     void readPair(int code, const QByteArray &value);
     void readHeaderPair(int code, const QByteArray &value);
     void beginEntity(const QByteArray &type);
     void endEntity();
     void endPolyline();
     void readEntityPair(int code, const QByteArray &value);
+    void readVertexPair(int code, const QByteArray &value);
     void readHatchPair(int code, const QByteArray &value);
     void readName(const QByteArray &name);
     ArcStatistics &arcs();
     double scaleOf(const QByteArray &block, QHash<QByteArray, double> &known, int depth) const;
 
     QByteArray m_section;
-    bool m_isSectionName = false;
-    QByteArray m_variable; ///< of the header
+    bool m_isSectionName = false; ///< the next code 2 names the section
+    QByteArray m_variable;        ///< of the header
     QByteArray m_entity;
     QByteArray m_block;                                 ///< the block that is being defined; empty: the drawing
     QByteArray m_inserted;                              ///< the block that the current entity inserts
@@ -70,9 +65,9 @@ private:
     QHash<QByteArray, QVector<Insertion>> m_insertions; ///< by the inserted block
     QSet<QByteArray> m_filledBlocks;                    ///< those with entities
     QSet<QByteArray> m_curvedBlocks;                    ///< those with arcs
-    QVector<BulgeVertex> m_polyline;                    ///< only while a bulge needs its neighbours
+    QVector<BulgedVertex> m_polyline;                   ///< only while a bulge needs its neighbours
     int m_flags = 0;
-    double m_radius = 0;
+    double m_radius = 0; ///< of an ellipse: ratio of the axes
     double m_axisX = 0;
     double m_axisY = 0;
     double m_axisZ = 0;

@@ -17,7 +17,7 @@ namespace {
 // Both copies and their decoded texts must stay below the limit of Qt's containers.
 constexpr qint64 maxSize = 500LL * 1024 * 1024;
 
-// Calls visit with each line, without its line end, until it returns false. Returns the position behind that line.
+// Calls visit with each line, without its line end, until it returns false. Returns the position after that line.
 template <typename Visit>
 int forEachLine(const QByteArray &text, int begin, const Visit &visit)
 {
@@ -42,7 +42,7 @@ QByteArray firstWord(const QByteArray &line)
     return trimmed.left(end).toUpper();
 }
 
-// The number behind the first word.
+// Returns the number after the first word; 0 if there is none.
 int numberOf(const QByteArray &line)
 {
     return line.trimmed().mid(firstWord(line).size()).trimmed().toInt();
@@ -130,7 +130,7 @@ bool MifCopy::read(const QString &fileName, const QByteArray &encoding)
     return true;
 }
 
-// Columns may have the names of keywords.
+// A column may have the name of a keyword, so the header ends for us at COLUMNS.
 void MifCopy::readHeader()
 {
     forEachLine(m_mif, 0, [this](const QByteArray &line) {

@@ -11,6 +11,7 @@
 #include "convertarcs.h"
 #include "convertcontent.h"
 
+#include <QHash>
 #include <QList>
 
 #include <cmath>
@@ -68,7 +69,7 @@ QByteArray CurveReplacer::nextLine()
     return line;
 }
 
-// Numbers beyond the rectangle may stand in the next line. If reading fails, that line is read again.
+// The numbers after the rectangle may be in the next line. After a failure that line is not consumed.
 bool CurveReplacer::readNumbers(const QList<QByteArray> &first, int count)
 {
     constexpr int rectangle = 4;
@@ -135,12 +136,13 @@ QByteArray CurveReplacer::curve(const QByteArray &keyword)
 
 QByteArray CurveReplacer::replaced()
 {
+    static const QHash<QByteArray, int> numberCounts{{"ARC", 6}, {"ELLIPSE", 4}, {"ROUNDRECT", 5}};
     QByteArray text;
     while (m_next < m_mif.size()) {
         const QByteArray line = nextLine();
         const QList<QByteArray> texts = line.isEmpty() || line.at(0) <= '9' ? QList<QByteArray>() : words(line);
         const QByteArray keyword = texts.value(0).toUpper();
-        const int count = keyword == "ARC" ? 6 : keyword == "ELLIPSE" ? 4 : keyword == "ROUNDRECT" ? 5 : 0;
+        const int count = numberCounts.value(keyword);
         const bool isCurve = count > 0 && readNumbers(texts, count);
         text += isCurve ? curve(keyword) : line + '\n';
         m_coarseCount += isCurve && m_isCoarse ? 1 : 0;

@@ -98,7 +98,7 @@ bool ConvertCommandLine::read(const QStringList &arguments)
     if (!m_parser.parse(QStringList{QStringLiteral("importprepare convert")} + arguments))
         return fail(m_parser.errorText());
     if (m_parser.isSet(strHelp)) {
-        // The parser knows the name of the program only.
+        // The parser knows the name of the program, but not that of the sub-command.
         m_options.help = m_parser.helpText();
         m_options.help.replace(0, m_options.help.indexOf(QLatin1Char('\n')),
                                QStringLiteral("Usage: importprepare convert [options] input output"));

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The arguments of the command convert.
+/// The parsed command line of the sub-command convert.
 struct ConvertOptions
 {
     QString input;
@@ -26,7 +26,7 @@ struct ConvertOptions
     QString help; ///< help text to print instead; empty: not requested
 };
 
-/// Reads the arguments of the command convert.
+/// Reads the arguments of the sub-command convert. Requires an application object.
 class ConvertCommandLine
 {
 public:

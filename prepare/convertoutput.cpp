@@ -62,7 +62,7 @@ QStringList ConvertOutput::temporaryPaths() const
     return {temporaryName(), m_folder->filePath(QStringLiteral("new.mid")), m_folder->path()};
 }
 
-// Keeps the file that is replaced until both are in their place.
+// Keeps the replaced file until both new files are in place.
 bool ConvertOutput::replace(const QString &temporary, const QString &name, const QString &saved)
 {
     const bool exists = QFileInfo::exists(name) || QFileInfo(name).isSymLink();

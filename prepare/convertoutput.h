@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// A MIF/MID pair that is written to a temporary folder beside its place and put there at the end.
+/// A MIF/MID pair that is written to a temporary folder beside its final place and moved there at the end.
 ///
 /// Unless commit() succeeds, nothing remains and existing files are as before.
 class ConvertOutput
@@ -27,7 +27,7 @@ public:
     /// The paths of all temporary files, absolute; the last one is that of their folder.
     QStringList temporaryPaths() const;
 
-    /// Puts both files in their place. Returns false after an error.
+    /// Moves both files to their final place. Returns false after an error.
     bool commit();
 
     const QString &error() const { return m_error; }

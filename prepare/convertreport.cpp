@@ -57,7 +57,7 @@ QString meaning(const QString &kind)
     return texts.value(kind);
 }
 
-// What a source has or has not; its count means nothing.
+// Notes on the whole source have no meaningful count.
 bool isCounted(const QString &kind)
 {
     static const QStringList uncounted{QStringLiteral("assumed-degrees"), QStringLiteral("degrees"),

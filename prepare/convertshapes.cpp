@@ -12,7 +12,7 @@
 
 namespace {
 
-// Calls visit with each part that is no collection.
+// Calls visit with each part that is not a collection.
 template <typename Visit>
 void forEachPart(const OGRGeometry &geometry, const Visit &visit)
 {
@@ -72,7 +72,7 @@ void ShapeCollector::appendVertices(const OGRLineString &line)
         m_content.vertices.push_back(vertex(line.getX(i), line.getY(i)));
 }
 
-// GDAL's own division takes an angle for the whole geometry and may exceed it.
+// GDAL's own subdivision takes one angle for the whole geometry, which does not bound the deviation.
 void ShapeCollector::appendArcs(const OGRCircularString &arcs)
 {
     std::vector<ContentVertex> &vertices = m_content.vertices;
@@ -175,12 +175,12 @@ void ShapeCollector::addRings(const OGRGeometry &surface)
         addRing(*polygon.getInteriorRingCurve(i));
 }
 
-void ShapeCollector::addPart(const OGRGeometry &part, bool areas)
+void ShapeCollector::addPart(const OGRGeometry &part, bool isArea)
 {
     const OGRwkbGeometryType type = wkbFlatten(part.getGeometryType());
-    if (areas && OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0)
+    if (isArea && OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0)
         addRings(part);
-    else if (!areas && OGR_GT_IsCurve(type) != 0)
+    else if (!isArea && OGR_GT_IsCurve(type) != 0)
         addLine(*part.toCurve());
 }
 

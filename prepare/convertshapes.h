@@ -30,7 +30,7 @@ public:
     ContentVertex vertex(double x, double y) const;
 
 private:
-    void addPart(const OGRGeometry &part, bool areas);
+    void addPart(const OGRGeometry &part, bool isArea);
     void addRings(const OGRGeometry &surface);
     void addRing(const OGRCurve &ring);
     void addLine(const OGRCurve &line);

@@ -21,7 +21,7 @@
 
 namespace {
 
-// A folder of GDAL's files in memory, which belong to the process.
+// Names of GDAL's files in memory, which are global to the process.
 const char *const strDxf = "/vsimem/importprepare/source.dxf";
 const char *const strCorrected = "/vsimem/importprepare/corrected.dxf";
 const char *const strHeader = "/vsimem/importprepare/header.dxf";

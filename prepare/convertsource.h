@@ -18,7 +18,8 @@ class DxfInspection;
 
 /// The input of a conversion, opened with GDAL.
 ///
-/// Binary DXF and MIF files are corrected in memory first. As long as it exists, GDAL splits arcs for the deviation.
+/// Binary DXF and MIF files are corrected in memory first. While it exists, GDAL is configured to split arcs within the
+/// deviation.
 class ConvertSource
 {
 public:

@@ -14,7 +14,12 @@ QStringList &reported()
     return messages;
 }
 
-// The coordinate that the import gets for one that was written.
+void collectMessage(const QString &message)
+{
+    reported().append(message);
+}
+
+// True if the import may read a written coordinate as this one: it is printed with 15 digits or exactly.
 bool isWritten(double imported, double coordinate)
 {
     const auto isEqual = [imported](double expected) { return !(imported < expected) && !(expected < imported); };
@@ -108,7 +113,7 @@ QString Comparison::objectDifference()
     return {};
 }
 
-// The known points of the file precede those that the import makes of vertices.
+// The known points of the file precede those that the import generates from vertices.
 QString Comparison::pointDifference(const QVector<DefPoint> &points) const
 {
     QVector<DefPoint> expected;
@@ -143,18 +148,19 @@ bool ConvertVerifier::verify(const ConvertContent &content, const QString &mifFi
     QVector<DefPolygon> objects;
     MifImport import;
     reported().clear();
-    import.report = [](const QString &message) { reported().append(message);
-};
-import.setEncoding(encoding.toLatin1());
-import.searchPointDefs = import.searchObjectDefs = true;
-import.objectPref = QStringLiteral("\x01");
-import.objectFileName = mifFileName;
-import.objects = &objects;
-if (!import.importMap() || !reported().isEmpty())
-    return fail(QStringLiteral("The import of the output fails: %1").arg(reported().join(QLatin1Char(' '))));
-Comparison comparison(content, objects, import.objectPref);
-QString difference = comparison.objectDifference();
-if (difference.isEmpty())
-    difference = comparison.pointDifference(import.points);
-return difference.isEmpty() || fail(QStringLiteral("The import does not read what was written: %1.").arg(difference));
+    import.report = collectMessage;
+    import.setEncoding(encoding.toLatin1());
+    import.searchPointDefs = import.searchObjectDefs = true;
+    // No text of a source contains it, so generated designations cannot be mistaken for read ones.
+    import.objectPref = QStringLiteral("\x01");
+    import.objectFileName = mifFileName;
+    import.objects = &objects;
+    if (!import.importMap() || !reported().isEmpty())
+        return fail(QStringLiteral("The import of the output fails: %1").arg(reported().join(QLatin1Char(' '))));
+    Comparison comparison(content, objects, import.objectPref);
+    QString difference = comparison.objectDifference();
+    if (difference.isEmpty())
+        difference = comparison.pointDifference(import.points);
+    return difference.isEmpty() ||
+           fail(QStringLiteral("The import does not read what was written: %1.").arg(difference));
 }

@@ -70,7 +70,7 @@ void ConvertWriter::replaceCharacters(QString &text)
         m_content.notes[QStringLiteral("replaced-character")] += replaced;
 }
 
-// The import cuts off the blanks around a field.
+// The import trims fields.
 void ConvertWriter::prepareText(QString &text)
 {
     replaceCharacters(text);
@@ -121,10 +121,10 @@ bool ConvertWriter::create(const QString &mifFileName, const OGRSpatialReference
 }
 
 template <typename Line>
-Line *ConvertWriter::contour(std::size_t contour) const
+std::unique_ptr<Line> ConvertWriter::contour(std::size_t contour) const
 {
     const std::size_t first = m_content.vertexBegin(contour);
-    auto *const line = new Line;
+    auto line = std::make_unique<Line>();
     line->setNumPoints(static_cast<int>(m_content.vertexCount(contour)), FALSE);
     for (std::size_t i = first; i < m_content.contourEnds[contour]; ++i)
         line->setPoint(static_cast<int>(i - first), m_content.vertices[i].x, m_content.vertices[i].y);
@@ -132,31 +132,30 @@ Line *ConvertWriter::contour(std::size_t contour) const
 }
 
 // A MIF region does not distinguish outer rings from holes.
-OGRGeometry *ConvertWriter::areaGeometry(std::size_t object) const
+std::unique_ptr<OGRGeometry> ConvertWriter::areaGeometry(std::size_t object) const
 {
-    auto *const polygon = new OGRPolygon;
+    auto polygon = std::make_unique<OGRPolygon>();
     for (std::size_t c = m_content.contourBegin(object); c < m_content.objects[object].contourEnd; ++c)
-        polygon->addRingDirectly(contour<OGRLinearRing>(c));
+        polygon->addRingDirectly(contour<OGRLinearRing>(c).release());
     return polygon;
 }
 
-OGRGeometry *ConvertWriter::lineGeometry(std::size_t object) const
+std::unique_ptr<OGRGeometry> ConvertWriter::lineGeometry(std::size_t object) const
 {
     const std::size_t first = m_content.contourBegin(object);
     const std::size_t end = m_content.objects[object].contourEnd;
     if (end - first == 1)
         return contour<OGRLineString>(first);
-    auto *const lines = new OGRMultiLineString;
+    auto lines = std::make_unique<OGRMultiLineString>();
     for (std::size_t c = first; c < end; ++c)
-        lines->addGeometryDirectly(contour<OGRLineString>(c));
+        lines->addGeometryDirectly(contour<OGRLineString>(c).release());
     return lines;
 }
 
-// Takes ownership of the geometry.
-bool ConvertWriter::writeFeature(OGRGeometry *geometry, const QString &def, const QString &id)
+bool ConvertWriter::writeFeature(std::unique_ptr<OGRGeometry> geometry, const QString &def, const QString &id)
 {
     const std::unique_ptr<OGRFeature> feature(OGRFeature::CreateFeature(m_layer->GetLayerDefn()));
-    feature->SetGeometryDirectly(geometry);
+    feature->SetGeometryDirectly(geometry.release());
     const bool recodes = !m_gdalEncoding.isEmpty();
     feature->SetField(0, (recodes ? def.toUtf8() : encoded(def)).constData());
     feature->SetField(1, (recodes ? id.toUtf8() : encoded(id)).constData());
@@ -167,8 +166,8 @@ bool ConvertWriter::writeObjects(ConvertProgress &progress)
 {
     for (std::size_t i = 0; i < m_content.objects.size(); ++i) {
         const ContentObject &object = m_content.objects[i];
-        OGRGeometry *const geometry = object.isArea ? areaGeometry(i) : lineGeometry(i);
-        if (!writeFeature(geometry, object.def, object.id) || !progress.advance())
+        if (!writeFeature(object.isArea ? areaGeometry(i) : lineGeometry(i), object.def, object.id) ||
+            !progress.advance())
             return false;
     }
     return true;
@@ -177,7 +176,8 @@ bool ConvertWriter::writeObjects(ConvertProgress &progress)
 bool ConvertWriter::writePoints(ConvertProgress &progress)
 {
     for (const ContentPoint &point : m_content.points) {
-        if (!writeFeature(new OGRPoint(point.at.x, point.at.y), point.def, point.id) || !progress.advance())
+        if (!writeFeature(std::make_unique<OGRPoint>(point.at.x, point.at.y), point.def, point.id) ||
+            !progress.advance())
             return false;
     }
     return true;

@@ -7,6 +7,8 @@
 
 #include <gdal_priv.h>
 
+#include <memory>
+
 class OGRLayer;
 class OGRSpatialReference;
 class QTextCodec;
@@ -15,7 +17,7 @@ class QTextCodec;
 class ConvertWriter
 {
 public:
-    /// \a content must outlive the writer. Its designations and ids become those that are written. \a encoding is the
+    /// \a content must outlive the writer. write() adapts its designations and ids to the output. \a encoding is the
     /// name of a codec of Qt.
     ConvertWriter(ConvertContent &content, const QString &encoding);
     ~ConvertWriter();
@@ -38,11 +40,11 @@ private:
     bool create(const QString &mifFileName, const OGRSpatialReference *srs);
     bool writeObjects(ConvertProgress &progress);
     bool writePoints(ConvertProgress &progress);
-    bool writeFeature(OGRGeometry *geometry, const QString &def, const QString &id);
-    OGRGeometry *areaGeometry(std::size_t object) const;
-    OGRGeometry *lineGeometry(std::size_t object) const;
+    bool writeFeature(std::unique_ptr<OGRGeometry> geometry, const QString &def, const QString &id);
+    std::unique_ptr<OGRGeometry> areaGeometry(std::size_t object) const;
+    std::unique_ptr<OGRGeometry> lineGeometry(std::size_t object) const;
     template <typename Line>
-    Line *contour(std::size_t contour) const;
+    std::unique_ptr<Line> contour(std::size_t contour) const;
 
     ConvertContent &m_content;
     const QTextCodec *m_codec;

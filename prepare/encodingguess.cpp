@@ -25,7 +25,7 @@ QByteArray codecName(const QByteArray &name)
     return codec == nullptr ? QByteArray() : codec->name();
 }
 
-// Of a few words the detector often names an encoding that merely shares the byte range.
+// For a few words the detector often returns an unrelated encoding with the same byte range.
 bool isPlausible(const QByteArray &name)
 {
     static const QList<QByteArray> names{"windows-1251", "IBM866", "KOI8-R", "ISO-8859-5", "UTF-16LE", "UTF-16BE"};

@@ -9,7 +9,7 @@ struct SourceEncoding
     bool isGuessed = false; ///< neither the user nor the file names it
 };
 
-/// Guesses the encoding of \a bytes, of which \a declared is the one that the file names (empty: none).
+/// Guesses the encoding of \a bytes. \a declared is the encoding that the file names; empty: none.
 ///
 /// Returns the name of a codec of Qt; empty if the bytes are ASCII.
 QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared);

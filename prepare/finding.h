@@ -23,7 +23,7 @@ struct Finding
     QString cure;
 };
 
-/// All that the rules of the findings look at.
+/// The input of the rules.
 struct Evidence
 {
     const QString &fileName;
@@ -46,5 +46,5 @@ bool needsCoordinateSystem(const Finding &finding);
 /// The ids of all findings.
 QStringList findingIds();
 
-/// The finding \a id for a file that no rule could look at; empty place. The id must be in the table.
+/// The finding \a id, without a place, for a file that could not be examined. The id must be in the table.
 Finding findingWithoutEvidence(const QString &id);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Since this version drawings are in UTF-8, whatever code page they name.
+/// Drawings of this version or later are in UTF-8, whatever code page they name.
 bool isUtf8Drawing(const QString &version)
 {
     return version.startsWith(QLatin1String("AC")) && version.mid(2).toInt() >= 1021;
@@ -28,11 +28,11 @@ ActualEncoding actualEncoding(const FileFacts &facts)
     if (facts.namesAreUtf8)
         return {QTextCodec::codecForName("UTF-8"), true};
     QTextCodec *const declared = isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
-    const auto foreignBytes = std::count_if(facts.foreignNames.begin(), facts.foreignNames.end(),
-                                            [](char c) { return static_cast<uchar>(c) >= 0x80; });
-    if (foreignBytes < enough)
+    const auto nonAsciiBytes = std::count_if(facts.nonAsciiNames.begin(), facts.nonAsciiNames.end(),
+                                             [](char c) { return static_cast<uchar>(c) >= 0x80; });
+    if (nonAsciiBytes < enough)
         return {declared, false};
-    const QByteArray guess = guessEncoding(facts.foreignNames, declared != nullptr ? declared->name() : QByteArray());
+    const QByteArray guess = guessEncoding(facts.nonAsciiNames, declared != nullptr ? declared->name() : QByteArray());
     return {QTextCodec::codecForName(guess), true};
 }
 
@@ -43,11 +43,11 @@ QString nameOf(const QTextCodec *codec)
 
 } // namespace
 
-// Without a header that says otherwise any single-byte encoding may be right, but UTF-8 is not.
+// If neither bytes nor header name an encoding, any single-byte one may be right, but UTF-8 cannot be.
 Detection detectEncoding(const Evidence &evidence)
 {
     const FileFacts &facts = evidence.facts;
-    const Tally &names = facts.tally(Trait::ForeignName);
+    const Tally &names = facts.tally(Trait::NonAsciiName);
     const bool readsNames = evidence.options.searchPoints || evidence.options.searchObjects;
     if (names.count == 0 || facts.isUnicode || !readsNames)
         return {};

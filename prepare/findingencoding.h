@@ -2,6 +2,6 @@
 
 #include "findingrules.h"
 
-/// Detects names that the chosen encoding does not fit. The details are the encoding in the header, that of the bytes
+/// Detects names that the chosen encoding misreads. The details are the encoding in the header, that of the bytes
 /// and the chosen one.
 Detection detectEncoding(const Evidence &evidence);

@@ -3,14 +3,14 @@
 #include <QDir>
 #include <QRandomGenerator>
 
-/// Checks of damaged files and of what is no file.
+/// Checks of damaged files, and of paths that are not files.
 class tst_PrepareCheckBadInput : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsNoFileIsUnreadable_data();
-    void whatIsNoFileIsUnreadable();
+    void nonFileIsUnreadable_data();
+    void nonFileIsUnreadable();
     void truncatedFileIsNeverComplete_data();
     void truncatedFileIsNeverComplete();
     void damagedFileLosesNothingSilently_data();
@@ -20,7 +20,7 @@ private Q_SLOTS:
     void hugeCountsAreHarmless();
     void specialNumbersAreDrawn();
     void controlCharactersAreNotPrinted();
-    void marksInTheFileAreNotFilled();
+    void placeholdersFromTheFileAreNotReplaced();
 
 private:
     static void addFiles();
@@ -56,8 +56,8 @@ QByteArray damaged(QByteArray bytes, QRandomGenerator &random)
     return bytes;
 }
 
-/// Fails the test if \a report says that everything comes in although objects are missing.
-void verifyHonest(const FileReport &report)
+/// Fails the test if \a report is complete although objects are missing.
+void verifyNoSilentLoss(const FileReport &report)
 {
     if (!report.found || !report.isComplete())
         return;
@@ -88,7 +88,7 @@ void tst_PrepareCheckBadInput::addFiles()
                                                     "REGION 1\n3\n50 0\n59 0\n50 0\nARC 0 0 9 9\n0 90");
 }
 
-void tst_PrepareCheckBadInput::whatIsNoFileIsUnreadable_data()
+void tst_PrepareCheckBadInput::nonFileIsUnreadable_data()
 {
     QTest::addColumn<QString>("name");
 
@@ -97,7 +97,7 @@ void tst_PrepareCheckBadInput::whatIsNoFileIsUnreadable_data()
     QTest::newRow("device") << QStringLiteral("device.mif");
 }
 
-void tst_PrepareCheckBadInput::whatIsNoFileIsUnreadable()
+void tst_PrepareCheckBadInput::nonFileIsUnreadable()
 {
     QFETCH(QString, name);
     const CheckFixture check;
@@ -144,7 +144,7 @@ void tst_PrepareCheckBadInput::damagedFileLosesNothingSilently()
     for (int run = 0; run < 500 && !QTest::currentTestFailed(); ++run) {
         check.files.writeBytes(QStringLiteral("plan.mid"), run % 3 == 0 ? damaged(records, random) : records);
         const QString fileName = check.files.writeBytes(name, damaged(text.toUtf8(), random));
-        verifyHonest(checkFile(fileName, check.options, true));
+        verifyNoSilentLoss(checkFile(fileName, check.options, true));
     }
 }
 
@@ -204,7 +204,7 @@ void tst_PrepareCheckBadInput::controlCharactersAreNotPrinted()
     QCOMPARE(described(report.findings), QStringLiteral("curves 1 @ строка 22, слой «a\uFFFD[31mb», ARC"));
 }
 
-void tst_PrepareCheckBadInput::marksInTheFileAreNotFilled()
+void tst_PrepareCheckBadInput::placeholdersFromTheFileAreNotReplaced()
 {
     const CheckFixture check;
 

@@ -28,7 +28,7 @@ public:
 
     /// A drawing. The first ones have two lines and one entity that the import does not read.
     static QStringList drawing(int number) { return Drawer(number).drawEntities(number); }
-    /// Lines behind DATA. \a records receives the MID records.
+    /// The lines after DATA. \a records receives the MID records.
     QStringList mif(QStringList &records);
 
 private:
@@ -203,7 +203,7 @@ QVector<Drawer::Entity> Drawer::unreadEntities()
             &Drawer::invented, &Drawer::incompleteLine};
 }
 
-// A third of the drawings has only what the import reads, another third little else.
+// A third of the drawings contains only entities that the import reads, another third one other entity.
 QStringList Drawer::drawEntities(int number)
 {
     const QVector<Entity> read = readEntities();
@@ -250,7 +250,7 @@ QStringList Drawer::mif(QStringList &records)
     return lines;
 }
 
-/// Fails the test if \a report says that everything comes in when it does not. Adds to \a completeCount otherwise.
+/// Fails the test if \a report is complete although objects are missing. Counts complete reports in \a completeCount.
 void compareWithGdal(const FileReport &report, int number, int &completeCount)
 {
     QVERIFY2(report.found.has_value(), qPrintable(QStringLiteral("file %1 is not opened").arg(number)));

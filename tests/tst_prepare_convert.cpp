@@ -15,8 +15,8 @@ private Q_SLOTS:
     void fieldsNameObjectsAndPoints();
     void idIsTheSecondField();
     void missingDesignationIsLeftToTheImport();
-    void namesAreFitForAField_data();
-    void namesAreFitForAField();
+    void namesAreAdaptedToAField_data();
+    void namesAreAdaptedToAField();
     void vertexTakesTheNumberOfAPoint();
     void unusablePointsAreLeftOut_data();
     void unusablePointsAreLeftOut();
@@ -155,7 +155,7 @@ void tst_PrepareConvert::missingDesignationIsLeftToTheImport()
     QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 0 0, н2 4 0]; ЗУ2 [н1 0 0, н2 4 0]; Б [н1 0 0, н2 4 0]"));
 }
 
-void tst_PrepareConvert::namesAreFitForAField_data()
+void tst_PrepareConvert::namesAreAdaptedToAField_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("def");
@@ -177,7 +177,7 @@ void tst_PrepareConvert::namesAreFitForAField_data()
     row("255 bytes", QString(255, QLatin1Char('x')), QString(254, QLatin1Char('x')), "long-text 1");
 }
 
-void tst_PrepareConvert::namesAreFitForAField()
+void tst_PrepareConvert::namesAreAdaptedToAField()
 {
     QFETCH(QString, name);
     QFETCH(QString, def);

@@ -59,7 +59,7 @@ void tst_PrepareConvertMif::oddFilesComeIn_data()
         QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
             region,
         QStringLiteral("A\t1\nB\t2"));
-    row("empty first field behind a tab",
+    row("empty first field after a tab",
         QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
             region,
         QStringLiteral("\t1\nB\t2"), "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");

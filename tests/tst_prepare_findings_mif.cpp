@@ -23,8 +23,8 @@ private Q_SLOTS:
     void systemIsFound();
     void encodingIsFound_data();
     void encodingIsFound();
-    void bytesCountMoreThanTheHeader_data();
-    void bytesCountMoreThanTheHeader();
+    void bytesOutweighTheHeader_data();
+    void bytesOutweighTheHeader();
     void byteOrderMarkOverridesTheEncoding();
     void midFileDoesNotMatterWithoutSearch();
     void midFileOfThePointsIsFound();
@@ -113,7 +113,7 @@ void tst_PrepareFindingsMif::midFileIsFound_data()
     const auto add = [](const char *name, const char *mif, const char *mid, const char *findings) {
         QTest::newRow(name) << QString::fromUtf8(mif) << QString::fromUtf8(mid) << QString::fromUtf8(findings);
     };
-    add("beside", "a.mif", "a.mid", "");
+    add("same case", "a.mif", "a.mid", "");
     add("the last letter small", "A.MIF", "A.MId", "");
     add("missing", "a.mif", "b.mid", "mid-missing 1 @ файл a.mid");
     add("capitals", "a.mif", "a.MID", "mid-name-case 1 @ файл a.mid");
@@ -155,7 +155,7 @@ void tst_PrepareFindingsMif::stopIsFound_data()
 {
     addColumns();
     constexpr auto records = "1\n2";
-    add("count beside", "PLINE 2\n0 0\n9 0\nLINE 0 20 9 20", records, "");
+    add("count on the same line", "PLINE 2\n0 0\n9 0\nLINE 0 20 9 20", records, "");
     add("count on the next line", "PLINE\n2\n0 0\n9 0\nLINE 0 20 9 20", records, "pline-count 1 @ строка 5, PLINE");
     add("one of several parts", "PLINE MULTIPLE 1\n2\n0 0\n9 0\nLINE 0 20 9 20", records,
         "pline-count 1 @ строка 5, PLINE");
@@ -189,7 +189,7 @@ void tst_PrepareFindingsMif::lostContentIsFound_data()
     add("collection", "LINE 0 0 9 0\nCOLLECTION 2\nREGION 1\n4\n0 0\n9 0\n9 9\n0 0\nPLINE 2\n0 0\n9 9\nLINE 0 20 9 20",
         "1\n2\n3", "collection 1 @ строка 6, COLLECTION");
     add("points only", "POINT 0 0", "1", "nothing-imported 1");
-    add("objects that are none", "NONE", "1", "nothing-imported 1");
+    add("empty objects", "NONE", "1", "nothing-imported 1");
 }
 
 void tst_PrepareFindingsMif::ringAndNameAreFound_data()
@@ -280,7 +280,7 @@ void tst_PrepareFindingsMif::encodingIsFound()
     QTEST(described(report.findings), "findings");
 }
 
-void tst_PrepareFindingsMif::bytesCountMoreThanTheHeader_data()
+void tst_PrepareFindingsMif::bytesOutweighTheHeader_data()
 {
     QTest::addColumn<QByteArray>("written");
     QTest::addColumn<QString>("findings");
@@ -289,7 +289,7 @@ void tst_PrepareFindingsMif::bytesCountMoreThanTheHeader_data()
     QTest::newRow("in another code page") << QByteArray("IBM866") << QStringLiteral("encoding 1 @ MID, запись 1");
 }
 
-void tst_PrepareFindingsMif::bytesCountMoreThanTheHeader()
+void tst_PrepareFindingsMif::bytesOutweighTheHeader()
 {
     QFETCH(QByteArray, written);
     CheckFixture check;
