@@ -2,6 +2,7 @@
 
 #include "checkfillings.h"
 #include "drawingview.h"
+#include "gdalmessage.h"
 #include "mifview.h"
 
 #include <QFile>
@@ -36,7 +37,7 @@ private:
     unsigned kindsOf(const OGRGeometry &geometry);
     unsigned kindsOfParts(const OGRGeometryCollection &collection);
     void draw(const OGRGeometry &geometry);
-    bool hasRoom(qint64 count);
+    bool takeRoom(qint64 count);
 
     FoundContent &m_content;
     CheckFillings m_fillings;
@@ -46,7 +47,7 @@ private:
     OGREnvelope m_box;
 };
 
-bool ContentReader::hasRoom(qint64 count)
+bool ContentReader::takeRoom(qint64 count)
 {
     m_drawnCount += count;
     const bool ok = m_forPicture && m_drawnCount <= maxDrawnVertices;
@@ -63,7 +64,7 @@ void ContentReader::draw(const OGRGeometry &geometry)
     if (!linear)
         return;
     const auto drawLine = [this](const OGRSimpleCurve &line) {
-        if (!hasRoom(line.getNumPoints()))
+        if (!takeRoom(line.getNumPoints()))
             return;
         QVector<QPointF> outline;
         outline.reserve(line.getNumPoints());
@@ -134,7 +135,7 @@ void ContentReader::read(OGRFeature &feature)
         return;
     }
     ++m_content.points;
-    if (wkbFlatten(geometry->getGeometryType()) == wkbPoint && hasRoom(1))
+    if (wkbFlatten(geometry->getGeometryType()) == wkbPoint && takeRoom(1))
         m_content.places.append({geometry->toPoint()->getX(), geometry->toPoint()->getY()});
 }
 
@@ -152,7 +153,7 @@ void ContentReader::removeFillings()
 FoundContent findContent(const QString &fileName, bool forPicture)
 {
     GDALAllRegister();
-    CPLPushErrorHandler(CPLQuietErrorHandler);
+    GdalMessages messages;
     FoundContent content;
     const bool isDrawing = formatOf(fileName) == Format::Dxf;
     const char *const drivers[] = {isDrawing ? "DXF" : "MapInfo File", nullptr};
@@ -175,17 +176,16 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     qint64 count = 0;
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);
-        CPLErrorReset();
         for (OGRFeatureUniquePtr feature{layer.GetNextFeature()}; feature; feature.reset(layer.GetNextFeature())) {
             reader.read(*feature);
             ++count;
         }
-        content.isReadToEnd = content.isReadToEnd && CPLGetLastErrorType() < CE_Failure;
     }
-    if (!isDrawing && count != copy.counts().objects)
+    if (content.isOpened)
+        content.readError = messages.takeError();
+    if (!content.readError.isEmpty() || (!isDrawing && count != copy.counts().objects))
         content.isReadToEnd = false;
     content.fitsDegrees = reader.fitsDegrees();
-    CPLPopErrorHandler();
     reader.removeFillings();
     return content;
 }

@@ -14,8 +14,9 @@ struct FoundContent
     /// Objects that a complete import would give.
     qint64 outlined() const { return areas + lines; }
 
-    bool isOpened = false;    ///< false: GDAL cannot open the file, and all numbers are 0
+    bool isOpened = false;    ///< false: GDAL cannot open the file, and all counts are 0
     bool isReadToEnd = false; ///< GDAL reports no error while it reads the features
+    QString readError;        ///< its first error; empty: none
     qint64 excessLine = 0;    ///< of an insertion that draws too many copies, so the drawing is not opened; 0: none
     qint64 areas = 0;         ///< features with areas; a collection with areas and lines counts in both
     qint64 lines = 0;
@@ -25,11 +26,11 @@ struct FoundContent
     QSet<QString> fillings; ///< handles of the areas that fill outlines of a drawing; they do not count
 
     QVector<QVector<QPointF>> outlines; ///< for a picture; empty unless requested
-    QVector<QPointF> places;            ///< points that are no texts
+    QVector<QPointF> places;            ///< positions of points other than texts
     bool fitsDegrees = false;           ///< all coordinates can be longitude and latitude
-    bool isDrawnWhole = true;           ///< false: there were more vertices than a picture takes
+    bool isDrawnWhole = true;           ///< false: the file has more vertices than a picture takes
 };
 
-/// Counts the features of \a fileName by their geometry, one at a time. With \a forPicture keeps their vertices, too,
-/// up to a limit.
+/// Counts the features of \a fileName by their geometry. With \a forPicture also collects their vertices, up to a
+/// limit.
 FoundContent findContent(const QString &fileName, bool forPicture);

@@ -1,5 +1,5 @@
-// A conversion reads the source, names its objects and points, writes them, imports the result for comparison, and only
-// then puts it in its place.
+// A conversion reads the source, names its objects and points, writes them to temporary files, imports these for
+// comparison, and only then moves them to their final place.
 
 #include "convert.h"
 
@@ -19,35 +19,13 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
-#include <cpl_error.h>
-
 #include <memory>
 #include <new>
 #include <vector>
 
 namespace {
 
-// Keeps GDAL from printing. Its errors become part of our messages, its warnings part of the report.
-class GdalMessages
-{
-public:
-    explicit GdalMessages(ConvertContent &content) { CPLPushErrorHandlerEx(receive, &content); }
-    ~GdalMessages() { CPLPopErrorHandler(); }
-    GdalMessages(const GdalMessages &) = delete;
-    GdalMessages &operator=(const GdalMessages &) = delete;
-
-private:
-    static void CPL_STDCALL receive(CPLErr type, CPLErrorNum /*number*/, const char *message)
-    {
-        if (type != CE_Warning)
-            return;
-        ConvertContent &content = *static_cast<ConvertContent *>(CPLGetErrorHandlerUserData());
-        if (++content.notes[QStringLiteral("gdal-warning")] == 1)
-            content.firstWarning = gdalMessage(message);
-    }
-};
-
-// Printed when the progress is gone.
+/// The result of a conversion, printed after the progress line has been cleared.
 struct Outcome
 {
     ExitStatus status = Complete;
@@ -115,21 +93,21 @@ bool nameContent(const ConvertOptions &options, ConvertContent &content, Convert
     return true;
 }
 
-// What is known of the source after reading it.
+/// Facts about the source that are needed after it has been closed.
 struct SourceFacts
 {
     SourceEncoding encoding;
     std::unique_ptr<OGRSpatialReference> srs;
 };
 
-// Closes the source at the end, which may hold a copy of the input in memory.
-Outcome readContent(const ConvertOptions &options, ConvertContent &content, SourceFacts &facts,
+// The source is closed on return, because it may hold a copy of the input in memory.
+Outcome readContent(const ConvertOptions &options, ConvertContent &content, SourceFacts &facts, GdalMessages &messages,
                     ConvertProgress &progress)
 {
     ConvertSource source(options, content);
     if (!source.open())
         return ConvertProgress::isInterrupted() ? interrupted() : Outcome{Unreadable, source.error()};
-    ConvertReader reader(options, source, content, progress);
+    ConvertReader reader(options, source, content, messages, progress);
     const ReadFailure failure = reader.read();
     facts.encoding = source.encoding();
     facts.srs = reader.takeSpatialReference();
@@ -137,7 +115,7 @@ Outcome readContent(const ConvertOptions &options, ConvertContent &content, Sour
                                         : readFailed(failure, options, source.withPlaceInInput(reader.error()));
 }
 
-// GDAL does not report every failure to write.
+// GDAL does not report every failure to write, such as a full disk.
 Outcome writeFailed(const ConvertOptions &options, const QString &error)
 {
     constexpr qint64 block = 65536;
@@ -163,6 +141,14 @@ Outcome writeContent(const ConvertOptions &options, ConvertContent &content, con
     return output.commit() ? Outcome() : Outcome{Incomplete, output.error()};
 }
 
+void addWarnings(const GdalMessages &messages, ConvertContent &content)
+{
+    if (messages.warningCount() == 0)
+        return;
+    content.notes[QStringLiteral("gdal-warning")] = messages.warningCount();
+    content.firstWarning = messages.firstWarning();
+}
+
 Outcome convert(const ConvertOptions &options)
 {
     // The signals are watched before there is a temporary folder, and until it is removed.
@@ -176,9 +162,9 @@ Outcome convert(const ConvertOptions &options)
                    : Outcome{Incomplete, output.error()};
     Interruption::setTemporaryFiles(output.temporaryPaths());
     ConvertContent content;
-    const GdalMessages messages(content);
+    GdalMessages messages;
     SourceFacts facts;
-    Outcome outcome = readContent(options, content, facts, progress);
+    Outcome outcome = readContent(options, content, facts, messages, progress);
     if (outcome.status != Complete)
         return outcome;
     if (!nameContent(options, content, progress))
@@ -187,6 +173,7 @@ Outcome convert(const ConvertOptions &options)
     if (content.objects.empty() && content.points.empty())
         return nothingToImport(options, content);
     outcome = writeContent(options, content, facts.srs.get(), output, progress);
+    addWarnings(messages, content);
     if (outcome.status == Complete)
         outcome.text = options.json ? convertJson(options, content, facts.encoding)
                                     : convertText(options, content, facts.encoding);

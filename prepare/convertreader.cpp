@@ -3,7 +3,6 @@
 #include "convertreader.h"
 
 #include "convertfillings.h"
-#include "gdalmessage.h"
 
 #include <cpl_error.h>
 #include <ogrsf_frmts.h>
@@ -101,10 +100,11 @@ bool fitsDegrees(OGRLayer &layer)
 } // namespace
 
 ConvertReader::ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content,
-                             ConvertProgress &progress)
+                             GdalMessages &messages, ConvertProgress &progress)
     : m_options(options),
       m_source(source),
       m_content(content),
+      m_messages(messages),
       m_progress(progress),
       m_shapes(content, options.deviation, options.swapXY)
 {
@@ -184,24 +184,29 @@ ReadFailure ConvertReader::checkCount(qint64 featureCount)
     return ReadFailure::None;
 }
 
+// After an error GDAL may pass over entities without another one. It reads the blocks of a drawing when it opens it.
 ReadFailure ConvertReader::readFeatures(OGRLayer &layer)
 {
     m_progress.begin(QStringLiteral("Reading"), m_source.isDxf() ? 0 : layer.GetFeatureCount(FALSE));
     layer.ResetReading();
+    if (!m_source.isDxf())
+        m_messages.takeError();
     for (qint64 count = 0;; ++count) {
-        CPLErrorReset();
         const OGRFeatureUniquePtr feature(layer.GetNextFeature());
-        // The end of a layer and a failure to read on differ only in the error.
+        const QString error = m_messages.takeError();
+        if (!error.isNull())
+            return fail(ReadFailure::Input, error);
         if (feature == nullptr)
-            return CPLGetLastErrorType() < CE_Failure ? checkCount(count) : fail(ReadFailure::Input, lastGdalMessage());
+            return checkCount(count);
         if (isWanted(*feature))
             readFeature(*feature);
+        m_messages.takeError(); // of a transformation that fails
         if (!m_progress.advance())
             return ReadFailure::Interrupted;
     }
 }
 
-// The field of the name that the user gives; of a MIF file the first one, from which the import takes it.
+// Returns the field that the user names; without a name the first one of a MIF file, as in the import; otherwise -1.
 int ConvertReader::nameField(const OGRFeatureDefn &fields, const QString &name)
 {
     if (name.isEmpty())
@@ -289,7 +294,7 @@ ReadFailure ConvertReader::readSystems()
                                         : readSystem(QStringLiteral("--source-crs"), m_options.sourceCrs, m_sourceSrs);
 }
 
-ReadFailure ConvertReader::checkNames()
+ReadFailure ConvertReader::checkRequestedNames()
 {
     for (const QString &name : m_options.layers) {
         if (!m_seenLayers.contains(name))
@@ -318,5 +323,5 @@ ReadFailure ConvertReader::read()
     // Only drawings have both the outline of an area and its hatch.
     if (m_source.isDxf())
         removeFillings(m_content);
-    return failure != ReadFailure::None ? failure : checkNames();
+    return failure != ReadFailure::None ? failure : checkRequestedNames();
 }

@@ -5,6 +5,7 @@
 #include "convertprogress.h"
 #include "convertshapes.h"
 #include "convertsource.h"
+#include "gdalmessage.h"
 
 #include <ogr_spatialref.h>
 
@@ -19,10 +20,10 @@ class ConvertReader
 {
 public:
     /// All references must outlive the reader.
-    ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content,
+    ConvertReader(const ConvertOptions &options, ConvertSource &source, ConvertContent &content, GdalMessages &messages,
                   ConvertProgress &progress);
 
-    /// On a failure, error() describes it.
+    /// Returns why not all was read; error() then describes it.
     ReadFailure read();
 
     const QString &error() const { return m_error; }
@@ -43,7 +44,7 @@ private:
     ReadFailure fail(ReadFailure failure, const QString &text);
     ReadFailure readSystem(const QString &option, const QString &name, std::unique_ptr<OGRSpatialReference> &system);
     ReadFailure readSystems();
-    ReadFailure checkNames();
+    ReadFailure checkRequestedNames();
     ReadFailure readLayer(OGRLayer &layer);
     ReadFailure prepareLayer(OGRLayer &layer);
     const OGRSpatialReference *systemOf(OGRLayer &layer);
@@ -59,13 +60,14 @@ private:
     const ConvertOptions &m_options;
     ConvertSource &m_source;
     ConvertContent &m_content;
+    GdalMessages &m_messages;
     ConvertProgress &m_progress;
     ShapeCollector m_shapes;
     Fields m_fields;
     std::unique_ptr<OGRSpatialReference> m_sourceSrs; ///< null: the one that the layer names
     std::unique_ptr<OGRSpatialReference> m_srs;
     std::unique_ptr<OGRCoordinateTransformation> m_transformation;
-    QStringList m_seenLayers; ///< of the names asked for
+    QStringList m_seenLayers; ///< the requested ones, and all others that were read
     QStringList m_seenFields;
     QString m_error;
 };

@@ -4,6 +4,7 @@
 #include "printable.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <cstdlib>
@@ -47,13 +48,13 @@ Finding findingOf(const FindingRule &rule, const Detection &detection, bool isCo
 /// What the findings so far account for.
 struct Accounted
 {
-    void add(const FindingRule &rule, const Detection &detection, const Stop &stop);
+    void add(const FindingRule &rule, const Detection &detection, const Stop &importStop);
 
     bool loss = false;
     bool stop = false;
 };
 
-// The scan and the import may disagree about the line by one, at the end of the file.
+// At the end of the file the line numbers of the scan and of the import may differ by one.
 void Accounted::add(const FindingRule &rule, const Detection &detection, const Stop &importStop)
 {
     loss = loss || rule.accounts != Accounts::Nothing;
@@ -147,6 +148,18 @@ Detection detectMoreObjects(const Evidence &evidence, const Accounted & /*accoun
     return {objects - outlined, {}, {QString::number(objects), QString::number(outlined)}};
 }
 
+// After an error GDAL may pass over entities, so neither the comparison nor the converted file would be whole.
+Detection detectReadError(const Evidence &evidence, const Accounted & /*accounted*/)
+{
+    static const QRegularExpression line(QStringLiteral(" line (\\d+) of .*$"));
+    QString error = evidence.found.readError;
+    if (error.isEmpty() || evidence.outcome.stop.kind != Stop::Nowhere || evidence.facts.isTruncated)
+        return {};
+    const QString number = line.match(error).captured(1);
+    const QString place = number.isEmpty() ? QString() : QStringLiteral("строка %1").arg(number);
+    return {1, place, {error.replace(line, QStringLiteral(" line \\1"))}};
+}
+
 /// A rule that applies when the others do not account for what the import gives.
 struct GeneralRule
 {
@@ -167,6 +180,12 @@ const QVector<GeneralRule> &generalRules()
           QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2."),
           QStringLiteral("Сравните загруженное с чертежом")},
          detectFewerObjects},
+        {{"read-error", Severity::Warning, Accounts::Nothing, Conversion::Useless, nullptr,
+          QStringLiteral(
+              "Сравнить импорт с содержимым файла не удалось: GDAL прочла его с ошибкой, и convert может его "
+              "не взять. Её сообщение: %1"),
+          QStringLiteral("Исправьте это место или сохраните файл заново")},
+         detectReadError},
         {{"more-objects", Severity::Note, Accounts::Nothing, Conversion::Useless, nullptr,
           QStringLiteral("Объектов загрузится %1, а площадей и линий в файле %2: часть их другая программа чтения "
                          "(GDAL) не видит, и в преобразованном файле их не будет."),

@@ -61,6 +61,13 @@ Input written(const QStringList &lines)
     return input;
 }
 
+/// A line, a block with another line and \a insertions of it.
+Input drawnWithBlock(const QByteArray &insertions)
+{
+    return written(pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 BLOCKS|0 BLOCK|8 0|2 A|70 0|10 0|20 0|" + lineEntity +
+                         "|0 ENDBLK|0 ENDSEC|0 SECTION|2 ENTITIES|" + far + insertions + "|0 ENDSEC|0 EOF"));
+}
+
 Input mapped(const char *data, const char *records, const QString &header = mifHeader)
 {
     Input input;
@@ -108,10 +115,7 @@ Conversions drawingConversions()
         {"leading-comment", written(pairs("999 comment") + drawing(far))},
         {"first-section", written(pairs("0 SECTION|2 ENTITIES|" + far + "|0 ENDSEC|0 EOF"))},
         {"stops-early", drawn("0 LWPOLYLINE|8 0|90 3|70 0|10 0|20 0|10 9|20 0|" + far)},
-        {"blocks",
-         written(pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 BLOCKS|0 BLOCK|8 0|2 A|70 0|10 0|20 0|" + far +
-                       "|0 ENDBLK|0 ENDSEC|0 SECTION|2 ENTITIES|0 INSERT|8 0|2 A|10 0|20 0|0 INSERT|8 0|" +
-                       "2 A|10 0|20 50|0 ENDSEC|0 EOF"))},
+        {"blocks", drawnWithBlock("|0 INSERT|8 0|2 A|10 0|20 0|0 INSERT|8 0|2 A|10 0|20 50")},
         {"nothing-imported", drawn(arc.mid(1))},
         {"curves", drawn(far + arc)},
         {"entities-not-read", drawn(far + "|0 SOLID|8 0|10 0|20 0|11 500|21 0|12 0|22 500|13 500|23 500")},
@@ -122,6 +126,8 @@ Conversions drawingConversions()
         {"mirrored", drawn("0 LWPOLYLINE|8 0|90 2|70 0|10 10|20 0|10 500|20 0|210 0|220 0|230 -1")},
         {"fewer-objects", drawn("0 LINE|8 0|10 0|20 0|11 10|" + far)},
         {"misplaced-names", drawn(far + text("1105", "Б") + text("1205", "В") + text("1005", "А"))},
+        {"escaped-names", drawn(far + text("1005", "\\U+0416"))},
+        {"decimal-comma", drawn(far + "|0 LINE|8 0|10 0,5|20 0|11 10,5|21 0")},
     };
 }
 
@@ -154,12 +160,15 @@ QVector<Edit> drawingEdits()
         return QByteArray("|0 TEXT|8 0|10 ") + at + "|20 0|40 1|1 " + content;
     };
     const QByteArray points = "|0 POINT|8 0|10 1000|20 0|0 POINT|8 0|10 1010|20 0";
+    const QByteArray hatch = "|0 HATCH|8 0|2 SOLID|70 1|71 0|91 2|92 7|72 0|73 1|93 3|10 0|20 0|10 500|20 0|"
+                             "10 500|20 500|97 0|75 0|76 1"; // one boundary of two
     const Input shared = drawn(far + points + text("1003", "7"));
     const Input cyrillic = drawn(far + text("1005", "Участок"));
     return {
         {"not-dxf", written({QStringLiteral("1"), QStringLiteral("2")}), written(complete)},
         {"blank-line", written(blank), written(complete)},
         {"truncated", written(openDrawing(far)), written(complete)},
+        {"too-many-copies", drawnWithBlock("|0 INSERT|8 0|2 A|10 0|20 0|70 2000|71 2000"), drawnWithBlock("")},
         {"stops-early", drawn(far + "|0 LINE|10 x|20 0|11 10|21 0"), drawn(far + "|0 LINE|10 0.5|20 0|11 10|21 0")},
         {"mesh",
          drawn("0 POLYLINE|8 0|66 1|70 16|71 2|72 2|0 VERTEX|8 0|10 0|20 0|0 VERTEX|8 0|10 90|20 0|0 VERTEX|8 0|"
@@ -173,6 +182,7 @@ QVector<Edit> drawingEdits()
          with(drawn(far + text("1105", "Б") + text("1205", "В") + text("1005", "А")), &Input::searchPoints, false)},
         {"shared-names", drawn(far + second + text("1005", "ЗУ")),
          drawn(far + second + text("1005", "ЗУ") + text("2005", "ДОМ"))},
+        {"read-error", drawn(far + hatch), drawn(far)},
         {"encoding", with(cyrillic, &Input::encoding, QStringLiteral("windows-1251")), cyrillic},
         {"paper-space", drawn(far + "|0 LINE|8 0|67 1|10 0|20 0|11 10|21 0"), drawn(far)},
     };

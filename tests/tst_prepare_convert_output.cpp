@@ -162,6 +162,11 @@ void tst_PrepareConvertOutput::unusableInputIsReported_data()
         "Cannot read \"a.dxf\": The binary DXF file is damaged or ends early at byte 22.");
     row("truncated drawing", "a.dxf", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n",
         "Cannot read \"a.dxf\" to its end: ");
+    row("hatch that GDAL reads in part", "a.dxf",
+        "0\nSECTION\n2\nENTITIES\n0\nHATCH\n8\n0\n2\nSOLID\n70\n1\n71\n0\n91\n2\n92\n7\n72\n0\n73\n1\n93\n3\n"
+        "10\n0\n20\n0\n10\n5\n20\n0\n10\n5\n20\n5\n97\n0\n75\n0\n76\n1\n0\n"
+        "LINE\n8\n0\n10\n0\n20\n0\n11\n9\n21\n9\n0\nENDSEC\n0\nEOF\n",
+        "Cannot read \"a.dxf\" to its end: error at line 40 of a.dxf");
     row("truncated GeoJSON", "a.geojson", "{\"type\":\"FeatureCollection\",\"features\":[{\"type\":\"Fea",
         "Cannot read \"a.geojson\": ");
     row("truncated MIF", "a.mif",

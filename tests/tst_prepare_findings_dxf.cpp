@@ -1,6 +1,7 @@
 #include "preparetesting.h"
 
-/// The findings in drawings: each row has a drawing in which exactly one is found, or a similar one without it.
+/// The findings about the content of drawings: each row has a drawing in which exactly one is found, or a similar one
+/// without it.
 class tst_PrepareFindingsDxf : public QObject
 {
     Q_OBJECT
@@ -18,13 +19,6 @@ private Q_SLOTS:
     void blockIsFound() { compareFindings(); }
     void polylineIsFound_data();
     void polylineIsFound() { compareFindings(); }
-    void numberAndNameAreFound_data();
-    void numberAndNameAreFound() { compareFindings(); }
-    void encodingIsFound_data();
-    void encodingIsFound();
-    void layerIsReadable_data();
-    void layerIsReadable();
-    void textsDoNotMatterWithoutSearch();
     void deviationIsThatOfTheLargestArc_data();
     void deviationIsThatOfTheLargestArc();
     void unreadKindsAreCounted();
@@ -77,7 +71,7 @@ void tst_PrepareFindingsDxf::headerIsFound_data()
     add("another text", {QStringLiteral("Ведомость координат"), QStringLiteral("1 2 3")}, "not-dxf 1 @ строка 2");
     add("comment", pairs("999 written by hand") + drawing(lineEntity), "leading-comment 1 @ строка 1");
     add("two comments", pairs("999 a|999 b") + drawing(lineEntity), "leading-comment 1 @ строка 1");
-    add("comment behind", drawing("999 comment|" + lineEntity), "");
+    add("comment after the header", drawing("999 comment|" + lineEntity), "");
     add("tables first", pairs("0 SECTION|2 TABLES|0 ENDSEC") + drawing(lineEntity), "first-section 1 @ строка 4");
     add("entities only", pairs("0 SECTION|2 ENTITIES|" + lineEntity + "|0 ENDSEC|0 EOF"), "first-section 1 @ строка 4");
     add("binary", {QStringLiteral("AutoCAD Binary DXF"), QString(QChar(0x1A))}, "binary-dxf 1 @ строка 1");
@@ -90,7 +84,7 @@ void tst_PrepareFindingsDxf::stopIsFound_data()
     QStringList blank = drawing(two);
     blank.insert(20, QString());
     add("blank line", blank, "blank-line 1 @ строка 21");
-    add("blank line behind the end", drawing(lineEntity) + QStringList{QString()}, "blank-line 1 @ строка 25");
+    add("blank line after the end", drawing(lineEntity) + QStringList{QString()}, "blank-line 1 @ строка 25");
     add("blank value", drawing("0 LINE|8 |10 0|20 0|11 10|21 0"), "");
     add("no end", openDrawing(lineEntity), "truncated 1 @ строка 20");
     add("end within an entity", openDrawing(lineEntity + "|0 LINE|10 0|20 0"), "truncated 1 @ строка 26");
@@ -126,7 +120,9 @@ void tst_PrepareFindingsDxf::lostContentIsFound_data()
         "entities-not-read 1 @ строка 22, слой «0», line");
     add("text of several lines", drawing(lineEntity + "|0 MTEXT|8 Н|10 0|20 0|40 1|1 ЗУ1"),
         "texts-not-read 1 @ строка 22, слой «Н», MTEXT");
-    add("attribute", drawing(lineEntity + "|0 INSERT|8 0|2 SIGN|66 1|10 50|20 0|0 ATTRIB|8 0|10 0|20 0|40 1|1 7|2 N"),
+    add("attribute",
+        drawing(lineEntity + "|0 INSERT|8 0|2 SIGN|66 1|10 50|20 0|0 ATTRIB|8 0|10 0|20 0|40 1|1 7|2 N|"
+                             "0 SEQEND|8 0"),
         "texts-not-read 1 @ строка 34, слой «0», ATTRIB");
     add("text", drawing(lineEntity + "|0 TEXT|8 0|10 0|20 0|40 1|1 ЗУ1"), "");
     add("point", drawing(lineEntity + "|0 POINT|8 0|10 50|20 0"), "");
@@ -150,6 +146,8 @@ void tst_PrepareFindingsDxf::fillingIsNoLoss_data()
     };
     const QString lost = QStringLiteral("entities-not-read 1 @ строка 30, слой «0», HATCH");
     QTest::newRow("hatch of an outline") << outline + hatch("|5 2F", triangle) << QString() << 0;
+    QTest::newRow("hatch that GDAL reads in part") << outline + hatch("|5 2F", triangle).replace("91 1", "91 2")
+                                                   << QStringLiteral("read-error 1 @ строка 72") << 0;
     QTest::newRow("two of them") << outline + hatch("|5 2F", triangle) + hatch("|5 30", triangle) << QString() << 0;
     QTest::newRow("other hatch") << outline + hatch("|5 2F", other) << lost << 1;
     QTest::newRow("hatch without an outline")
@@ -185,9 +183,9 @@ void tst_PrepareFindingsDxf::blockIsFound_data()
     const QByteArray line = "|0 LINE|8 0|10 0|20 0|11 1|21 1";
     add("line in a block", withBlocks(block("A", line), insert("A") + '|' + insert("A")),
         "blocks 2 @ строка 48, слой «L», INSERT");
-    add("name in other letters", withBlocks(block("a", line), insert("A")), "blocks 1 @ строка 48, слой «L», INSERT");
+    add("name in another case", withBlocks(block("a", line), insert("A")), "blocks 1 @ строка 48, слой «L», INSERT");
     add("point in a block", withBlocks(block("A", "|0 POINT|8 0|10 0|20 0"), insert("A")), "");
-    add("block that nobody inserts", withBlocks(block("A", line) + '|' + block("B", {}), insert("B")), "");
+    add("block without insertion", withBlocks(block("A", line) + '|' + block("B", {}), insert("B")), "");
     add("block in a block", withBlocks(block("A", line) + '|' + block("B", '|' + insert("A")), insert("B")),
         "blocks 1 @ строка 76, слой «L», INSERT");
     const QByteArray mark = block("M", "|0 CIRCLE|8 0|10 0|20 0|40 0.5|0 LINE|8 0|10 -0.5|20 0|11 0.5|21 0");
@@ -230,131 +228,6 @@ void tst_PrepareFindingsDxf::polylineIsFound_data()
     add("arc of an old polyline",
         drawing("0 POLYLINE|8 Г|66 1|0 VERTEX|8 0|10 0|20 0|42 0.1|0 VERTEX|8 0|10 9|20 0|0 SEQEND"),
         "bulges 1 @ строка 12, слой «Г», POLYLINE");
-}
-
-void tst_PrepareFindingsDxf::numberAndNameAreFound_data()
-{
-    addColumns();
-    const auto text = [](const QByteArray &at, const QByteArray &content) {
-        return "|0 TEXT|8 0|10 " + at + "|20 0|40 1|1 " + content;
-    };
-    const auto point = [](const QByteArray &at) { return "|0 POINT|8 0|10 " + at + "|20 0"; };
-    const QByteArray second = "|0 LINE|10 100|20 0|11 110|21 0";
-    add("two positions with one number", drawing("0 LINE|10 1000|20 0|11 1000.009|21 0" + text("5", "ЗУ")),
-        "merged-numbers 2 @ объект «ЗУ», номер «н1»");
-    add("two positions far enough", drawing("0 LINE|10 1000|20 0|11 1000.011|21 0" + text("5", "ЗУ")), "");
-    add("one text at two points", drawing(lineEntity + point("0") + point("10") + text("4", "т")),
-        "merged-numbers 2 @ объект «т», номер «т»");
-    add("point without a number", drawing(lineEntity + point("0")), "empty-numbers 1 @ объект «:ЗУ1»");
-    add("point beside", drawing(lineEntity + point("5")), "");
-    add("height", drawing(lineEntity + text("5", "26.685")), "heights-as-names 1 @ объект «26.685»");
-    add("height with a comma", drawing(lineEntity + text("5", "-26,6")), "heights-as-names 1 @ объект «-26,6»");
-    add("code of a letter", drawing(lineEntity + text("5", "5\\U+0416")), "escaped-names 1 @ объект «5\\U+0416»");
-    add("code of no letter", drawing(lineEntity + text("5", "\\U+041")), "");
-    add("code of a letter in a number", drawing(lineEntity + point("0") + text("0", "\\U+0416") + text("5", "ЗУ")),
-        "escaped-names 1 @ объект «ЗУ», номер «\\U+0416»");
-    add("number with two points", drawing(lineEntity + text("5", "1.2.3")), "");
-    add("height as a point number", drawing(lineEntity + point("0") + text("0", "101.5") + text("5", "ЗУ")),
-        "heights-as-names 1 @ объект «ЗУ», номер «101.5»");
-    add("height of a point beside", drawing(lineEntity + point("50") + text("50", "101.5") + text("5", "ЗУ")), "");
-    add("two objects with one text", drawing(lineEntity + second + text("50", "ЗУ")), "shared-names 2 @ объект «ЗУ»");
-    add("two objects with two texts", drawing(lineEntity + second + text("5", "А") + text("105", "Б")), "");
-    const auto triangle = [](const QByteArray &x) {
-        return drawing("0 LWPOLYLINE|8 0|90 3|70 0|10 " + x + "7.6|20 55.7|10 " + x + "7.6|20 55.715|10 " + x +
-                       "7.615|20 55.72");
-    };
-    const QByteArray unordered = text("105", "Б") + text("205", "В") + text("5", "А");
-    add("texts not in order", drawing(lineEntity + unordered), "misplaced-names 1 @ объект «Б»");
-    add("texts not in order, with a point", drawing(lineEntity + unordered + point("50")), "");
-    add("aligned texts not in order",
-        drawing(lineEntity + text("105", "Б") + text("205", "В") + text("500", "А") + "|72 1|11 5|21 0"),
-        "misplaced-names 1 @ объект «Б»");
-    add("two texts equally near", drawing(lineEntity + "|0 TEXT|8 0|10 5|20 1|40 1|1 А|0 TEXT|8 0|10 5|20 -1|40 1|1 Б"),
-        "");
-    add("texts in order", drawing(lineEntity + text("5", "А") + text("105", "Б") + text("205", "В")), "");
-    add("degrees", triangle("3"), "degrees 3 @ объект «:ЗУ1»");
-    add("too many degrees", triangle("18"), "");
-    add("sides too long for degrees", drawing("0 LINE|10 37|20 55|11 37|21 55.021"), "");
-}
-
-void tst_PrepareFindingsDxf::encodingIsFound_data()
-{
-    QTest::addColumn<QByteArray>("page");
-    QTest::addColumn<QByteArray>("written");
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<QString>("findings");
-
-    const QString found = QStringLiteral("encoding 1 @ строка 32, слой «0», TEXT");
-    const auto add = [](const char *name, const char *page, const char *written, const char *chosen,
-                        const QString &findings) {
-        QTest::newRow(name) << QByteArray(page) << QByteArray(written) << QString::fromLatin1(chosen) << findings;
-    };
-    add("right", "ANSI_1251", "windows-1251", "windows-1251", QString());
-    add("UTF-8 chosen", "ANSI_1251", "windows-1251", "UTF-8", found);
-    add("another code page chosen", "ANSI_1251", "windows-1251", "IBM866", found);
-    add("another code page, none named", "", "windows-1251", "IBM866", QString());
-    add("UTF-8 in spite of the header", "ANSI_1251", "UTF-8", "UTF-8", QString());
-    add("UTF-8 not chosen", "ANSI_1251", "UTF-8", "windows-1251", found);
-    add("old code page", "DOS866", "IBM866", "windows-1251", found);
-}
-
-void tst_PrepareFindingsDxf::encodingIsFound()
-{
-    QFETCH(QByteArray, page);
-    QFETCH(QByteArray, written);
-    QFETCH(QString, chosen);
-    CheckFixture check;
-    check.options.encoding = chosen;
-    const QStringList lines = pairs("0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + page + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
-                                    lineEntity + "|9 x|9 x|9 x|0 TEXT|8 0|10 5|20 0|40 1|1 Участок|0 ENDSEC|0 EOF");
-
-    const QString fileName = check.files.write(QStringLiteral("plan.dxf"), lines, written.constData());
-    const FileReport report = checkFile(fileName, check.options, false);
-
-    QTEST(described(report.findings), "findings");
-}
-
-void tst_PrepareFindingsDxf::layerIsReadable_data()
-{
-    QTest::addColumn<QByteArray>("page");
-    QTest::addColumn<QByteArray>("written");
-    QTest::addColumn<QString>("chosen");
-
-    const auto add = [](const char *name, const char *page, const char *written, const char *chosen) {
-        QTest::newRow(name) << QByteArray(page) << QByteArray(written) << QString::fromLatin1(chosen);
-    };
-    add("as chosen", "", "IBM866", "IBM866");
-    add("as in the header", "ANSI_1251", "windows-1251", "IBM866");
-    add("UTF-8 in spite of the header", "ANSI_1251", "UTF-8", "windows-1251");
-    add("nothing fits", "", "windows-1251", "UTF-8");
-}
-
-// A person looks for the layer in the drawing, so its name counts, not what the import makes of it.
-void tst_PrepareFindingsDxf::layerIsReadable()
-{
-    QFETCH(QByteArray, page);
-    QFETCH(QByteArray, written);
-    CheckFixture check;
-    QFETCH(QString, chosen);
-    check.options.encoding = chosen;
-    const QStringList lines = pairs("0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + page + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
-                                    lineEntity + "|0 ARC|8 Дуги|10 0|20 0|40 5|50 0|51 90|0 ENDSEC|0 EOF");
-
-    const QString fileName = check.files.write(QStringLiteral("plan.dxf"), lines, written.constData());
-    const FileReport report = checkFile(fileName, check.options, false);
-
-    QCOMPARE(described(report.findings), QStringLiteral("curves 1 @ строка 26, слой «Дуги», ARC"));
-}
-
-void tst_PrepareFindingsDxf::textsDoNotMatterWithoutSearch()
-{
-    CheckFixture check;
-    check.options.searchPoints = false;
-    check.options.searchObjects = false;
-
-    const FileReport report = check.checkDxf(drawing(lineEntity + "|0 MTEXT|8 Н|10 0|20 0|40 1|1 ЗУ1"));
-
-    QCOMPARE(described(report.findings), QString());
 }
 
 void tst_PrepareFindingsDxf::deviationIsThatOfTheLargestArc_data()
@@ -411,7 +284,7 @@ void tst_PrepareFindingsDxf::lineIsThatOfTheFileAfterASecondPass_data()
     QTest::newRow("odd number of lines") << QStringList{QStringLiteral("999")};
 }
 
-// Without a search for points the import reads the texts in a pass of their own and goes on counting lines.
+// Without a search for points the import reads the texts in a separate pass and continues its line count.
 void tst_PrepareFindingsDxf::lineIsThatOfTheFileAfterASecondPass()
 {
     QFETCH(QStringList, end);
