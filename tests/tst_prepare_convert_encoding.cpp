@@ -86,7 +86,7 @@ void tst_PrepareConvertEncoding::placeOfAnErrorIsThatInTheInput()
 
         QCOMPARE(run.status, 3);
         QCOMPARE(run.messages,
-                 QStringLiteral("importprepare: Cannot read \"a.dxf\" to its end: error at line 14 of a.dxf"));
+                 QStringLiteral("importprepare: Cannot read \"a.dxf\" to its end: error at line 13 of a.dxf"));
     }
 }
 

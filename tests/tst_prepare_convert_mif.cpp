@@ -6,8 +6,10 @@ class tst_PrepareConvertMif : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void oddFilesComeIn_data();
-    void oddFilesComeIn();
+    void oddHeadersComeIn_data();
+    void oddHeadersComeIn() { compareImported(); }
+    void oddObjectsComeIn_data();
+    void oddObjectsComeIn() { compareImported(); }
     void midFileIsFoundInAnyCase_data();
     void midFileIsFoundInAnyCase();
     void firstFieldNamesObjectsAndPoints();
@@ -21,6 +23,9 @@ private Q_SLOTS:
     void encodingIsFound_data();
     void encodingIsFound();
     void outputIsConvertedToTheSame();
+
+private:
+    static void compareImported();
 };
 
 namespace {
@@ -33,84 +38,97 @@ const QString region = QStringLiteral("Region 1\n4\n0 0\n1 1\n2 0\n0 0\n    Cent
 const QString records = QStringLiteral("\"A\",1\n\"B\",2");
 constexpr auto bothObjects = "A [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]";
 
-} // namespace
-
-void tst_PrepareConvertMif::oddFilesComeIn_data()
+void addColumns()
 {
     QTest::addColumn<QString>("mif");
     QTest::addColumn<QString>("mid");
     QTest::addColumn<QString>("objects");
-    const auto row = [](const char *name, const QString &mif, const QString &mid = records,
-                        const char *objects = bothObjects) {
-        QTest::newRow(name) << mif << mid << QString::fromUtf8(objects);
-    };
-
-    row("usual", header + columns + data + pline + region);
-    row("count in the next line", header + columns + data + QStringLiteral("Pline\n3\n0 0\n1 1\n2 0\n") + region);
-    row("one of several sections",
-        header + columns + data + QStringLiteral("Pline Multiple 1\n3\n0 0\n1 1\n2 0\n") + region);
-    row("several sections",
-        header + columns + data + QStringLiteral("Pline Multiple 2\n2\n0 0\n1 1\n2\n2 0\n3 0\n") + region, records,
-        "A [н1 0 0, н2 1 1] [н3 2 0, н4 3 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
-    row("no character set", QStringLiteral("Version 300\nDelimiter \",\"\n") + columns + data + pline + region);
-    row("character set with a blank", QStringLiteral("Version 300\nCharset \"Windows Cyrillic\"\nDelimiter \",\"\n") +
-                                          columns + data + pline + region);
-    row("tab between fields",
-        QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
-            region,
-        QStringLiteral("A\t1\nB\t2"));
-    row("empty first field after a tab",
-        QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
-            region,
-        QStringLiteral("\t1\nB\t2"), "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
-    row("no delimiter", QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\n") + columns + data + pline + region,
-        QStringLiteral("A\t1\nB\t2"));
-    row("empty lines at the start", QStringLiteral("\n\n") + header + columns + data + pline + region);
-    row("byte order mark", QStringLiteral("\uFEFF") + header + columns + data + pline + region);
-    row("columns with the names of keywords",
-        header + QStringLiteral("Columns 3\n  Charset Char(20)\n  Columns Char(5)\n  Data Integer\n") + data + pline +
-            region,
-        QStringLiteral("A,x,1\nB,x,2"));
-    row("Windows line ends",
-        QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1String("\r\n")));
-    row("bare carriage returns",
-        QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1Char('\r')),
-        QStringLiteral("\"A\",1\r\"B\",2\r"));
-    row("tabs behind keywords", header + columns + data +
-                                    QStringLiteral("Pline\t3\n0\t0\n1\t1\n2\t0\n\tPen\t(1,2,0)\n") +
-                                    QString(region).replace(QLatin1String("Region "), QLatin1String("Region\t")));
-    row("blank line in an object", header + columns + data + QStringLiteral("Pline 3\n0 0\n\n1 1\n2 0\n") + region);
-    row("vertices behind the count", header + columns + data + QStringLiteral("Pline 3 0 0 1 1 2 0\n") + region);
-    row("coordinates in the next line", header + columns + data + pline + QStringLiteral("Line\n0 0 1 1\n"), records,
-        "A [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1]");
-    row("rings counted in the next line",
-        header + columns + data + pline + QStringLiteral("Region\n1\n4\n0 0\n1 1\n2 0\n0 0\n"));
-    row("ring without a count of rings",
-        header + columns + data + pline + QStringLiteral("Region\n4\n0 0\n1 1\n2 0\n0 0\n"));
-    row("wrong attribute", header + columns + data + pline + region + QStringLiteral("Point 9 9\n    Symbol (3\n"),
-        QStringLiteral("A,1\nB,2\nC,3"));
-    row("collection in a collection",
-        header + columns + data + pline + QStringLiteral("Collection 1\nCollection 1\n") + region);
-    row("record of too few fields", header + columns + data + pline + region, QStringLiteral("A\nB,2"));
-    row("line end in a record",
-        header + QStringLiteral("Columns 2\n  n Char(20)\n  k Char(9)\n") + data + pline + region,
-        QStringLiteral("A,\"x\ny\"\nB,2"));
-    row("ring that is not closed", header + columns + data + pline + QStringLiteral("Region 1\n3\n0 0\n1 1\n2 0\n"));
-    row("no columns", header + QStringLiteral("Columns 0\n") + data + pline + region, QString(),
-        "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
-    row("no columns, but records", header + data + pline + region, QStringLiteral("A,1\nB,2"));
-    row("no column, but records", header + QStringLiteral("Columns 0\n") + data + pline + region,
-        QStringLiteral("A,1\nB,2"));
-    row("no columns and no records", header + data + pline + region, QString(),
-        "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
-    row("region with a hole",
-        header + columns + data + QStringLiteral("Region 2\n4\n0 0\n9 0\n9 9\n0 0\n4\n2 1\n3 1\n3 2\n2 1\n"), records,
-        "A [н1 0 0, н2 9 0, н3 9 9, н1 0 0] [н4 2 1, н5 3 1, н6 3 2, н4 2 1]");
-    row("rectangle", header + columns + data + QStringLiteral("Rect 0 0 4 3\n"), records,
-        "A [н1 0 0, н2 4 0, н3 4 3, н4 0 3, н1 0 0]");
 }
 
-void tst_PrepareConvertMif::oddFilesComeIn()
+void addFile(const char *name, const QString &mif, const QString &mid = records, const char *objects = bothObjects)
+{
+    QTest::newRow(name) << mif << mid << QString::fromUtf8(objects);
+}
+
+} // namespace
+
+void tst_PrepareConvertMif::oddHeadersComeIn_data()
+{
+    addColumns();
+    addFile("usual", header + columns + data + pline + region);
+    addFile("no character set", QStringLiteral("Version 300\nDelimiter \",\"\n") + columns + data + pline + region);
+    addFile("character set with a blank",
+            QStringLiteral("Version 300\nCharset \"Windows Cyrillic\"\nDelimiter \",\"\n") + columns + data + pline +
+                region);
+    addFile("tab between fields",
+            QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
+                region,
+            QStringLiteral("A\t1\nB\t2"));
+    addFile("empty first field after a tab",
+            QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \"\t\"\n") + columns + data + pline +
+                region,
+            QStringLiteral("\t1\nB\t2"), "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    addFile("no delimiter",
+            QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\n") + columns + data + pline + region,
+            QStringLiteral("A\t1\nB\t2"));
+    addFile("empty lines at the start", QStringLiteral("\n\n") + header + columns + data + pline + region);
+    addFile("byte order mark", QStringLiteral("\uFEFF") + header + columns + data + pline + region);
+    addFile("columns with the names of keywords",
+            header + QStringLiteral("Columns 3\n  Charset Char(20)\n  Columns Char(5)\n  Data Integer\n") + data +
+                pline + region,
+            QStringLiteral("A,x,1\nB,x,2"));
+    addFile("Windows line ends",
+            QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1String("\r\n")));
+    addFile("bare carriage returns",
+            QString(header + columns + data + pline + region).replace(QLatin1Char('\n'), QLatin1Char('\r')),
+            QStringLiteral("\"A\",1\r\"B\",2\r"));
+    addFile("record of too few fields", header + columns + data + pline + region, QStringLiteral("A\nB,2"));
+    addFile("line end in a record",
+            header + QStringLiteral("Columns 2\n  n Char(20)\n  k Char(9)\n") + data + pline + region,
+            QStringLiteral("A,\"x\ny\"\nB,2"));
+    addFile("no columns", header + QStringLiteral("Columns 0\n") + data + pline + region, QString(),
+            "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    addFile("no columns, but records", header + data + pline + region, QStringLiteral("A,1\nB,2"));
+    addFile("no column, but records", header + QStringLiteral("Columns 0\n") + data + pline + region,
+            QStringLiteral("A,1\nB,2"));
+    addFile("no columns and no records", header + data + pline + region, QString(),
+            "ЗУ1 [н1 0 0, н2 1 1, н3 2 0]; ЗУ2 [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+}
+
+void tst_PrepareConvertMif::oddObjectsComeIn_data()
+{
+    addColumns();
+    addFile("count in the next line", header + columns + data + QStringLiteral("Pline\n3\n0 0\n1 1\n2 0\n") + region);
+    addFile("one of several sections",
+            header + columns + data + QStringLiteral("Pline Multiple 1\n3\n0 0\n1 1\n2 0\n") + region);
+    addFile("several sections",
+            header + columns + data + QStringLiteral("Pline Multiple 2\n2\n0 0\n1 1\n2\n2 0\n3 0\n") + region, records,
+            "A [н1 0 0, н2 1 1] [н3 2 0, н4 3 0]; B [н1 0 0, н2 1 1, н3 2 0, н1 0 0]");
+    addFile("tabs behind keywords", header + columns + data +
+                                        QStringLiteral("Pline\t3\n0\t0\n1\t1\n2\t0\n\tPen\t(1,2,0)\n") +
+                                        QString(region).replace(QLatin1String("Region "), QLatin1String("Region\t")));
+    addFile("blank line in an object", header + columns + data + QStringLiteral("Pline 3\n0 0\n\n1 1\n2 0\n") + region);
+    addFile("vertices behind the count", header + columns + data + QStringLiteral("Pline 3 0 0 1 1 2 0\n") + region);
+    addFile("coordinates in the next line", header + columns + data + pline + QStringLiteral("Line\n0 0 1 1\n"),
+            records, "A [н1 0 0, н2 1 1, н3 2 0]; B [н1 0 0, н2 1 1]");
+    addFile("rings counted in the next line",
+            header + columns + data + pline + QStringLiteral("Region\n1\n4\n0 0\n1 1\n2 0\n0 0\n"));
+    addFile("ring without a count of rings",
+            header + columns + data + pline + QStringLiteral("Region\n4\n0 0\n1 1\n2 0\n0 0\n"));
+    addFile("wrong attribute", header + columns + data + pline + region + QStringLiteral("Point 9 9\n    Symbol (3\n"),
+            QStringLiteral("A,1\nB,2\nC,3"));
+    addFile("collection in a collection",
+            header + columns + data + pline + QStringLiteral("Collection 1\nCollection 1\n") + region);
+    addFile("ring that is not closed",
+            header + columns + data + pline + QStringLiteral("Region 1\n3\n0 0\n1 1\n2 0\n"));
+    addFile("region with a hole",
+            header + columns + data + QStringLiteral("Region 2\n4\n0 0\n9 0\n9 9\n0 0\n4\n2 1\n3 1\n3 2\n2 1\n"),
+            records, "A [н1 0 0, н2 9 0, н3 9 9, н1 0 0] [н4 2 1, н5 3 1, н6 3 2, н4 2 1]");
+    addFile("rectangle", header + columns + data + QStringLiteral("Rect 0 0 4 3\n"), records,
+            "A [н1 0 0, н2 4 0, н3 4 3, н4 0 3, н1 0 0]");
+}
+
+void tst_PrepareConvertMif::compareImported()
 {
     QFETCH(QString, mif);
     QFETCH(QString, mid);
