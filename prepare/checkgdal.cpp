@@ -176,6 +176,9 @@ FoundContent findContent(const QString &fileName, bool forPicture)
     qint64 count = 0;
     for (int i = 0; dataset && i < dataset->GetLayerCount(); ++i) {
         OGRLayer &layer = *dataset->GetLayer(i);
+        // Errors of a coordinate system do not matter. GDAL reads the blocks of a drawing when it opens it.
+        if (layer.GetSpatialRef() != nullptr)
+            messages.takeError();
         for (OGRFeatureUniquePtr feature{layer.GetNextFeature()}; feature; feature.reset(layer.GetNextFeature())) {
             reader.read(*feature);
             ++count;
