@@ -2,11 +2,11 @@
 
 #include "picturelegend.h"
 #include "picturetesting.h"
+#include "pointertesting.h"
 
 #include <QGraphicsScene>
 #include <QSignalSpy>
 #include <QTest>
-#include <QWheelEvent>
 
 #include <cmath>
 
@@ -46,8 +46,8 @@ private:
     QWidget *viewport() const { return m_view->viewport(); }
     QPoint pixel(const QPointF &xy) const { return m_view->map().toPixels(xy).toPoint(); }
     bool isInView(const QPointF &xy) const { return m_view->map().rect().contains(m_view->map().toPixels(xy)); }
-    void wheel(const QPointF &position, int steps) const;
-    void drag(const QPoint &from, const QPoint &to) const;
+    void wheel(const QPointF &position, int steps) const { turnWheel(viewport(), position, steps); }
+    void drag(const QPoint &from, const QPoint &to) const { dragPointer(viewport(), from, to); }
 
     QScopedPointer<PictureView> m_view;
 };
@@ -72,23 +72,6 @@ void tst_WorkbenchPictureView::init()
 void tst_WorkbenchPictureView::cleanup()
 {
     m_view.reset();
-}
-
-void tst_WorkbenchPictureView::wheel(const QPointF &position, int steps) const
-{
-    QWheelEvent event(position, viewport()->mapToGlobal(position.toPoint()), QPoint(), QPoint(0, 120 * steps),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(viewport(), &event);
-}
-
-void tst_WorkbenchPictureView::drag(const QPoint &from, const QPoint &to) const
-{
-    QTest::mousePress(viewport(), Qt::LeftButton, Qt::NoModifier, from);
-    for (const QPoint &position : {(from + to) / 2, to}) {
-        QMouseEvent event(QEvent::MouseMove, position, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewport(), &event);
-    }
-    QTest::mouseRelease(viewport(), Qt::LeftButton, Qt::NoModifier, to);
 }
 
 void tst_WorkbenchPictureView::clickSelectsTheObjectInThePicture_data()

@@ -30,10 +30,6 @@ private Q_SLOTS:
     void cancelledImportKeepsTheResult();
     void partialImportShowsObjectsAndMessages();
 
-    void messagesAreShownBesideTheOpenDialog();
-    void messagesAreClearedForEachRun();
-    void messagesSurviveAPressWithoutAClick();
-    void messagesAreKeptForTheSession();
     void operationsDoNotOverlap();
     void windowStaysOpenDuringAnOperation();
 };
@@ -310,87 +306,6 @@ void tst_WorkbenchWindow::partialImportShowsObjectsAndMessages()
     QCOMPARE(fixture.shownObjects(), QStringLiteral("[a]"));
     QVERIFY(fixture.messages().contains(QStringLiteral("6")));
     QVERIFY(fixture.find<QPlainTextEdit>("messages")->isVisible());
-}
-
-void tst_WorkbenchWindow::messagesAreShownBesideTheOpenDialog()
-{
-    const WindowFixture fixture;
-    bool wasHidden = false;
-    bool isVisible = false;
-    QString shown;
-
-    fixture.run(
-        fromMif,
-        [&](DialogDriver &driver) {
-            auto *const window = driver.dialog()->findChild<MessageWindow *>();
-            wasHidden = !window->isVisible();
-            driver.press("startButton");
-            isVisible = window->isVisible();
-            shown = window->findChild<QPlainTextEdit *>()->toPlainText();
-            driver.cancel();
-        },
-        QStringLiteral("absent.mif"));
-
-    QVERIFY(wasHidden);
-    QVERIFY(isVisible);
-    QVERIFY2(shown.contains(QStringLiteral("Ошибка открытия файла absent.mif")), qPrintable(shown));
-    QVERIFY(QApplication::topLevelWidgets().contains(&fixture.window()));
-    QVERIFY(fixture.window().findChild<MessageWindow *>() == nullptr);
-}
-
-void tst_WorkbenchWindow::messagesAreClearedForEachRun()
-{
-    const WindowFixture fixture;
-    bool isVisible = true;
-    const QString plan = fixture.writePlan();
-
-    fixture.run(
-        fromMif,
-        [&](DialogDriver &driver) {
-            driver.press("startButton");
-            driver.find<QLineEdit>("objectFileNameEdit")->setText(plan);
-            driver.press("startButton");
-            isVisible = driver.dialog()->findChild<MessageWindow *>()->isVisible();
-            driver.accept();
-        },
-        QStringLiteral("absent.mif"));
-
-    QVERIFY(!isVisible);
-    QCOMPARE(fixture.status(), QStringLiteral("3 объекта, 14 вершин, 2 обозначения повторяются"));
-}
-
-void tst_WorkbenchWindow::messagesSurviveAPressWithoutAClick()
-{
-    const WindowFixture fixture;
-    bool isVisible = false;
-
-    fixture.run(
-        fromMif,
-        [&](DialogDriver &driver) {
-            driver.press("startButton");
-            auto *const button = driver.find<QPushButton>("startButton");
-            QTest::mousePress(button, Qt::LeftButton);
-            QMouseEvent leaving(QEvent::MouseMove, QPointF(-9, -9), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(button, &leaving);
-            QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, QPoint(-9, -9));
-            isVisible = driver.dialog()->findChild<MessageWindow *>()->isVisible();
-            driver.accept();
-        },
-        fixture.files().writeMif(QStringLiteral("broken"), "LINE 0 0 1 1\nLINE 0\n", "a\nb\n"));
-
-    QVERIFY(isVisible);
-    QCOMPARE(fixture.status(), QStringLiteral("1 объект, 2 вершины, 1 сообщение"));
-}
-
-void tst_WorkbenchWindow::messagesAreKeptForTheSession()
-{
-    const WindowFixture fixture;
-
-    fixture.import(QStringLiteral("first.mif"));
-    fixture.import(QStringLiteral("second.mif"));
-
-    QVERIFY(fixture.messages().contains(QStringLiteral("Ошибка открытия файла first.mif")));
-    QVERIFY(fixture.messages().contains(QStringLiteral("Ошибка открытия файла second.mif")));
 }
 
 void tst_WorkbenchWindow::operationsDoNotOverlap()
