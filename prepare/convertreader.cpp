@@ -189,6 +189,7 @@ ReadFailure ConvertReader::readFeatures(OGRLayer &layer)
 {
     m_progress.begin(QStringLiteral("Reading"), m_source.isDxf() ? 0 : layer.GetFeatureCount(FALSE));
     layer.ResetReading();
+    layer.GetSpatialRef(); // whose errors do not matter
     if (!m_source.isDxf())
         m_messages.takeError();
     for (qint64 count = 0;; ++count) {

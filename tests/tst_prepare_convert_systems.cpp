@@ -13,6 +13,7 @@ private Q_SLOTS:
     void unnamedSystemIsTakenForDegrees_data();
     void unnamedSystemIsTakenForDegrees();
     void sourceSystemOverridesTheNamedOne();
+    void sourceSystemReplacesAWrongOne();
     void targetInDegreesIsNoted();
     void deviationOfDegreesIsInMetres();
     void placesOutsideTheSystemAreLeftOut();
@@ -116,6 +117,18 @@ void tst_PrepareConvertSystems::sourceSystemOverridesTheNamedOne()
 
     QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 500000 10000000, н2 500000 10000100]"));
     QCOMPARE(fixture.list("notes"), QString());
+}
+
+void tst_PrepareConvertSystems::sourceSystemReplacesAWrongOne()
+{
+    ConvertFixture fixture;
+    fixture.files.write(QStringLiteral("a.mif"),
+                        {header + QStringLiteral("CoordSys Earth Projection 8, 1001, \"m\", 39\n"
+                                                 "Data\nLine 500000 0 500100 0\n")});
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif"), arguments("--source-crs EPSG:32637")));
+
+    QCOMPARE(fixture.imported(), QStringLiteral("ЗУ1 [н1 500000 0, н2 500100 0]"));
 }
 
 void tst_PrepareConvertSystems::targetInDegreesIsNoted()
