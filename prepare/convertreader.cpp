@@ -94,7 +94,7 @@ bool fitsDegrees(OGRLayer &layer)
         geometry->getEnvelope(&own);
         box.Merge(own);
     }
-    return box.IsInit() && box.MinX >= -180 && box.MaxX <= 180 && box.MinY >= -90 && box.MaxY <= 90;
+    return box.IsInit() != 0 && box.MinX >= -180 && box.MaxX <= 180 && box.MinY >= -90 && box.MaxY <= 90;
 }
 
 } // namespace
