@@ -12,33 +12,36 @@
 
 namespace {
 
-/// A vertex or an object by its name. Sorted by hash first, so that few texts are compared.
+/// A vertex by its number. Sorted by hash first, so that few texts are compared.
 struct Named
 {
+    const QString &name() const { return point->def; }
+
+    const DefPoint *point;
     uint hash;
-    const QString *name;
-    const DefPoint *point; ///< null for an object
-    int object;            ///< index of the object
+    int object; ///< index of the object
 };
 
 bool isSameName(const Named &a, const Named &b)
 {
-    return a.hash == b.hash && *a.name == *b.name;
+    return a.hash == b.hash && a.name() == b.name();
 }
 
+// Where an arc meets a line, the same position is often computed twice.
 bool isSamePosition(const Named &a, const Named &b)
 {
-    return a.point->x == b.point->x && a.point->y == b.point->y;
+    constexpr double rounding = 1e-8;
+    return std::fabs(a.point->x - b.point->x) <= rounding && std::fabs(a.point->y - b.point->y) <= rounding;
 }
 
 bool lessByName(const Named &a, const Named &b)
 {
-    return a.hash != b.hash ? a.hash < b.hash : *a.name < *b.name;
+    return a.hash != b.hash ? a.hash < b.hash : a.name() < b.name();
 }
 
 bool lessByPosition(const Named &a, const Named &b)
 {
-    if (a.hash != b.hash || *a.name != *b.name)
+    if (a.hash != b.hash || a.name() != b.name())
         return lessByName(a, b);
     return lessNanLast(*a.point, *b.point);
 }
@@ -86,16 +89,18 @@ bool isEscaped(const QString &name)
     return ok && begin + digits <= name.size();
 }
 
-std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects)
+std::vector<Named> numberedVertices(const QVector<DefPolygon> &objects, qint64 vertexCount)
 {
     std::vector<Named> entries;
+    // A vector that grows by doubling would take three times the memory.
+    entries.reserve(static_cast<std::size_t>(vertexCount));
     for (int i = 0; i < objects.size(); ++i) {
         for (const QVector<DefPoint> &contour : objects.at(i).contours) {
             const int count = isClosed(contour) ? contour.size() - 1 : contour.size();
             for (int k = 0; k < count; ++k) {
                 const DefPoint &vertex = contour.at(k);
                 if (!vertex.def.isEmpty())
-                    entries.push_back({qHash(vertex.def), &vertex.def, &vertex, i});
+                    entries.push_back({&vertex, qHash(vertex.def), i});
             }
         }
     }
@@ -116,7 +121,7 @@ public:
     {
         if (!m_first)
             return {};
-        return QStringLiteral("%1, номер «%2»").arg(objectPlace(objects.at(m_first->object)), *m_first->name);
+        return QStringLiteral("%1, номер «%2»").arg(objectPlace(objects.at(m_first->object)), m_first->name());
     }
 
 private:
@@ -128,17 +133,17 @@ void countNumbers(const QVector<DefPolygon> &objects, ImportStatistics &statisti
     FirstPlace shared;
     FirstPlace decimal;
     FirstPlace escaped;
-    std::vector<Named> entries = numberedVertices(objects);
+    std::vector<Named> entries = numberedVertices(objects, statistics.vertices);
     std::sort(entries.begin(), entries.end(), lessByPosition);
     forEachName(entries, [&](auto begin, auto end) {
         ++statistics.numbers;
         const auto first =
             *std::min_element(begin, end, [](const Named &a, const Named &b) { return a.object < b.object; });
-        if (isDecimal(*begin->name)) {
+        if (isDecimal(begin->name())) {
             ++statistics.decimalNames;
             decimal.add(first);
         }
-        if (isEscaped(*begin->name)) {
+        if (isEscaped(begin->name())) {
             ++statistics.escapedNames;
             escaped.add(first);
         }

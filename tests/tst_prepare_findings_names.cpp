@@ -31,6 +31,7 @@ void tst_PrepareFindingsNames::numberAndNameAreFound_data()
     add("two positions with one number", drawing("0 LINE|10 1000|20 0|11 1000.009|21 0" + text("5", "ЗУ")),
         "merged-numbers 2 @ объект «ЗУ», номер «н1»");
     add("two positions far enough", drawing("0 LINE|10 1000|20 0|11 1000.011|21 0" + text("5", "ЗУ")), "");
+    add("two positions but for rounding", drawing("0 LINE|10 1000|20 0|11 1000.000000001|21 0" + text("5", "ЗУ")), "");
     add("one text at two points", drawing(lineEntity + point("0") + point("10") + text("4", "т")),
         "merged-numbers 2 @ объект «т», номер «т»");
     add("point without a number", drawing(lineEntity + point("0")), "empty-numbers 1 @ объект «:ЗУ1»");
