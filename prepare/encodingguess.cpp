@@ -47,6 +47,30 @@ bool isRatherCyrillic(const QByteArray &bytes)
     return inRow > alone;
 }
 
+bool isFew(const QByteArray &bytes)
+{
+    constexpr int enough = 60;
+    return std::count_if(bytes.begin(), bytes.end(), [](char c) { return static_cast<uchar>(c) >= 0x80; }) < enough;
+}
+
+bool isRussianLetter(QChar c)
+{
+    return (c >= QChar(u'А') && c <= QChar(u'я')) || c == QChar(u'Ё') || c == QChar(u'ё');
+}
+
+// In a wrong encoding other characters appear, or capital letters within words.
+bool isRussian(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.unicode() >= 0x80 && !isRussianLetter(c))
+            return false;
+        if (i > 0 && isRussianLetter(c) && c.isUpper() && isRussianLetter(text.at(i - 1)) && text.at(i - 1).isLower())
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 bool isAscii(const QByteArray &bytes)
@@ -68,10 +92,13 @@ QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared)
         return {};
     if (isUtf8(bytes))
         return "UTF-8";
+    const QByteArray named = codecName(declared);
+    // Of «кв» the detector is often wrong.
+    if (!named.isEmpty() && isFew(bytes) && isRussian(QTextCodec::codecForName(named)->toUnicode(bytes)))
+        return named;
     QByteArray guess = codecName(detected(bytes));
     if (isPlausible(guess))
         return guess;
-    const QByteArray named = codecName(declared);
     const bool isWestern = named == "windows-1252" || named == "ISO-8859-1";
     const bool isWrong = named.isEmpty() || named == "UTF-8" || (isWestern && isRatherCyrillic(bytes));
     return isWrong ? QByteArray("windows-1251") : named;

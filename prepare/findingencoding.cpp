@@ -30,10 +30,12 @@ ActualEncoding actualEncoding(const FileFacts &facts)
     QTextCodec *const declared = isUtf8Drawing(facts.drawingVersion) ? nullptr : codecOfCharset(facts.declaredEncoding);
     const auto nonAsciiBytes = std::count_if(facts.nonAsciiNames.begin(), facts.nonAsciiNames.end(),
                                              [](char c) { return static_cast<uchar>(c) >= 0x80; });
-    if (nonAsciiBytes < enough)
-        return {declared, false};
+    if (nonAsciiBytes < enough && declared == nullptr)
+        return {};
+    // A conversion guesses the same.
     const QByteArray guess = guessEncoding(facts.nonAsciiNames, declared != nullptr ? declared->name() : QByteArray());
-    return {QTextCodec::codecForName(guess), true};
+    const QTextCodec *const codec = QTextCodec::codecForName(guess);
+    return {codec, nonAsciiBytes >= enough || codec != declared};
 }
 
 QString nameOf(const QTextCodec *codec)

@@ -22,6 +22,8 @@ private Q_SLOTS:
     void textsNameObjectsWithoutField();
     void encodingIsFound_data();
     void encodingIsFound();
+    void fewLettersAreReadAsNamed_data();
+    void fewLettersAreReadAsNamed();
     void outputIsConvertedToTheSame();
 
 private:
@@ -320,6 +322,34 @@ void tst_PrepareConvertMif::encodingIsFound()
     fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"%1\",1").arg(name)}, codec.constData());
 
     QVERIFY(fixture.convert(QStringLiteral("a.mif"), args));
+
+    QCOMPARE(fixture.imported(), name + QStringLiteral(" [н1 0 0, н2 1 1, н3 2 0]"));
+    QCOMPARE(fixture.report.value(QStringLiteral("sourceEncoding")).toString().toLatin1(), codec);
+}
+
+// Of so few bytes a guess alone is often wrong.
+void tst_PrepareConvertMif::fewLettersAreReadAsNamed_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("one word") << QByteArray("windows-1251") << QStringLiteral("кв");
+    QTest::newRow("letter outside the alphabet's range") << QByteArray("windows-1251") << QStringLiteral("Ёж");
+    QTest::newRow("no letters in the encoding named") << QByteArray("IBM866") << QStringLiteral("Земельный участок");
+    QTest::newRow("capital letters in words") << QByteArray("KOI8-R") << QStringLiteral("Земельный участок у реки");
+}
+
+void tst_PrepareConvertMif::fewLettersAreReadAsNamed()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QString, name);
+    ConvertFixture fixture;
+    fixture.files.write(
+        QStringLiteral("a.mif"),
+        {QStringLiteral("Version 300\nCharset \"WindowsCyrillic\"\nDelimiter \",\"\n") + columns + data + pline});
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("\"%1\",1").arg(name)}, codec.constData());
+
+    QVERIFY(fixture.convert(QStringLiteral("a.mif")));
 
     QCOMPARE(fixture.imported(), name + QStringLiteral(" [н1 0 0, н2 1 1, н3 2 0]"));
     QCOMPARE(fixture.report.value(QStringLiteral("sourceEncoding")).toString().toLatin1(), codec);

@@ -260,7 +260,7 @@ void tst_PrepareFindingsMif::encodingIsFound_data()
     QTest::newRow("right") << cyrillic << windows << record << QString();
     QTest::newRow("UTF-8 chosen") << cyrillic << utf8 << record << found;
     QTest::newRow("UTF-8 chosen, none named") << QStringLiteral("Neutral") << utf8 << record << found;
-    QTest::newRow("another code page named") << QStringLiteral("CodePage866") << windows << record << found;
+    QTest::newRow("another code page named in vain") << QStringLiteral("CodePage866") << windows << record << QString();
     QTest::newRow("Latin letters") << cyrillic << utf8 << QStringLiteral("\"Plot\",5") << QString();
     QTest::newRow("another field") << cyrillic << utf8 << QStringLiteral("\"5\",Участок") << QString();
 }
@@ -283,20 +283,25 @@ void tst_PrepareFindingsMif::encodingIsFound()
 void tst_PrepareFindingsMif::bytesOutweighTheHeader_data()
 {
     QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("findings");
 
-    QTest::newRow("as the header says") << QByteArray("windows-1251") << QString();
-    QTest::newRow("in another code page") << QByteArray("IBM866") << QStringLiteral("encoding 1 @ MID, запись 1");
+    const QString many = QStringLiteral("Земельный участок для ведения садоводства расположенный за деревней у реки");
+    const QString few = QStringLiteral("Земельный участок");
+    const QString found = QStringLiteral("encoding 1 @ MID, запись 1");
+    QTest::newRow("as the header says") << QByteArray("windows-1251") << many << QString();
+    QTest::newRow("in another code page") << QByteArray("IBM866") << many << found;
+    QTest::newRow("few letters as the header says") << QByteArray("windows-1251") << few << QString();
+    QTest::newRow("few letters in another code page") << QByteArray("IBM866") << few << found;
 }
 
 void tst_PrepareFindingsMif::bytesOutweighTheHeader()
 {
     QFETCH(QByteArray, written);
+    QFETCH(QString, text);
     CheckFixture check;
     check.options.encoding = QStringLiteral("windows-1251");
-    check.files.write(QStringLiteral("plan.mid"),
-                      {QStringLiteral("Земельный участок для ведения садоводства расположенный за деревней у реки")},
-                      written.constData());
+    check.files.write(QStringLiteral("plan.mid"), {text}, written.constData());
 
     const FileReport report = check.checkMif(line, {});
 
