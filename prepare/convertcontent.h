@@ -52,6 +52,7 @@ struct ConvertContent
     std::vector<ContentObject> objects;
     std::vector<ContentPoint> points;
     std::vector<ContentText> texts;
+    bool hasPolylineArcs = false; ///< a polyline of the drawing has arcs
 
     ContentCounts leftOut;         ///< by kind: what cannot be taken
     ContentCounts notes;           ///< by kind: what is taken, but changed or not as exact as the rest

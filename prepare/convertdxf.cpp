@@ -147,8 +147,10 @@ void DxfInspection::endPolyline()
     for (int i = 0; i < count; ++i) {
         const BulgedVertex &from = m_polyline.at(i);
         const BulgedVertex &to = m_polyline.at((i + 1) % count);
-        if (std::fabs(from.bulge) > 0)
-            arcs().addBulge(from.x, from.y, to.x, to.y, from.bulge);
+        if (!(std::fabs(from.bulge) > 0))
+            continue;
+        m_hasPolylineArcs = true;
+        arcs().addBulge(from.x, from.y, to.x, to.y, from.bulge);
     }
     m_polyline.clear();
 }

@@ -28,6 +28,8 @@ public:
     const DrawingCorrections &corrections() const { return m_corrections; }
     /// Returns the edits for a copy that GDAL reads with chords within \a deviation.
     std::vector<DrawingEdit> takeEdits(double deviation);
+    /// True if a polyline has arcs.
+    bool hasPolylineArcs() const { return m_hasPolylineArcs; }
     /// False if the pair that ends a drawing is missing.
     bool hasEnd() const { return m_hasEnd; }
     bool beginsWithHeader() const { return m_beginsWithHeader; }
@@ -77,6 +79,7 @@ private:
 
     ArcStatistics m_arcs;
     ArcStatistics m_blockArcs;
+    bool m_hasPolylineArcs = false;
     ContentCounts m_ignored;
     DrawingCorrections m_corrections;
     bool m_hasEnd = false;

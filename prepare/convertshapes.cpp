@@ -52,6 +52,12 @@ bool isSame(const ContentVertex &a, const ContentVertex &b)
     return !(a.x < b.x) && !(b.x < a.x) && !(a.y < b.y) && !(b.y < a.y);
 }
 
+bool isSameButForRounding(const ContentVertex &a, const ContentVertex &b)
+{
+    constexpr double rounding = 1e-8;
+    return std::fabs(a.x - b.x) <= rounding && std::fabs(a.y - b.y) <= rounding;
+}
+
 } // namespace
 
 ShapeCollector::ShapeCollector(ConvertContent &content, double deviation, bool swapXY)
@@ -66,10 +72,20 @@ ContentVertex ShapeCollector::vertex(double x, double y) const
     return m_swapXY ? ContentVertex{y, x} : ContentVertex{x, y};
 }
 
+// Where an arc of a polyline ends, GDAL gives two vertices.
 void ShapeCollector::appendVertices(const OGRLineString &line)
 {
-    for (int i = 0; i < line.getNumPoints(); ++i)
-        m_content.vertices.push_back(vertex(line.getX(i), line.getY(i)));
+    std::vector<ContentVertex> &vertices = m_content.vertices;
+    const std::size_t begin = vertices.size();
+    const int count = line.getNumPoints();
+    for (int i = 0; i < count; ++i) {
+        const ContentVertex next = vertex(line.getX(i), line.getY(i));
+        const bool repeats =
+            m_content.hasPolylineArcs && vertices.size() > begin && isSameButForRounding(vertices.back(), next);
+        // An object whose vertices are all in one place stays.
+        if (!repeats || (i == count - 1 && vertices.size() == begin + 1))
+            vertices.push_back(next);
+    }
 }
 
 // GDAL's own subdivision takes one angle for the whole geometry, which does not bound the deviation.

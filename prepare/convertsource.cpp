@@ -239,6 +239,7 @@ bool ConvertSource::openDxf(const QByteArray &fileName)
     if (!m_encoding.name.isEmpty())
         CPLSetThreadLocalConfigOption("DXF_ENCODING", m_encoding.name.constData());
     addNotes(scan);
+    m_content.hasPolylineArcs = scan.hasPolylineArcs();
     // GDAL reads the blocks when it opens the drawing, and the other entities later.
     setArcSteps(scan.blockArcSteps(deviation()));
     const bool ok = openDataset(isHeaderMissing ? withHeader(corrected) : corrected, nullptr);

@@ -19,6 +19,7 @@ class tst_PrepareConvertCurves : public QObject
 private Q_SLOTS:
     void chordsOfADrawingKeepTheDeviation_data();
     void chordsOfADrawingKeepTheDeviation();
+    void arcsOfAPolylineRepeatNoVertex();
     void chordsOfAGeometryKeepTheDeviation_data();
     void chordsOfAGeometryKeepTheDeviation();
     void chordsOfAMifKeepTheDeviation_data();
@@ -142,6 +143,21 @@ void tst_PrepareConvertCurves::chordsOfADrawingKeepTheDeviation()
     QVERIFY2(vertices.size() > 2 && vertices.size() <= mostVertices, qPrintable(QString::number(vertices.size())));
     QVERIFY2(ofChords <= deviation, qPrintable(QString::number(ofChords)));
     QVERIFY2(ofVertices < 1e-4, qPrintable(QString::number(ofVertices)));
+}
+
+void tst_PrepareConvertCurves::arcsOfAPolylineRepeatNoVertex()
+{
+    const auto polyline = lines("0|LWPOLYLINE|8|0|90|4|70|1|10|5000|20|5000|42|0.4|10|5100|20|5000|42|0|"
+                                "10|5100|20|5080|42|0.3|10|5000|20|5080|42|0|");
+    ConvertFixture fixture;
+    fixture.files.writeBytes(QStringLiteral("a.dxf"), polyline);
+
+    QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
+
+    const QVector<DefPoint> vertices = contourOf(fixture);
+    for (int i = 1; i < vertices.size(); ++i)
+        QVERIFY2(!(vertices.at(i) == vertices.at(i - 1)), qPrintable(QString::number(i)));
+    QVERIFY(vertices.first() == vertices.last());
 }
 
 void tst_PrepareConvertCurves::chordsOfAGeometryKeepTheDeviation_data()
