@@ -86,7 +86,7 @@ Stop::Kind stopKind(const QString &message)
         {QStringLiteral("чтения обозначения"), Stop::MidLine},
         {QStringLiteral("чтения данных"), Stop::MidLine},
     };
-    const auto kind =
+    const auto *const kind =
         std::find_if(kinds.begin(), kinds.end(), [&message](const auto &row) { return message.contains(row.first); });
     return kind != kinds.end() ? kind->second : Stop::Line;
 }

@@ -46,7 +46,7 @@ bool DxfInspection::scan(const QByteArray &fileName)
     QByteArray code;
     DrawingPair pair;
     for (pair.line = 1; !m_hasEnd && !ConvertProgress::isInterrupted() && lines.read(code); pair.line += 2) {
-        pair.code = std::atoi(code.constData());
+        pair.code = static_cast<int>(std::strtol(code.constData(), nullptr, 10));
         pair.codePosition = lines.lineBegin();
         if (!lines.read(pair.value))
             break;

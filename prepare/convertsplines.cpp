@@ -227,13 +227,14 @@ bool CurveFlattener::flatten(const SplineCurve &spline, double deviation, std::v
     const std::size_t maxVertices =
         std::max(static_cast<std::size_t>(maxChordsOfArc), static_cast<std::size_t>(pieces.count())) + 1;
     double allowed = roundingShare * deviation;
-    for (int attempt = 0;; ++attempt, allowed *= 16) {
+    for (int attempt = 0;; ++attempt) {
         const bool isLast = attempt == maxAttempts || m_chordCount > maxChordsOfCurves;
         Flattener flattener(isLast ? HUGE_VAL : allowed, maxVertices, vertices);
         const bool fits = flattener.appendAll(pieces);
         m_chordCount += static_cast<qint64>(vertices.size());
         if (fits || isLast)
             return flattener.isExact() && attempt == 0 && !isLast;
+        allowed *= 16;
     }
 }
 
