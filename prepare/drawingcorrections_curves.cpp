@@ -81,9 +81,7 @@ void DrawingCorrections::readRoundPair(const DrawingPair &pair)
     const bool isPlane = pair.code == 210 || pair.code == 220 || pair.code == 230;
     if (isCommon(pair.code) || (isPlane && m_type != "ELLIPSE"))
         m_head += pairText(pair.code, pair.value);
-    if (pair.code >= 10 && pair.code < 60)
-        m_numbers[pair.code] = drawingNumber(pair.value);
-    else if (pair.code == 230)
+    if ((pair.code >= 10 && pair.code < 60) || pair.code == 230)
         m_numbers[pair.code] = drawingNumber(pair.value);
 }
 
