@@ -19,7 +19,7 @@ public:
     /// Returns false if it cannot be read. Do not open it if excessLine() is not 0.
     bool open(const QByteArray &fileName, bool takesSymbols = true);
 
-    /// The path of GDAL to open: the file, or a copy in memory if it has symbols.
+    /// The path of GDAL to open: the file, or a copy in memory if it has symbols or ends in CR.
     const QByteArray &fileName() const { return m_fileName; }
 
     /// The line of the insertion that draws too many copies for GDAL, counted from 1; 0: none.
