@@ -1,5 +1,7 @@
 #include "checknumbers.h"
 
+#include "degreesides.h"
+
 #include "digit.h"
 
 #include <QHash>
@@ -217,31 +219,21 @@ void countNames(const QVector<DefPolygon> &objects, ImportStatistics &statistics
     }
 }
 
-bool isPossibleDegree(const DefPoint &vertex)
-{
-    return std::fabs(vertex.x) <= 180 && std::fabs(vertex.y) <= 90;
-}
-
-// Sides of plots are rarely shorter than a few centimetres, but in degrees nearly all are shorter than a thousandth.
 void recogniseDegrees(const QVector<DefPolygon> &objects, ImportStatistics &statistics)
 {
-    constexpr double shortSide = 0.02;
-    qint64 sides = 0;
-    qint64 shortSides = 0;
-    bool areDegrees = true;
+    DegreeSides sides;
     for (const DefPolygon &object : objects) {
         for (const QVector<DefPoint> &contour : object.contours) {
-            areDegrees = areDegrees && std::all_of(contour.begin(), contour.end(), isPossibleDegree);
-            for (int i = 1; i < contour.size(); ++i) {
-                const double length =
-                    std::hypot(contour.at(i).x - contour.at(i - 1).x, contour.at(i).y - contour.at(i - 1).y);
-                sides += length > 0 ? 1 : 0;
-                shortSides += length > 0 && length < shortSide ? 1 : 0;
+            for (int i = 0; i < contour.size(); ++i) {
+                sides.addVertex(contour.at(i).x, contour.at(i).y);
+                if (i > 0)
+                    sides.addSide(
+                        std::hypot(contour.at(i).x - contour.at(i - 1).x, contour.at(i).y - contour.at(i - 1).y));
             }
         }
     }
-    statistics.fitsDegrees = areDegrees && sides > 0;
-    statistics.looksGeographic = statistics.fitsDegrees && 2 * shortSides > sides;
+    statistics.fitsDegrees = sides.fitsDegrees();
+    statistics.looksGeographic = sides.looksGeographic();
 }
 
 } // namespace

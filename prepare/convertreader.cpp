@@ -3,12 +3,14 @@
 #include "convertreader.h"
 
 #include "convertfillings.h"
+#include "degreesides.h"
 
 #include <cpl_error.h>
 #include <ogrsf_frmts.h>
 
 #include <QRegularExpression>
 
+#include <cmath>
 #include <cstring>
 #include <typeinfo>
 
@@ -95,6 +97,21 @@ bool fitsDegrees(OGRLayer &layer)
         box.Merge(own);
     }
     return box.IsInit() != 0 && box.MinX >= -180 && box.MaxX <= 180 && box.MinY >= -90 && box.MaxY <= 90;
+}
+
+bool looksGeographic(const ConvertContent &content)
+{
+    DegreeSides sides;
+    for (std::size_t contour = 0; contour < content.contourEnds.size(); ++contour) {
+        const std::size_t begin = content.vertexBegin(contour);
+        for (std::size_t i = begin; i < content.contourEnds[contour]; ++i) {
+            const ContentVertex &vertex = content.vertices[i];
+            sides.addVertex(vertex.x, vertex.y);
+            if (i > begin)
+                sides.addSide(std::hypot(vertex.x - content.vertices[i - 1].x, vertex.y - content.vertices[i - 1].y));
+        }
+    }
+    return sides.looksGeographic();
 }
 
 } // namespace
@@ -239,6 +256,7 @@ ReadFailure ConvertReader::prepareTransformation(OGRLayer &layer)
     const OGRSpatialReference *const result = m_options.crs.isEmpty() ? own : m_srs.get();
     if (result != nullptr && result->IsGeographic() != 0)
         m_content.notes[QStringLiteral("degrees")] = 1;
+    m_isSystemUnknown = m_isSystemUnknown || result == nullptr;
     if (m_options.crs.isEmpty())
         return ReadFailure::None;
     if (own == nullptr)
@@ -324,5 +342,7 @@ ReadFailure ConvertReader::read()
     // Only drawings have both the outline of an area and its hatch.
     if (m_source.isDxf())
         removeFillings(m_content);
+    if (m_isSystemUnknown && looksGeographic(m_content))
+        m_content.notes[QStringLiteral("degrees")] = 1;
     return failure != ReadFailure::None ? failure : checkRequestedNames();
 }

@@ -67,7 +67,8 @@ private:
     std::unique_ptr<OGRSpatialReference> m_sourceSrs; ///< null: the one that the layer names
     std::unique_ptr<OGRSpatialReference> m_srs;
     std::unique_ptr<OGRCoordinateTransformation> m_transformation;
-    QStringList m_seenLayers; ///< the requested ones, and all others that were read
+    bool m_isSystemUnknown = false; ///< of the output, in part at least
+    QStringList m_seenLayers;       ///< the requested ones, and all others that were read
     QStringList m_seenFields;
     QString m_error;
 };

@@ -15,6 +15,8 @@ private Q_SLOTS:
     void sourceSystemOverridesTheNamedOne();
     void sourceSystemReplacesAWrongOne();
     void targetInDegreesIsNoted();
+    void unnamedDegreesAreNoted_data();
+    void unnamedDegreesAreNoted();
     void deviationOfDegreesIsInMetres();
     void placesOutsideTheSystemAreLeftOut();
     void curvesInDegreesKeepTheDeviation_data();
@@ -139,6 +141,37 @@ void tst_PrepareConvertSystems::targetInDegreesIsNoted()
     QVERIFY(fixture.convert(QStringLiteral("a.geojson"), arguments("--crs EPSG:4326")));
 
     QCOMPARE(fixture.list("notes"), QStringLiteral("degrees 1"));
+}
+
+void tst_PrepareConvertSystems::unnamedDegreesAreNoted_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QString>("notes");
+
+    const QString map = header + QStringLiteral("Columns 1\n  n Char(9)\nData\n");
+    QTest::newRow("drawing") << QStringLiteral("a.dxf") << drawing("0 LINE|8 0|10 37.6|20 55.7|11 37.6|21 55.705")
+                             << QStringLiteral("degrees 1");
+    QTest::newRow("MIF") << QStringLiteral("a.mif") << QStringList{map + QStringLiteral("Line 37.6 55.7 37.6 55.705")}
+                         << QStringLiteral("degrees 1");
+    QTest::newRow("sides in metres") << QStringLiteral("a.mif")
+                                     << QStringList{map + QStringLiteral("Line 37.6 55.7 37.6 56.7")} << QString();
+    QTest::newRow("outside the degrees") << QStringLiteral("a.mif")
+                                         << QStringList{map + QStringLiteral("Line 37.6 155.7 37.6 155.705")}
+                                         << QString();
+}
+
+void tst_PrepareConvertSystems::unnamedDegreesAreNoted()
+{
+    QFETCH(QString, input);
+    QFETCH(QStringList, lines);
+    ConvertFixture fixture;
+    fixture.files.write(input, lines);
+    fixture.files.write(QStringLiteral("a.mid"), {QStringLiteral("A")});
+
+    QVERIFY(fixture.convert(input));
+
+    QTEST(fixture.list("notes"), "notes");
 }
 
 // The radius is about 111 m, so a quarter has nine chords or a few more.
