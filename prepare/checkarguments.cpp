@@ -105,7 +105,9 @@ bool CheckCommandLine::addFiles(const QString &path)
         return !files.isEmpty() || fail(QStringLiteral("No MIF or DXF files in \"%1\".").arg(path));
     }
     if (formatOf(path) == Format::Unknown)
-        return fail(QStringLiteral("\"%1\" has neither the suffix .mif nor .dxf.").arg(path));
+        return fail(
+            QStringLiteral("\"%1\" has neither the suffix .mif nor .dxf. The command convert reads other formats.")
+                .arg(path));
     m_command.files.append(path);
     return true;
 }

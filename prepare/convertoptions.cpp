@@ -137,6 +137,8 @@ bool ConvertCommandLine::readLength(const QString &name, bool isZeroAllowed, dou
     length = value.toDouble(&ok);
     if (ok && std::isfinite(length) && (length > 0 || (isZeroAllowed && length >= 0)))
         return true;
+    if (value.contains(QLatin1Char(',')))
+        return fail(QStringLiteral("--%1 takes a number with a decimal point, not \"%2\".").arg(name, value));
     return fail(QStringLiteral("--%1 takes a positive number, not \"%2\".").arg(name, value));
 }
 

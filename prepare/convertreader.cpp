@@ -303,7 +303,9 @@ ReadFailure ConvertReader::readSystem(const QString &option, const QString &name
     CPLErrorReset();
     if (system->SetFromUserInput(name.toUtf8().constData()) == OGRERR_NONE)
         return ReadFailure::None;
-    return fail(ReadFailure::Usage, QStringLiteral("%1 does not know \"%2\".").arg(option, name));
+    static const QRegularExpression number(QStringLiteral("^\\d+$"));
+    const QString hint = number.match(name).hasMatch() ? QStringLiteral(" Write EPSG:%1.").arg(name) : QString();
+    return fail(ReadFailure::Usage, QStringLiteral("%1 does not know \"%2\".").arg(option, name) + hint);
 }
 
 ReadFailure ConvertReader::readSystems()

@@ -125,6 +125,23 @@ bool ConvertSource::openFolder()
                                  .arg(m_options.input));
 }
 
+QString ConvertSource::openError(const QString &reason) const
+{
+    const QString &input = m_options.input;
+    const QFileInfo info(input);
+    // Of databases and of files in archives only GDAL knows whether they exist.
+    const bool isPath = !input.startsWith(QLatin1String("/vsi")) && input.indexOf(QLatin1Char(':')) < 2;
+    if (info.isFile() && info.size() == 0)
+        return QStringLiteral("\"%1\" is empty.").arg(input);
+    if (isPath && !info.exists())
+        return QStringLiteral("\"%1\" does not exist.").arg(input);
+    if (!reason.isEmpty())
+        return QStringLiteral("Cannot read \"%1\": %2").arg(input, reason);
+    return (info.exists() ? QStringLiteral("\"%1\" has no vector content that GDAL reads.")
+                          : QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads."))
+        .arg(input);
+}
+
 bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *openOptions)
 {
     CPLErrorReset();
@@ -133,10 +150,7 @@ bool ConvertSource::openDataset(const QByteArray &fileName, const char *const *o
         addRasters(fileName);
         return true;
     }
-    const QString reason = withPlaceInInput(lastGdalMessage());
-    if (!reason.isEmpty())
-        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_options.input, reason));
-    return fail(QStringLiteral("\"%1\" is missing or has no vector content that GDAL reads.").arg(m_options.input));
+    return fail(openError(withPlaceInInput(lastGdalMessage())));
 }
 
 // A dataset that is opened for its vectors does not show its rasters.

@@ -46,6 +46,7 @@ public:
 private:
     bool fail(const QString &text);
     bool openFolder();
+    QString openError(const QString &reason) const;
     QByteArray withHeader(const QByteArray &fileName);
     bool openDataset(const QByteArray &fileName, const char *const *openOptions);
     bool openBinaryDxf();

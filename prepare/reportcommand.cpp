@@ -17,7 +17,8 @@ bool readReports(const QString &fileName, QVector<FileReport> &reports)
         fail(QStringLiteral("Cannot read \"%1\".").arg(fileName));
         return false;
     }
-    bool ok = true;
+    constexpr int maxShown = 3;
+    int faulty = 0;
     for (qint64 number = 1; !file.atEnd(); ++number) {
         const QByteArray line = file.readLine().trimmed();
         if (line.isEmpty())
@@ -25,11 +26,12 @@ bool readReports(const QString &fileName, QVector<FileReport> &reports)
         const std::optional<FileReport> report = reportFromJson(line);
         if (report)
             reports.append(*report);
-        else
+        else if (++faulty <= maxShown)
             fail(QStringLiteral("\"%1\": line %2 is not a report.").arg(fileName).arg(number));
-        ok = ok && report;
     }
-    return ok;
+    if (faulty > maxShown)
+        fail(QStringLiteral("\"%1\": and %2 more lines are not reports.").arg(fileName).arg(faulty - maxShown));
+    return faulty == 0;
 }
 
 } // namespace

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void onlyATimeoutNeedsAProcessForOneFile();
     void totalsAreThoseOfTheJsonLines();
     void badJsonLinesAreReported();
+    void onlyThreeBadLinesAreNamed();
     void missingJsonFileIsReported();
     void pageShowsTheLosses();
 };
@@ -73,7 +74,7 @@ void tst_PrepareCheckProgram::wrongUsageIsExplained_data()
     add("", "A command is missing.");
     add("repair a.dxf", "Unknown command \"repair\".");
     add("check", "No files to check.");
-    add("check a.txt", "\"a.txt\" has neither the suffix .mif nor .dxf.");
+    add("check a.txt", "\"a.txt\" has neither the suffix .mif nor .dxf. The command convert reads other formats.");
     add("check empty", "No MIF or DXF files in \"empty\".");
     add("check --fast a.dxf", "Unknown option 'fast'.");
     add("check --encoding KOI-9 a.dxf", "Unknown encoding \"KOI-9\".");
@@ -298,6 +299,20 @@ void tst_PrepareCheckProgram::badJsonLinesAreReported()
     QCOMPARE(result.errors, QStringLiteral("importprepare: \"a.jsonl\": line 2 is not a report.\n"
                                            "importprepare: \"a.jsonl\": line 4 is not a report.\n"));
     QCOMPARE(linesOf(result.output).last(), oneCompleteFile);
+    QCOMPARE(result.status, 3);
+}
+
+void tst_PrepareCheckProgram::onlyThreeBadLinesAreNamed()
+{
+    const ProgramFixture program;
+    program.files.writeBytes(QStringLiteral("plan.dxf"), "0\nSECTION\n2\nHEADER\n0\n");
+
+    const Run result = run({QStringLiteral("report"), QStringLiteral("plan.dxf")}, program.folder());
+
+    QCOMPARE(result.errors, QStringLiteral("importprepare: \"plan.dxf\": line 1 is not a report.\n"
+                                           "importprepare: \"plan.dxf\": line 2 is not a report.\n"
+                                           "importprepare: \"plan.dxf\": line 3 is not a report.\n"
+                                           "importprepare: \"plan.dxf\": and 2 more lines are not reports.\n"));
     QCOMPARE(result.status, 3);
 }
 

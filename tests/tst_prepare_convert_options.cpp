@@ -95,6 +95,7 @@ void tst_PrepareConvertOptions::wrongUsageIsReported_data()
     row("a.geojson b.mif --reach x", "--reach takes a positive number, not \"x\".");
     row("a.geojson b.mif --reach=-1", "--reach takes a positive number, not \"-1\".");
     row("a.geojson b.mif --deviation 0", "--deviation takes a positive number, not \"0\".");
+    row("a.geojson b.mif --deviation 0,05", "--deviation takes a number with a decimal point, not \"0,05\".");
     row("a.geojson b.mif --deviation inf", "--deviation takes a positive number, not \"inf\".");
     row("a.geojson b.mif --encoding nonsense", "--encoding does not know the encoding \"nonsense\".");
     row("a.geojson b.mif --encoding UTF-16", "--encoding takes an encoding that contains ASCII, not \"UTF-16\".");

@@ -56,6 +56,7 @@ void tst_PrepareConvertSystems::coordinateSystemMustBeKnown_data()
     };
 
     row("unknown target", "a.geojson", "--crs EPSG:999999", "--crs does not know \"EPSG:999999\".");
+    row("number only", "a.geojson", "--crs 28407", "--crs does not know \"28407\". Write EPSG:28407.");
     row("unknown source", "a.geojson", "--source-crs EPSG:999999", "--source-crs does not know \"EPSG:999999\".");
     row("none named", "a.csv", "--crs EPSG:32637",
         "--crs: the layer \"a\" names no coordinate system. Name it with --source-crs.");
