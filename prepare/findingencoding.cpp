@@ -59,6 +59,9 @@ Detection detectEncoding(const Evidence &evidence)
     if (actual.codec == chosen || (actual.codec == nullptr && !isChosenUtf8))
         return {};
     const QString declared = facts.declaredEncoding.isEmpty() ? QStringLiteral("не названа") : facts.declaredEncoding;
-    const QString byBytes = actual.isByBytes ? nameOf(actual.codec) : QStringLiteral("не определить (мало букв)");
-    return {names.count, names.place, {declared, byBytes, nameOf(chosen), nameOf(actual.codec)}};
+    const QString byBytes = actual.isByBytes          ? nameOf(actual.codec)
+                            : actual.codec != nullptr ? QStringLiteral("похоже, она же (букв мало)")
+                                                      : QStringLiteral("не UTF-8, а какая — не определить (мало букв)");
+    const QString doubt = actual.codec != nullptr ? QString() : QStringLiteral("; если буквы неверны, другую");
+    return {names.count, names.place, {declared, byBytes, nameOf(chosen), nameOf(actual.codec), doubt}};
 }

@@ -19,7 +19,8 @@ const QVector<FindingRule> rules{
      QStringLiteral("Откройте файл в программе, которая его создала, и сохраните заново")},
     {"timeout", error, Accounts::Rejection, useless, detectNothing,
      QStringLiteral("Проверка этого файла не уложилась в отведённое время."),
-     QStringLiteral("Повторите проверку этого файла, дав ей больше времени: --timeout")},
+     QStringLiteral("Повторите проверку этого файла, дав ей больше времени: --timeout; если она не закончится и тогда, "
+                    "файл, возможно, повреждён: получите его заново")},
     {"binary-dxf", error, Accounts::Rejection, cures, detectHeader<Format::Dxf, HeaderFault::Binary>,
      QStringLiteral("Это двоичный DXF, импорт читает только текстовый."),
      QStringLiteral("Сохраните чертёж как текстовый DXF (ASCII)")},
@@ -144,7 +145,7 @@ const QVector<FindingRule> rules{
     {"encoding", warning, Accounts::Nothing, useless, detectEncoding,
      QStringLiteral("Обозначения и номера прочтутся неверно: кодировка в заголовке — %1, по байтам — %2, а "
                     "выбрана %3."),
-     QStringLiteral("Выберите при импорте кодировку %4 (--encoding)")},
+     QStringLiteral("Выберите при импорте кодировку %4 (--encoding)%5")},
     {"texts-in-mif", Severity::Note, Accounts::Nothing, useless, detectMifTexts,
      QStringLiteral("Надписи TEXT файла MIF обозначений не дают, а первое поле записи MID пустое у объектов: %1. "
                     "Обозначения им даст импорт по порядку."),

@@ -10,6 +10,8 @@ private Q_SLOTS:
     void numberAndNameAreFound();
     void encodingIsFound_data();
     void encodingIsFound();
+    void fewLettersAllowNoFirmEncoding_data();
+    void fewLettersAllowNoFirmEncoding();
     void layerIsReadable_data();
     void layerIsReadable();
     void textsDoNotMatterWithoutSearch();
@@ -111,6 +113,40 @@ void tst_PrepareFindingsNames::encodingIsFound()
     const FileReport report = checkFile(fileName, check.options, false);
 
     QTEST(described(report.findings), "findings");
+}
+
+void tst_PrepareFindingsNames::fewLettersAllowNoFirmEncoding_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("cure");
+
+    const QString text = QStringLiteral("Обозначения и номера прочтутся неверно: кодировка в заголовке — %1, по "
+                                        "байтам — %2, а выбрана UTF-8.");
+    const QString cure = QStringLiteral("Выберите при импорте кодировку windows-1251 (--encoding)%1.");
+    QTest::newRow("header decides") << QByteArray("ANSI_1251")
+                                    << text.arg(QStringLiteral("ANSI_1251"),
+                                                QStringLiteral("похоже, она же (букв мало)"))
+                                    << cure.arg(QString());
+    QTest::newRow("nothing decides") << QByteArray()
+                                     << text.arg(QStringLiteral("не названа"),
+                                                 QStringLiteral("не UTF-8, а какая — не определить (мало букв)"))
+                                     << cure.arg(QStringLiteral("; если буквы неверны, другую"));
+}
+
+void tst_PrepareFindingsNames::fewLettersAllowNoFirmEncoding()
+{
+    QFETCH(QByteArray, page);
+    const CheckFixture check;
+    const QStringList lines = pairs("0 SECTION|2 HEADER|9 $DWGCODEPAGE|3 " + page + "|0 ENDSEC|0 SECTION|2 ENTITIES|" +
+                                    lineEntity + "|0 TEXT|8 0|10 5|20 0|40 1|1 Участок|0 ENDSEC|0 EOF");
+
+    const QString fileName = check.files.write(QStringLiteral("plan.dxf"), lines, "windows-1251");
+    const QVector<Finding> findings = checkFile(fileName, check.options, false).findings;
+
+    QCOMPARE(findings.size(), 1);
+    QTEST(findings.first().text, "text");
+    QTEST(findings.first().cure, "cure");
 }
 
 void tst_PrepareFindingsNames::layerIsReadable_data()
