@@ -70,6 +70,9 @@ QString verdictText(const FileReport &report);
 /// The counts of the import and of GDAL, a line each; empty if the file was not read to its end.
 QString numbersText(const FileReport &report);
 
+/// The encoding and the searches of the import, in one line; empty if the file was not read.
+QString optionsText(const FileReport &report);
+
 /// The report of one file for a person.
 QString reportText(const FileReport &report);
 

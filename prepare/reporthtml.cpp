@@ -24,9 +24,11 @@ svg{width:100%;max-height:80vh;background:#fafafa;border:1px solid #ddd}
 .note{border-left:5px solid #999}
 .finding{padding-left:.8em;margin:1em 0}
 .finding p{margin:.2em 0}
+.findings p{overflow-wrap:anywhere}
 .dark{color:#1b2a41;font-weight:bold}
 .red{color:#d81e05;font-weight:bold}
 pre,code{background:#f0f0f0;overflow-x:auto}
+.command{white-space:pre-wrap;overflow-wrap:anywhere}
 </style>
 </head>
 <body>
@@ -60,7 +62,8 @@ QString findingsBlock(const FileReport &report)
 {
     QString text = QStringLiteral("<div class=\"findings\">\n<p><b>") + verdictText(report).toHtmlEscaped() +
                    QStringLiteral("</b></p>\n");
-    const QStringList numbers = numbersText(report).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList numbers =
+        (numbersText(report) + optionsText(report)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString &line : numbers)
         text += paragraph(line);
     for (const Finding &finding : report.findings)
@@ -69,7 +72,8 @@ QString findingsBlock(const FileReport &report)
         text += paragraph(QStringLiteral("Сообщение импорта: ") + printable(message));
     const QString command = convertCommand(report);
     if (!command.isEmpty())
-        text += QStringLiteral("<pre>") + command.toHtmlEscaped() + QStringLiteral("</pre>\n");
+        text += QStringLiteral("<p>Подготовить файл к импорту:</p>\n<pre class=\"command\">") +
+                command.toHtmlEscaped() + QStringLiteral("</pre>\n");
     return text + QStringLiteral("</div>\n");
 }
 

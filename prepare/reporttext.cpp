@@ -10,13 +10,6 @@
 
 namespace {
 
-QString optionsText(const FileReport &report)
-{
-    const auto yesNo = [](bool yes) { return yes ? QStringLiteral("да") : QStringLiteral("нет"); };
-    return QStringLiteral("Кодировка %1, искать номера точек: %2, искать обозначения объектов: %3.\n")
-        .arg(report.encoding, yesNo(report.searchesPoints), yesNo(report.searchesObjects));
-}
-
 QString findingText(const Finding &finding)
 {
     QString text = QStringLiteral("\n%1: %2 [%3]\n").arg(severityName(finding.severity), finding.text, finding.id);
@@ -99,6 +92,15 @@ QString numbersText(const FileReport &report)
                       .arg(report.found->texts);
 }
 
+QString optionsText(const FileReport &report)
+{
+    if (report.isUnreadable())
+        return {};
+    const auto yesNo = [](bool yes) { return yes ? QStringLiteral("да") : QStringLiteral("нет"); };
+    return QStringLiteral("Кодировка %1, искать номера точек: %2, искать обозначения объектов: %3.\n")
+        .arg(report.encoding, yesNo(report.searchesPoints), yesNo(report.searchesObjects));
+}
+
 QString severityName(Severity severity)
 {
     switch (severity) {
@@ -128,9 +130,7 @@ QString convertCommand(const FileReport &report)
 QString reportText(const FileReport &report)
 {
     QString text = displayName(report) + QLatin1Char('\n') + verdictText(report) + QLatin1Char('\n');
-    text += numbersText(report);
-    if (!report.isUnreadable())
-        text += optionsText(report);
+    text += numbersText(report) + optionsText(report);
     for (const Finding &finding : report.findings)
         text += findingText(finding);
     if (!report.messages.isEmpty())

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void foldersBehindLinksAreNotSearched();
     void namesAreShownWithoutControlCharacters();
     void filesOfOneNameGetDifferentOutputs();
+    void pageShowsOptionsAndNamesTheCommand();
+    void timeoutMayBeDamage();
     void unfinishedCheckClaimsNothing_data();
     void unfinishedCheckClaimsNothing();
     void interruptionLeavesNothing_data();
@@ -289,6 +291,26 @@ void tst_PrepareCheckOutput::filesOfOneNameGetDifferentOutputs()
     QVERIFY2(alone.endsWith(QStringLiteral("/plan-import.mif")), qPrintable(alone));
     QVERIFY(convertCommand(reportOf(drawing)).endsWith(QStringLiteral("/plan-dxf-import.mif")));
     QVERIFY(convertCommand(reportOf(map)).endsWith(QStringLiteral("/plan-mif-import.mif")));
+}
+
+void tst_PrepareCheckOutput::pageShowsOptionsAndNamesTheCommand()
+{
+    FileReport report = reportOf(QStringLiteral("a.dxf"));
+    report.encoding = QStringLiteral("KOI8-R");
+
+    const QString page = QString::fromUtf8(reportPage({report}));
+
+    QVERIFY2(page.contains(QStringLiteral("<p>Кодировка KOI8-R, искать номера точек: ")), qPrintable(page));
+    QVERIFY2(page.contains(QStringLiteral("<p>Подготовить файл к импорту:</p>\n<pre class=\"command\">importprepare")),
+             qPrintable(page));
+}
+
+void tst_PrepareCheckOutput::timeoutMayBeDamage()
+{
+    const QString cure = findingWithoutEvidence(QStringLiteral("timeout")).cure;
+
+    QVERIFY2(cure.contains(QStringLiteral("--timeout")) && cure.contains(QStringLiteral("повреждён")),
+             qPrintable(cure));
 }
 
 void tst_PrepareCheckOutput::unfinishedCheckClaimsNothing_data()
