@@ -153,7 +153,7 @@ void tst_PrepareFindingsDxf::fillingIsNoLoss_data()
     QTest::newRow("hatch without an outline")
         << lineEntity + hatch("|5 2F", triangle) << QStringLiteral("entities-not-read 1 @ строка 22, слой «0», HATCH")
         << 1;
-    QTest::newRow("hatch that cannot be told from others") << outline + hatch({}, triangle) << lost << 0;
+    QTest::newRow("hatch without a handle") << outline + hatch({}, triangle) << lost << 0;
     QTest::newRow("only one of two") << outline + hatch("|5 2F", other) + hatch("|5 30", triangle) << lost << 1;
 }
 
