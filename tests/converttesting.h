@@ -1,14 +1,12 @@
 #pragma once
 
 #include "imported.h"
+#include "outputtesting.h"
 #include "testing.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTest>
 
 /// The result of one run of the sub-command convert.
 struct ConvertRun
@@ -113,12 +111,6 @@ inline QString geometry(const char *type, const char *coordinates)
 inline QStringList geoJson(const QStringList &features)
 {
     return {QStringLiteral("{\"type\":\"FeatureCollection\",\"features\":[%1]}").arg(features.join(QLatin1Char(',')))};
-}
-
-/// The names of all files in \a folder.
-inline QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
 /// A drawing of \a count lines.

@@ -54,6 +54,34 @@ inline Facility caseSensitiveNames()
             "file names that differ in case"};
 }
 
+/// Elsewhere names are Unicode.
+inline Facility undecodableNames()
+{
+#ifdef Q_OS_LINUX
+    return {true, ""};
+#else
+    return {false, "file names that are bytes"};
+#endif
+}
+
+inline Facility namedPipes()
+{
+    return {isUnix, "named pipes"};
+}
+
+/// The superuser reads all folders.
+inline Facility unreadableFolders()
+{
+    const QTemporaryDir dir;
+    return {QFile::setPermissions(dir.path(), {}) && !QFileInfo(dir.path()).isReadable(),
+            "folders that the user cannot read"};
+}
+
+inline Facility shell()
+{
+    return {QFile::exists(QStringLiteral("/bin/sh")), "a shell"};
+}
+
 /// Elsewhere the suffix decides.
 inline Facility executePermission()
 {

@@ -1,18 +1,7 @@
 #include "checkprogramtesting.h"
+#include "outputtesting.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QThread>
-
-#include <csignal>
-
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-#ifdef Q_OS_LINUX
-#include <sys/mount.h>
-#endif
+#include <cstdio>
 
 /// What the sub-command check finds in folders, how it shows names, and what it leaves where its output cannot be
 /// written or its work is interrupted.
@@ -49,11 +38,6 @@ QByteArray contents(const QString &fileName)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 /// "file: findings" of each line of JSON.
 QStringList described(const QString &json)
 {
@@ -80,13 +64,9 @@ FileReport reportOf(const QString &fileName)
 
 } // namespace
 
-// Signals may be ignored where the tests run in the background, and child processes inherit that.
 void tst_PrepareCheckOutput::initTestCase()
 {
-    std::signal(SIGINT, SIG_DFL);
-#ifdef SIGHUP
-    std::signal(SIGHUP, SIG_DFL);
-#endif
+    stopIgnoringSignals();
 }
 
 void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles_data()
@@ -109,7 +89,8 @@ void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles_data()
 
 void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles()
 {
-#ifdef Q_OS_UNIX
+    REQUIRE_FACILITY(symbolicLinks());
+    REQUIRE_FACILITY(namedPipes());
     QFETCH(QString, page);
     QFETCH(QString, error);
     const ProgramFixture program;
@@ -117,7 +98,7 @@ void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles()
     program.files.writeBytes(QStringLiteral("points.txt"), "points");
     QVERIFY(QFile::link(QStringLiteral("a.dxf"), program.path(QStringLiteral("link.html"))));
     QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("folder")));
-    QCOMPARE(mkfifo(program.path(QStringLiteral("pipe")).toUtf8().constData(), 0600), 0);
+    QVERIFY(makePipe(program.path(QStringLiteral("pipe"))));
     const QByteArray before = contents(program.path(QStringLiteral("a.dxf")));
     const QStringList entriesBefore = entries(program.folder());
 
@@ -130,9 +111,6 @@ void tst_PrepareCheckOutput::pageNeverReplacesOtherFiles()
     QCOMPARE(result.output, QString());
     QCOMPARE(contents(program.path(QStringLiteral("a.dxf"))), before);
     QCOMPARE(entries(program.folder()), entriesBefore);
-#else
-    QSKIP("links and pipes of Unix");
-#endif
 }
 
 void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne_data()
@@ -145,36 +123,26 @@ void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne_data()
 
 void tst_PrepareCheckOutput::pageOnAFullDiskKeepsTheOldOne()
 {
-#ifdef Q_OS_LINUX
     QFETCH(int, rest);
-    if (geteuid() != 0)
-        QSKIP("only the superuser can mount a small disk");
     const ProgramFixture program;
     QByteArray entities = lineEntity;
     for (int i = 0; i < 200; ++i)
         entities += "|0 CIRCLE|8 0|10 " + QByteArray::number(20 * i) + "|20 0|40 5";
     program.files.write(QStringLiteral("a.dxf"), drawing(entities));
-    QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("disk")));
-    const QByteArray disk = program.path(QStringLiteral("disk")).toUtf8();
-    if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=64k") != 0)
-        QSKIP("this system lets nobody mount a disk");
+    const SmallDisk disk(program.path(QStringLiteral("disk")));
+    REQUIRE_FACILITY(disk.mounted());
     program.files.writeBytes(QStringLiteral("disk/page.html"), "old");
-    program.files.writeBytes(QStringLiteral("disk/rest"), QByteArray(65536 - 4096 - rest, 'x'));
+    program.files.writeBytes(QStringLiteral("disk/rest"), QByteArray(SmallDisk::size - 4096 - rest, 'x'));
 
     const Run result = run(
         {QStringLiteral("check"), QStringLiteral("--html"), QStringLiteral("disk/page.html"), QStringLiteral("a.dxf")},
         program.folder());
-    const QByteArray page = contents(program.path(QStringLiteral("disk/page.html")));
-    const QStringList left = entries(program.path(QStringLiteral("disk")));
-    umount(disk.constData());
 
     QCOMPARE(result.errors, QStringLiteral("importprepare: Cannot save \"disk/page.html\": No space left on device\n"));
     QCOMPARE(result.status, 2);
-    QCOMPARE(page, QByteArray("old"));
-    QCOMPARE(left, (QStringList{QStringLiteral("page.html"), QStringLiteral("rest")}));
-#else
-    QSKIP("needs a disk of its own");
-#endif
+    QCOMPARE(contents(program.path(QStringLiteral("disk/page.html"))), QByteArray("old"));
+    QCOMPARE(entries(program.path(QStringLiteral("disk"))),
+             (QStringList{QStringLiteral("page.html"), QStringLiteral("rest")}));
 }
 
 void tst_PrepareCheckOutput::unwritableOutputIsReported_data()
@@ -188,15 +156,14 @@ void tst_PrepareCheckOutput::unwritableOutputIsReported_data()
 
 void tst_PrepareCheckOutput::unwritableOutputIsReported()
 {
-    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
-        QSKIP("this system has no full device");
+    REQUIRE_FACILITY(fullDevice());
     QFETCH(QString, arguments);
     const ProgramFixture program;
     program.writeComplete(QStringLiteral("a.dxf"));
     program.files.writeBytes(QStringLiteral("a.jsonl"), "");
     QProcess process;
     process.setWorkingDirectory(program.folder());
-    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.setStandardOutputFile(fullDevicePath);
 
     process.start(QStringLiteral(IMPORTPREPARE_PATH), arguments.split(QLatin1Char(' ')));
     QVERIFY(process.waitForFinished(60000));
@@ -207,14 +174,14 @@ void tst_PrepareCheckOutput::unwritableOutputIsReported()
 
 void tst_PrepareCheckOutput::everyNameInAFolderIsReported()
 {
-#ifdef Q_OS_LINUX
+    REQUIRE_FACILITY(undecodableNames());
     const ProgramFixture program;
     QVERIFY(QDir(program.folder()).mkdir(QStringLiteral("a")));
     program.writeComplete(QStringLiteral("a/good.dxf"));
     QVERIFY(QFile::link(QStringLiteral("none"), program.path(QStringLiteral("a/link.dxf"))));
-    QCOMPARE(mkfifo(program.path(QStringLiteral("a/pipe.mif")).toUtf8().constData(), 0600), 0);
+    QVERIFY(makePipe(program.path(QStringLiteral("a/pipe.mif"))));
     const QByteArray undecodable = program.path(QStringLiteral("a/")).toUtf8() + "\xEF\xEB.dxf";
-    QVERIFY(rename(program.writeComplete(QStringLiteral("x")).toUtf8().constData(), undecodable.constData()) == 0);
+    QVERIFY(std::rename(program.writeComplete(QStringLiteral("x")).toUtf8().constData(), undecodable.constData()) == 0);
 
     const Run result = run({QStringLiteral("check"), QStringLiteral("--json"), QStringLiteral("a")}, program.folder());
 
@@ -223,16 +190,11 @@ void tst_PrepareCheckOutput::everyNameInAFolderIsReported()
         (QStringList{QStringLiteral("a/good.dxf: "), QStringLiteral("a/link.dxf: unreadable 1"),
                      QStringLiteral("a/pipe.mif: unreadable 1"), QStringLiteral("a/\uFFFD\uFFFD.dxf: unreadable 1")}));
     QCOMPARE(result.status, 3);
-#else
-    QSKIP("names that are bytes");
-#endif
 }
 
 void tst_PrepareCheckOutput::unreadableFolderIsReported()
 {
-#ifdef Q_OS_UNIX
-    if (geteuid() == 0)
-        QSKIP("the superuser reads all folders");
+    REQUIRE_FACILITY(unreadableFolders());
     const ProgramFixture program;
     QVERIFY(QDir(program.folder()).mkpath(QStringLiteral("a/closed")));
     program.writeComplete(QStringLiteral("a/good.dxf"));
@@ -243,14 +205,11 @@ void tst_PrepareCheckOutput::unreadableFolderIsReported()
     QCOMPARE(described(result.output),
              (QStringList{QStringLiteral("a/closed: unreadable 1"), QStringLiteral("a/good.dxf: ")}));
     QCOMPARE(result.status, 3);
-#else
-    QSKIP("permissions of Unix");
-#endif
 }
 
 void tst_PrepareCheckOutput::foldersBehindLinksAreNotSearched()
 {
-#ifdef Q_OS_UNIX
+    REQUIRE_FACILITY(symbolicLinks());
     const ProgramFixture program;
     QVERIFY(QDir(program.folder()).mkpath(QStringLiteral("a/b")));
     program.writeComplete(QStringLiteral("a/b/good.dxf"));
@@ -260,9 +219,6 @@ void tst_PrepareCheckOutput::foldersBehindLinksAreNotSearched()
 
     QCOMPARE(described(result.output), QStringList{QStringLiteral("a/b/good.dxf: ")});
     QCOMPARE(result.status, 0);
-#else
-    QSKIP("links of Unix");
-#endif
 }
 
 void tst_PrepareCheckOutput::namesAreShownWithoutControlCharacters()
@@ -341,19 +297,13 @@ void tst_PrepareCheckOutput::unfinishedCheckClaimsNothing()
 
 void tst_PrepareCheckOutput::interruptionLeavesNothing_data()
 {
-    QTest::addColumn<int>("signal");
-
-    QTest::newRow("interrupt") << SIGINT;
-    QTest::newRow("terminate") << SIGTERM;
-#ifdef SIGHUP
-    QTest::newRow("hang up") << SIGHUP;
-#endif
+    addSignals();
 }
 
 // The pool has a temporary folder for the pictures.
 void tst_PrepareCheckOutput::interruptionLeavesNothing()
 {
-#ifdef Q_OS_UNIX
+    REQUIRE_FACILITY(terminationSignal());
     QFETCH(int, signal);
     const ProgramFixture program;
     program.files.write(QStringLiteral("a.dxf"), drawing(lineEntity) << QString(30000000, QLatin1Char('\n')));
@@ -366,12 +316,9 @@ void tst_PrepareCheckOutput::interruptionLeavesNothing()
     process.start(QStringLiteral(IMPORTPREPARE_PATH),
                   {QStringLiteral("check"), QStringLiteral("--jobs"), QStringLiteral("1"), QStringLiteral("--html"),
                    program.path(QStringLiteral("page.html")), program.path(QStringLiteral("a.dxf"))});
-    QElapsedTimer timer;
-    timer.start();
-    while (entries(temporary).isEmpty() && timer.elapsed() < 30000)
-        QThread::msleep(1);
+    waitForMoreEntries(temporary, 0);
 
-    QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
+    QVERIFY(sendSignal(process, signal));
     QVERIFY(process.waitForFinished(60000));
 
     QCOMPARE(process.readAllStandardError(), QByteArray("importprepare: Interrupted.\n"));
@@ -380,9 +327,6 @@ void tst_PrepareCheckOutput::interruptionLeavesNothing()
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
     QCOMPARE(entries(temporary), QStringList());
     QVERIFY(!QFile::exists(program.path(QStringLiteral("page.html"))));
-#else
-    QSKIP("signals of Unix");
-#endif
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareCheckOutput)

@@ -1,4 +1,5 @@
 #include "checkpool.h"
+#include "facilities.h"
 #include "interruption.h"
 #include "preparetesting.h"
 
@@ -57,8 +58,7 @@ struct PoolFixture
 
 void tst_PrepareCheckPool::initTestCase()
 {
-    if (!QFileInfo::exists(QStringLiteral("/bin/sh")))
-        QSKIP("The scripts need a shell.");
+    REQUIRE_FACILITY(shell());
 }
 
 void tst_PrepareCheckPool::failureBecomesAFinding_data()
@@ -147,7 +147,7 @@ void tst_PrepareCheckPool::interruptionEndsTheChildren()
     QVERIFY(kill(child, 0) != 0);
     QCOMPARE(texts, QStringList());
 #else
-    QSKIP("signals of Unix");
+    REQUIRE_FACILITY(terminationSignal());
 #endif
 }
 

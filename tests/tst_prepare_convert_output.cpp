@@ -3,10 +3,6 @@
 #include "convertverifier.h"
 #include "gdalmessage.h"
 
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#endif
-
 /// Output files, unusable input, and what is left after a failure.
 class tst_PrepareConvertOutput : public QObject
 {
@@ -102,10 +98,7 @@ void tst_PrepareConvertOutput::unusableOutputIsReported()
     const ConvertFixture fixture;
     fixture.files.write(QStringLiteral("a.geojson"), source);
     QVERIFY(QDir(fixture.path(QString())).mkdir(QStringLiteral("folder.mif")));
-
-#ifdef Q_OS_UNIX
-    QCOMPARE(mkfifo(fixture.path(QStringLiteral("pipe.mif")).toUtf8().constData(), 0600), 0);
-#endif
+    QCOMPARE(makePipe(fixture.path(QStringLiteral("pipe.mif"))), namedPipes().isAvailable);
     const QStringList before = entries(fixture.path(QString()));
 
     const ConvertRun run = fixture.run({QStringLiteral("a.geojson"), output, QStringLiteral("--force")});
@@ -215,17 +208,14 @@ void tst_PrepareConvertOutput::nothingToImportIsReported()
 
 void tst_PrepareConvertOutput::pipeIsRefused()
 {
-#ifdef Q_OS_UNIX
+    REQUIRE_FACILITY(namedPipes());
     const ConvertFixture fixture;
-    QCOMPARE(mkfifo(fixture.path(QStringLiteral("pipe.dxf")).toUtf8().constData(), 0600), 0);
+    QVERIFY(makePipe(fixture.path(QStringLiteral("pipe.dxf"))));
 
     const ConvertRun run = fixture.run(arguments("pipe.dxf out.mif"));
 
     QCOMPARE(run.status, 3);
     QCOMPARE(run.messages, QStringLiteral("importprepare: \"pipe.dxf\" is not a file."));
-#else
-    QSKIP("this system has no named pipes");
-#endif
 }
 
 // GDAL makes one dataset of all files in a folder, whatever they are.
