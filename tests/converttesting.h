@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QtEndian>
 
 /// The result of one run of the sub-command convert.
 struct ConvertRun
@@ -111,6 +112,21 @@ inline QString geometry(const char *type, const char *coordinates)
 inline QStringList geoJson(const QStringList &features)
 {
     return {QStringLiteral("{\"type\":\"FeatureCollection\",\"features\":[%1]}").arg(features.join(QLatin1Char(',')))};
+}
+
+/// The binary form of the lines of a drawing whose groups below 10 are texts and whose others are numbers.
+inline QByteArray binaryDrawing(const QStringList &lines)
+{
+    QByteArray bytes("AutoCAD Binary DXF\r\n\x1a\0", 22);
+    for (int i = 0; i < lines.size(); i += 2) {
+        const qint16 code = lines.at(i).toShort();
+        QByteArray start(2, '\0');
+        qToLittleEndian(code, start.data());
+        QByteArray number(8, '\0');
+        qToLittleEndian(lines.at(i + 1).toDouble(), number.data());
+        bytes += start + (code >= 10 ? number : lines.at(i + 1).toLatin1() + '\0');
+    }
+    return bytes;
 }
 
 /// A drawing of \a count lines.

@@ -2,7 +2,6 @@
 #include "preparetesting.h"
 
 #include <QSet>
-#include <QtEndian>
 
 /// The cures of the findings: after convert, or after the edit that a cure names, the import gives what GDAL counts.
 class tst_PrepareCheckCures : public QObject
@@ -225,21 +224,6 @@ qint64 outlined(const FileReport &report)
     return report.found ? report.found->areas + report.found->lines : -1;
 }
 
-/// The binary form of the lines of a drawing whose groups below 10 are texts and whose others are numbers.
-QByteArray toBinary(const QStringList &lines)
-{
-    QByteArray bytes("AutoCAD Binary DXF\r\n\x1a\0", 22);
-    for (int i = 0; i < lines.size(); i += 2) {
-        const qint16 code = lines.at(i).toShort();
-        QByteArray start(2, '\0');
-        qToLittleEndian(code, start.data());
-        QByteArray number(8, '\0');
-        qToLittleEndian(lines.at(i + 1).toDouble(), number.data());
-        bytes += start + (code >= 10 ? number : lines.at(i + 1).toLatin1() + '\0');
-    }
-    return bytes;
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Input)
@@ -332,7 +316,7 @@ void tst_PrepareCheckCures::binaryDrawingIsCured()
     const QStringList lines =
         pairs("0 SECTION|2 HEADER|0 ENDSEC|0 SECTION|2 ENTITIES|" + far + '|' + lineEntity + "|0 ENDSEC|0 EOF");
     ConvertFixture files;
-    files.files.writeBytes(QStringLiteral("plan.dxf"), toBinary(lines));
+    files.files.writeBytes(QStringLiteral("plan.dxf"), binaryDrawing(lines));
 
     const FileReport before = checkFile(files.path(QStringLiteral("plan.dxf")), {}, false);
     QVERIFY(files.convert(QStringLiteral("plan.dxf")));

@@ -1,7 +1,5 @@
 #include "convertdrawingtesting.h"
 
-#include <QtEndian>
-
 /// Drawings: blocks, texts, encodings, and what GDAL does not read.
 class tst_PrepareConvertDrawings : public QObject
 {
@@ -80,18 +78,9 @@ void tst_PrepareConvertDrawings::contentsComeIn()
 
 void tst_PrepareConvertDrawings::binaryDrawingIsConverted()
 {
-    QByteArray bytes("AutoCAD Binary DXF\r\n\x1a\0", 22);
     const QStringList lines = drawing(QStringLiteral("|0 LINE|8 0|10 0|20 0|11 10.25|21 -7"));
-    for (int i = 0; i < lines.size(); i += 2) {
-        const qint16 code = lines.at(i).toShort();
-        QByteArray start(2, '\0');
-        qToLittleEndian(code, start.data());
-        QByteArray number(8, '\0');
-        qToLittleEndian(lines.at(i + 1).toDouble(), number.data());
-        bytes += start + (code >= 10 ? number : lines.at(i + 1).toLatin1() + '\0');
-    }
     ConvertFixture fixture;
-    fixture.files.writeBytes(QStringLiteral("a.dxf"), bytes);
+    fixture.files.writeBytes(QStringLiteral("a.dxf"), binaryDrawing(lines));
 
     QVERIFY(fixture.convert(QStringLiteral("a.dxf")));
 
