@@ -43,7 +43,7 @@ struct ProgramFixture
                                          "70 0|10 50|20 0|42 1|10 60|20 0"));
     }
 
-    const TextFixture files;
+    const TextFixture files{};
 };
 
 inline QJsonObject objectOf(const QString &line)

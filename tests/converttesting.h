@@ -87,7 +87,7 @@ struct ConvertFixture
         return texts.join(QLatin1String(", "));
     }
 
-    const TextFixture files;
+    const TextFixture files{};
     QJsonObject report;
 };
 

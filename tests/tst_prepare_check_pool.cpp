@@ -29,7 +29,7 @@ struct PoolFixture
 {
     QString program(const QString &script) const
     {
-        const QString fileName = files.write(
+        QString fileName = files.write(
             QStringLiteral("program.sh"),
             {QStringLiteral("#!/bin/sh\nfor file; do :; done"),
              QStringLiteral("report() { echo '{\"file\":\"'$file'\",\"accepted\":true,\"findings\":[]}'; }"), script});
@@ -49,7 +49,7 @@ struct PoolFixture
         return texts;
     }
 
-    const TextFixture files;
+    const TextFixture files{};
     CheckCommand command;
     int maxReports = 0; ///< the checks end after so many; 0: no limit
 };
