@@ -108,15 +108,15 @@ std::vector<double> ArcStatistics::candidateRadii() const
 {
     constexpr std::size_t count = 16;
     constexpr double smallest = 0.01;
-    constexpr double largest = 1e8;
+    constexpr int doublings = 33; // to 8.6e7
     std::vector<double> radii(m_arcs.size());
     std::transform(m_arcs.begin(), m_arcs.end(), radii.begin(), [](const Arc &arc) { return arc.radius; });
     std::sort(radii.begin(), radii.end());
     std::vector<double> candidates;
     for (std::size_t i = 0; i < count && !radii.empty(); ++i)
         candidates.push_back(radii[i * (radii.size() - 1) / (count - 1)]);
-    for (double radius = smallest; radius < largest; radius *= 2)
-        candidates.push_back(radius);
+    for (int i = 0; i <= doublings; ++i)
+        candidates.push_back(std::ldexp(smallest, i));
     return candidates;
 }
 
