@@ -192,11 +192,11 @@ QByteArray ConvertSource::withHeader(const QByteArray &fileName)
         return fileName;
     addMemoryFile(strHeader, header);
     const auto region = [](const char *name, qint64 begin, qint64 size) {
-        const QByteArray text = "<SubfileRegion><Filename relative=\"0\">" +
-                                QString::fromUtf8(name).toHtmlEscaped().toUtf8() + "</Filename><DestinationOffset>" +
-                                QByteArray::number(begin) +
-                                "</DestinationOffset><SourceOffset>0</SourceOffset><RegionLength>" +
-                                QByteArray::number(size) + "</RegionLength></SubfileRegion>";
+        QByteArray text = "<SubfileRegion><Filename relative=\"0\">" +
+                          QString::fromUtf8(name).toHtmlEscaped().toUtf8() + "</Filename><DestinationOffset>" +
+                          QByteArray::number(begin) +
+                          "</DestinationOffset><SourceOffset>0</SourceOffset><RegionLength>" +
+                          QByteArray::number(size) + "</RegionLength></SubfileRegion>";
         return text;
     };
     const auto size = static_cast<qint64>(status.st_size);
