@@ -92,7 +92,7 @@ QByteArray guessEncoding(const QByteArray &bytes, const QByteArray &declared)
         return {};
     if (isUtf8(bytes))
         return "UTF-8";
-    const QByteArray named = codecName(declared);
+    QByteArray named = codecName(declared);
     // Of «кв» the detector is often wrong.
     if (!named.isEmpty() && isFew(bytes) && isRussian(QTextCodec::codecForName(named)->toUnicode(bytes)))
         return named;
