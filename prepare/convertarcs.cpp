@@ -149,7 +149,7 @@ ArcSteps ArcStatistics::stepsByAngle(double deviation) const
     }
     ArcSteps steps;
     steps.angle = degrees(pi / maxChordsOfArc);
-    while (halfAngle(steps) < half && chordCount(steps) > maxWasted)
+    while (steps.angle < degrees(half) && chordCount(steps) > maxWasted)
         steps.angle = std::min(2 * steps.angle, degrees(half));
     return steps;
 }

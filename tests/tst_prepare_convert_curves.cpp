@@ -33,6 +33,7 @@ private Q_SLOTS:
     void flatArcCostsTheOthersNothing();
     void absurdArcCostsTheOthersLittle();
     void manyChordsLoseTheDeviation();
+    void tinyDeviationIsTried();
 };
 
 namespace {
@@ -342,7 +343,6 @@ void tst_PrepareConvertCurves::absurdArcsTakeFewChords()
     fixture.files.writeBytes(name, bytes);
 
     QVERIFY(fixture.convert(name));
-
     QVERIFY2(fixture.report.value(QStringLiteral("vertices")).toInt() <= 20010, qUtf8Printable(fixture.counts()));
     QCOMPARE(fixture.list("notes").section(QLatin1String(", "), 0, 0), QStringLiteral("coarse-curve 1"));
     QCOMPARE(fixture.report.value(QStringLiteral("objects")).toInt(), 1);
@@ -386,6 +386,14 @@ void tst_PrepareConvertCurves::manyChordsLoseTheDeviation()
 
     QCOMPARE(steps.coarseCount, 10000);
     QVERIFY2(steps.angle > 0.1, qPrintable(QString::number(steps.angle)));
+}
+
+void tst_PrepareConvertCurves::tinyDeviationIsTried()
+{
+    ArcStatistics arcs;
+    arcs.addBulge(85, 20, 85, 35, 0.35);
+    arcs.addCircle(9);
+    QVERIFY(arcs.steps(1e-7).coarseCount > 0);
 }
 
 QTEST_GUILESS_MAIN(tst_PrepareConvertCurves)
