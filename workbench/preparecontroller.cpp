@@ -203,7 +203,7 @@ QString PrepareController::chooseOutput(const QString &input) const
     dialog.selectFile(suggested.fileName());
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().value(0);
-        const QString output = chosen.endsWith(strMif) ? chosen : chosen + strMif;
+        QString output = chosen.endsWith(strMif) ? chosen : chosen + strMif;
         if (mayWrite(output, input))
             return output;
     }
